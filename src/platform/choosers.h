@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/windows.h"
+
+#include <cstdint>
+#include <string>
+
+namespace MVR::Platform {
+
+/// `flags` of a message box: one of the button sets, one icon, one default button, added up.
+constexpr std::uint32_t kButtonsOk = 0x0;
+constexpr std::uint32_t kButtonsOkCancel = 0x1;
+constexpr std::uint32_t kButtonsAbortRetryIgnore = 0x2;
+constexpr std::uint32_t kButtonsYesNoCancel = 0x3;
+constexpr std::uint32_t kButtonsYesNo = 0x4;
+constexpr std::uint32_t kButtonsRetryCancel = 0x5;
+constexpr std::uint32_t kButtonsMask = 0xF;
+constexpr std::uint32_t kIconError = 0x10;
+constexpr std::uint32_t kIconQuestion = 0x20;
+constexpr std::uint32_t kIconWarning = 0x30;
+constexpr std::uint32_t kIconInformation = 0x40;
+constexpr std::uint32_t kDefaultSecond = 0x100;
+constexpr std::uint32_t kDefaultThird = 0x200;
+constexpr std::uint32_t kDefaultMask = 0xF00;
+
+constexpr std::int32_t kAnswerOk = 1;
+constexpr std::int32_t kAnswerCancel = 2;
+constexpr std::int32_t kAnswerAbort = 3;
+constexpr std::int32_t kAnswerRetry = 4;
+constexpr std::int32_t kAnswerIgnore = 5;
+constexpr std::int32_t kAnswerYes = 6;
+constexpr std::int32_t kAnswerNo = 7;
+
+/// Shows a box and gives the button that the user chose; 0 for an unknown button set, where nothing
+/// is shown. Without a screen it is answered by what was scripted (see
+/// "platform/headless/desktop.h"), else by its default button. Stands for MessageBoxA.
+std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::string& title,
+                        std::uint32_t flags);
+
+} // namespace MVR::Platform

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Files and folders. Paths are bytes, written with "\" or "/"; each operation folds the path that
+/// it is given. After a failure `lastFileError` tells the reason.
+namespace MVR::Platform {
+
+/// The path as the machine knows it: "\" becomes "/", repeated separators become one, and where a
+/// component of the exact name is missing, one that differs only in the case of ASCII letters is
+/// taken (of several the first in byte order). What doesn't exist in any case stays as it is
+/// written.
+std::string foldPath(std::string_view path);
+
+/// Makes one folder; its parent must exist. True if the folder is there now, whoever made it.
+/// Stands for CreateDirectoryA.
+[[nodiscard]] bool createFolder(std::string_view path);
+
+struct FoundFile {
+    std::string name; ///< without its folder
+    bool isFolder;
+};
+
+/// What lies in a folder and fits the pattern: a folder path, then a last component with "*" (any
+/// bytes, also none) and "?" (one byte); ASCII case makes no difference, and "*.*" fits all names.
+/// Sorted by name in byte order. "." and ".." are left out. A folder that is missing or can't be
+/// read gives an empty list. Stands for FindFirstFileA, FindNextFileA, FindClose.
+std::vector<FoundFile> listFiles(std::string_view pattern);
+
+/// Empty on failure. Stands for GetCurrentDirectoryA.
+std::string currentFolder();
+/// Stands for SetCurrentDirectoryA.
+bool setCurrentFolder(std::string_view path);
+
+/// True if there is a file of any kind; a folder is none.
+bool fileExists(std::string_view path);
+
+/// `readFile` refuses a larger file before it takes memory for it.
+constexpr std::uint64_t kLargestFileBytes = std::uint64_t(1) << 31;
+
+/// Reads a whole file, byte for byte. On failure false, and `out` is as it was.
+[[nodiscard]] bool readFile(std::string_view path, std::string& out);
+
+/// Writes a whole file so that whatever happens either the old file or the new one is there: beside
+/// the target under a name of its own, flushed to disk, renamed. On any failure false: what was
+/// written is removed, and the old file is whole.
+/// An existing target keeps its permissions, and must be writable; a symbolic link is written
+/// through. A target that is no regular file (a pipe, a device) can't be replaced and is written to
+/// as it stands.
+[[nodiscard]] bool writeFileAtomic(std::string_view path, std::string_view bytes);
+
+/// True if the file was there and is gone. Stands for DeleteFileA.
+bool deleteFile(std::string_view path);
+
+/// The system's words for why the latest operation of this header that failed did so, such as "No
+/// space left on device"; empty if none has failed yet. Stands for GetLastError.
+std::string lastFileError();
+
+} // namespace MVR::Platform

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "core/adaptor_interface.h"
+#include "core/util/message_node.h"
+#include "data/tag.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+/// A key that stays the host's while a take runs.
+struct UnlockedKey {
+    std::int32_t key = -1;      ///< virtual-key code, 0 to 255; -1 for a locked key
+    std::int32_t modifiers = 0; ///< keys that must be down: 1 Ctrl, 2 Alt, 4 Shift
+};
+
+/// One attachment of the core: what an adaptor calls.
+///
+/// `attach` gives it and `detach` ends it; the core owns it. Every operation may be called at any
+/// time in between, on the thread that called `attach`, apart from those that answer with a code
+/// for the state they find. Codes are those of ErrorCode, 0 for success. Times are seconds of
+/// scene time. The order of the virtual operations is frozen; those of MessageNode come first.
+///
+/// A take:
+/// 1. startRecording(): the checked tools are prepared, the countdown runs, the keyboard is
+///    intercepted. Everything up to the end is one undo step of the host.
+/// 2. The core's timer events write the frames; the host's loop, or pumpEvents, delivers them.
+/// 3. stopRecording(), or Space or Escape, or the end of the range with auto-expand off.
+/// 4. resimulate(start, end) runs the same tools again from the stored input.
+class CoreInterface : public Util::MessageNode {
+public:
+    using Util::MessageNode::MessageNode;
+
+    /// The whole tree of tools, for the host to keep in its scene.
+    virtual Tag getConfiguration() = 0;
+    /// The tools that have no node in the scene, for the host to keep beside it; a tag "MVR".
+    virtual Tag getDetachedConfiguration() = 0;
+    /// Creates the tools that `configuration` describes.
+    virtual void loadConfiguration(Tag configuration) = 0;
+    /// Destroys all tools, last first; their scene objects stay.
+    virtual void deleteAllInstances() = 0;
+    [[nodiscard]] virtual std::int32_t openMainDialog(std::intptr_t parentWindow) = 0;
+    virtual std::int32_t closeMainDialog() = 0;
+    virtual bool isMainDialogOpen() = 0;
+    /// The host's time changed outside of a recording: brings the tools up to `time`.
+    virtual void update(double time) = 0;
+    /// True during a recording and during a resimulation.
+    virtual bool isRecording() = 0;
+    /// The keys that reach the host during a take; replaces the whole table. A key outside 0 to
+    /// 255 is skipped.
+    virtual void setUnlockedKeys(const std::vector<UnlockedKey>& keys) = 0;
+    /// Starts a take at the host's current time; the code of "ALREADYRECORDING" while one runs.
+    [[nodiscard]] virtual std::int32_t startRecording() = 0;
+    /// Ends the take; test isRecording() first. Always 0.
+    virtual std::int32_t stopRecording() = 0;
+    /// 1 is real time, each step more halves the speed.
+    virtual std::int32_t getSlowMotion() = 0;
+    /// 1 to 10; takes effect at the next frame, also in a running take.
+    virtual void setSlowMotion(std::int32_t slowMotion) = 0;
+    /// Runs the checked tools again from `start` to `end`; returns when it is done or the user
+    /// stopped it. The code of "ALREADYRECORDING" while a take runs.
+    [[nodiscard]] virtual std::int32_t resimulate(double start, double end) = 0;
+    /// Checks or unchecks a tool and all below it; an unknown name does nothing.
+    virtual void setInstanceChecked(std::string name, bool checked) = 0;
+    /// Applies a stored configuration profile to a tool; unknown names do nothing.
+    virtual void setInstanceConfigProfile(std::string name, std::string profile) = 0;
+    /// Adds a setting of the adaptor's own and gives the node that tells of changes (message 324).
+    /// An `id` in use gives the node of the setting that has it, which stays as it is. The stored
+    /// value of the id, if there is one, is taken at once. The core owns the node.
+    virtual Util::MessageNode* addProperty(std::int32_t id, double defaultValue) = 0;
+    virtual Util::MessageNode* addProperty(std::int32_t id, std::string defaultValue) = 0;
+    virtual Util::MessageNode* addProperty(std::int32_t id, std::int32_t defaultValue) = 0;
+    virtual Util::MessageNode* addProperty(std::int32_t id, bool defaultValue) = 0;
+    /// `value` points to a variable of the setting's own type (bool, std::int32_t, std::string or
+    /// double); nothing checks it. False, and nothing written, for an unknown id.
+    virtual bool getProperty(std::int32_t id, void* value) = 0;
+    virtual bool setProperty(std::int32_t id, const void* value) = 0;
+};
+
+/// The library's exports, under these undecorated names.
+using AttachFunction = CoreInterface* (*)(AdaptorInterface* adaptor);
+using DetachFunction = std::int32_t (*)(CoreInterface* coreOrNull);
+using GetVersionFunction = std::int32_t (*)();
+
+} // namespace MVR

@@ -1,0 +1,68 @@
+#pragma once
+
+namespace MVR {
+
+class CMesh;
+
+/// Access to the local matrix of a scene node at one time. The adaptor owns it.
+///
+/// A matrix is 16 doubles, row after row; points are row vectors, the translation stands in
+/// row 3 (indices 12, 13, 14).
+class TransformAccess {
+public:
+    /// Reads the local matrix into `matrix`.
+    virtual void get(double matrix[16]) = 0;
+    /// Writes the local matrix.
+    virtual void set(const double matrix[16]) = 0;
+
+protected:
+    ~TransformAccess() = default;
+};
+
+/// The transform of a scene node at one time: what a tool reads and animates.
+///
+/// 1. Take it with CInterface::getSnapshot(node, time).
+/// 2. Read and write as often as needed. While a recording or a resimulation runs, a write sets
+///    one key at that time on each curve that it names; else it changes the value at rest.
+/// 3. Give it back with CInterface::nodeQuery5(node) before the next snapshot of that node.
+///
+/// The adaptor owns the object; it is valid until it is given back. Lengths are in scene units.
+class TransformSnapshot : public TransformAccess {
+public:
+    /// The matrix in world space.
+    virtual void getGlobal(double matrix[16]) = 0;
+    virtual void setGlobal(const double matrix[16]) = 0;
+    /// The position below the node's parent: x, y, z.
+    virtual void getPosition(double position[3]) = 0;
+    virtual void setPosition(const double position[3]) = 0;
+    /// The rotation below the node's parent: quaternion x, y, z, w. Written as given; the host
+    /// brings it to unit length where it evaluates it.
+    virtual void getRotation(double quaternion[4]) = 0;
+    virtual void setRotation(const double quaternion[4]) = 0;
+
+protected:
+    ~TransformSnapshot() = default;
+};
+
+/// The mesh of a scene node at one time, for reading. Given back with CInterface::nodeQuery3.
+class MeshSnapshot {
+public:
+    /// Fills `mesh` with the node's mesh.
+    virtual void get(CMesh& mesh) = 0;
+
+protected:
+    ~MeshSnapshot() = default;
+};
+
+/// A scene node as a helper object whose mesh can be replaced. Given back with
+/// CInterface::nodeQuery4.
+class HelperSnapshot {
+public:
+    /// Gives the node a copy of `mesh`.
+    virtual void set(const CMesh& mesh) = 0;
+
+protected:
+    ~HelperSnapshot() = default;
+};
+
+} // namespace MVR

@@ -1,0 +1,113 @@
+#include "core/log.h"
+
+#include "platform/clock.h"
+#include "platform/files.h"
+
+#include <cstddef>
+
+namespace MVR {
+
+namespace {
+
+void appendTwoDigits(std::string& line, std::int32_t number) {
+    line += static_cast<char>('0' + number / 10 % 10);
+    line += static_cast<char>('0' + number % 10);
+}
+
+void appendTime(std::string& line) {
+    const Platform::UtcTime now = Platform::utcNow();
+    appendTwoDigits(line, now.year / 100);
+    appendTwoDigits(line, now.year % 100);
+    appendTwoDigits(line, now.month);
+    appendTwoDigits(line, now.day);
+    line += ' ';
+    appendTwoDigits(line, now.hour);
+    line += ':';
+    appendTwoDigits(line, now.minute);
+    line += ':';
+    appendTwoDigits(line, now.second);
+}
+
+constexpr std::string_view kLevelWords[] = {"CRITICAL", "ERROR", "WARNING", "NOTICE"};
+
+std::string makeLine(std::int32_t level, std::int32_t depth, std::string_view name,
+                     std::string_view separator, std::string_view text) {
+    std::string line;
+    line.reserve(40 + name.size() + separator.size() + text.size());
+    appendTime(line);
+    line += " (";
+    if (level <= Log::Notice) {
+        line += kLevelWords[level];
+        line += "): ";
+    }
+    if (depth >= 0)
+        line.append(static_cast<std::size_t>(depth) + 1, '\t');
+    line += name;
+    line += separator;
+    line += text;
+    line += '\n';
+    return line;
+}
+
+} // namespace
+
+Log::Log(std::int32_t level) : depth_(instance()->depth_), level_(level) {}
+
+Log::Log(std::string_view text, std::int32_t level)
+    : scoped_(1), depth_(++instance()->depth_), level_(level) {
+    writeLine(text, {}, {}, level);
+}
+
+Log::~Log() {
+    if (scoped_ != 0)
+        --instance()->depth_;
+    if (file_.is_open())
+        file_ << "[EOF]\n";
+}
+
+void Log::write(const char* text, std::int32_t level) {
+    write(std::string_view(text), level);
+}
+
+void Log::write(std::string_view text, std::int32_t level) {
+    writeLine(text, {}, {}, level);
+}
+
+void Log::write(std::string_view name, std::string_view value, std::int32_t level) {
+    writeLine(name, ": ", value, level);
+}
+
+void Log::write(std::string_view name, std::int32_t value, std::int32_t level) {
+    writeLine(name, ": ", std::to_string(value), level);
+}
+
+void Log::writeLine(std::string_view name, std::string_view separator, std::string_view value,
+                    std::int32_t level) const {
+    if (level < 0)
+        level = level_;
+    Log& whole = *instance();
+    if (level < 0 || level > whole.level_)
+        return;
+    const std::string line = makeLine(level, depth_, name, separator, value);
+    whole.memoryText_ += line;
+    if (whole.file_.is_open())
+        whole.file_ << line;
+}
+
+void Log::setFile(const std::string& path) {
+    std::ofstream& file = instance()->file_;
+    if (file.is_open())
+        file.close();
+    file.clear();
+    file.open(Platform::foldPath(path), std::ios::binary | std::ios::trunc);
+}
+
+std::string Log::getText() {
+    return instance()->memoryText_;
+}
+
+bool Log::saveTo(const std::string& path) {
+    return Platform::writeFileAtomic(path, instance()->memoryText_);
+}
+
+} // namespace MVR

@@ -1,0 +1,90 @@
+#include "core/error_code.h"
+
+#include "core/log.h"
+#include "support/vtable_slot.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using MVR::ErrorCode;
+using MVR::Log;
+using testing::HasSubstr;
+
+struct ErrorCodeTest : testing::Test {
+    ErrorCodeTest() { MVR::registerCommonErrorCodes(); }
+    ~ErrorCodeTest() override { MVR::Util::SingletonCollector::destroyAll(); }
+    ErrorCode& codes() { return *ErrorCode::instance(); }
+};
+
+TEST_F(ErrorCodeTest, CommonCodesHaveFixedValuesAndOthersTheNextFreeOne) {
+    EXPECT_EQ(codes().find(0).getIdentifier(), "SUCCESS");
+    EXPECT_EQ(codes().report("GENERAL"), 1024);
+    EXPECT_EQ(codes().report("COULDNOTINSTANCIATEPLUGIN"), 1032);
+    const std::int32_t first = codes().get("MINE", "My own failure", ErrorCode::Warning);
+    EXPECT_EQ(first, 1033);
+    EXPECT_EQ(codes().get("MINE", "Other words", ErrorCode::Error), first);
+    EXPECT_EQ(codes().find(first).getMessage(), "My own failure");
+
+    const ErrorCode twin("MINE", "A twin", ErrorCode::Error); // draws 1034
+    EXPECT_EQ(codes().registerCode(twin), first);
+    EXPECT_FALSE(codes().isRegistered(1034));
+    EXPECT_EQ(codes().get("NEXT", "Next", ErrorCode::Error), 1035);
+    ErrorCode copy(twin);
+    copy = codes().find(first);
+    EXPECT_EQ(codes().registerCode(copy).getIdentifier(), "ERRORCODE_NONUNIQUEVALUE");
+    EXPECT_EQ(copy.registerCode(twin).getIdentifier(), "ERRORCODE_NONCONTAINER");
+    EXPECT_TRUE(copy == codes().find(first));
+    EXPECT_FALSE(copy == twin);
+}
+
+TEST_F(ErrorCodeTest, ReportsAreLoggedByTheirType) {
+    const struct {
+        ErrorCode::Type type;
+        const char* word;
+    } rows[] = {{ErrorCode::Fatal, "(ERROR)"},
+                {ErrorCode::Error, "(ERROR)"},
+                {ErrorCode::Warning, "(WARNING)"},
+                {ErrorCode::Notice, "(WARNING)"},
+                {ErrorCode::Success, "(ERROR)"}};
+    for (const auto& row : rows) {
+        const std::string name = "TYPE" + std::to_string(row.type);
+        ASSERT_NE(codes().get(name, name + " message", row.type), -1);
+        const std::string before = Log::getText();
+        EXPECT_EQ(codes().report(name).getType(), row.type);
+        const std::string line = Log::getText().substr(before.size());
+        EXPECT_THAT(line, HasSubstr(row.word));
+        EXPECT_THAT(line, HasSubstr("Return value: " + name + " message\n"));
+    }
+    EXPECT_EQ(codes().report("UNKNOWN"), -1);
+    EXPECT_THAT(Log::getText(), HasSubstr("(ERROR): Return value: (Error code not found)\n"));
+    EXPECT_EQ(codes().find(5).getIdentifier(), "NOTFOUND");
+    EXPECT_THAT(Log::getText(), HasSubstr("(WARNING): Errorcode not found. value: 5\n"));
+}
+
+TEST(ErrorCodeContract, TheOrderOfOperationsIsFrozen) {
+    using MVR::Testing::slotOf;
+    const std::vector<std::ptrdiff_t> slots = {
+        slotOf(&ErrorCode::getType),
+        slotOf(&ErrorCode::getValue),
+        slotOf(&ErrorCode::getIdentifier),
+        slotOf(&ErrorCode::getMessage),
+        slotOf(&ErrorCode::get),
+        slotOf(&ErrorCode::report),
+        slotOf(&ErrorCode::find),
+        slotOf<bool (ErrorCode::*)(const std::string&) const>(&ErrorCode::isRegistered),
+        slotOf<bool (ErrorCode::*)(std::int32_t) const>(&ErrorCode::isRegistered),
+        slotOf(&ErrorCode::registerCode),
+        slotOf(&ErrorCode::operator=),
+        slotOf<bool (ErrorCode::*)(std::int32_t) const>(&ErrorCode::operator==),
+        slotOf<bool (ErrorCode::*)(const ErrorCode&) const>(&ErrorCode::operator==),
+        slotOf(&ErrorCode::operator std::int32_t)};
+    // Behind the singleton's own operation and the two slots of the destructor.
+    for (std::size_t index = 0; index < slots.size(); ++index)
+        EXPECT_EQ(slots[index], static_cast<std::ptrdiff_t>(index) + 3) << index;
+}
+
+} // namespace

@@ -23,12 +23,33 @@ if(MIRVANE_FUZZERS)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
-# mirvane_module(NAME SOURCES...): a tool or driver library, loaded at run time, that stands on the
-# SDK alone. Its exports are marked in its sources.
-function(mirvane_module name)
-  add_library(${name} MODULE ${ARGN})
-  set_target_properties(${name} PROPERTIES PREFIX "")
-  target_link_libraries(${name} PRIVATE Mirvane::sdk mirvane_options)
+# The build folder has the shape of an installed tree, so that programs find the core, and the core
+# its tools and drivers, in both alike: the install values lead to folders beside the library.
+set(MIRVANE_LIB_DIR lib/mirvane)
+set(MIRVANE_KIND_DIR_tool ${MIRVANE_LIB_DIR}/plugins)
+set(MIRVANE_KIND_DIR_driver ${MIRVANE_LIB_DIR}/data/unidevice)
+set(MIRVANE_DOC_DIR ${MIRVANE_LIB_DIR}/doc)
+set(MIRVANE_BIN_DIR bin)
+
+include(MirvaneModule)
+
+# mirvane_install_module(NAME KIND tool|driver SOURCES...): a module that is part of the product.
+function(mirvane_install_module name)
+  mirvane_module(${name} ${ARGN})
+  cmake_parse_arguments(arg "" "KIND" "" ${ARGN})
+  set(folder ${MIRVANE_KIND_DIR_${arg_KIND}})
+  set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY
+                                           "${CMAKE_BINARY_DIR}/${folder}")
+  install(TARGETS ${name} LIBRARY DESTINATION ${folder})
+endfunction()
+
+# mirvane_program(NAME SOURCES...): a program of the product, in bin/.
+function(mirvane_program name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE mirvane_options)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY
+                                           "${CMAKE_BINARY_DIR}/${MIRVANE_BIN_DIR}")
+  install(TARGETS ${name} RUNTIME DESTINATION ${MIRVANE_BIN_DIR})
 endfunction()
 
 # mirvane_test(NAME SOURCES... [LIBS libs...]): one GoogleTest program, its cases found at test time.

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_CHOOSERS_H
+#define MIRVANE_PLATFORM_CHOOSERS_H
 
 #include "platform/windows.h"
 
@@ -38,3 +39,5 @@ std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::
                         std::uint32_t flags);
 
 } // namespace MVR::Platform
+
+#endif

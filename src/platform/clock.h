@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_CLOCK_H
+#define MIRVANE_PLATFORM_CLOCK_H
 
 #include <cstdint>
 
@@ -51,3 +52,5 @@ private:
 };
 
 } // namespace MVR::Platform
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_DIALOG_TEMPLATES_H
+#define MIRVANE_PLATFORM_DIALOG_TEMPLATES_H
 
 #include <cstddef>
 #include <cstdint>
@@ -41,3 +42,5 @@ constexpr DialogTemplate kDialogTemplates[] = {
 };
 
 } // namespace MVR::Platform
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_DIALOGS_H
+#define MIRVANE_PLATFORM_DIALOGS_H
 
 #include "platform/windows.h"
 
@@ -72,3 +73,5 @@ void centreOnOwner(DialogHandle dialog);
 void show(DialogHandle dialog);
 
 } // namespace MVR::Platform
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_EVENT_PUMP_H
+#define MIRVANE_PLATFORM_EVENT_PUMP_H
 
 #include <cstdint>
 
@@ -19,9 +20,12 @@ std::int32_t runDueEvents();
 /// Stands for MsgWaitForMultipleObjects.
 void waitForEvents(std::int32_t maxMs);
 
-/// Frees all that the platform layer holds in memory: timers, hooks, windows, messages. The last
+/// Frees all that the platform layer holds in memory: timers, hooks, windows, messages; nobody is
+/// told, windows should be destroyed before. The last
 /// call before the library is unloaded, and never from inside a callback or a modal dialog. Using
 /// the layer afterwards starts from empty.
 void releasePlatform();
 
 } // namespace MVR::Platform
+
+#endif

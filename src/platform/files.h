@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_FILES_H
+#define MIRVANE_PLATFORM_FILES_H
 
 #include <cstdint>
 #include <string>
@@ -12,7 +13,7 @@ namespace MVR::Platform {
 /// The path as the machine knows it: "\" becomes "/", repeated separators become one, and where a
 /// component of the exact name is missing, one that differs only in the case of ASCII letters is
 /// taken (of several the first in byte order). What doesn't exist in any case stays as it is
-/// written.
+/// written. A path with a zero byte names nothing and gives an empty one.
 std::string foldPath(std::string_view path);
 
 /// Makes one folder; its parent must exist. True if the folder is there now, whoever made it.
@@ -60,3 +61,5 @@ bool deleteFile(std::string_view path);
 std::string lastFileError();
 
 } // namespace MVR::Platform
+
+#endif

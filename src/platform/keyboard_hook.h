@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_KEYBOARD_HOOK_H
+#define MIRVANE_PLATFORM_KEYBOARD_HOOK_H
 
 #include <cstdint>
 
@@ -40,3 +41,5 @@ std::intptr_t callNextHook(HookHandle current, int code, std::uint32_t virtualKe
 bool deliverKey(std::uint32_t virtualKey, bool pressed, bool alt);
 
 } // namespace MVR::Platform
+
+#endif

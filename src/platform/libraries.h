@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_LIBRARIES_H
+#define MIRVANE_PLATFORM_LIBRARIES_H
 
 #include <string>
 #include <string_view>
@@ -35,3 +36,5 @@ std::string libraryPattern();
 std::string lastLibraryError();
 
 } // namespace MVR::Platform
+
+#endif

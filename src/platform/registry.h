@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_REGISTRY_H
+#define MIRVANE_PLATFORM_REGISTRY_H
 
 #include <cstddef>
 #include <cstdint>
@@ -46,3 +47,5 @@ constexpr std::size_t kRegistryBufferBytes = 1024;
                                                std::string_view name, std::string& out);
 
 } // namespace MVR::Platform
+
+#endif

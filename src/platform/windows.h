@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_WINDOWS_H
+#define MIRVANE_PLATFORM_WINDOWS_H
 
 #include <cstdint>
 #include <string>
@@ -20,7 +21,8 @@ constexpr std::uint32_t kMessageCreate = 1;  ///< WM_CREATE; `lParam` is the cre
 constexpr std::uint32_t kMessageDestroy = 2; ///< WM_DESTROY
 constexpr std::uint32_t kMessagePaint = 15;  ///< WM_PAINT
 
-/// A result of -1 to `kMessageCreate` refuses the window; other results mean nothing.
+/// A result of -1 to `kMessageCreate` refuses the window, which is then destroyed as usual; other
+/// results mean nothing.
 using WindowProcedure = std::intptr_t (*)(WindowHandle window, std::uint32_t message,
                                           std::intptr_t wParam, std::intptr_t lParam);
 
@@ -41,8 +43,8 @@ constexpr std::uint32_t kStyleVisible = 0x10000000; ///< WS_VISIBLE: shown from 
 constexpr std::uint32_t kStylePopup = 0x80000000;   ///< WS_POPUP
 
 struct WindowCreation {
-    std::string windowClass;
-    std::string title;
+    std::string windowClass{};
+    std::string title{};
     std::uint32_t style = kStylePopup;
     std::uint32_t extendedStyle = 0;
     std::int32_t x = 0;
@@ -56,8 +58,9 @@ struct WindowCreation {
 /// 0 if the class is unknown or the procedure refuses. Stands for CreateWindowExA.
 WindowHandle createWindow(const WindowCreation& creation);
 
-/// Destroys the window and then those it is the parent of. False if there is no such window, or it
-/// is a modal dialog, which only `endDialog` ends. Stands for DestroyWindow.
+/// Destroys the window and then those it is the parent of; modal dialogs among them end with -1.
+/// False if there is no such window, or it is itself a modal dialog, which only `endDialog` ends.
+/// Stands for DestroyWindow.
 bool destroyWindow(WindowHandle window);
 
 /// Stands for ShowWindow with SW_SHOW (5) or SW_HIDE (0).
@@ -85,3 +88,5 @@ bool isWindow(WindowHandle window);
 bool isIconic(WindowHandle window);
 
 } // namespace MVR::Platform
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef MIRVANE_PLATFORM_HEADLESS_DESKTOP_H
+#define MIRVANE_PLATFORM_HEADLESS_DESKTOP_H
 
 #include "platform/dialogs.h"
 
@@ -68,3 +69,5 @@ std::vector<ShownMessageBox> messageBoxes();
 void scriptMessageBoxAnswer(std::int32_t answer);
 
 } // namespace MVR::Platform::Headless
+
+#endif

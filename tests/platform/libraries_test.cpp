@@ -1,0 +1,56 @@
+#include "platform/libraries.h"
+
+#include "platform/files.h"
+#include "temporary_folder.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+using namespace MVR::Platform;
+
+namespace {
+
+template <typename Function>
+Function* find(LibraryHandle library, const char* name) {
+    return reinterpret_cast<Function*>(findFunction(library, name));
+}
+
+TEST(Libraries, LoadFromAFolderKnowTheirPlaceAndUnload) {
+    TemporaryFolder folder;
+    std::filesystem::copy_file(PLATFORM_SAMPLE_LIBRARY, folder.path + "Sample.so");
+    const std::string before = currentFolder();
+    ASSERT_TRUE(setCurrentFolder(folder.path));
+    const LibraryHandle library = loadLibrary("sample.SO");
+    ASSERT_NE(library, nullptr) << lastLibraryError();
+    std::string path;
+    find<void(std::string*)>(library, "askOwnModulePath")(&path);
+    ASSERT_TRUE(setCurrentFolder(before));
+    EXPECT_EQ(path, std::filesystem::canonical(folder.path + "Sample.so"));
+    EXPECT_EQ(find<void*()>(library, "askOwnModule")(), library);
+    EXPECT_NE(ownModule(), library);
+    EXPECT_NE(ownModulePath(), path);
+
+    EXPECT_EQ(find<int()>(library, "countCalls")(), 1);
+    EXPECT_EQ(findFunction(library, "getVersion"), nullptr);
+    EXPECT_NE(lastLibraryError(), "");
+    freeLibrary(library);
+    const LibraryHandle again = loadLibrary(folder.path + "\\Sample.so");
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(find<int()>(again, "countCalls")(), 1) << "it had not been unloaded";
+    freeLibrary(again);
+}
+
+TEST(Libraries, WhatIsNoneIsRefusedWithAReason) {
+    TemporaryFolder folder;
+    folder.add("text.so", "no library");
+    folder.add("empty.so");
+    for (const char* name : {"text.so", "empty.so", "missing.so", ""}) {
+        EXPECT_EQ(loadLibrary(folder.path + name), nullptr) << name;
+        EXPECT_NE(lastLibraryError(), "") << name;
+    }
+    EXPECT_EQ(loadLibrary("libc.so.6"), nullptr) << "system folders are not searched";
+    EXPECT_EQ(findFunction(nullptr, "getVersion"), nullptr);
+    freeLibrary(nullptr);
+}
+
+} // namespace

@@ -1,0 +1,47 @@
+"""The export table of the built core holds what hosts look up, and nothing else.
+
+As a program: exports.py LIBRARY checks that file.
+"""
+
+import subprocess
+import sys
+
+from common import ROOT, Finding
+
+EXPECTED = {"attach", "detach", "getVersion", "pumpEvents"}
+LIBRARY = "build/release/lib/mirvane/libcore.so"
+
+
+def exported_names(path):
+    done = subprocess.run(["nm", "-D", "--defined-only", "--format=posix", str(path)],
+                          stdout=subprocess.PIPE, check=True, text=True)
+    return {line.split()[0].split("@")[0] for line in done.stdout.splitlines()}
+
+
+def compare(path, shown):
+    names = exported_names(path)
+    for name in sorted(names - EXPECTED):
+        yield Finding(shown, 0, f"exports {name}",
+                      "keep it hidden; cmake/core_exports.map lists what hosts look up")
+    for name in sorted(EXPECTED - names):
+        yield Finding(shown, 0, f"does not export {name}",
+                      "define it in src/core/exports.cpp with MVR_EXPORT")
+
+
+def check(_files):
+    # The build is quick where nothing changed; a stale library would answer for old code.
+    for command in (["cmake", "--preset", "release", "--log-level=WARNING"],
+                    ["cmake", "--build", "--preset", "release", "--target", "core"]):
+        done = subprocess.run(command, cwd=ROOT, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                              text=True)
+        if done.returncode != 0:
+            yield Finding(LIBRARY, 0, "the release build failed:\n" + done.stdout[-2000:],
+                          "./dev build shows it whole")
+            return
+    yield from compare(ROOT / LIBRARY, LIBRARY)
+
+
+if __name__ == "__main__":
+    found = [str(finding) for finding in compare(sys.argv[1], sys.argv[1])]
+    print("\n".join(found) or "exports: " + " ".join(sorted(EXPECTED)))
+    sys.exit(1 if found else 0)

@@ -1,0 +1,345 @@
+#include "data/tag.h"
+
+#include "data/tag_blocks.h"
+#include "data/tag_reader.h"
+
+#include <algorithm>
+#include <cassert>
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace MVR {
+
+Tag::AttributeBlock* Tag::AttributeBlock::create(std::uint32_t capacity) {
+    static_assert(sizeof(AttributeBlock) % alignof(Attribute) == 0);
+    void* memory = ::operator new(sizeof(AttributeBlock) + capacity * sizeof(Attribute));
+    return new (memory) AttributeBlock{0, capacity};
+}
+
+Tag::ChildBlock* Tag::ChildBlock::create(std::uint32_t capacity, ChildBlock* last) {
+    static_assert(sizeof(ChildBlock) % alignof(Tag) == 0);
+    void* memory = ::operator new(sizeof(ChildBlock) + capacity * sizeof(Tag));
+    auto* block = new (memory) ChildBlock{nullptr, 0, capacity};
+    block->next = last ? std::exchange(last->next, block) : block;
+    return block;
+}
+
+Tag::Tag(const std::string& xmlText) {
+    static_cast<void>(parse(xmlText));
+}
+
+Tag::Tag(const Tag& other) {
+    std::vector<std::pair<const Tag*, Tag*>> pending;
+    copyOwn(other);
+    if (other.childCount_ > 0)
+        pending.emplace_back(&other, this);
+    while (!pending.empty()) {
+        const auto [from, to] = pending.back();
+        pending.pop_back();
+        ChildBlock* block = from->lastBlock_;
+        do {
+            block = block->next;
+            for (const Tag& child : *block) {
+                Tag& copy = to->appendSlot();
+                copy.copyOwn(child);
+                if (child.childCount_ > 0)
+                    pending.emplace_back(&child, &copy);
+            }
+        } while (block != from->lastBlock_);
+    }
+}
+
+Tag::Tag(Tag&& other) noexcept
+    : text_(std::move(other.text_)), attributes_(std::exchange(other.attributes_, nullptr)),
+      lastBlock_(std::exchange(other.lastBlock_, nullptr)),
+      childCount_(std::exchange(other.childCount_, 0u)), kind_(std::exchange(other.kind_, None)) {
+    other.text_.clear();
+}
+
+Tag& Tag::operator=(const Tag& other) {
+    if (this != &other)
+        *this = Tag(other);
+    return *this;
+}
+
+Tag& Tag::operator=(Tag&& other) noexcept {
+    assert(this != &sharedEmpty());
+    if (this == &other)
+        return *this;
+    // `other` may be a child of this Tag: it is emptied before anything is freed.
+    Tag taken(std::move(other));
+    std::swap(text_, taken.text_);
+    std::swap(attributes_, taken.attributes_);
+    std::swap(lastBlock_, taken.lastBlock_);
+    std::swap(childCount_, taken.childCount_);
+    std::swap(kind_, taken.kind_);
+    return *this;
+}
+
+Tag::~Tag() {
+    if (lastBlock_)
+        destroyChildren();
+    if (attributes_)
+        destroyAttributes();
+}
+
+// No recursion, and no allocation: the rings of deeper levels are spliced into the list of blocks
+// that are still to be freed.
+void Tag::destroyChildren() noexcept {
+    ChildBlock* pending = std::exchange(lastBlock_->next, nullptr);
+    lastBlock_ = nullptr;
+    childCount_ = 0;
+    while (pending) {
+        ChildBlock* block = pending;
+        pending = block->next;
+        for (Tag& child : *block) {
+            if (child.lastBlock_) {
+                ChildBlock* first = std::exchange(child.lastBlock_->next, pending);
+                pending = first;
+                child.lastBlock_ = nullptr;
+            }
+            child.~Tag();
+        }
+        ::operator delete(block);
+    }
+}
+
+void Tag::destroyAttributes() noexcept {
+    std::destroy(attributes_->begin(), attributes_->end());
+    ::operator delete(attributes_);
+    attributes_ = nullptr;
+}
+
+Tag Tag::element(std::string_view name) {
+    Tag result;
+    result.kind_ = Element;
+    result.text_ = name;
+    return result;
+}
+
+Tag Tag::element(std::string_view name, std::string_view value) {
+    Tag result = element(name);
+    result.addChild(textNode(value));
+    return result;
+}
+
+Tag Tag::element(std::string_view name, const std::array<double, 3>& value) {
+    Tag result = element(name);
+    result.addChild(textNode(value));
+    return result;
+}
+
+Tag Tag::textNode(std::string_view value) {
+    Tag result;
+    result.kind_ = Text;
+    result.text_ = value;
+    return result;
+}
+
+Tag Tag::textNode(const std::array<double, 3>& value) {
+    return textNode(numberText(value[0]) + ',' + numberText(value[1]) + ',' + numberText(value[2]));
+}
+
+const std::string& Tag::value() const {
+    for (std::int32_t i = 0; i < childCount(); ++i)
+        if (const Tag& candidate = *childAt(i); candidate.kind_ == Text)
+            return candidate.text_;
+    return sharedEmpty().text_;
+}
+
+std::string Tag::attribute(std::string_view key) const {
+    if (attributes_)
+        for (const Attribute& attribute : *attributes_)
+            if (attribute.key == key)
+                return attribute.value;
+    return std::string();
+}
+
+std::string& Tag::attributeRef(std::string_view key) {
+    assert(this != &sharedEmpty());
+    if (!attributes_)
+        attributes_ = AttributeBlock::create(1);
+    Attribute* place =
+        std::lower_bound(attributes_->begin(), attributes_->end(), key,
+                         [](const Attribute& a, std::string_view k) { return a.key < k; });
+    if (place != attributes_->end() && place->key == key)
+        return place->value;
+    const auto index = place - attributes_->begin();
+    Attribute added{std::string(key), std::string()}; // `key` may lie in the block that goes.
+    if (attributes_->count == attributes_->capacity) {
+        AttributeBlock* larger = AttributeBlock::create(attributes_->capacity * 2);
+        std::uninitialized_move(attributes_->begin(), attributes_->end(), larger->begin());
+        larger->count = attributes_->count;
+        destroyAttributes();
+        attributes_ = larger;
+    }
+    new (attributes_->end()) Attribute(std::move(added));
+    ++attributes_->count;
+    std::rotate(attributes_->begin() + index, attributes_->end() - 1, attributes_->end());
+    return attributes_->begin()[index].value;
+}
+
+std::int32_t Tag::childCount(std::string_view name) const {
+    std::int32_t result = 0;
+    for (std::int32_t i = 0; i < childCount(); ++i)
+        result += childAt(i)->text_ == name;
+    return result;
+}
+
+const Tag& Tag::child(std::int32_t index) const {
+    const Tag* found = childAt(index);
+    return found ? *found : sharedEmpty();
+}
+
+Tag& Tag::child(std::int32_t index) {
+    Tag* found = childAt(index);
+    return found ? *found : sharedEmpty();
+}
+
+const Tag& Tag::child(std::string_view name, std::int32_t n) const {
+    const Tag* found = findChild(name, n);
+    return found ? *found : sharedEmpty();
+}
+
+Tag& Tag::child(std::string_view name, std::int32_t n) {
+    Tag* found = findChild(name, n);
+    return found ? *found : sharedEmpty();
+}
+
+Tag* Tag::childAt(std::int32_t index) const {
+    if (index < 0 || index >= childCount())
+        return nullptr;
+    auto left = static_cast<std::uint32_t>(index);
+    ChildBlock* block = lastBlock_->next;
+    for (; left >= block->count; block = block->next)
+        left -= block->count;
+    return block->begin() + left;
+}
+
+Tag* Tag::findChild(std::string_view name, std::int32_t n) const {
+    if (childCount_ == 0 || n < 0)
+        return nullptr;
+    ChildBlock* block = lastBlock_;
+    do {
+        block = block->next;
+        for (Tag& candidate : *block)
+            if (candidate.text_ == name && n-- == 0)
+                return &candidate;
+    } while (block != lastBlock_);
+    return nullptr;
+}
+
+std::string& Tag::setName(std::string_view name) {
+    assert(this != &sharedEmpty());
+    return text_ = name;
+}
+
+Tag& Tag::addChild(const Tag& child) {
+    return child.isEmpty() ? *this : addChild(Tag(child));
+}
+
+Tag& Tag::addChild(Tag&& child) {
+    assert(this != &sharedEmpty());
+    if (child.isEmpty())
+        return *this;
+    Tag taken(std::move(child)); // `child` may be this Tag, or stand below it.
+    return appendSlot() = std::move(taken);
+}
+
+bool Tag::removeChild(const Tag& child) {
+    std::int32_t index = 0;
+    while (index < childCount() && !childAt(index)->sameOwn(child))
+        ++index;
+    if (index == childCount())
+        return false;
+    for (; index + 1 < childCount(); ++index)
+        *childAt(index) = std::move(*childAt(index + 1));
+    removeLast();
+    return true;
+}
+
+void Tag::removeLast() {
+    (lastBlock_->end() - 1)->~Tag();
+    --childCount_;
+    if (--lastBlock_->count > 0)
+        return;
+    ChildBlock* emptied = lastBlock_;
+    while (lastBlock_->next != emptied)
+        lastBlock_ = lastBlock_->next;
+    lastBlock_->next = emptied->next;
+    if (lastBlock_ == emptied)
+        lastBlock_ = nullptr;
+    ::operator delete(emptied);
+}
+
+void Tag::clear() {
+    const Kind kept = kind_;
+    *this = Tag();
+    kind_ = kept;
+}
+
+// Everything but the children, for which room is made.
+void Tag::copyOwn(const Tag& other) {
+    text_ = other.text_;
+    kind_ = other.kind_;
+    if (other.childCount_ > 0)
+        lastBlock_ = ChildBlock::create(other.childCount_, nullptr);
+    if (!other.attributes_)
+        return;
+    attributes_ = AttributeBlock::create(other.attributes_->count);
+    std::uninitialized_copy(other.attributes_->begin(), other.attributes_->end(),
+                            attributes_->begin());
+    attributes_->count = other.attributes_->count;
+}
+
+bool Tag::sameOwn(const Tag& other) const {
+    if (kind_ != other.kind_ || text_ != other.text_)
+        return false;
+    const std::uint32_t count = attributes_ ? attributes_->count : 0;
+    if (count != (other.attributes_ ? other.attributes_->count : 0))
+        return false;
+    return count == 0 ||
+           std::equal(attributes_->begin(), attributes_->end(), other.attributes_->begin(),
+                      [](const Attribute& a, const Attribute& b) {
+                          return a.key == b.key && a.value == b.value;
+                      });
+}
+
+bool Tag::operator==(const Tag& other) const {
+    if (!sameOwn(other) || childCount_ != other.childCount_)
+        return false;
+    std::vector<std::pair<const Tag*, const Tag*>> pending{{this, &other}};
+    while (!pending.empty()) {
+        const auto [left, right] = pending.back();
+        pending.pop_back();
+        for (std::int32_t i = 0; i < left->childCount(); ++i) {
+            const Tag* a = left->childAt(i);
+            const Tag* b = right->childAt(i);
+            if (!a->sameOwn(*b) || a->childCount_ != b->childCount_)
+                return false;
+            if (a->childCount_ > 0)
+                pending.emplace_back(a, b);
+        }
+    }
+    return true;
+}
+
+// Plain storage: it outlives everything that may still read through it while a library unloads.
+Tag& Tag::sharedEmpty() {
+    alignas(Tag) static unsigned char storage[sizeof(Tag)];
+    static Tag* const empty = new (storage) Tag;
+    return *empty;
+}
+
+std::int32_t Tag::parse(const std::string& xmlText) {
+    // The text may be a part of the tree that is replaced.
+    Tag root;
+    root.kind_ = kind_;
+    const std::int32_t code = TagReader(xmlText).readInto(root);
+    *this = std::move(root);
+    return code;
+}
+
+} // namespace MVR

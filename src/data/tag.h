@@ -1,0 +1,181 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace MVR {
+
+class TagReader;
+class TagWriter;
+
+/// One node of the tree that every structured text goes through: settings, layouts, models,
+/// profiles.
+///
+/// A Tag owns its children and frees them with itself. A copy is deep. A move takes the children
+/// along, so that references to them stay valid. All operations are safe for a tree of any depth.
+/// A tree belongs to one thread at a time.
+///
+/// Reading never fails loudly: what is missing reads as a shared empty Tag, so that
+/// `tag.child("a").child("b").value()` needs no test. Nothing may be written into that shared Tag:
+/// test `isEmpty()` before changing what `child` gave.
+class Tag {
+public:
+    enum Kind : std::uint32_t {
+        None = 0,    ///< Nothing was read or made.
+        Element = 1, ///< `name()` is the element's name.
+        Text = 2,    ///< `name()` is the character data.
+        Comment = 4  ///< `name()` is the comment's body as it was read.
+    };
+
+    Tag() noexcept = default;
+    /// Parses `xmlText`. The code is dropped: a failed parse leaves what was built up to the fault.
+    explicit Tag(const std::string& xmlText);
+    Tag(const Tag& other);
+    Tag(Tag&& other) noexcept;
+    Tag& operator=(const Tag& other);
+    Tag& operator=(Tag&& other) noexcept;
+    ~Tag();
+
+    /// An element without children.
+    static Tag element(std::string_view name);
+    /// An element with one text child. An empty value gives no child.
+    static Tag element(std::string_view name, std::string_view value);
+    /// As above, the components with "," between them.
+    static Tag element(std::string_view name, const std::array<double, 3>& value);
+    /// As above, a number with at most six significant digits, whatever the locale.
+    template <typename T, std::enable_if_t<std::is_arithmetic_v<T>, int> = 0>
+    static Tag element(std::string_view name, T value) {
+        return element(name, std::string_view(numberText(value)));
+    }
+    static Tag textNode(std::string_view value);
+    static Tag textNode(const std::array<double, 3>& value);
+    template <typename T, std::enable_if_t<std::is_arithmetic_v<T>, int> = 0>
+    static Tag textNode(T value) {
+        return textNode(std::string_view(numberText(value)));
+    }
+
+    /// The element's name, or the text of a text node or a comment.
+    const std::string& name() const { return text_; }
+    bool hasName(std::string_view name) const { return text_ == name; }
+    Kind kind() const { return kind_; }
+    /// No text and no children; attributes don't count. True for the shared empty Tag.
+    bool isEmpty() const { return childCount_ == 0 && text_.empty(); }
+    /// The text of the first text child, or an empty string. Valid until that child changes.
+    const std::string& value() const;
+    /// Reads the own text as a number; false, with `out` unchanged, if it holds none. For the
+    /// number of an element ask its first child: `child(0).as(out)`. `T` is any built-in number
+    /// type but the character types.
+    template <typename T>
+    bool as(T& out) const;
+
+    /// The value, or "" if there is none; never adds the key.
+    std::string attribute(std::string_view key) const;
+    /// A writable reference to the value, added as "" if there is none. Valid until the next key is
+    /// added.
+    std::string& attributeRef(std::string_view key);
+
+    std::int32_t childCount() const { return static_cast<std::int32_t>(childCount_); }
+    /// The number of children of any kind with that text.
+    std::int32_t childCount(std::string_view name) const;
+    /// The child at `index`, from 0. Out of range: the shared empty Tag. The reference stays valid
+    /// while siblings are added, until one is removed.
+    const Tag& child(std::int32_t index) const;
+    Tag& child(std::int32_t index);
+    /// The `n`-th child, from 0, of any kind, with that text; none: the shared empty Tag.
+    const Tag& child(std::string_view name, std::int32_t n = 0) const;
+    Tag& child(std::string_view name, std::int32_t n = 0);
+
+    /// Sets the text and gives a writable reference to it.
+    std::string& setName(std::string_view name);
+    /// Appends a copy and gives a reference to it. A child without text and children is not added:
+    /// the result is then this Tag.
+    Tag& addChild(const Tag& child);
+    Tag& addChild(Tag&& child);
+    /// Removes the first child of the same kind, text and attributes; its children don't count.
+    /// False if there is none.
+    bool removeChild(const Tag& child);
+    /// Frees the children, attributes and text. The kind stays.
+    void clear();
+
+    /// Clears the Tag and reads the text into it. What stands behind the root element is ignored.
+    /// 0: success. 2: no root, or a close tag where a node was expected. 3: the text ended inside
+    /// an element. 4: a close tag of another element. 5: a fault in an attribute, or nothing where
+    /// a node was expected. 6: more levels than `kMaxDepth`; logged. On failure the Tag keeps what
+    /// was complete before the fault.
+    [[nodiscard]] std::int32_t parse(const std::string& xmlText);
+    /// Reads the stream to its end, line ends removed, and parses that.
+    [[nodiscard]] std::int32_t read(std::istream& stream);
+    /// Reads a file as `read` does. 1, with nothing changed, if it can't be opened.
+    [[nodiscard]] std::int32_t load(const std::string& path);
+
+    /// The tree as text. `indent` stands before the root, one `indentUnit` more before each level.
+    std::string toText(std::string_view newline, std::string_view indentUnit,
+                       std::string_view indent) const;
+    /// Writes an XML header and the tree. False, with the old file whole, if that fails or the tree
+    /// is deeper than `load` would read.
+    [[nodiscard]] bool save(const std::string& path) const;
+
+    bool operator==(const Tag& other) const;
+    bool operator!=(const Tag& other) const { return !(*this == other); }
+
+    /// The deepest tree that is read from text. Bounds the recursion of those who walk a tree.
+    static constexpr std::int32_t kMaxDepth = 2000;
+
+private:
+    friend class TagReader;
+    friend class TagWriter;
+    struct Attribute;
+    struct AttributeBlock;
+    struct ChildBlock;
+
+    static std::string numberText(double value);
+    static std::string numberText(long long value);
+    static std::string numberText(unsigned long long value);
+    template <typename T>
+    static std::string numberText(T value) {
+        static_assert(!std::is_same_v<T, char> && !std::is_same_v<T, signed char> &&
+                          !std::is_same_v<T, unsigned char>,
+                      "a character is no number: say which is meant");
+        if constexpr (std::is_floating_point_v<T>)
+            return numberText(static_cast<double>(value));
+        else if constexpr (std::is_signed_v<T>)
+            return numberText(static_cast<long long>(value));
+        else
+            return numberText(static_cast<unsigned long long>(value));
+    }
+
+    static Tag& sharedEmpty();
+    Tag* findChild(std::string_view name, std::int32_t n) const;
+    Tag* childAt(std::int32_t index) const;
+    Tag& appendSlot();
+    void removeLast();
+    void copyOwn(const Tag& other);
+    bool sameOwn(const Tag& other) const;
+    void destroyChildren() noexcept;
+    void destroyAttributes() noexcept;
+
+    // Small on purpose: files hold hundreds of thousands of nodes.
+    std::string text_;
+    AttributeBlock* attributes_ = nullptr; // Owned. Sorted by key.
+    ChildBlock* lastBlock_ = nullptr;      // Owned. The last of a ring of blocks.
+    std::uint32_t childCount_ = 0;
+    Kind kind_ = None;
+};
+
+extern template bool Tag::as<bool>(bool&) const;
+extern template bool Tag::as<short>(short&) const;
+extern template bool Tag::as<unsigned short>(unsigned short&) const;
+extern template bool Tag::as<int>(int&) const;
+extern template bool Tag::as<unsigned int>(unsigned int&) const;
+extern template bool Tag::as<long>(long&) const;
+extern template bool Tag::as<unsigned long>(unsigned long&) const;
+extern template bool Tag::as<long long>(long long&) const;
+extern template bool Tag::as<unsigned long long>(unsigned long long&) const;
+extern template bool Tag::as<float>(float&) const;
+extern template bool Tag::as<double>(double&) const;
+
+} // namespace MVR

@@ -1,0 +1,316 @@
+#include "data/tag_reader.h"
+
+#include "core/log.h"
+#include "data/tag_blocks.h"
+#include "platform/files.h"
+
+#include <algorithm>
+#include <cstring>
+#include <istream>
+#include <locale>
+#include <sstream>
+
+namespace MVR {
+namespace {
+
+enum Code : std::int32_t {
+    kSuccess = 0,
+    kNotOpened = 1,
+    kNoRoot = 2,
+    kUnclosed = 3,
+    kWrongClose = 4,
+    kBadAttribute = 5,
+    kTooDeep = 6
+};
+
+// Decoded text up to this size goes through a buffer that is used again, so that it takes no more
+// memory than it needs. Larger text is decoded in its place.
+constexpr std::size_t kSmallText = 4096;
+
+bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+const char* find(const char* at, const char* end, char wanted) {
+    const void* found = at == end ? nullptr : std::memchr(at, wanted, end - at);
+    return found ? static_cast<const char*>(found) : end;
+}
+
+const char* skipSpace(const char* at, const char* end) {
+    while (at != end && isSpace(*at))
+        ++at;
+    return at;
+}
+
+const char* skipWord(const char* at, const char* end) {
+    while (at != end && !isSpace(*at))
+        ++at;
+    return at;
+}
+
+std::string_view view(const char* begin, const char* end) {
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+// Appends the byte that the reference at `at` ("&#") stands for, and gives the place behind it. A
+// reference without digits is a zero byte, as is one whose number has none of its own base.
+const char* decodeReference(const char* at, const char* end, std::string& out) {
+    at += 2;
+    const bool hexadecimal = at != end && *at == 'x';
+    at += hexadecimal;
+    unsigned char number = 0; // The low 8 bits are all that is wanted of any number.
+    bool counts = true;
+    for (int digit; at != end && (digit = hexDigit(*at)) >= 0; ++at) {
+        counts = counts && (hexadecimal || digit < 10);
+        if (counts)
+            number = static_cast<unsigned char>(number * (hexadecimal ? 16 : 10) + digit);
+    }
+    out.push_back(static_cast<char>(number));
+    return at == end ? end : at + 1;
+}
+
+void decodeInto(std::string_view markup, std::string& out) {
+    out.clear();
+    out.reserve(markup.size());
+    const char* at = markup.data();
+    const char* const end = at + markup.size();
+    while (at != end) {
+        const char* reference = find(at, end, '&');
+        while (reference != end && (end - reference < 2 || reference[1] != '#'))
+            reference = find(reference + 1, end, '&');
+        out.append(at, reference);
+        at = reference == end ? end : decodeReference(reference, end, out);
+    }
+}
+
+} // namespace
+
+TagReader::TagReader(std::string_view text)
+    : at_(text.data()), end_(find(at_, at_ + text.size(), '\0')) {}
+
+// Puts what stands between the brackets of a tag, of which the first is at `first`, into `token`.
+void TagReader::cutTag(Token& token, const char* first) {
+    const char* begin = first + 1;
+    token.kind = TokenKind::Open;
+    if (begin != end_ && (*begin == '/' || *begin == '!')) {
+        token.kind = *begin == '/' ? TokenKind::Close : TokenKind::Comment;
+        ++begin;
+    }
+    const char* last = find(begin, end_, '>');
+    at_ = last == end_ ? end_ : last + 1;
+    if (last != end_ && last != begin && last[-1] == '/' && token.kind != TokenKind::Comment) {
+        token.kind = TokenKind::Empty;
+        --last;
+    }
+    token.text = view(begin, last);
+}
+
+bool TagReader::next(Token& token) {
+    while (at_ != end_) {
+        const char* first = skipSpace(at_, end_);
+        if (first == end_ || *first != '<') {
+            const char* last = find(first, end_, '<');
+            token = {TokenKind::Text, view(at_, last)};
+            at_ = last;
+            return true;
+        }
+        cutTag(token, first);
+        if (!token.text.empty())
+            return true;
+    }
+    return false;
+}
+
+std::int32_t TagReader::readInto(Tag& root) {
+    Token token;
+    if (!next(token) || (token.kind != TokenKind::Open && token.kind != TokenKind::Empty))
+        return kNoRoot;
+    if (token.text.front() == '?' && !next(token))
+        return kBadAttribute;
+    const std::int32_t code = fill(root, token);
+    return code == kSuccess && token.kind == TokenKind::Open ? readChildren(root) : code;
+}
+
+std::int32_t TagReader::readChildren(Tag& root) {
+    std::int32_t code = kSuccess;
+    open_.assign(1, &root);
+    while (!open_.empty() && code == kSuccess) {
+        Tag& parent = *open_.back();
+        Token token;
+        if (!next(token)) {
+            code = kUnclosed;
+        } else if (token.kind == TokenKind::Close) {
+            if (token.text == parent.text_)
+                open_.pop_back();
+            else
+                code = kWrongClose;
+        } else if (token.kind == TokenKind::Open && open_.size() == Tag::kMaxDepth) {
+            Log(Log::Error)
+                .write("Too many nested elements in text, at most", Tag::kMaxDepth, Log::OwnLevel);
+            code = kTooDeep;
+        } else {
+            Tag& child = parent.appendSlot();
+            code = fill(child, token);
+            if (code == kSuccess && token.kind == TokenKind::Open)
+                open_.push_back(&child);
+            else if (code != kSuccess || child.text_.empty())
+                parent.removeLast();
+        }
+    }
+    // A child that failed is dropped with all that was read into it.
+    if (open_.size() > 1)
+        root.removeLast();
+    return code;
+}
+
+std::int32_t TagReader::fill(Tag& node, const Token& token) {
+    switch (token.kind) {
+    case TokenKind::Text:
+        node.kind_ = Tag::Text;
+        decode(token.text, node.text_);
+        return kSuccess;
+    case TokenKind::Comment:
+        node.kind_ = Tag::Comment;
+        decode(token.text, node.text_);
+        return kSuccess;
+    case TokenKind::Close:
+        return kNoRoot;
+    case TokenKind::Open:
+    case TokenKind::Empty:
+        break;
+    }
+    const char* const begin = token.text.data();
+    const char* const end = begin + token.text.size();
+    const char* nameEnd = skipWord(begin, end);
+    node.kind_ = Tag::Element;
+    decode(view(begin, nameEnd), node.text_);
+    if (nameEnd == begin) // Blanks ahead of the first word: no name, and the word counts as one.
+        nameEnd = skipWord(skipSpace(begin, end), end);
+    if (nameEnd == end)
+        return kSuccess;
+    const std::int32_t code = scanAttributes(nameEnd, end);
+    storeAttributes(node);
+    return code;
+}
+
+std::int32_t TagReader::scanAttributes(const char* at, const char* end) {
+    attributes_.clear();
+    while (at != end) {
+        at = skipSpace(at, end);
+        if (at != end && *at == '?')
+            return kSuccess;
+        const char* const key = at;
+        while (at != end && *at != '=' && !isSpace(*at))
+            ++at;
+        if (end - at < 2 || *at != '=' || (at[1] != '"' && at[1] != '\''))
+            return kBadAttribute;
+        const char* const keyEnd = at;
+        const char* const value = at + 2;
+        at = find(value, end, at[1]);
+        if (at == end)
+            return kBadAttribute;
+        attributes_.push_back({view(key, keyEnd), view(value, at)});
+        ++at;
+    }
+    return kSuccess;
+}
+
+void TagReader::storeAttributes(Tag& node) {
+    if (attributes_.empty())
+        return;
+    // In the order of the text within one key, where the last counts.
+    std::sort(attributes_.begin(), attributes_.end(),
+              [](const RawAttribute& a, const RawAttribute& b) {
+                  const int order = a.key.compare(b.key);
+                  return order != 0 ? order < 0 : a.key.data() < b.key.data();
+              });
+    const auto repeated = [this](std::size_t i) {
+        return i + 1 < attributes_.size() && attributes_[i].key == attributes_[i + 1].key;
+    };
+    std::uint32_t count = 0;
+    for (std::size_t i = 0; i < attributes_.size(); ++i)
+        count += !repeated(i);
+    node.attributes_ = Tag::AttributeBlock::create(count);
+    for (std::size_t i = 0; i < attributes_.size(); ++i) {
+        if (repeated(i))
+            continue;
+        auto* stored = new (node.attributes_->end()) Tag::Attribute;
+        ++node.attributes_->count;
+        stored->key = attributes_[i].key;
+        decode(attributes_[i].value, stored->value);
+    }
+}
+
+void TagReader::decode(std::string_view markup, std::string& out) {
+    if (markup.size() > kSmallText) {
+        decodeInto(markup, out);
+    } else if (markup.find('&') == std::string_view::npos) {
+        out = markup;
+    } else {
+        decodeInto(markup, decoded_);
+        out = decoded_;
+    }
+}
+
+std::int32_t Tag::read(std::istream& stream) {
+    std::string text;
+    std::string line;
+    while (std::getline(stream, line)) {
+        if (!stream.eof() && !line.empty() && line.back() == '\r')
+            line.pop_back();
+        text += line;
+    }
+    return parse(text);
+}
+
+std::int32_t Tag::load(const std::string& path) {
+    std::string text;
+    if (!Platform::readFile(path, text))
+        return kNotOpened;
+    const char* const end = text.data() + text.size();
+    char* out = text.data();
+    for (const char* line = out; line != end;) {
+        const char* next = find(line, end, '\n');
+        const char* lineEnd = next != end && next != line && next[-1] == '\r' ? next - 1 : next;
+        std::memmove(out, line, lineEnd - line);
+        out += lineEnd - line;
+        line = next == end ? end : next + 1;
+    }
+    text.resize(out - text.data());
+    return parse(text);
+}
+
+template <typename T>
+bool Tag::as(T& out) const {
+    std::istringstream stream(text_);
+    stream.imbue(std::locale::classic());
+    T number;
+    if (!(stream >> number))
+        return false;
+    out = number;
+    return true;
+}
+
+template bool Tag::as<bool>(bool&) const;
+template bool Tag::as<short>(short&) const;
+template bool Tag::as<unsigned short>(unsigned short&) const;
+template bool Tag::as<int>(int&) const;
+template bool Tag::as<unsigned int>(unsigned int&) const;
+template bool Tag::as<long>(long&) const;
+template bool Tag::as<unsigned long>(unsigned long&) const;
+template bool Tag::as<long long>(long long&) const;
+template bool Tag::as<unsigned long long>(unsigned long long&) const;
+template bool Tag::as<float>(float&) const;
+template bool Tag::as<double>(double&) const;
+
+} // namespace MVR

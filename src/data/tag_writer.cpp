@@ -1,0 +1,182 @@
+#include "data/tag_writer.h"
+
+#include "core/log.h"
+#include "data/tag_blocks.h"
+#include "platform/files.h"
+
+#include <array>
+#include <charconv>
+#include <limits>
+
+namespace MVR {
+namespace {
+
+constexpr std::string_view kHeader = "<?xml version=\"1.0\"?>\n";
+constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
+
+struct ByteSet {
+    std::array<bool, 256> has{};
+};
+
+// What is written as a reference: all but the printable ASCII characters without "&" and "<".
+constexpr ByteSet escapedBytes(bool quote) {
+    ByteSet set;
+    for (int byte = 0; byte < 256; ++byte)
+        set.has[byte] = byte < 0x20 || byte > 0x7E || byte == '&' || byte == '<';
+    set.has['"'] = quote;
+    return set;
+}
+
+constexpr ByteSet kEscaped = escapedBytes(false);
+constexpr ByteSet kEscapedWithQuote = escapedBytes(true);
+
+void encode(std::string_view text, const ByteSet& escaped, std::string& out) {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (true) {
+        const char* run = at;
+        while (at != end && !escaped.has[static_cast<unsigned char>(*at)])
+            ++at;
+        out.append(run, at);
+        if (at == end)
+            return;
+        char reference[8] = {'&', '#'};
+        char* last = std::to_chars(reference + 2, reference + 6,
+                                   static_cast<int>(static_cast<unsigned char>(*at)))
+                         .ptr;
+        *last++ = ';';
+        out.append(reference, last);
+        ++at;
+    }
+}
+
+template <typename T, typename... Format>
+std::string digits(T value, Format... format) {
+    char buffer[64];
+    return std::string(buffer, std::to_chars(buffer, buffer + sizeof buffer, value, format...).ptr);
+}
+
+} // namespace
+
+bool TagWriter::write(const Tag& root, std::string_view indent, std::size_t maxDepth,
+                      std::string& out) {
+    out_ = &out;
+    indent_ = indent;
+    begin(root);
+    while (!open_.empty()) {
+        if (open_.size() > maxDepth)
+            return false;
+        Open& open = open_.back();
+        if (!open.next) {
+            finish();
+            continue;
+        }
+        const Tag& child = *open.next;
+        Tag::ChildBlock* const last = open.element->lastBlock_;
+        if (++open.next == open.block->end()) {
+            open.next = open.block == last ? nullptr : open.block->next->begin();
+            open.block = open.block->next;
+        }
+        const bool textFollowsText =
+            open.isInline && open.next && child.kind_ == Tag::Text && open.next->kind_ == Tag::Text;
+        begin(child);
+        if (textFollowsText)
+            out += ' ';
+    }
+    return true;
+}
+
+// Writes a node; of an element with children only what stands ahead of them.
+void TagWriter::begin(const Tag& node) {
+    const std::size_t depth = open_.size();
+    switch (node.kind_) {
+    case Tag::Element:
+        beginElement(node);
+        break;
+    case Tag::Text:
+        encode(node.text_, kEscaped, *out_);
+        break;
+    case Tag::Comment:
+        out_->append(indent_).append("<!-- ");
+        encode(node.text_, kEscaped, *out_);
+        out_->append("-- >");
+        break;
+    case Tag::None:
+        break;
+    }
+    if (open_.size() == depth && depth > 0 && !open_.back().isInline)
+        out_->append(newline_);
+}
+
+void TagWriter::beginElement(const Tag& element) {
+    out_->append(indent_).push_back('<');
+    encode(element.text_, kEscaped, *out_);
+    if (element.attributes_)
+        attributes(element);
+    if (element.childCount_ == 0) {
+        out_->append("/>");
+        return;
+    }
+    out_->push_back('>');
+    Tag::ChildBlock* block = element.lastBlock_->next;
+    const bool isInline = block->begin()->kind_ == Tag::Text;
+    if (!isInline)
+        out_->append(newline_);
+    open_.push_back({block->begin(), &element, block, isInline});
+    indent_ += indentUnit_;
+}
+
+void TagWriter::attributes(const Tag& element) {
+    for (const Tag::Attribute& attribute : *element.attributes_) {
+        const bool hasDouble = attribute.value.find('"') != std::string::npos;
+        const bool hasBoth = hasDouble && attribute.value.find('\'') != std::string::npos;
+        const char quote = hasDouble && !hasBoth ? '\'' : '"';
+        out_->push_back(' ');
+        out_->append(attribute.key).append({'=', quote});
+        encode(attribute.value, hasBoth ? kEscapedWithQuote : kEscaped, *out_);
+        out_->push_back(quote);
+    }
+}
+
+void TagWriter::finish() {
+    const Open done = open_.back();
+    open_.pop_back();
+    indent_.resize(indent_.size() - indentUnit_.size());
+    if (!done.isInline)
+        out_->append(indent_);
+    out_->append("</");
+    encode(done.element->text_, kEscaped, *out_);
+    out_->push_back('>');
+    if (!open_.empty() && !open_.back().isInline)
+        out_->append(newline_);
+}
+
+std::string Tag::toText(std::string_view newline, std::string_view indentUnit,
+                        std::string_view indent) const {
+    std::string text;
+    static_cast<void>(TagWriter(newline, indentUnit).write(*this, indent, kNoLimit, text));
+    return text;
+}
+
+bool Tag::save(const std::string& path) const {
+    std::string text(kHeader);
+    if (!TagWriter("\n", "\t").write(*this, "", kMaxDepth, text)) {
+        Log(Log::Error).write("Not saved, too many nested elements", path, Log::OwnLevel);
+        return false;
+    }
+    return Platform::writeFileAtomic(path, text);
+}
+
+std::string Tag::numberText(double value) {
+    return digits(value, std::chars_format::general, 6);
+}
+
+std::string Tag::numberText(long long value) {
+    return digits(value);
+}
+
+std::string Tag::numberText(unsigned long long value) {
+    return digits(value);
+}
+
+} // namespace MVR

@@ -47,7 +47,8 @@ constexpr std::uint64_t kLargestFileBytes = std::uint64_t(1) << 31;
 
 /// Writes a whole file so that whatever happens either the old file or the new one is there: beside
 /// the target under a name of its own, flushed to disk, renamed. On any failure false: what was
-/// written is removed, and the old file is whole.
+/// written is removed, and the old file is whole. A process that is killed meanwhile leaves the
+/// unfinished one, named ".mvr-<process>-<number>.tmp".
 /// An existing target keeps its permissions, and must be writable; a symbolic link is written
 /// through. A target that is no regular file (a pipe, a device) can't be replaced and is written to
 /// as it stands.

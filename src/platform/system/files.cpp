@@ -306,12 +306,14 @@ bool readFile(std::string_view path, std::string& out) {
         return fail(EFBIG);
     }
     std::string bytes;
-    bytes.reserve(isRegular ? std::size_t(status.st_size) + kChunkBytes : kChunkBytes);
+    bytes.reserve(isRegular ? std::size_t(status.st_size) + 1 : kChunkBytes);
     while (true) {
         // A pipe, or a file that grows meanwhile, has no size to go by.
         const std::size_t have = bytes.size();
-        bytes.resize(have + kChunkBytes);
-        const ssize_t count = read(file.get(), bytes.data() + have, kChunkBytes);
+        const std::size_t room = bytes.capacity() - have;
+        const std::size_t step = room == 0 ? kChunkBytes : std::min(room, kChunkBytes);
+        bytes.resize(have + step);
+        const ssize_t count = read(file.get(), bytes.data() + have, step);
         if (count < 0 && errno != EINTR) {
             return fail(errno);
         }

@@ -146,6 +146,28 @@ public:
     void onOpen(DialogHandle) override {}
 };
 
+class PostsToItself : public DialogLogic {
+public:
+    void onOpen(DialogHandle dialog) override { postMessage(dialog, 1); }
+    void onMessage(DialogHandle dialog, std::uint32_t message) override {
+        postMessage(dialog, message + 1);
+    }
+    void onTimer(DialogHandle dialog, std::uint32_t) override { endDialog(dialog, 5); }
+};
+
+TEST_F(Dialogs, AMessageThatPostsTheNextLeavesRoomForTimers) {
+    PostsToItself logic;
+    int turns = 0;
+    Headless::setUserHook([&](DialogHandle dialog, Headless::ModalEvent) {
+        if (++turns == 10) {
+            setDialogTimer(dialog, 1, 1);
+            clock_.advance(1);
+        }
+    });
+    EXPECT_EQ(runModalDialog(kProgress, 0, logic), 5);
+    EXPECT_EQ(turns, 10);
+}
+
 TEST_F(Dialogs, OneThatNobodyCanEndEnds) {
     Idle idle;
     EXPECT_EQ(runModalDialog(kProgress, 0, idle), -1);

@@ -3,6 +3,7 @@
 #include "temporary_folder.h"
 
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -27,8 +28,9 @@ TEST(Files, PathsFoldToWhatIsThere) {
     TemporaryFolder folder;
     const std::string& root = folder.path;
     folder.add("Data/Core/Core.log");
-    folder.add("Data/core.LOG");
-    folder.add("Data/CORE.log");
+    for (const char* name : {"core.LOG", "CORE.log", "Core.log", "coRE.log"}) {
+        folder.add(std::string("Data/") + name);
+    }
     struct Case {
         std::string written, folded;
     };
@@ -116,6 +118,17 @@ TEST(Files, WritingKeepsPermissionsAndWritesThroughLinks) {
     ASSERT_TRUE(writeFileAtomic(folder.path + "dangling", "made"));
     EXPECT_EQ(folder.read("real/new.xml"), "made");
 
+    // A pipe can't be replaced, so it is written to.
+    const std::string pipe = folder.path + "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_TRUE(writeFileAtomic(pipe, "x"));
+    char received = 0;
+    EXPECT_EQ(read(reader, &received, 1), 1);
+    EXPECT_EQ(received, 'x');
+    EXPECT_TRUE(fs::is_fifo(pipe));
+    close(reader);
+
     EXPECT_FALSE(writeFileAtomic(folder.path + "loop", "x"));
     EXPECT_FALSE(writeFileAtomic(folder.path + "real", "x"));
     EXPECT_FALSE(writeFileAtomic(folder.path + "no/file", "x"));
@@ -141,12 +154,6 @@ TEST(Files, AFullDiskLeavesTheOldFileAndNothingElse) {
     EXPECT_EQ(reason, "File too large");
     EXPECT_EQ(listed(folder.path + "*"), "take.xml ");
     EXPECT_EQ(folder.read("take.xml"), "old");
-
-    // A device can't be replaced, so it is written to.
-    fs::create_symlink("/dev/full", folder.path + "full");
-    EXPECT_FALSE(writeFileAtomic(folder.path + "full", "x"));
-    EXPECT_EQ(lastFileError(), "No space left on device");
-    EXPECT_TRUE(fs::is_character_file("/dev/full"));
 }
 
 TEST(Files, AKillInMidWriteLeavesTheOldFileOrTheNew) {
@@ -154,7 +161,7 @@ TEST(Files, AKillInMidWriteLeavesTheOldFileOrTheNew) {
     const std::string old(1000, 'o');
     const std::string next(8000000, 'n');
     int killedInside = 0;
-    for (int round = 0; round < 8; ++round) {
+    for (int round = 0; round < 200 && killedInside < 4; ++round) {
         folder.add("take.xml", old);
         const pid_t child = fork();
         ASSERT_GE(child, 0);

@@ -1,0 +1,137 @@
+#include "data/huffman_decoder.h"
+
+#include "data/little_endian.h"
+
+#include <algorithm>
+
+namespace MVR {
+namespace {
+
+// The large table still fits a first-level cache.
+constexpr std::uint32_t kLargeTableBits = 12;
+constexpr std::uint32_t kSmallTableBits = 8;
+constexpr std::size_t kLargeOutput = 16384;
+
+constexpr std::uint32_t kMaxBytes = 3; // Of one entry.
+constexpr std::uint32_t kLookups = 4;  // Between two refills, which leave 56 bits or more.
+static_assert(kLookups * kLargeTableBits <= 56);
+
+std::uint32_t makeEntry(std::uint32_t content, std::uint32_t bytes, std::uint32_t bits) {
+    return content | bytes << 24 | bits << 26;
+}
+
+std::uint32_t bytesOf(std::uint32_t entry) {
+    return entry >> 24 & 3;
+}
+
+std::uint32_t bitsOf(std::uint32_t entry) {
+    return entry >> 26;
+}
+
+} // namespace
+
+HuffmanDecoder::HuffmanDecoder(const HuffmanTree& tree, std::size_t outputSize)
+    : tree_(tree), tableBits_(outputSize < kLargeOutput ? kSmallTableBits : kLargeTableBits),
+      table_(std::size_t(1) << tableBits_) {
+    if (tree_.isLeaf(tree_.root()))
+        return;
+    fillTable();
+    joinEntries();
+}
+
+// One byte an entry.
+void HuffmanDecoder::fillTable() {
+    struct Place {
+        std::int32_t node;
+        std::uint32_t code;
+        std::uint32_t depth;
+    };
+    shortest_ = tableBits_;
+    std::vector<Place> pending{{tree_.root(), 0, 0}};
+    while (!pending.empty()) {
+        const Place at = pending.back();
+        pending.pop_back();
+        const HuffmanNode& node = tree_.node(at.node);
+        if (tree_.isLeaf(at.node)) {
+            shortest_ = std::min(shortest_, at.depth);
+            const Entry entry = makeEntry(static_cast<std::uint8_t>(node.symbol), 1, at.depth);
+            for (std::size_t i = at.code; i < table_.size(); i += std::size_t(1) << at.depth)
+                table_[i] = entry;
+        } else if (at.depth == tableBits_) {
+            table_[at.code] = makeEntry(0, 0, 0);
+        } else {
+            pending.push_back({node.left, at.code, at.depth + 1});
+            pending.push_back({node.right, at.code | 1u << at.depth, at.depth + 1});
+        }
+    }
+}
+
+// Adds the bytes whose codes stand whole in the rest of an entry's bits. From the highest entry
+// down, since the rest of an entry is a lower one.
+void HuffmanDecoder::joinEntries() {
+    for (std::size_t i = table_.size(); i-- > 0;) {
+        Entry joined = table_[i];
+        while (bytesOf(joined) > 0 && bytesOf(joined) < kMaxBytes) {
+            const Entry next = table_[i >> bitsOf(joined)];
+            const std::uint32_t bits = bitsOf(joined) + bitsOf(next);
+            if (bytesOf(next) == 0 || bits > tableBits_)
+                break;
+            const std::uint32_t bytes = bytesOf(joined);
+            const std::uint32_t content = (joined & 0xFFFFFF) | (next & 0xFF) << 8 * bytes;
+            joined = makeEntry(content, bytes + 1, bits);
+        }
+        table_[i] = joined;
+    }
+}
+
+// Bit by bit: for codes longer than the table's, and near the ends, where whole words don't fit.
+bool HuffmanDecoder::decodeOne(const std::uint8_t* payload, std::uint64_t& bit,
+                               std::uint64_t bitCount, std::uint8_t& out) const {
+    std::int32_t at = tree_.root();
+    while (!tree_.isLeaf(at)) {
+        if (bit == bitCount)
+            return false;
+        const HuffmanNode& node = tree_.node(at);
+        at = payload[bit / 8] >> bit % 8 & 1 ? node.right : node.left;
+        ++bit;
+    }
+    out = static_cast<std::uint8_t>(tree_.node(at).symbol);
+    return true;
+}
+
+std::size_t HuffmanDecoder::decode(const std::uint8_t* payload, std::size_t payloadSize,
+                                   std::uint8_t* const out, std::size_t outSize) const {
+    // Each entry stores four bytes, whatever it holds.
+    constexpr std::size_t kRoom = kLookups * kMaxBytes + sizeof(Entry);
+    const std::uint64_t mask = table_.size() - 1;
+    const std::uint64_t bitCount = std::uint64_t(payloadSize) * 8;
+    std::uint64_t bit = 0;
+    std::uint8_t* to = out;
+    std::uint8_t* const end = out + outSize;
+    while (to != end) {
+        while (bit / 8 + 8 <= payloadSize && static_cast<std::size_t>(end - to) >= kRoom) {
+            const std::uint64_t word = loadLittle64(payload + bit / 8) >> bit % 8;
+            std::uint64_t rest = word;
+            std::uint32_t used = 0;
+            Entry entry = 0;
+            for (std::uint32_t i = 0; i < kLookups; ++i) {
+                entry = table_[rest & mask];
+                if (bytesOf(entry) == 0)
+                    break;
+                storeLittle32(to, entry);
+                to += bytesOf(entry);
+                used += bitsOf(entry);
+                rest >>= bitsOf(entry);
+            }
+            bit += used;
+            if (bytesOf(entry) == 0)
+                break;
+        }
+        if (!decodeOne(payload, bit, bitCount, *to))
+            break;
+        ++to;
+    }
+    return to - out;
+}
+
+} // namespace MVR

@@ -1,7 +1,8 @@
 /// \file
 /// The process-wide table of named codes. An operation that can fail returns the value of an
 /// entry; 0 is success.
-#pragma once
+#ifndef MIRVANE_CORE_ERROR_CODE_H
+#define MIRVANE_CORE_ERROR_CODE_H
 
 #include "core/util/singleton.h"
 
@@ -79,3 +80,5 @@ private:
 void registerCommonErrorCodes();
 
 } // namespace MVR
+
+#endif

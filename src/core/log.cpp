@@ -61,8 +61,18 @@ Log::Log(std::string_view text, std::int32_t level)
 Log::~Log() {
     if (scoped_ != 0)
         --instance()->depth_;
-    if (file_.is_open())
-        file_ << "[EOF]\n";
+    endFile();
+}
+
+void Log::endFile() {
+    if (!file_.is_open())
+        return;
+    file_ << "[EOF]\n";
+    file_.close();
+}
+
+void Log::closeFile() {
+    instance()->endFile();
 }
 
 void Log::write(const char* text, std::int32_t level) {

@@ -1,7 +1,8 @@
 /// \file
 /// The process-wide log: a line per event with date and time in UTC, a word for its level, and a
 /// tab per open entry; kept in memory and written through to a file.
-#pragma once
+#ifndef MIRVANE_CORE_LOG_H
+#define MIRVANE_CORE_LOG_H
 
 #include "core/util/singleton.h"
 
@@ -51,6 +52,8 @@ public:
     /// Closes the log file, if one is open, and opens `path`, truncated. If that fails the log goes
     /// on in memory.
     static void setFile(const std::string& path);
+    /// Ends the log file as an orderly unload does; the log goes on in memory.
+    static void closeFile();
     /// All that was written since the library was loaded.
     static std::string getText();
     /// Writes all text to `path`, truncated; false if that failed.
@@ -63,6 +66,7 @@ private:
     friend class Util::Singleton<Log>;
     Log() = default;
 
+    void endFile();
     void writeLine(std::string_view name, std::string_view separator, std::string_view value,
                    std::int32_t level) const;
 
@@ -75,3 +79,5 @@ private:
 };
 
 } // namespace MVR
+
+#endif

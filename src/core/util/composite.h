@@ -1,8 +1,11 @@
 /// \file
 /// Trees whose parents own their children and whose children know their parent.
-#pragma once
+#ifndef MIRVANE_CORE_UTIL_COMPOSITE_H
+#define MIRVANE_CORE_UTIL_COMPOSITE_H
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <vector>
 
@@ -24,6 +27,9 @@ public:
     /// Takes `child` from the parent it has and appends it here, where it is owned from now on.
     /// A child that is here already moves to the end; null does nothing.
     void add(T* child);
+    /// As `add`, but before the child that stands at `index` then; negative or past the end
+    /// appends.
+    void insert(T* child, std::int32_t index);
     /// Takes `child` off the list of its parent; the caller owns it from now on. It has no parent
     /// afterwards, also if that wasn't this object. Null does nothing.
     void remove(T* child);
@@ -46,12 +52,18 @@ private:
 
 template <class T>
 void Composite_Dynamic<T>::add(T* child) {
+    insert(child, -1);
+}
+
+template <class T>
+void Composite_Dynamic<T>::insert(T* child, std::int32_t index) {
     if (child == nullptr)
         return;
     Composite_Dynamic* const base = child;
     remove(child);
     base->parent_ = this;
-    children_.push_back(child);
+    const bool appends = index < 0 || static_cast<std::size_t>(index) >= children_.size();
+    children_.insert(appends ? children_.end() : children_.begin() + index, child);
     base->onAttached();
 }
 
@@ -91,3 +103,5 @@ Composite_Dynamic<T>::~Composite_Dynamic() {
 }
 
 } // namespace MVR::Util
+
+#endif

@@ -1,7 +1,8 @@
 /// \file
 /// Objects that cross library borders or live in trees: each frees itself, with the memory
 /// functions of the library that made it.
-#pragma once
+#ifndef MIRVANE_CORE_UTIL_DYNAMIC_OBJECT_H
+#define MIRVANE_CORE_UTIL_DYNAMIC_OBJECT_H
 
 #include <memory>
 
@@ -35,3 +36,5 @@ public:
 };
 
 } // namespace MVR::Util
+
+#endif

@@ -4,7 +4,8 @@
 /// 1. At load each factory is given to `registerFactory`; the first of a name wins.
 /// 2. `find(tag)` gives the factory that is named as the tag, or null.
 /// 3. `create(tag)` of that factory builds the object.
-#pragma once
+#ifndef MIRVANE_CORE_UTIL_FACTORY_MANAGER_H
+#define MIRVANE_CORE_UTIL_FACTORY_MANAGER_H
 
 #include "core/util/dynamic_object.h"
 #include "core/util/singleton.h"
@@ -69,3 +70,5 @@ private:
 };
 
 } // namespace MVR::Util
+
+#endif

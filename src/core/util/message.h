@@ -1,6 +1,7 @@
 /// \file
 /// What the nodes of the message network send to each other.
-#pragma once
+#ifndef MIRVANE_CORE_UTIL_MESSAGE_H
+#define MIRVANE_CORE_UTIL_MESSAGE_H
 
 #include <cstdint>
 #include <string>
@@ -33,3 +34,5 @@ public:
 };
 
 } // namespace MVR::Util
+
+#endif

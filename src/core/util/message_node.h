@@ -1,7 +1,8 @@
 /// \file
 /// The synchronous message network: a node sends to one other node, or broadcasts to all that
 /// listen to it. Delivery is a plain call on the caller's stack.
-#pragma once
+#ifndef MIRVANE_CORE_UTIL_MESSAGE_NODE_H
+#define MIRVANE_CORE_UTIL_MESSAGE_NODE_H
 
 #include "core/util/message.h"
 
@@ -65,3 +66,5 @@ private:
 };
 
 } // namespace MVR::Util
+
+#endif

@@ -9,7 +9,8 @@
 /// is given a service by another one (an adaptor its log, a driver the device handler) calls
 /// `T::adopt(given)`, so that its own copy of the code works on the given object, and
 /// `T::adopt(nullptr)` before that object goes.
-#pragma once
+#ifndef MIRVANE_CORE_UTIL_SINGLETON_H
+#define MIRVANE_CORE_UTIL_SINGLETON_H
 
 #include <cstddef>
 #include <type_traits>
@@ -44,6 +45,9 @@ public:
     /// returned.
     MVR_LIBRARY_LOCAL static T* instance();
 
+    /// True if `instance` has something to give without creating it.
+    MVR_LIBRARY_LOCAL static bool exists() { return current_ != nullptr; }
+
     /// Makes `foreign`, another library's service, this library's one. It is neither owned nor
     /// collected here, and must live until it is let go with null, which brings back the service
     /// that this library had of its own, if any.
@@ -60,7 +64,7 @@ protected:
     Singleton& operator=(const Singleton&) = default;
 
 private:
-    MVR_LIBRARY_LOCAL static T* create();
+    MVR_LIBRARY_LOCAL static T* makeOwn();
 
     MVR_LIBRARY_LOCAL inline static T* current_ = nullptr;
     MVR_LIBRARY_LOCAL inline static T* own_ = nullptr;
@@ -88,11 +92,11 @@ private:
 
 template <class T>
 inline T* Singleton<T>::instance() {
-    return current_ != nullptr ? current_ : create();
+    return current_ != nullptr ? current_ : makeOwn();
 }
 
 template <class T>
-T* Singleton<T>::create() {
+T* Singleton<T>::makeOwn() {
     // Reachable before it is in the list: the collector and other singletons may use it.
     own_ = current_ = new T;
     ownBase_ = own_;
@@ -118,3 +122,5 @@ Singleton<T>::~Singleton() {
 }
 
 } // namespace MVR::Util
+
+#endif

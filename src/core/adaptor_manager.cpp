@@ -1,0 +1,25 @@
+#include "core/adaptor_manager.h"
+
+#include "core/folders.h"
+#include "core/log.h"
+#include "platform/files.h"
+
+namespace MVR {
+
+AdaptorManager::AdaptorManager(CoreImplementation* core, AdaptorInterface* adaptor)
+    : CoreSubSystem(core), adaptor_(adaptor) {
+    Log log("Constructing Adaptor manager Core subsystem", Log::Notice);
+    const std::string folder = getUserFolder();
+    if (!folder.empty() && !Platform::createFolder(folder))
+        log.write("Unable to create folder", folder, Log::Warning);
+}
+
+AdaptorManager::~AdaptorManager() {
+    Log log("DeInitializing Adaptor manager Core subsystem", Log::Notice);
+}
+
+std::string AdaptorManager::getUserFolder() const {
+    return resolveUserFolder(adaptor_->getName());
+}
+
+} // namespace MVR

@@ -1,0 +1,36 @@
+/// \file
+/// The core's link to its adaptor.
+#ifndef MIRVANE_CORE_ADAPTOR_MANAGER_H
+#define MIRVANE_CORE_ADAPTOR_MANAGER_H
+
+#include "core/adaptor_interface.h"
+#include "core/core_sub_system.h"
+
+#include <cstdint>
+#include <string>
+
+namespace MVR {
+
+/// Holds the adaptor of this attachment, and makes its folder below the user's documents.
+class AdaptorManager : public CoreSubSystem {
+public:
+    /// `adaptor` isn't owned and outlives this object.
+    AdaptorManager(CoreImplementation* core, AdaptorInterface* adaptor);
+    ~AdaptorManager() override;
+
+    AdaptorInterface* getAdaptor() const { return adaptor_; }
+    /// The user's folder for this host; empty if there is none. Asks the adaptor for its name.
+    std::string getUserFolder() const;
+
+    /// The host's window that the main dialog belongs to; 0 until it was opened.
+    std::intptr_t getParentWindow() const { return parentWindow_; }
+    void setParentWindow(std::intptr_t window) { parentWindow_ = window; }
+
+private:
+    AdaptorInterface* adaptor_;
+    std::intptr_t parentWindow_ = 0;
+};
+
+} // namespace MVR
+
+#endif

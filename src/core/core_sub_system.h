@@ -1,0 +1,45 @@
+/// \file
+/// The parts that one attachment of the core is put together from.
+#ifndef MIRVANE_CORE_CORE_SUB_SYSTEM_H
+#define MIRVANE_CORE_CORE_SUB_SYSTEM_H
+
+namespace MVR {
+
+class CoreImplementation;
+
+namespace Core {
+
+/// True from the moment when all subsystems of the core exist until the last one goes.
+extern bool subsystemInitialized;
+
+} // namespace Core
+
+/// Base of a subsystem, and of what needs to find the core.
+///
+/// 1. The constructors of the core's subsystems enter themselves into a list, in their order. The
+///    core isn't there yet: a constructor must not use it.
+/// 2. `initializeAll` calls `initialize` on each of them.
+/// 3. The destructors take them off again.
+class CoreSubSystem {
+public:
+    /// `core` is null for an object that is used outside of a core.
+    explicit CoreSubSystem(CoreImplementation* core);
+    CoreSubSystem(const CoreSubSystem&) = delete;
+    CoreSubSystem& operator=(const CoreSubSystem&) = delete;
+
+    /// Called once, when all subsystems exist.
+    virtual void initialize();
+    /// The core, or null outside of one. Warns the user if it isn't complete yet.
+    virtual CoreImplementation* getCore() const;
+    virtual ~CoreSubSystem();
+
+    /// Called by the core when it is complete.
+    static void initializeAll();
+
+private:
+    CoreImplementation* core_;
+};
+
+} // namespace MVR
+
+#endif

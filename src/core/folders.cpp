@@ -1,0 +1,52 @@
+#include "core/folders.h"
+
+#include "core/log.h"
+#include "platform/registry.h"
+
+namespace MVR {
+
+namespace {
+
+constexpr const char* kShellFoldersKey =
+    R"(Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders)";
+constexpr const char* kInstallKey = R"(SOFTWARE\Oskelworks\Lensetta)";
+
+} // namespace
+
+std::string resolveDocumentsPath() {
+    std::string personal;
+    switch (Platform::readRegistryValue(Platform::Hive::CurrentUser, kShellFoldersKey, "Personal",
+                                        personal)) {
+    case Platform::RegistryResult::Found:
+        return personal + R"(\Oskelworks\Mirvane)";
+    case Platform::RegistryResult::KeyMissing:
+        Log(Log::Error).write("Unable to find my documents path");
+        break;
+    case Platform::RegistryResult::ValueMissing:
+        Log(Log::Error).write("Unable to find my documents registry key");
+        break;
+    }
+    return {};
+}
+
+std::string readInstallValue(const std::string& name) {
+    std::string value;
+    switch (Platform::readRegistryValue(Platform::Hive::LocalMachine, kInstallKey, name, value)) {
+    case Platform::RegistryResult::Found:
+        return value;
+    case Platform::RegistryResult::KeyMissing:
+        Log(Log::Error).write("Unable to find Mirvane registry repository");
+        break;
+    case Platform::RegistryResult::ValueMissing:
+        Log(Log::Error).write("Unable to find registry key", name, Log::OwnLevel);
+        break;
+    }
+    return {};
+}
+
+std::string resolveUserFolder(const std::string& adaptorName) {
+    const std::string documents = resolveDocumentsPath();
+    return documents.empty() ? documents : documents + R"(\data\)" + adaptorName;
+}
+
+} // namespace MVR

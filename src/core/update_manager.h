@@ -1,0 +1,22 @@
+/// \file
+/// The place of an update check among the core's subsystems.
+#ifndef MIRVANE_CORE_UPDATE_MANAGER_H
+#define MIRVANE_CORE_UPDATE_MANAGER_H
+
+#include "core/core_sub_system.h"
+#include "data/tag.h"
+
+namespace MVR {
+
+/// Takes part in the order of construction and destruction; nothing is checked or fetched.
+class UpdateManager : public CoreSubSystem {
+public:
+    using CoreSubSystem::CoreSubSystem;
+
+private:
+    Tag updates_;
+};
+
+} // namespace MVR
+
+#endif

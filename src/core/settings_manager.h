@@ -1,0 +1,74 @@
+/// \file
+/// The options of the system.
+#ifndef MIRVANE_CORE_SETTINGS_MANAGER_H
+#define MIRVANE_CORE_SETTINGS_MANAGER_H
+
+#include "core/core_sub_system.h"
+#include "core/util/dynamic_object.h"
+#include "core/util/message_node.h"
+#include "data/tag.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+/// Ids of the core's own settings.
+namespace Setting {
+constexpr std::int32_t kLogLevel = 101;       ///< string: "Disabled", "Low", "High" or "Debug"
+constexpr std::int32_t kSilentMode = 102;     ///< bool: message boxes answer themselves
+constexpr std::int32_t kRecentItems = 103;    ///< int: length of the recent list
+constexpr std::int32_t kStartCountdown = 105; ///< int: whole seconds before a take
+constexpr std::int32_t kEndCountdown = 106;   ///< int
+constexpr std::int32_t kReserved = 107;       ///< bool: kept in the files, read by nobody
+constexpr std::int32_t kCheckUpdates = 108;   ///< bool
+constexpr std::int32_t kAutoExpand = 109;     ///< bool: a take goes on behind the end of the range
+} // namespace Setting
+
+/// A flat list of typed properties, each known by an id, read from a shared file and then from the
+/// user's file, which wins and is written back at the end.
+class SettingsManager : public Util::MessageNode, public CoreSubSystem {
+public:
+    class Property;
+    template <class T>
+    class Property_Primitive;
+
+    /// Adds the core's own settings with their defaults.
+    explicit SettingsManager(CoreImplementation* core);
+    /// Writes the user's file, then destroys the properties, last first.
+    ~SettingsManager() override;
+
+    /// Finds the files, reads them and applies the log level.
+    void initialize() override;
+    /// A property that goes by itself leaves the list.
+    void receive(Util::Message& message, bool viaBroadcast) override;
+
+    /// Adds a property, which takes the stored value of its id at once, and gives its node. An id
+    /// in use gives the node of the property that has it, which stays as it is.
+    Util::MessageNode* addProperty(std::int32_t id, double defaultValue);
+    Util::MessageNode* addProperty(std::int32_t id, std::string defaultValue);
+    Util::MessageNode* addProperty(std::int32_t id, std::int32_t defaultValue);
+    Util::MessageNode* addProperty(std::int32_t id, bool defaultValue);
+    /// `value` points to a variable of the property's type. False, and nothing changed, for an
+    /// unknown id.
+    bool getProperty(std::int32_t id, void* value) const;
+    bool setProperty(std::int32_t id, const void* value);
+
+private:
+    template <class T>
+    Util::MessageNode* addPrimitive(std::int32_t id, T defaultValue);
+    Property* find(std::int32_t id) const;
+    void load(Property* onlyOrAll);
+    void loadFile(const std::string& path, Property* onlyOrAll);
+    void applyLogLevel() const;
+    void save() const;
+
+    std::string userPath_;   // read last, and written; empty without a documents folder
+    std::string sharedPath_; // read first, never written; empty without an install folder
+    std::vector<Util::Owned<Property>> properties_; // in the order of adding
+};
+
+} // namespace MVR
+
+#endif

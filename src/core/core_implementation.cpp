@@ -1,0 +1,253 @@
+#include "core/core_implementation.h"
+
+#include "core/error_code.h"
+#include "core/log.h"
+#include "instance/plugin_instance.h"
+#include "platform/choosers.h"
+#include "plugins/instance_reference.h"
+
+#include <cstddef>
+#include <utility>
+
+namespace MVR {
+
+namespace {
+
+constexpr std::int32_t kDialogDestroyed = 20101;
+constexpr const char* kRecentFile = R"(\recent.xml)";
+
+// What the default button of a box answers.
+std::int32_t defaultAnswer(std::uint32_t flags) {
+    const std::uint32_t chosen = flags & Platform::kDefaultMask;
+    const bool second = chosen == Platform::kDefaultSecond;
+    const bool third = chosen == Platform::kDefaultThird;
+    switch (flags & Platform::kButtonsMask) {
+    case Platform::kButtonsOkCancel:
+        return second ? Platform::kAnswerCancel : Platform::kAnswerOk;
+    case Platform::kButtonsAbortRetryIgnore:
+        return second  ? Platform::kAnswerRetry
+               : third ? Platform::kAnswerIgnore
+                       : Platform::kAnswerAbort;
+    case Platform::kButtonsYesNoCancel:
+        return second  ? Platform::kAnswerNo
+               : third ? Platform::kAnswerCancel
+                       : Platform::kAnswerYes;
+    case Platform::kButtonsYesNo:
+        return second ? Platform::kAnswerNo : Platform::kAnswerYes;
+    case Platform::kButtonsRetryCancel:
+        return second ? Platform::kAnswerCancel : Platform::kAnswerRetry;
+    case 6: // a set of the platform's that nobody here uses
+        return Platform::kAnswerCancel;
+    }
+    return Platform::kAnswerOk;
+}
+
+} // namespace
+
+CoreImplementation::CoreImplementation(AdaptorInterface* adaptor)
+    : MainDlg(this), CoreInterface("CORE"), AdaptorManager(this, adaptor), RecordManager(this),
+      InstanceManager(this), UpdateManager(this), settings_(this) {
+    Log log("Constructing CORE main system", Log::Notice);
+    Hooks::addKeyCallback(this);
+    CoreSubSystem::initializeAll();
+    readRecent();
+    buildCatalogue();
+}
+
+CoreImplementation::~CoreImplementation() {
+    Log log("Deinitializing CORE main system", Log::Notice);
+    Hooks::removeKeyCallback(this);
+    writeRecent();
+}
+
+void CoreImplementation::readRecent() {
+    Tag recent;
+    const std::string folder = getUserFolder();
+    if (!folder.empty() && recent.load(folder + kRecentFile) != 0)
+        recent = Tag();
+    setRecent(recent);
+}
+
+void CoreImplementation::writeRecent() const {
+    const std::string folder = getUserFolder();
+    if (!folder.empty() && !getRecent().save(folder + kRecentFile))
+        Log(Log::Warning).write("Unable to write recent list", folder, Log::OwnLevel);
+}
+
+std::int32_t CoreImplementation::messageBox(std::intptr_t, const std::string& text,
+                                            const std::string& title, std::uint32_t flags) {
+    bool silent = true;
+    settings_.getProperty(Setting::kSilentMode, &silent);
+    return silent ? defaultAnswer(flags) : Platform::messageBox(0, text, title, flags);
+}
+
+std::int32_t CoreImplementation::getStartCountdown() const {
+    std::int32_t seconds = 0;
+    settings_.getProperty(Setting::kStartCountdown, &seconds);
+    return seconds;
+}
+
+void CoreImplementation::setStartCountdown(std::int32_t seconds) {
+    settings_.setProperty(Setting::kStartCountdown, &seconds);
+}
+
+std::int32_t CoreImplementation::getEndCountdown() const {
+    std::int32_t seconds = 0;
+    settings_.getProperty(Setting::kEndCountdown, &seconds);
+    return seconds;
+}
+
+void CoreImplementation::setEndCountdown(std::int32_t seconds) {
+    settings_.setProperty(Setting::kEndCountdown, &seconds);
+}
+
+bool CoreImplementation::getAutoExpand() const {
+    bool autoExpand = true;
+    settings_.getProperty(Setting::kAutoExpand, &autoExpand);
+    return autoExpand;
+}
+
+void CoreImplementation::setAutoExpand(bool autoExpand) {
+    settings_.setProperty(Setting::kAutoExpand, &autoExpand);
+}
+
+void CoreImplementation::receive(Util::Message& message, bool viaBroadcast) {
+    MainDlg::receive(message, viaBroadcast);
+}
+
+Tag CoreImplementation::getConfiguration() {
+    Tag configuration;
+    if (getRoot() != nullptr)
+        getRoot()->save(configuration, SaveMask::kScene);
+    return configuration;
+}
+
+Tag CoreImplementation::getDetachedConfiguration() {
+    Tag configuration = Tag::element("MVR");
+    if (getRoot() == nullptr)
+        return configuration;
+    for (std::size_t index = 0; index < getRoot()->getChildren().size(); ++index) {
+        InstanceReference* const tool = getRoot()->getChildReference(index);
+        if (!getAdaptor()->getNodes(tool->getInstance()).empty())
+            continue;
+        Tag detached;
+        tool->save(detached, SaveMask::kDetached);
+        configuration.addChild(std::move(detached));
+    }
+    return configuration;
+}
+
+void CoreImplementation::loadConfiguration(Tag configuration) {
+    create(configuration, nullptr, false);
+}
+
+void CoreImplementation::deleteAllInstances() {
+    while (getRoot() != nullptr && !getRoot()->getChildren().empty())
+        getRoot()->getChildReference(getRoot()->getChildren().size() - 1)->destroy();
+}
+
+std::int32_t CoreImplementation::openMainDialog(std::intptr_t parentWindow) {
+    setParentWindow(parentWindow);
+    if (isOpen()) {
+        if (!Platform::isIconic(getWindow()))
+            return ErrorCode::instance()->get("MAINDLG_ALREADYOPEN",
+                                              "The main dialog is already open", ErrorCode::Notice);
+        Util::Message closed(kDialogDestroyed);
+        if (const std::int32_t code = send(this, closed); code != 0)
+            return code;
+    }
+    return open(parentWindow);
+}
+
+std::int32_t CoreImplementation::closeMainDialog() {
+    if (!isOpen())
+        return ErrorCode::instance()->get("MAINDLG_NOTOPEN", "The main dialog is not open",
+                                          ErrorCode::Notice);
+    Platform::destroyWindow(getWindow());
+    return 0;
+}
+
+bool CoreImplementation::isMainDialogOpen() {
+    return isOpen();
+}
+
+void CoreImplementation::update(double time) {
+    // A tool may delete others while it takes up the new time.
+    std::vector<InstanceReference::Watch> tools;
+    for (PluginInstance* instance : isRecording() ? getRecordedInstances() : getInstances(true))
+        tools.emplace_back(instance->getReference());
+    for (const InstanceReference::Watch& tool : tools)
+        if (tool.get() != nullptr)
+            tool.get()->getInstance()->timeChanged(time);
+}
+
+bool CoreImplementation::isRecording() {
+    return RecordManager::isRecording();
+}
+
+void CoreImplementation::setUnlockedKeys(const std::vector<UnlockedKey>& keys) {
+    Hooks::setUnlockedKeys(keys);
+}
+
+std::int32_t CoreImplementation::startRecording() {
+    return RecordManager::startRecording();
+}
+
+std::int32_t CoreImplementation::stopRecording() {
+    return RecordManager::stopRecording();
+}
+
+std::int32_t CoreImplementation::getSlowMotion() {
+    return RecordManager::getSlowMotion();
+}
+
+void CoreImplementation::setSlowMotion(std::int32_t slowMotion) {
+    RecordManager::setSlowMotion(slowMotion);
+}
+
+std::int32_t CoreImplementation::resimulate(double start, double end) {
+    return RecordManager::resimulate(start, end);
+}
+
+void CoreImplementation::setInstanceChecked(std::string name, bool checked) {
+    if (getRoot() == nullptr)
+        return;
+    if (InstanceReference* const tool = getRoot()->findInstance(name, false, nullptr))
+        tool->setChecked(checked, true);
+}
+
+void CoreImplementation::setInstanceConfigProfile(std::string name, std::string profile) {
+    // No tool has stored profiles so far, so that every profile's name is unknown.
+    Log log("Applying configuration profile", Log::Notice);
+    log.write("Unable to find profile", name + ": " + profile, Log::Warning);
+}
+
+Util::MessageNode* CoreImplementation::addProperty(std::int32_t id, double defaultValue) {
+    return settings_.addProperty(id, defaultValue);
+}
+
+Util::MessageNode* CoreImplementation::addProperty(std::int32_t id, std::string defaultValue) {
+    return settings_.addProperty(id, std::move(defaultValue));
+}
+
+Util::MessageNode* CoreImplementation::addProperty(std::int32_t id, std::int32_t defaultValue) {
+    return settings_.addProperty(id, defaultValue);
+}
+
+Util::MessageNode* CoreImplementation::addProperty(std::int32_t id, bool defaultValue) {
+    return settings_.addProperty(id, defaultValue);
+}
+
+bool CoreImplementation::getProperty(std::int32_t id, void* value) {
+    return settings_.getProperty(id, value);
+}
+
+bool CoreImplementation::setProperty(std::int32_t id, const void* value) {
+    return settings_.setProperty(id, value);
+}
+
+void CoreImplementation::onKey(int virtualKey, bool pressed, bool ctrl, bool alt, bool shift) {
+    RecordManager::handleKey(virtualKey, pressed, ctrl, alt, shift);
+}
+
+} // namespace MVR

@@ -1,0 +1,139 @@
+#include "core/entry.h"
+
+#include "core/core_implementation.h"
+#include "core/error_code.h"
+#include "core/folders.h"
+#include "core/key_hook.h"
+#include "core/log.h"
+#include "platform/event_pump.h"
+#include "platform/files.h"
+#include "platform/keyboard_hook.h"
+#include "plugins/core_library.h"
+#include "plugins/library_manager.h"
+#include "recording/countdown_window.h"
+#include "unidevice/driver_libraries.h"
+
+namespace MVR {
+
+namespace {
+
+Platform::LibraryHandle ownModule = nullptr;
+bool devicesStarted = false; // once per process: a second attachment has no device drivers
+CoreImplementation* attachedCore = nullptr;
+
+void openLogFile() {
+    const std::string documents = resolveDocumentsPath();
+    if (documents.empty())
+        return;
+    const std::string folder = documents + R"(\data\Core\)";
+    if (Platform::createFolder(folder))
+        Log::setFile(folder + R"(\core.log)");
+}
+
+void loadPlugins() {
+    Log log("Loading plugins", Log::Notice);
+    CoreLibrary::instance()->addBuiltInPlugins();
+    LibraryManager::instance()->loadLibraries();
+}
+
+bool isRightVersion(AdaptorInterface& adaptor) {
+    if (adaptor.getVersion() == kCoreVersion)
+        return true;
+    Log log(Log::Error);
+    log.write("version mismatch trying to attach to CORE");
+    log.write("CORE version", kCoreVersion, Log::OwnLevel);
+    log.write("Adaptor version", adaptor.getVersion(), Log::OwnLevel);
+    return false;
+}
+
+void startDevicesOnce(AdaptorInterface& adaptor) {
+    if (devicesStarted)
+        return;
+    Log log("Initializing UniDevice", Log::Notice);
+    devicesStarted = true;
+    UniDevice::startDevices(reinterpret_cast<std::intptr_t>(ownModule), adaptor.getHostWindow());
+}
+
+} // namespace
+
+void libraryLoaded(Platform::LibraryHandle module) {
+    ownModule = module;
+    openLogFile();
+    Log::setThreshold(Log::Notice);
+    Log log("Initializing CORE", Log::Notice);
+    if (!registerCountdownWindowClass())
+        log.write("Unable to register the countdown window", Log::Error);
+    {
+        Log codes("registering common error codes", Log::Notice);
+        registerCommonErrorCodes();
+    }
+    loadPlugins();
+}
+
+CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
+    if (adaptor == nullptr || !isRightVersion(*adaptor))
+        return nullptr;
+    if (attachedCore != nullptr) {
+        Log(Log::Error).write("another adaptor is attached to CORE");
+        return nullptr;
+    }
+    Log log("Linking adaptor to CORE and creating CORE interface", Log::Notice);
+    adaptor->setErrorCode(ErrorCode::instance());
+    adaptor->setLog(Log::instance());
+    startDevicesOnce(*adaptor);
+    Hooks::attachKeyHook();
+    attachedCore = new CoreImplementation(adaptor);
+    return attachedCore;
+}
+
+std::int32_t detachCore(CoreInterface* core) {
+    Hooks::detachKeyHook();
+    Log log("Unlinking adaptor from CORE and deleting CORE interface", Log::Notice);
+    if (core == nullptr)
+        return 0;
+    if (core != attachedCore) {
+        log.write("this CORE interface isn't attached", Log::Error);
+        return 0;
+    }
+    AdaptorInterface* const adaptor = attachedCore->getAdaptor();
+    if (attachedCore->isRecording()) // what was performed so far becomes the host's
+        attachedCore->stopRecording();
+    attachedCore->destroyRoot();
+    adaptor->detachNotify();
+    adaptor->releaseErrorCode();
+    adaptor->releaseLog();
+    LibraryManager::instance()->destroyInstances(attachedCore);
+    UniDevice::shutDownDevices();
+    delete attachedCore;
+    attachedCore = nullptr;
+    return 0;
+}
+
+std::int32_t pumpHostEvents(HostEvent* eventOrNull) {
+    if (eventOrNull != nullptr && eventOrNull->size >= sizeof(HostEvent))
+        eventOrNull->swallowed =
+            Platform::deliverKey(eventOrNull->virtualKey, eventOrNull->pressed, eventOrNull->alt);
+    return Platform::runDueEvents();
+}
+
+void libraryUnloading() {
+    {
+        Log log("Shutting down CORE", Log::Notice);
+        if (attachedCore != nullptr) {
+            log.write("an adaptor is still attached to CORE", Log::Error);
+            Log::closeFile();
+            return;
+        }
+        LibraryManager::instance()->destroyLibraries();
+        log.write("Shutdown Complete");
+        if (!unregisterCountdownWindowClass())
+            log.write("Unable to unregister the countdown window", Log::Error);
+    }
+    Hooks::releaseKeyHook();
+    Util::SingletonCollector::destroyAll();
+    devicesStarted = false;
+    ownModule = nullptr;
+    Platform::releasePlatform();
+}
+
+} // namespace MVR

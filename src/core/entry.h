@@ -1,0 +1,42 @@
+/// \file
+/// The four edges of the core's life, which the library's exports and its entry point stand for.
+///
+/// 1. `libraryLoaded` when the library comes into the process.
+/// 2. `attachAdaptor`, `detachCore`: one attachment at a time, any number in turn.
+/// 3. `pumpHostEvents` at any time in between.
+/// 4. `libraryUnloading` when it leaves: all that the library holds is freed.
+///
+/// All on one thread, the host's.
+#ifndef MIRVANE_CORE_ENTRY_H
+#define MIRVANE_CORE_ENTRY_H
+
+#include "core/adaptor_interface.h"
+#include "core/core_interface.h"
+#include "core/host_event.h"
+#include "platform/libraries.h"
+
+#include <cstdint>
+
+namespace MVR {
+
+/// Opens the log, registers the common codes, loads the tool libraries. `module` is this library.
+void libraryLoaded(Platform::LibraryHandle module);
+
+/// The core of a new attachment; null, and logged, if the adaptor's version differs or another
+/// adaptor is attached.
+CoreInterface* attachAdaptor(AdaptorInterface* adaptor);
+
+/// Ends the attachment that `attachAdaptor` gave. Null, or what isn't attached, is only logged.
+/// Always 0.
+std::int32_t detachCore(CoreInterface* core);
+
+/// The export `pumpEvents`; see "core/host_event.h".
+std::int32_t pumpHostEvents(HostEvent* eventOrNull);
+
+/// Destroys the tool libraries and all services. A host that forgot to detach may be half gone:
+/// then only the log is closed.
+void libraryUnloading();
+
+} // namespace MVR
+
+#endif

@@ -1,0 +1,60 @@
+#include "dialogs/main_dialog.h"
+
+#include "core/core_implementation.h"
+#include "core/error_code.h"
+#include "core/log.h"
+#include "plugins/instance_reference.h"
+
+namespace MVR {
+
+namespace {
+
+constexpr std::int32_t kPressed = 20000; // wParam: the control's id
+
+enum ControlId : std::uint32_t {
+    kRecord = 9205,
+    kResimulate = 9206,
+    kUnplugAll = 9214,
+};
+
+} // namespace
+
+MainDlg::MainDlg(CoreImplementation* core) : CoreSubSystem(core) {
+    Log log("Constructing main dialog Core subsystem", Log::Notice);
+}
+
+MainDlg::~MainDlg() {
+    Log log("DeInitializing main dialog Core subsystem", Log::Notice);
+}
+
+std::int32_t MainDlg::open(Platform::WindowHandle) {
+    Log log("Opening main dialog", Log::Notice);
+    return ErrorCode::instance()->get("NOMAINDLGCOMPONENT",
+                                      "Main dialog design structure not present", ErrorCode::Error);
+}
+
+void MainDlg::receive(Util::Message& message, bool) {
+    if (message.id == kPressed)
+        onPressed(message.wParam);
+}
+
+void MainDlg::onPressed(std::uint32_t control) {
+    CoreImplementation& core = *getCore();
+    std::int32_t code = 0; // what goes wrong is logged where the code is made
+    if (control == kRecord) {
+        code = core.isRecording() ? core.stopRecording() : core.startRecording();
+    } else if (control == kResimulate) {
+        double start = 0;
+        double end = 0;
+        core.getAdaptor()->getRange(&start, &end);
+        code = core.resimulate(core.getAdaptor()->getTime(), end);
+    } else if (control == kUnplugAll) {
+        AdaptorInterface* const adaptor = core.getAdaptor();
+        adaptor->beginUndo("Unplug tool");
+        core.getRoot()->remove(false);
+        adaptor->endUndo();
+    }
+    static_cast<void>(code);
+}
+
+} // namespace MVR

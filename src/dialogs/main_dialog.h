@@ -1,0 +1,39 @@
+/// \file
+/// The user's desk: the tree of tools, the record and resimulate buttons.
+#ifndef MIRVANE_DIALOGS_MAIN_DIALOG_H
+#define MIRVANE_DIALOGS_MAIN_DIALOG_H
+
+#include "core/core_sub_system.h"
+#include "core/util/message.h"
+#include "platform/windows.h"
+
+#include <cstdint>
+
+namespace MVR {
+
+/// The main dialog of one attachment. Without a layout there is no dialog, and the core works on
+/// without one.
+class MainDlg : public CoreSubSystem {
+public:
+    explicit MainDlg(CoreImplementation* core);
+    ~MainDlg() override;
+
+    /// 0, or the code of "NOMAINDLGCOMPONENT" if there is no layout.
+    [[nodiscard]] std::int32_t open(Platform::WindowHandle parent);
+    /// True while the dialog's window exists.
+    [[nodiscard]] bool isOpen() const { return Platform::isWindow(window_); }
+    /// The dialog's window; 0 while it isn't open.
+    [[nodiscard]] Platform::WindowHandle getWindow() const { return window_; }
+
+    /// Carries out what the user started; the core hands its messages on to this.
+    void receive(Util::Message& message, bool viaBroadcast);
+
+private:
+    void onPressed(std::uint32_t control);
+
+    Platform::WindowHandle window_ = 0;
+};
+
+} // namespace MVR
+
+#endif

@@ -1,0 +1,228 @@
+#include "support/core_fixture.h"
+
+#include "core/error_code.h"
+#include "platform/choosers.h"
+#include "platform/headless/desktop.h"
+#include "platform/keyboard_hook.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace MVR;
+using namespace MVR::Testing;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsSupersetOf;
+using testing::Not;
+
+constexpr std::size_t kTimeLength = 18; // "YYYYMMDD HH:MM:SS "
+
+/// What the log holds from `start` on, without times and with the home's path as "~".
+std::string withoutTimes(const std::string& text, const std::string& home) {
+    std::string result;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find('\n', begin) + 1;
+        if (text.compare(begin, 5, "[EOF]") == 0)
+            result += text.substr(begin, end - begin);
+        else
+            result += text.substr(begin + kTimeLength, end - begin - kTimeLength);
+        begin = end;
+    }
+    for (std::size_t at = 0; (at = result.find(home, at)) != std::string::npos;)
+        result.replace(at, home.size(), "~");
+    return result;
+}
+
+/// Compares with the golden text; with MIRVANE_WRITE_GOLDEN set it is written instead.
+void expectGolden(const std::string& name, const std::string& text) {
+    const std::string path = std::string(GOLDEN_FOLDER) + "/" + name + ".txt";
+    if (std::getenv("MIRVANE_WRITE_GOLDEN") != nullptr)
+        std::ofstream(path, std::ios::binary) << text;
+    EXPECT_EQ(text, readText(path)) << path;
+}
+
+struct LifecycleTest : testing::Test {
+    /// What was logged since the last call.
+    std::string logged() {
+        const std::string all = Log::getText();
+        const std::string fresh = all.substr(std::min(seen, all.size()));
+        seen = all.size();
+        return withoutTimes(fresh, home.install().substr(0, home.install().rfind('/')));
+    }
+    std::size_t seen = 0;
+    TempHome home;
+    Platform::HandClock clock;
+    RecordingAdaptor adaptor;
+};
+
+TEST_F(LifecycleTest, TheFourEdgesRunInTheirOrder) {
+    home.write(std::string("documents/Oskelworks/Mirvane/data/Stage/settings.xml"),
+               "<MVRConfig><element id=\"101\">Debug</element></MVRConfig>");
+    libraryLoaded(Platform::ownModule());
+    expectGolden("load", logged());
+
+    CoreInterface* const core = attachAdaptor(&adaptor);
+    ASSERT_NE(core, nullptr);
+    expectGolden("attach", logged());
+    ASSERT_GE(adaptor.calls.size(), 4U); // then the root comes into being
+    adaptor.calls.resize(4);
+    EXPECT_THAT(adaptor.calls,
+                ElementsAre("getVersion", "setErrorCode", "setLog", "getHostWindow"));
+    adaptor.calls.clear();
+    adaptor.clearUndo();
+    logged();
+
+    EXPECT_EQ(detachCore(core), 0);
+    expectGolden("detach", logged());
+    EXPECT_THAT(adaptor.calls, ElementsAre("detachNotify", "releaseErrorCode", "releaseLog"));
+
+    libraryUnloading();
+    const std::string file = readText(home.documents() + "/data/Core/core.log");
+    const std::size_t last = file.rfind("Shutting down CORE");
+    ASSERT_NE(last, std::string::npos);
+    const std::string tail = file.substr(file.rfind('\n', last) + 1);
+    expectGolden("unload", withoutTimes(tail, home.install().substr(0, home.install().rfind('/'))));
+}
+
+TEST_F(LifecycleTest, AnAdaptorOfAnotherVersionIsRefusedBeforeAnythingElse) {
+    libraryLoaded(Platform::ownModule());
+    logged();
+    adaptor.version = 8107;
+    EXPECT_EQ(attachAdaptor(&adaptor), nullptr);
+    EXPECT_EQ(attachAdaptor(nullptr), nullptr);
+    EXPECT_EQ(logged(), "(ERROR): version mismatch trying to attach to CORE\n"
+                        "(ERROR): CORE version: 8108\n(ERROR): Adaptor version: 8107\n");
+    EXPECT_THAT(adaptor.calls, ElementsAre("getVersion", "getVersion"));
+    libraryUnloading();
+}
+
+TEST_F(LifecycleTest, AttachmentsComeOneAtATimeAndInTurn) {
+    libraryLoaded(Platform::ownModule());
+    EXPECT_EQ(detachCore(nullptr), 0);
+    EXPECT_THAT(logged(), HasSubstr("Unlinking adaptor from CORE"));
+    CoreInterface* const first = attachAdaptor(&adaptor);
+    EXPECT_THAT(logged(), HasSubstr("Initializing UniDevice"));
+
+    RecordingAdaptor second;
+    EXPECT_EQ(attachAdaptor(&second), nullptr);
+    EXPECT_EQ(logged(), "(ERROR): another adaptor is attached to CORE\n");
+    EXPECT_THAT(second.calls, ElementsAre("getVersion"));
+    adaptor.clearUndo();
+    EXPECT_EQ(detachCore(first), 0);
+    EXPECT_EQ(detachCore(first), 0); // once too often
+
+    Log::setThreshold(Log::Notice);
+    logged();
+    CoreInterface* const again = attachAdaptor(&second);
+    ASSERT_NE(again, nullptr);
+    EXPECT_THAT(logged(), Not(HasSubstr("Initializing UniDevice")));
+    EXPECT_EQ(again->startRecording(), 0); // it works, and has its key hook
+    EXPECT_TRUE(Platform::deliverKey('A', true, false));
+    second.clearUndo();
+    EXPECT_EQ(detachCore(again), 0); // ends the take
+    EXPECT_THAT(second.calls, IsSupersetOf({"recordingFinished"}));
+    EXPECT_FALSE(Platform::deliverKey('A', true, false));
+    libraryUnloading();
+}
+
+TEST_F(LifecycleTest, WithoutARegistryEverythingWorksButTheFiles) {
+    home.forgetRegistry();
+    libraryLoaded(Platform::ownModule());
+    EXPECT_THAT(logged(), AllOf(HasSubstr("(ERROR): Unable to find my documents path\n"),
+                                HasSubstr("Unable to find Mirvane registry repository\n")));
+    CoreInterface* const core = attachAdaptor(&adaptor);
+    ASSERT_NE(core, nullptr);
+    bool silent = false;
+    EXPECT_TRUE(core->getProperty(Setting::kSilentMode, &silent));
+    EXPECT_TRUE(silent);
+    adaptor.clearUndo();
+    EXPECT_EQ(detachCore(core), 0);
+    libraryUnloading();
+}
+
+TEST_F(LifecycleTest, AHostThatForgetsToDetachStillGetsAWholeLog) {
+    libraryLoaded(Platform::ownModule());
+    CoreInterface* const core = attachAdaptor(&adaptor);
+    libraryUnloading();
+    EXPECT_THAT(readText(home.documents() + "/data/Core/core.log"),
+                testing::EndsWith("an adaptor is still attached to CORE\n[EOF]\n"));
+    adaptor.clearUndo();
+    EXPECT_EQ(detachCore(core), 0);
+    libraryUnloading();
+}
+
+struct CoreInterfaceTest : CoreTest {
+    std::string codeName(std::int32_t code) {
+        return ErrorCode::instance()->find(code).getIdentifier();
+    }
+};
+
+TEST_F(CoreInterfaceTest, BoxesAnswerThemselvesInSilentMode) {
+    const struct {
+        std::uint32_t kind;
+        std::int32_t answers[4]; // by default button
+    } rows[] = {{0, {1, 1, 1, 1}}, {1, {1, 2, 1, 1}}, {2, {3, 4, 5, 3}}, {3, {6, 7, 2, 6}},
+                {4, {6, 7, 6, 6}}, {5, {4, 2, 4, 4}}, {6, {2, 2, 2, 2}}, {9, {1, 1, 1, 1}}};
+    for (const auto& row : rows)
+        for (std::uint32_t button = 0; button < 4; ++button)
+            EXPECT_EQ(core->messageBox(0, "text", "title", row.kind | button << 8 | 0x20),
+                      row.answers[button])
+                << row.kind << " " << button;
+}
+
+TEST_F(CoreInterfaceTest, WithoutALayoutTheMainDialogStaysClosed) {
+    EXPECT_EQ(codeName(core->openMainDialog(0)), "NOMAINDLGCOMPONENT");
+    EXPECT_FALSE(core->isMainDialogOpen());
+    EXPECT_EQ(codeName(core->closeMainDialog()), "MAINDLG_NOTOPEN");
+    EXPECT_THAT(Log::getText(), HasSubstr("(WARNING): Return value: The main dialog is not open"));
+}
+
+TEST_F(CoreInterfaceTest, TheButtonsOfTheDialogReachTheRecorder) {
+    Util::MessageNode button("button");
+    Util::Message record(20000, 9205);
+    EXPECT_EQ(button.send(core, record), 0);
+    EXPECT_TRUE(core->isRecording());
+    EXPECT_EQ(button.send(core, record), 0);
+    EXPECT_FALSE(core->isRecording());
+    adaptor.calls.clear();
+    adaptor.time = 1;
+    Util::Message resimulate(20000, 9206);
+    EXPECT_EQ(button.send(core, resimulate), 0);
+    EXPECT_THAT(adaptor.calls, IsSupersetOf({"beginUndo Resimulating", "endUndo"}));
+}
+
+TEST_F(CoreInterfaceTest, AnEmptyTreeGivesAnEmptyConfiguration) {
+    EXPECT_EQ(core->getDetachedConfiguration(), Tag::element("MVR"));
+    EXPECT_EQ(core->getConfiguration().name(), "MVR");
+    core->setInstanceChecked("nobody", true);
+    core->setInstanceConfigProfile("nobody", "nothing");
+    core->update(1.5);
+    core->deleteAllInstances();
+}
+
+TEST_F(CoreInterfaceTest, TheEventPumpDeliversKeysAndTellsWhenItIsNeededAgain) {
+    HostEvent key;
+    key.virtualKey = 'A';
+    key.pressed = true;
+    EXPECT_EQ(pumpHostEvents(&key), -1);
+    EXPECT_FALSE(key.swallowed);
+    ASSERT_EQ(core->startRecording(), 0);
+    EXPECT_EQ(pumpHostEvents(&key), 40); // the first frame at 25 a second
+    EXPECT_TRUE(key.swallowed);
+    key.swallowed = false;
+    key.size = 4; // a record of nobody's
+    pumpHostEvents(&key);
+    EXPECT_FALSE(key.swallowed);
+    HostEvent escape;
+    escape.virtualKey = 27;
+    pumpHostEvents(&escape);
+    EXPECT_FALSE(core->isRecording());
+}
+
+} // namespace

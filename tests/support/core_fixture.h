@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/core_implementation.h"
+#include "core/entry.h"
+#include "core/log.h"
+#include "platform/clock.h"
+#include "support/temp_home.h"
+#include "support/test_adaptor.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace MVR::Testing {
+
+/// An attached core: loaded and attached before each test, detached and unloaded after it, with a
+/// home of its own and the clock in the test's hand.
+class CoreTest : public testing::Test {
+protected:
+    void SetUp() override {
+        libraryLoaded(Platform::ownModule());
+        core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
+        ASSERT_NE(core, nullptr);
+    }
+
+    void TearDown() override {
+        adaptor.clearUndo();
+        EXPECT_EQ(detachCore(core), 0);
+        libraryUnloading();
+    }
+
+    TempHome home;
+    Platform::HandClock clock;
+    RecordingAdaptor adaptor;
+    CoreImplementation* core = nullptr;
+};
+
+} // namespace MVR::Testing

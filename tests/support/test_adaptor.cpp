@@ -1,0 +1,201 @@
+#include "support/test_adaptor.h"
+
+#include <sstream>
+
+namespace MVR::Testing {
+
+namespace {
+
+std::string text(double number) {
+    std::ostringstream stream;
+    stream << number;
+    return stream.str();
+}
+
+} // namespace
+
+RecordingAdaptor::~RecordingAdaptor() {
+    clearUndo();
+}
+
+std::vector<std::string> RecordingAdaptor::undoNames() const {
+    std::vector<std::string> names;
+    for (const Step& step : steps_)
+        names.push_back(step.name);
+    return names;
+}
+
+bool RecordingAdaptor::redo() {
+    if (undone_.empty())
+        return false;
+    steps_.push_back(std::move(undone_.back()));
+    undone_.pop_back();
+    for (const auto& object : steps_.back().objects)
+        object->redo();
+    return true;
+}
+
+void RecordingAdaptor::clearUndo() {
+    while (!undone_.empty())
+        undone_.pop_back();
+    while (!steps_.empty())
+        steps_.pop_back();
+}
+
+TestNode* RecordingAdaptor::findNode(const std::string& nodeName) const {
+    for (const auto& node : nodes)
+        if (!node->destroyed && node->getName() == nodeName)
+            return node.get();
+    return nullptr;
+}
+
+std::int32_t RecordingAdaptor::getVersion() {
+    note("getVersion");
+    return version;
+}
+
+void RecordingAdaptor::setErrorCode(ErrorCode* table) {
+    note(table != nullptr ? "setErrorCode" : "setErrorCode null");
+}
+
+void RecordingAdaptor::releaseErrorCode() {
+    note("releaseErrorCode");
+}
+
+void RecordingAdaptor::setLog(Log* log) {
+    note(log != nullptr ? "setLog" : "setLog null");
+}
+
+void RecordingAdaptor::releaseLog() {
+    note("releaseLog");
+}
+
+std::intptr_t RecordingAdaptor::getHostWindow() {
+    note("getHostWindow");
+    return 0;
+}
+
+SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
+                                        std::intptr_t parent) {
+    return createNode(tool, nodeName, kind, 0, parent);
+}
+
+SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
+                                        std::intptr_t, std::intptr_t parent) {
+    if (SceneNode* const existing = createNode(tool, nodeName))
+        return existing;
+    note("createNode " + nodeName + " " + std::to_string(kind));
+    nodes.push_back(std::make_unique<TestNode>(nodeName, tool));
+    nodes.back()->setParent(reinterpret_cast<SceneNode*>(parent));
+    return nodes.back().get();
+}
+
+SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName) {
+    for (SceneNode* node : getNodes(tool))
+        if (node->getName() == nodeName)
+            return node;
+    return nullptr;
+}
+
+std::vector<SceneNode*> RecordingAdaptor::getNodes(CInterface* tool) {
+    std::vector<SceneNode*> found;
+    for (const auto& node : nodes)
+        if (node->getOwner() == tool)
+            found.push_back(node.get());
+    return found;
+}
+
+std::vector<SceneNode*> RecordingAdaptor::resolveNodes(Tag nodeInfo, std::string, CInterface*) {
+    note("resolveNodes");
+    return std::vector<SceneNode*>(static_cast<std::size_t>(nodeInfo.childCount("node")));
+}
+
+std::vector<SceneNode*> RecordingAdaptor::mergeFile(std::string path) {
+    note("mergeFile " + path);
+    return {};
+}
+
+void RecordingAdaptor::beginUndo(std::string stepName) {
+    note("beginUndo " + stepName);
+    if (depth_++ > 0)
+        return;
+    undone_.clear();
+    steps_.push_back({std::move(stepName), {}});
+}
+
+void RecordingAdaptor::addUndo(CUndo* object) {
+    note("addUndo");
+    Util::Owned<CUndo> owned(object);
+    if (depth_ > 0)
+        steps_.back().objects.push_back(std::move(owned));
+}
+
+void RecordingAdaptor::endUndo() {
+    note("endUndo");
+    if (depth_ > 0)
+        --depth_;
+}
+
+void RecordingAdaptor::cancelUndo() {
+    note("cancelUndo");
+    if (depth_ == 0 || --depth_ > 0)
+        return;
+    Step dropped = std::move(steps_.back());
+    steps_.pop_back();
+    for (auto object = dropped.objects.rbegin(); object != dropped.objects.rend(); ++object)
+        (*object)->restore(true);
+}
+
+bool RecordingAdaptor::undo() {
+    note("undo");
+    if (steps_.empty() || depth_ > 0)
+        return false;
+    undone_.push_back(std::move(steps_.back()));
+    steps_.pop_back();
+    auto& objects = undone_.back().objects;
+    for (auto object = objects.rbegin(); object != objects.rend(); ++object)
+        (*object)->restore(true);
+    return true;
+}
+
+void RecordingAdaptor::setTime(double newTime) {
+    note("setTime " + text(newTime));
+    time = newTime;
+}
+
+void RecordingAdaptor::getRange(double* start, double* end) {
+    *start = rangeStart;
+    *end = rangeEnd;
+}
+
+void RecordingAdaptor::setRange(double start, double end) {
+    note("setRange " + text(start) + " " + text(end));
+    rangeStart = start;
+    rangeEnd = end;
+}
+
+void RecordingAdaptor::redraw() {
+    note("redraw");
+}
+
+void RecordingAdaptor::beginKeyboardCapture() {
+    note("beginKeyboardCapture");
+}
+
+void RecordingAdaptor::endKeyboardCapture() {
+    note("endKeyboardCapture");
+}
+
+void RecordingAdaptor::recordingStarted(const std::vector<CInterface*>& tools) {
+    note("recordingStarted " + std::to_string(tools.size()));
+}
+
+void RecordingAdaptor::recordingFinished() {
+    note("recordingFinished");
+}
+
+void RecordingAdaptor::detachNotify() {
+    note("detachNotify");
+}
+
+} // namespace MVR::Testing

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "core/adaptor_interface.h"
+#include "core/util/dynamic_object.h"
+#include "plugins/c_undo.h"
+#include "support/test_node.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace MVR::Testing {
+
+/// A host without a scene of its own: it notes each call as a line of text, keeps an undo list, and
+/// shows the state that the test sets. Reading that state leaves no line.
+class RecordingAdaptor final : public AdaptorInterface {
+public:
+    ~RecordingAdaptor();
+
+    std::vector<std::string> calls;
+    std::vector<std::unique_ptr<TestNode>> nodes; ///< all that were made, also those destroyed
+    std::int32_t version = kCoreVersion;
+    std::string name = "Stage";
+    double time = 0;
+    double rangeStart = 0;
+    double rangeEnd = 4;
+    double frameRate = 25;
+    Tag settingsLayout;
+
+    /// The undo list: names of the closed steps that can be undone, oldest first.
+    std::vector<std::string> undoNames() const;
+    /// Repeats the last undone step; true if it did.
+    bool redo();
+    /// Drops all steps, as a host does before it detaches.
+    void clearUndo();
+    TestNode* findNode(const std::string& nodeName) const;
+
+    std::int32_t getVersion() override;
+    void setErrorCode(ErrorCode* table) override;
+    void releaseErrorCode() override;
+    void setLog(Log* log) override;
+    void releaseLog() override;
+    std::string getName() override { return name; }
+    std::intptr_t getHostWindow() override;
+    SceneNode* createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
+                          std::intptr_t parent) override;
+    SceneNode* createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
+                          std::intptr_t mesh, std::intptr_t parent) override;
+    SceneNode* createNode(CInterface* tool, std::string nodeName) override;
+    std::vector<SceneNode*> getNodes(CInterface* tool) override;
+    std::vector<SceneNode*> resolveNodes(Tag nodeInfo, std::string toolName,
+                                         CInterface* tool) override;
+    std::vector<SceneNode*> mergeFile(std::string path) override;
+    void beginUndo(std::string stepName) override;
+    void addUndo(CUndo* object) override;
+    void endUndo() override;
+    void cancelUndo() override;
+    bool isUndoOpen() override { return depth_ > 0; }
+    bool undo() override;
+    double getTime() override { return time; }
+    void setTime(double newTime) override;
+    void getRange(double* start, double* end) override;
+    void setRange(double start, double end) override;
+    double getFrameRate() override { return frameRate; }
+    double getFrameStep() override { return 1 / frameRate; }
+    void redraw() override;
+    void beginKeyboardCapture() override;
+    void endKeyboardCapture() override;
+    void recordingStarted(const std::vector<CInterface*>& tools) override;
+    void recordingFinished() override;
+    void detachNotify() override;
+    Tag getSettingsLayout() override { return settingsLayout; }
+
+private:
+    struct Step {
+        std::string name;
+        std::vector<Util::Owned<CUndo>> objects;
+    };
+
+    void note(std::string line) { calls.push_back(std::move(line)); }
+
+    std::vector<Step> undone_;
+    std::vector<Step> steps_; // the last is the open one while depth_ is above 0
+    int depth_ = 0;
+};
+
+} // namespace MVR::Testing

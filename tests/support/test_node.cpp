@@ -1,0 +1,70 @@
+#include "support/test_node.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace MVR::Testing {
+
+namespace {
+
+// The last key at or before the time; zeros before the first.
+template <std::size_t Size>
+void readKey(const std::map<double, std::array<double, Size>>& keys, double time, double* out) {
+    const auto after = keys.upper_bound(time);
+    std::array<double, Size> value{};
+    if (after != keys.begin())
+        value = std::prev(after)->second;
+    std::copy(value.begin(), value.end(), out);
+}
+
+} // namespace
+
+void TestNode::release(SceneNode* handle) {
+    if (handle == this) {
+        linked = false;
+        owner_ = nullptr;
+    }
+}
+
+void TestNode::destroy(std::int32_t deleteScene) {
+    release(this);
+    destroyed = deleteScene != 0;
+}
+
+TransformSnapshot* TestNode::getSnapshot(double time) {
+    time_ = time;
+    return this;
+}
+
+void TestNode::startRecording(double time) {
+    positions.erase(positions.lower_bound(time), positions.end());
+    rotations.erase(rotations.lower_bound(time), rotations.end());
+}
+
+void TestNode::get(double matrix[16]) {
+    for (int index = 0; index < 16; ++index)
+        matrix[index] = index % 5 == 0 ? 1 : 0;
+    getPosition(matrix + 12);
+}
+
+void TestNode::set(const double matrix[16]) {
+    setPosition(matrix + 12);
+}
+
+void TestNode::getPosition(double position[3]) {
+    readKey(positions, time_, position);
+}
+
+void TestNode::setPosition(const double position[3]) {
+    std::copy(position, position + 3, positions[time_].begin());
+}
+
+void TestNode::getRotation(double quaternion[4]) {
+    readKey(rotations, time_, quaternion);
+}
+
+void TestNode::setRotation(const double quaternion[4]) {
+    std::copy(quaternion, quaternion + 4, rotations[time_].begin());
+}
+
+} // namespace MVR::Testing

@@ -1,0 +1,80 @@
+#include "unidevice/control.h"
+
+#include "data/tag.h"
+#include "unidevice/attribute_fits.h"
+#include "unidevice/control_target.h"
+#include "unidevice/device.h"
+
+#include <cmath>
+
+namespace UniDevice {
+
+Control::Control(Device* owner, std::int32_t kinds, double leastChange)
+    : kindMask(kinds), threshold(leastChange), device(owner) {}
+
+Control::Control(const Control& other)
+    : kindMask(other.kindMask), previousValue(other.previousValue), value(other.value),
+      threshold(other.threshold), type(other.type), index(other.index),
+      description(other.description), device(other.device) {}
+
+Control::~Control() {
+    // A target may take itself, or another, off the list while it is told.
+    while (!targets.empty()) {
+        ControlTarget* target = targets.back();
+        targets.pop_back();
+        target->controlRemoved(this);
+    }
+}
+
+void Control::toTag(MVR::Tag& out) const {
+    if (device) {
+        device->toTag(out);
+    } else {
+        out = MVR::Tag::element("control");
+    }
+    out.attributeRef("type") = type;
+    out.attributeRef("index") = std::to_string(index);
+    out.addChild(
+        MVR::Tag::element("description", device ? device->name + ": " + description : description));
+}
+
+bool Control::matches(const MVR::Tag& tag) const {
+    if ((device && !device->matches(tag)) || tag.attribute("type") != type) {
+        return false;
+    }
+    return attributeFits(tag, "index", index);
+}
+
+double Control::getValue() const {
+    return value;
+}
+
+void Control::destroy() {
+    delete this;
+}
+
+void Control::setValue(double newValue) {
+    previousValue = value;
+    value = newValue;
+}
+
+void Control::resetValues() {
+    previousValue = 0.0;
+    value = 0.0;
+}
+
+double Control::change() const {
+    return std::abs(value - previousValue);
+}
+
+Control* Control::mostMoved(const std::vector<Control*>& candidates) {
+    Control* best = nullptr;
+    for (Control* candidate : candidates) {
+        if (!best || candidate->change() > best->change()) {
+            best = candidate;
+        }
+    }
+    return best;
+}
+
+} // namespace UniDevice

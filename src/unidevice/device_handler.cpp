@@ -1,0 +1,121 @@
+#include "unidevice/device_handler.h"
+
+#include "unidevice/control.h"
+#include "unidevice/device.h"
+#include "unidevice/driver.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace UniDevice {
+
+DeviceHandler::~DeviceHandler() {
+    destroyDevices();
+    destroyDrivers();
+}
+
+std::int32_t DeviceHandler::indexOf(const Device* device) const {
+    const auto found = std::find(devices.begin(), devices.end(), device);
+    return found == devices.end() ? -1 : static_cast<std::int32_t>(found - devices.begin());
+}
+
+Device* DeviceHandler::findDevice(const std::string& name, std::int32_t deviceIndex) const {
+    for (Device* device : devices) {
+        if (device->name == name && device->deviceIndex == deviceIndex) {
+            return device;
+        }
+    }
+    return nullptr;
+}
+
+Driver* DeviceHandler::findDriver(const std::string& name) const {
+    for (Driver* driver : drivers) {
+        if (driver->name == name) {
+            return driver;
+        }
+    }
+    return nullptr;
+}
+
+Control* DeviceHandler::findControl(const MVR::Tag& tag) const {
+    for (Device* device : devices) {
+        if (device->matches(tag)) {
+            if (Control* control = device->findControl(tag)) {
+                return control;
+            }
+        }
+    }
+    return nullptr;
+}
+
+bool DeviceHandler::update() {
+    for (Driver* driver : drivers) {
+        driver->update();
+    }
+    return true;
+}
+
+bool DeviceHandler::activate() {
+    bool all = true;
+    for (Driver* driver : drivers) {
+        all = driver->activate() && all;
+    }
+    return all;
+}
+
+bool DeviceHandler::deactivate() {
+    bool all = true;
+    for (Driver* driver : drivers) {
+        all = driver->deactivate() && all;
+    }
+    return all;
+}
+
+void DeviceHandler::resetControls() {
+    for (Device* device : devices) {
+        device->resetControls();
+    }
+}
+
+bool DeviceHandler::prepareDetection() {
+    // All are asked: each starts its own detection.
+    std::int32_t taking = 0;
+    for (Driver* driver : drivers) {
+        taking += driver->prepareDetection();
+    }
+    return taking != 0;
+}
+
+Control* DeviceHandler::detectControl(const std::vector<Control*>* excluded) {
+    if (devices.empty()) {
+        return nullptr;
+    }
+    std::vector<Control*> moved;
+    for (Driver* driver : drivers) {
+        if (Control* control = driver->detectControl(excluded)) {
+            moved.push_back(control);
+        }
+    }
+    return Control::mostMoved(moved);
+}
+
+void DeviceHandler::destroyDevices() {
+    while (!devices.empty()) {
+        Device* last = devices.back();
+        last->destroy();
+        // It leaves the list by itself, unless its library's `destroy` is at fault.
+        if (!devices.empty() && devices.back() == last) {
+            devices.pop_back();
+        }
+    }
+}
+
+void DeviceHandler::destroyDrivers() {
+    while (!drivers.empty()) {
+        Driver* last = drivers.back();
+        drivers.pop_back();
+        last->destroy();
+    }
+}
+
+} // namespace UniDevice

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace UniDevice {
+
+class Control;
+class Device;
+
+/// A group of devices that are polled together. A driver library brings one or more.
+///
+/// How a driver library is called, all on the host's thread:
+/// 1. `getVersion()` (exported): must return `kDriverInterfaceVersion`, else the library is freed
+///    again without a further call.
+/// 2. `loadDevices(handler, info)` (exported): first `DeviceHandler::adopt(handler)`, so that the
+///    library's own copy of the code finds the core's handler, and `MVR::Log::adopt(info->log)`,
+///    so that its lines go to the core's log; then `new` drivers and devices, which register
+///    themselves. Both pointers stay valid until the library is freed.
+/// 3. Saved bindings may be looked up from here on: `Device::findControl`.
+/// 4. `activate()` when a take begins; `update()` once per simulated frame, before the tools run;
+///    `deactivate()` when it ends. `update()` also comes outside of takes, for live displays.
+/// 5. While the user looks for a control: `prepareDetection()`, then `detectControl` every 30 ms
+///    or so, then `deactivate()`.
+/// 6. When the host detaches: `destroy()` on each device, last first, then on each driver, last
+///    first, then the library is freed. Nothing of it may run after that: no thread, no callback.
+///
+/// The order of the virtual operations is shared with separately built libraries.
+class Driver {
+public:
+    /// Joins the end of the handler's list of drivers, which owns it from then on.
+    explicit Driver(std::string name);
+    Driver(const Driver&) = delete;
+    Driver& operator=(const Driver&) = delete;
+
+    /// Polls all devices of the driver. Never blocks; its work is bounded, whatever arrived.
+    virtual void update() = 0;
+
+    /// Start of a detection. Returns how many of the devices take part.
+    virtual std::int32_t prepareDetection() = 0;
+
+    /// The control of this driver that moved most since the last poll, or null. `excluded` lists
+    /// controls to leave out, or is null.
+    virtual Control* detectControl(const std::vector<Control*>* excluded) = 0;
+
+    /// Called by `Device::setDriver`. Appends and returns true. The device isn't owned.
+    virtual bool addDevice(Device* device) = 0;
+
+    /// Called by `Device::clearDriver`. Removes the first entry; true if it was there.
+    virtual bool removeDevice(Device* device) = 0;
+
+    /// The device at `index`, or null when `index` is out of range.
+    virtual Device* device(std::int32_t index) = 0;
+
+    virtual std::int32_t deviceCount() = 0;
+
+    /// A take begins. False if a device can't. True by default.
+    virtual bool activate();
+
+    /// The take or the detection ended. True by default.
+    virtual bool deactivate();
+
+    /// Leaves the handler; listed devices that still name this driver forget it.
+    virtual ~Driver();
+
+    /// Frees the driver in the library that made it.
+    virtual void destroy();
+
+    std::string name;
+};
+
+} // namespace UniDevice

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "unidevice/driver_load_info.h"
+
+#include <cstdint>
+#include <string>
+
+/// \file
+/// Start and end of the input layer.
+/// 1. `startDevices` once per process, at the first attachment. The caller keeps the flag and the
+///    scoped log entry.
+/// 2. `shutDownDevices` at each detachment. After it there is no device, driver or driver library.
+namespace UniDevice {
+
+/// Creates the driver "dummydriver" and the keyboard, loads the driver libraries in the folder
+/// "unidevice" of the install's data folder, and creates the trinary emulator behind them all.
+void startDevices(std::intptr_t moduleHandle, std::intptr_t hostWindow);
+
+/// Destroys devices, then drivers, last first, then frees the driver libraries. Harmless when
+/// nothing was started. A process that never detaches has it done when its singletons go.
+void shutDownDevices();
+
+/// Loads each driver library of `folder`, in the order of the files' names, and lets it register
+/// its devices. A file that is no library, lacks an export or has the wrong version is skipped
+/// without a line. Gives how many were kept.
+std::int32_t loadDriverLibraries(const std::string& folder, const DriverLoadInfo& info);
+
+} // namespace UniDevice

@@ -1,0 +1,185 @@
+#include "unidevice/emulated_trinary_device.h"
+
+#include "core/log.h"
+#include "data/tag.h"
+#include "unidevice/device_handler.h"
+#include "unidevice/driver.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace UniDevice {
+
+namespace {
+
+constexpr double kThreshold = 0.1;
+constexpr char kDirection[] = "te_direction";
+
+void addSource(MVR::Tag& out, const Control* source, const char* direction) {
+    if (!source) {
+        return;
+    }
+    MVR::Tag child;
+    source->toTag(child);
+    child.attributeRef(kDirection) = direction;
+    out.addChild(std::move(child));
+}
+
+void leaveSource(Control* source, ControlTarget* target) {
+    if (source) {
+        std::vector<ControlTarget*>& targets = source->targets;
+        targets.erase(std::remove(targets.begin(), targets.end(), target), targets.end());
+    }
+}
+
+std::string describe(const Control& source) {
+    std::string text;
+    if (source.device) {
+        text = source.device->name;
+        if (source.device->deviceIndex != 0) {
+            text += "(" + std::to_string(source.device->deviceIndex) + ")";
+        }
+        text += ":";
+    }
+    return text + source.description;
+}
+
+} // namespace
+
+EmulatedTControl::EmulatedTControl(Control* up, Control* down, Device* owner, std::int32_t kinds,
+                                   double leastChange)
+    : Control(owner, kinds, leastChange), positive(up), negative(down) {
+    if (positive) {
+        positive->targets.push_back(this);
+    }
+    if (negative) {
+        negative->targets.push_back(this);
+    }
+}
+
+EmulatedTControl::~EmulatedTControl() {
+    leaveSource(positive, this);
+    leaveSource(negative, this);
+}
+
+void EmulatedTControl::toTag(MVR::Tag& out) const {
+    Control::toTag(out);
+    addSource(out, positive, "positive");
+    addSource(out, negative, "negative");
+}
+
+bool EmulatedTControl::matches(const MVR::Tag& tag) const {
+    if (!positive || !negative || !Control::matches(tag) || tag.childCount("control") != 2) {
+        return false;
+    }
+    bool positiveFits = false;
+    bool negativeFits = false;
+    for (std::int32_t i = 0; i < 2; ++i) {
+        const MVR::Tag& source = tag.child("control", i);
+        const std::string direction = source.attribute(kDirection);
+        if (direction == "positive" && positive->matches(source)) {
+            positiveFits = true;
+        } else if (direction == "negative" && negative->matches(source)) {
+            negativeFits = true;
+        } else {
+            return false; // each of the two must name one source
+        }
+    }
+    return positiveFits && negativeFits;
+}
+
+double EmulatedTControl::getValue() const {
+    return positive && negative ? positive->getValue() - negative->getValue() : 0.0;
+}
+
+void EmulatedTControl::controlRemoved(Control* removed) {
+    if (positive == removed) {
+        positive = nullptr;
+    }
+    if (negative == removed) {
+        negative = nullptr;
+    }
+}
+
+EmulatedTrinaryDevice::EmulatedTrinaryDevice() : Device(true) {
+    name = "TrinaryEmulator";
+    setDriver(DeviceHandler::instance()->findDriver("dummydriver"));
+}
+
+EmulatedTrinaryDevice::~EmulatedTrinaryDevice() {
+    // Last first: an emulated control may be a source of a later one.
+    while (!controls.empty()) {
+        controls.pop_back();
+    }
+}
+
+std::int32_t EmulatedTrinaryDevice::controlCount() const {
+    return static_cast<std::int32_t>(controls.size());
+}
+
+Control* EmulatedTrinaryDevice::control(std::int32_t index) {
+    return index >= 0 && index < controlCount() ? controls[index].get() : nullptr;
+}
+
+bool EmulatedTrinaryDevice::update(std::int32_t) {
+    return true;
+}
+
+Control* EmulatedTrinaryDevice::findControl(const MVR::Tag& tag) {
+    if (Control* existing = Device::findControl(tag)) {
+        return existing;
+    }
+    const MVR::Tag& first = tag.child("control", 0);
+    const MVR::Tag& second = tag.child("control", 1);
+    if (first.isEmpty() || second.isEmpty()) {
+        return nullptr;
+    }
+    if (nesting_ == kMaxNesting) {
+        MVR::Log(MVR::Log::Warning).write("Emulated controls are nested too deep");
+        return nullptr;
+    }
+    ++nesting_;
+    Control* up = DeviceHandler::instance()->findControl(first);
+    Control* down = DeviceHandler::instance()->findControl(second);
+    --nesting_;
+    if (first.attribute(kDirection) == "negative") {
+        std::swap(up, down);
+    }
+    return createControl(up, down);
+}
+
+bool EmulatedTrinaryDevice::prepareDetection() {
+    for (const auto& control : controls) {
+        control->previousValue = control->value;
+    }
+    return false;
+}
+
+Control* EmulatedTrinaryDevice::detectControl(const std::vector<Control*>*, void*) {
+    return nullptr;
+}
+
+void EmulatedTrinaryDevice::resetControls() {
+    for (const auto& control : controls) {
+        control->resetValues();
+    }
+}
+
+Control* EmulatedTrinaryDevice::createControl(Control* first, Control* second) {
+    if (!first || !second) {
+        return nullptr;
+    }
+    auto made = std::make_unique<EmulatedTControl>(first, second, this, trinary, kThreshold);
+    // The type takes part in matching, so it stands before the search.
+    made->type = "control";
+    MVR::Tag tag;
+    made->toTag(tag);
+    if (Control* existing = Device::findControl(tag)) {
+        return existing;
+    }
+    made->description = "emulated control (" + describe(*first) + ", " + describe(*second) + ")";
+    controls.push_back(std::move(made));
+    return controls.back().get();
+}
+
+} // namespace UniDevice

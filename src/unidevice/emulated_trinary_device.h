@@ -1,0 +1,71 @@
+#pragma once
+
+#include "core/util/dynamic_object.h"
+#include "unidevice/control.h"
+#include "unidevice/control_target.h"
+#include "unidevice/device.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace UniDevice {
+
+/// A `trinary` control made of two others: the first pushes the value up, the second down.
+class EmulatedTControl : public Control, public ControlTarget {
+public:
+    EmulatedTControl(Control* positive, Control* negative, Device* device, std::int32_t kindMask,
+                     double threshold);
+
+    /// Leaves both sources.
+    ~EmulatedTControl() override;
+
+    /// The plain form, with the two sources as children that carry their `te_direction`.
+    void toTag(MVR::Tag& out) const override;
+
+    /// True if `tag` names this device and both sources, in either order.
+    [[nodiscard]] bool matches(const MVR::Tag& tag) const override;
+
+    /// Computed at each call; 0 as soon as a source is gone.
+    [[nodiscard]] double getValue() const override;
+
+    void controlRemoved(Control* control) override;
+
+    Control* positive; ///< not owned; null once it is gone
+    Control* negative; ///< not owned; null once it is gone
+};
+
+/// The built-in device "TrinaryEmulator", which keeps the emulated controls.
+///
+/// It stands behind all other devices and takes no part in detection. A saved binding to an
+/// emulated control makes the control again on demand.
+class EmulatedTrinaryDevice : public Device,
+                              public MVR::Util::DynamicCreator<EmulatedTrinaryDevice> {
+public:
+    /// Registers and joins the driver "dummydriver" if there is one.
+    EmulatedTrinaryDevice();
+    ~EmulatedTrinaryDevice() override;
+
+    [[nodiscard]] std::int32_t controlCount() const override;
+    [[nodiscard]] Control* control(std::int32_t index) override;
+    bool update(std::int32_t reserved) override;
+    Control* findControl(const MVR::Tag& tag) override;
+    bool prepareDetection() override;
+    Control* detectControl(const std::vector<Control*>* excluded, void* context) override;
+    void resetControls() override;
+
+    /// The control of these two sources, made if there is none yet and kept until the device goes.
+    /// Null if either source is null.
+    Control* createControl(Control* first, Control* second);
+
+    /// How deep emulated controls may be built on emulated ones in saved bindings. The dialogs make
+    /// one level.
+    static constexpr std::int32_t kMaxNesting = 16;
+
+    std::vector<std::unique_ptr<EmulatedTControl>> controls; ///< in order of creation
+
+private:
+    std::int32_t nesting_ = 0; ///< bindings that are being resolved, one inside the other
+};
+
+} // namespace UniDevice

@@ -1,0 +1,88 @@
+#include "unidevice/property.h"
+
+#include "data/tag.h"
+#include "unidevice/control.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace UniDevice {
+
+namespace {
+
+struct Parameter {
+    const char* name;
+    double Property::*field;
+};
+
+// In the order of the file.
+constexpr Parameter kParameters[] = {
+    {"multiplier", &Property::multiplier},
+    {"exponent", &Property::exponent},
+    {"deadzone", &Property::deadzone},
+    {"offset", &Property::offset},
+};
+
+} // namespace
+
+Property* Property::Factory::create(const std::string& name, std::int32_t acceptedKinds) const {
+    return new Property(name, acceptedKinds);
+}
+
+Property::Property(std::string propertyName, std::int32_t kinds)
+    : name(std::move(propertyName)), acceptedKinds(kinds) {}
+
+void Property::controlRemoved(Control* removed) {
+    if (removed == control) {
+        control = nullptr;
+    }
+    for (Listener* listener : listeners) {
+        listener->bound = false;
+    }
+}
+
+double Property::getValue() const {
+    const double x = control ? control->getValue() : 0.0;
+    const double s = x < 0.0 ? -1.0 : 1.0;
+    double y = std::abs(x) - deadzone;
+    if (y < 0.0) {
+        y = 0.0;
+    }
+    y = y / (1.0 - deadzone);
+    y = std::pow(y, exponent);
+    return y * s * multiplier + offset;
+}
+
+Property::~Property() {
+    bind(nullptr);
+}
+
+std::int32_t Property::bind(Control* newControl) {
+    if (control) {
+        std::vector<ControlTarget*>& targets = control->targets;
+        targets.erase(std::remove(targets.begin(), targets.end(), this), targets.end());
+    }
+    control = newControl;
+    if (!control) {
+        return kUnbound;
+    }
+    control->targets.push_back(this);
+    return acceptedKinds & control->kindMask;
+}
+
+void Property::readSettings(const MVR::Tag& tag) {
+    for (const Parameter& parameter : kParameters) {
+        MVR::Tag::textNode(tag.child(parameter.name).value()).as(this->*parameter.field);
+    }
+}
+
+void Property::toTag(MVR::Tag& out) const {
+    out = MVR::Tag::element("property");
+    out.attributeRef("name") = name;
+    for (const Parameter& parameter : kParameters) {
+        out.addChild(MVR::Tag::element(parameter.name, this->*parameter.field));
+    }
+}
+
+} // namespace UniDevice

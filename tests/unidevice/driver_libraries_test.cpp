@@ -1,0 +1,101 @@
+#include "unidevice/driver_libraries.h"
+
+#include "core/log.h"
+#include "core/util/singleton.h"
+#include "platform/temporary_folder.h"
+#include "unidevice/control.h"
+#include "unidevice/device.h"
+#include "unidevice/device_handler.h"
+#include "unidevice/driver.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+using namespace UniDevice;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+std::string mappedFiles() {
+    std::stringstream text;
+    text << std::ifstream("/proc/self/maps").rdbuf();
+    return text.str();
+}
+
+struct DriverLibrariesTest : testing::Test {
+    DriverLibrariesTest() {
+        for (const auto& library : std::filesystem::directory_iterator(FAKE_DRIVER_FOLDER)) {
+            std::filesystem::create_directories(unidevice());
+            std::filesystem::copy(library, unidevice() + library.path().filename().string());
+        }
+        folder.add("data/unidevice/a_text.so", "not a library");
+        folder.add("data/unidevice/b_folder.so/file");
+        folder.add("data/unidevice/readme.txt", "none of ours");
+    }
+    ~DriverLibrariesTest() override { MVR::Util::SingletonCollector::destroyAll(); }
+
+    std::string unidevice() const { return folder.path + "data/unidevice/"; }
+
+    static std::vector<std::string> deviceNames() {
+        std::vector<std::string> names;
+        for (const Device* device : DeviceHandler::instance()->devices) {
+            names.push_back(device->name);
+        }
+        return names;
+    }
+    static std::vector<std::string> driverNames() {
+        std::vector<std::string> names;
+        for (const Driver* driver : DeviceHandler::instance()->drivers) {
+            names.push_back(driver->name);
+        }
+        return names;
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(DriverLibrariesTest, RefusedLibrariesAreSkippedAndTheRestLoads) {
+    DriverLoadInfo info;
+    info.log = MVR::Log::instance();
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(loadDriverLibraries(unidevice(), info), 1);
+        EXPECT_THAT(deviceNames(), ElementsAre("Fake"));
+        EXPECT_THAT(mappedFiles(), HasSubstr("driver_sound.so"));
+        EXPECT_THAT(mappedFiles(), Not(HasSubstr("driver_version119.so")));
+        EXPECT_THAT(mappedFiles(), Not(HasSubstr("driver_no_")));
+        shutDownDevices();
+        EXPECT_THAT(deviceNames(), ElementsAre());
+        EXPECT_THAT(mappedFiles(), Not(HasSubstr("driver_sound.so")))
+            << "freed, and can be loaded again";
+    }
+    EXPECT_EQ(loadDriverLibraries(folder.path + "missing", info), 0);
+    EXPECT_EQ(MVR::Log::getText().find("(ERROR)"), std::string::npos);
+}
+
+TEST_F(DriverLibrariesTest, StartsTheBuiltInDevicesAroundThoseOfTheLibraries) {
+    const std::string registry = folder.add(
+        "registry.ini", "[SOFTWARE\\Oskelworks\\Lensetta]\ndatapath=" + folder.path + "data\n");
+    setenv("MIRVANE_REGISTRY", registry.c_str(), 1);
+    startDevices(0x100000, 0x20);
+    unsetenv("MIRVANE_REGISTRY");
+    EXPECT_THAT(deviceNames(), ElementsAre("Keyboard", "Fake", "TrinaryEmulator"));
+    EXPECT_THAT(driverNames(), ElementsAre("dummydriver", "fake"));
+    Device* fake = DeviceHandler::instance()->findDevice("Fake", 0);
+    ASSERT_NE(fake, nullptr);
+    EXPECT_EQ(fake->control(0)->value, 0x100000 + 0x20 + 1203);
+    EXPECT_THAT(MVR::Log::getText(), HasSubstr("(NOTICE): fake driver speaking"));
+
+    // A host that ends without detaching.
+    MVR::Util::SingletonCollector::destroyAll();
+    EXPECT_THAT(mappedFiles(), Not(HasSubstr("driver_sound.so")));
+    EXPECT_THAT(deviceNames(), ElementsAre());
+}
+
+} // namespace

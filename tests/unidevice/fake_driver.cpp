@@ -1,0 +1,61 @@
+// A driver library in the variants that FAKE_VERSION and FAKE_LOAD tell.
+#include "core/export.h"
+#include "core/log.h"
+#include "unidevice/control.h"
+#include "unidevice/device.h"
+#include "unidevice/device_handler.h"
+#include "unidevice/driver.h"
+#include "unidevice/driver_load_info.h"
+
+namespace {
+
+using namespace UniDevice;
+
+// Its one control holds what the library was told.
+class FakeDevice : public Device {
+public:
+    explicit FakeDevice(const DriverLoadInfo& info) : Device(true), told_(this, infinite, 0.1) {
+        name = "Fake";
+        told_.type = "told";
+        told_.value = static_cast<double>(info.version + info.moduleHandle + info.hostWindow);
+    }
+    std::int32_t controlCount() const override { return 1; }
+    Control* control(std::int32_t index) override { return index == 0 ? &told_ : nullptr; }
+    bool update(std::int32_t) override { return true; }
+    bool prepareDetection() override { return false; }
+    Control* detectControl(const std::vector<Control*>*, void*) override { return nullptr; }
+    void resetControls() override {}
+
+private:
+    Control told_;
+};
+
+class FakeDriver : public Driver {
+public:
+    FakeDriver() : Driver("fake") {}
+    void update() override {}
+    std::int32_t prepareDetection() override { return 0; }
+    Control* detectControl(const std::vector<Control*>*) override { return nullptr; }
+    bool addDevice(Device*) override { return true; }
+    bool removeDevice(Device*) override { return true; }
+    Device* device(std::int32_t) override { return nullptr; }
+    std::int32_t deviceCount() override { return 0; }
+};
+
+} // namespace
+
+#if FAKE_VERSION
+MVR_EXPORT std::int32_t getVersion() {
+    return FAKE_VERSION;
+}
+#endif
+
+#if FAKE_LOAD
+MVR_EXPORT void loadDevices(DeviceHandler* handler, const DriverLoadInfo* info) {
+    DeviceHandler::adopt(handler);
+    MVR::Log::adopt(info->log);
+    MVR::Log(MVR::Log::Notice).write("fake driver speaking");
+    auto* driver = new FakeDriver;
+    (new FakeDevice(*info))->setDriver(driver);
+}
+#endif

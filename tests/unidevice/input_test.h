@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/util/singleton.h"
+#include "data/tag.h"
+#include "unidevice/control.h"
+#include "unidevice/device_handler.h"
+#include "unidevice/dummy_driver.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+
+/// An input layer with the built-in driver alone, torn down behind each test as at unload.
+struct InputTest : testing::Test {
+    InputTest()
+        : handler(*UniDevice::DeviceHandler::instance()), driver(*new UniDevice::DummyDriver) {}
+    ~InputTest() override { MVR::Util::SingletonCollector::destroyAll(); }
+
+    UniDevice::DeviceHandler& handler;
+    UniDevice::DummyDriver& driver; // the handler's
+};
+
+inline MVR::Tag parsed(const std::string& text) {
+    return MVR::Tag(text);
+}
+
+template <class Named>
+std::string written(const Named& named) {
+    MVR::Tag tag;
+    named.toTag(tag);
+    return tag.toText("", "", "");
+}

@@ -1,0 +1,157 @@
+#include "unidevice/property_handler.h"
+
+#include "input_test.h"
+#include "support/scripted_device.h"
+#include "support/vtable_slot.h"
+
+#include <clocale>
+#include <limits>
+#include <memory>
+
+namespace {
+
+using namespace UniDevice;
+using MVR::Testing::ScriptedDevice;
+using MVR::Testing::slotOf;
+
+struct PropertyTest : InputTest {
+    ScriptedDevice& stick = *new ScriptedDevice("Stick");
+    Property property{"Move", UniDevice::finite | UniDevice::infinite};
+};
+
+TEST_F(PropertyTest, MapsAControlsValue) {
+    struct Case {
+        double x, deadzone, exponent, multiplier, offset, result;
+    };
+    const Case cases[] = {
+        {0.1, 0.1, 1, 1, 0, 0},     {0.55, 0.1, 1, 1, 0, 0.5},  {1, 0.1, 1, 1, 0, 1},
+        {-1, 0.1, 1, 1, 0, -1},     {-0.5, 0, 2, 10, 1, -1.5},  {0.05, 0.1, 1, 5, 0, 0},
+        {-0.05, 0.1, 1, 5, 2, 2},   {4, 0, 1, 1, 0, 4},         {1.9, 0.1, 2, 3, 0, 12},
+        {0, 0, 0, 1, 0, 1 /*0^0*/}, {-0.0, 0, 0, 1, 0, 1},      {0.5, 0, 1, -2, 0.25, -0.75},
+        {-3, 0.5, 1, 1, 0, -5},     {0, -0.5, 1, 1, 0, 1. / 3},
+    };
+    property.bind(stick.add("x"));
+    for (const Case& c : cases) {
+        stick.set("x", c.x);
+        property.deadzone = c.deadzone;
+        property.exponent = c.exponent;
+        property.multiplier = c.multiplier;
+        property.offset = c.offset;
+        EXPECT_NEAR(property.getValue(), c.result, 1e-12)
+            << c.x << " " << c.deadzone << " " << c.exponent;
+    }
+    property.bind(nullptr);
+    property.exponent = 1;
+    property.deadzone = 0.1;
+    property.offset = 3;
+    EXPECT_EQ(property.getValue(), 3.0) << "unbound";
+}
+
+TEST_F(PropertyTest, BindsAndLetsGoInAnyOrder) {
+    Control* key = stick.add("key", binary);
+    Control* axis = stick.add("axis", UniDevice::finite);
+    Property::Listener cache{true};
+    property.listeners.push_back(&cache);
+    property.offset = 7;
+
+    EXPECT_EQ(property.bind(axis), UniDevice::finite);
+    EXPECT_EQ(property.bind(key), 0) << "no kind in common, bound all the same";
+    EXPECT_EQ(property.control, key);
+    EXPECT_TRUE(axis->targets.empty()) << "the old control still knows the property";
+    EXPECT_EQ(property.bind(nullptr), 65535);
+    EXPECT_TRUE(key->targets.empty());
+
+    property.bind(axis);
+    stick.set("axis", 1.0);
+    EXPECT_EQ(property.getValue(), 8.0);
+    {
+        const Control copy(*axis);
+        EXPECT_EQ(copy.value, 1.0);
+        EXPECT_TRUE(copy.targets.empty());
+    }
+    EXPECT_EQ(property.control, axis) << "a copy's end is not the control's";
+    {
+        Property other("Other", UniDevice::finite);
+        other.bind(axis);
+    }
+    EXPECT_TRUE(cache.bound);
+    stick.remove("axis");
+    EXPECT_EQ(property.getValue(), 7.0);
+    EXPECT_EQ(property.control, nullptr);
+    EXPECT_FALSE(cache.bound);
+}
+
+TEST_F(PropertyTest, KeepsItsSettingsInATag) {
+    std::setlocale(LC_ALL, "de_DE.UTF-8"); // a host may have any
+    property.readSettings(parsed("<property><multiplier>2.5</multiplier><other>9</other>"
+                                 "<exponent>none</exponent></property>"));
+    EXPECT_EQ(property.multiplier, 2.5);
+    EXPECT_EQ(property.exponent, 1.0);
+    EXPECT_EQ(property.deadzone, 0.1);
+    property.offset = -0.12345678;
+    EXPECT_EQ(written(property),
+              "<property name=\"Move\"><multiplier>2.5</multiplier><exponent>1</exponent>"
+              "<deadzone>0.1</deadzone><offset>-0.123457</offset></property>");
+    std::setlocale(LC_ALL, "C");
+}
+
+TEST(PropertyHandlerTest, KeepsOnePropertyOfEachName) {
+    struct Doubled final : Property {
+        using Property::Property;
+        double getValue() const override { return 2 * Property::getValue(); }
+    };
+    struct DoubledFactory final : Property::Factory {
+        Property* create(const std::string& name, std::int32_t kinds) const override {
+            return new Doubled(name, kinds);
+        }
+    };
+    PropertyHandler handler;
+    Property* first = handler.getOrCreate("Pan", UniDevice::finite, Property::Factory());
+    Property* second = handler.getOrCreate("Tilt", trinary, DoubledFactory());
+    second->offset = 4;
+    EXPECT_EQ(second->getValue(), 8.0);
+    EXPECT_EQ(handler.getOrCreate("Pan", binary, DoubledFactory()), first);
+    EXPECT_EQ(handler.count(), 2);
+    EXPECT_EQ(handler.property("Tilt"), second);
+    EXPECT_EQ(handler.property("tilt"), nullptr);
+    EXPECT_EQ(handler.property(0), first);
+    EXPECT_EQ(handler.property(-1), nullptr);
+    EXPECT_EQ(handler.property(2), nullptr);
+}
+
+TEST(InputContractTest, OrderOfVirtualOperationsIsFrozen) {
+    // A destructor takes two places.
+    EXPECT_EQ(slotOf(&Control::toTag), 0);
+    EXPECT_EQ(slotOf(&Control::matches), 1);
+    EXPECT_EQ(slotOf(&Control::getValue), 2);
+    EXPECT_EQ(slotOf(&Control::destroy), 3);
+    EXPECT_EQ(slotOf(&ControlTarget::controlRemoved), 0);
+    EXPECT_EQ(slotOf(&Property::controlRemoved), 0);
+    EXPECT_EQ(slotOf(&Property::getValue), 1);
+    EXPECT_EQ(slotOf(&Property::Factory::create), 0);
+
+    EXPECT_EQ(slotOf(&Driver::update), 0);
+    EXPECT_EQ(slotOf(&Driver::prepareDetection), 1);
+    EXPECT_EQ(slotOf(&Driver::detectControl), 2);
+    EXPECT_EQ(slotOf(&Driver::addDevice), 3);
+    EXPECT_EQ(slotOf(&Driver::removeDevice), 4);
+    EXPECT_EQ(slotOf(&Driver::device), 5);
+    EXPECT_EQ(slotOf(&Driver::deviceCount), 6);
+    EXPECT_EQ(slotOf(&Driver::activate), 7);
+    EXPECT_EQ(slotOf(&Driver::deactivate), 8);
+    EXPECT_EQ(slotOf(&Driver::destroy), 11);
+
+    EXPECT_EQ(slotOf(&Device::destroy), 0);
+    EXPECT_EQ(slotOf(&Device::toTag), 3);
+    EXPECT_EQ(slotOf(&Device::controlCount), 4);
+    EXPECT_EQ(slotOf(&Device::control), 5);
+    EXPECT_EQ(slotOf(&Device::update), 6);
+    EXPECT_EQ(slotOf(&Device::findControl), 7);
+    EXPECT_EQ(slotOf(&Device::prepareDetection), 8);
+    EXPECT_EQ(slotOf(&Device::detectControl), 9);
+    EXPECT_EQ(slotOf(&Device::resetControls), 10);
+    EXPECT_EQ(slotOf(&Device::activate), 11);
+    EXPECT_EQ(slotOf(&Device::deactivate), 12);
+}
+
+} // namespace

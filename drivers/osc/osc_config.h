@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// Where the driver listens.
+struct OscConfig {
+    std::string address = "127.0.0.1"; ///< numeric; "0.0.0.0" for all of the machine's networks
+    std::int32_t port = 9000;          ///< 1 to 65535; in code also 0, for any that is free
+};
+
+/// The file that holds the configuration: what the variable MIRVANE_OSC_CONFIG names, else
+/// "osc.xml" beside the driver library.
+std::string oscConfigPath();
+
+/// Reads the file. Without one, all is as above. What a file holds wrongly is logged, and stays as
+/// above too.
+OscConfig loadOscConfig(const std::string& path);

@@ -155,6 +155,24 @@ TEST_F(LiveOscTest, AFloodOfAddressesLeavesRoomForBindings) {
     EXPECT_EQ(device.controlCount(), kMaxOscControls);
 }
 
+TEST_F(LiveOscTest, AFloodOfBytesDoesNotHoldUpAnUpdate) {
+    const std::string large(60000, 'x');
+    for (int i = 1; i <= 20; ++i) { // as many of them as the system keeps
+        sender.send(oscMessage("/count", "is", i, large.c_str()));
+    }
+    const int mostRead = static_cast<int>(kMaxBytesPerUpdate / large.size()) + 1;
+    device.update(0);
+    const Control* count = find("/count", "0");
+    EXPECT_GE(count->value, 1.0);
+    EXPECT_LE(count->value, mostRead);
+    for (int i = 0; i < 5; ++i) {
+        device.update(0);
+    }
+    sender.send(oscMessage("/count", "i", 99));
+    device.update(0);
+    EXPECT_EQ(count->value, 99.0) << "all was read in the end";
+}
+
 TEST_F(LiveOscTest, ATakenPortIsALineInTheLog) {
     auto* late = new OscDevice({"127.0.0.1", device.port()});
     late->deviceIndex = 1;

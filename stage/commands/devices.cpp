@@ -1,0 +1,106 @@
+#include "stage/commands/commands.h"
+#include "stage/core_library.h"
+#include "stage/device_reader.h"
+#include "stage/machine.h"
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <thread>
+
+namespace Stage {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kRefresh{100};
+constexpr double kSnapshotSeconds = 1.0;
+
+const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::CoreOrToolMissing};
+
+std::vector<Option> deviceOptions() {
+    std::vector<Option> options = {
+        {"--seconds", "N",
+         "listen for so long; else until Ctrl+C on a terminal, and 1 second elsewhere"},
+        {"--once", nullptr, "no live display: listen, then print what there is"},
+    };
+    for (const Option& option : commonOptions()) {
+        options.push_back(option);
+    }
+    return options;
+}
+
+std::string help() {
+    return "usage: mirvane-stage devices [OPTIONS]\n\n"
+           "Shows the input devices, their controls and the values they send: live on a terminal,\n"
+           "once where output goes elsewhere. The first column is what a binding names.\n\n" +
+           describe(deviceOptions()) + "\nexit codes\n" + describe(kCodes);
+}
+
+/// Listens until the time is over or the user has seen enough; with `isLive` shows each state.
+void listen(DeviceReader& reader, double seconds, bool isLive) {
+    const Clock::time_point end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                                     std::chrono::duration<double>(seconds));
+    while (!isStopRequested() && (seconds < 0.0 || Clock::now() < end)) {
+        std::this_thread::sleep_for(kRefresh);
+        reader.update();
+        if (isLive) {
+            std::printf("\x1b[H\x1b[J%s", reader.toText().c_str());
+            std::fflush(stdout);
+        }
+    }
+}
+
+} // namespace
+
+ExitCode devicesCommand(const std::vector<std::string>& words) {
+    if (answerHelp(words, help())) {
+        return ExitCode::Ok;
+    }
+    InstallValues values;
+    std::vector<Argument> arguments;
+    std::string error;
+    bool isGood = readArguments(words, deviceOptions(), arguments, error);
+    bool isLive = isTerminal(1);
+    double seconds = -1.0;
+    for (const Argument& argument : arguments) {
+        if (argument.name == "--once") {
+            isLive = false;
+        } else if (argument.name == "--seconds") {
+            isGood = readNumber(argument, 0.0, seconds, error) && isGood;
+        } else {
+            takeCommonArgument(argument, values);
+        }
+    }
+    if (!isGood) {
+        complain(error);
+        return ExitCode::Usage;
+    }
+    const std::string core = findCore(values.core);
+    if (core.empty() && values.data.empty()) {
+        complain("there is no core library to look beside; name it with --core, or the folder of "
+                 "the shared data with --data");
+        return ExitCode::CoreOrToolMissing;
+    }
+    catchStopRequests();
+    DeviceReader reader;
+    for (const std::string& fault : reader.load(driverFolder(values, core))) {
+        complain(fault);
+    }
+    if (seconds < 0.0 && !isLive) {
+        seconds = kSnapshotSeconds;
+    }
+    listen(reader, seconds, isLive);
+    if (!isLive) {
+        std::fputs(reader.toText().c_str(), stdout);
+    }
+    std::fputs(DeviceReader::getLog().c_str(), stderr);
+    if (reader.isEmpty()) {
+        complain("no devices: there are no drivers in " + driverFolder(values, core));
+        return ExitCode::CoreOrToolMissing;
+    }
+    return ExitCode::Ok;
+}
+
+} // namespace Stage

@@ -1,0 +1,250 @@
+#include "stage/commands/commands.h"
+#include "stage/commands/record_options.h"
+#include "stage/curve_copy.h"
+#include "stage/export/curve_table.h"
+#include "stage/export/gltf_writer.h"
+#include "stage/machine.h"
+#include "stage/progress.h"
+#include "stage/report.h"
+#include "stage/resimulation.h"
+#include "stage/session.h"
+#include "stage/take.h"
+
+#include "platform/files.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+namespace Stage {
+
+namespace {
+
+constexpr const char* kProbeTool = "Latency Probe";
+
+/// One run of the command: what it has at hand, and its steps in the order in which they run.
+class RecordRun {
+public:
+    explicit RecordRun(const RecordOptions& options) : options_(options) {}
+
+    ExitCode run();
+
+private:
+    ExitCode checkOutputs() const;
+    ExitCode placeTools();
+    ExitCode checkSettings() const;
+    ExitCode recordTake();
+    ExitCode resimulateAll();
+    ExitCode writeFile(const std::string& path, const std::string& bytes) const;
+    ExitCode writePass(const Pass& pass) const;
+    std::vector<const StageNode*> nodesToWrite() const;
+
+    const RecordOptions& options_;
+    Session session_;
+    MVR::CInterface* probe_ = nullptr;
+    CurveCopy take_;
+    Report report_;
+};
+
+ExitCode fail(ExitCode code, const std::string& message) {
+    complain(message);
+    return code;
+}
+
+/// A take that can't be written is found out before it is played.
+ExitCode RecordRun::checkOutputs() const {
+    std::vector<std::string> paths = {options_.report};
+    for (const Pass& pass : options_.passes) {
+        paths.push_back(pass.out);
+        paths.push_back(pass.outCurves);
+    }
+    for (const std::string& path : paths) {
+        const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+        std::error_code error;
+        if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
+            return fail(ExitCode::OutputNotWritten,
+                        "can't write " + path + ": there is no folder " + folder.string());
+        }
+        if (std::filesystem::is_directory(path, error)) {
+            return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
+        }
+    }
+    return ExitCode::Ok;
+}
+
+ExitCode RecordRun::placeTools() {
+    std::vector<ToolPlan> plans = options_.tools;
+    if (options_.latency) {
+        plans.push_back({kProbeTool, kProbeTool, {*options_.latency}, {}});
+        plans.back().settings.push_back({"", "*", "deadzone", 0.0});
+    }
+    std::string error;
+    for (const ToolPlan& plan : plans) {
+        const PlacedTool* tool = session_.place(plan, error);
+        if (tool == nullptr) {
+            return fail(ExitCode::CoreOrToolMissing, error);
+        }
+        if (!session_.checkBindings(*tool, error)) {
+            return fail(ExitCode::BadBinding, error);
+        }
+        if (options_.latency && plan.type == kProbeTool) {
+            probe_ = tool->access;
+        }
+    }
+    return checkSettings();
+}
+
+ExitCode RecordRun::checkSettings() const {
+    for (const Pass& pass : options_.passes) {
+        for (const Setting& setting : pass.settings) {
+            if (session_.findProperties(setting).empty()) {
+                return fail(ExitCode::BadBinding, "no tool has the property that \"" +
+                                                      setting.toText() + "\" is to change");
+            }
+        }
+    }
+    return ExitCode::Ok;
+}
+
+std::vector<const StageNode*> RecordRun::nodesToWrite() const {
+    std::vector<const StageNode*> nodes;
+    for (const auto& node : session_.scene.getNodes()) {
+        if (probe_ == nullptr || node->getOwner() != probe_) {
+            nodes.push_back(node.get());
+        }
+    }
+    return nodes;
+}
+
+ExitCode RecordRun::writeFile(const std::string& path, const std::string& bytes) const {
+    if (path.empty() || MVR::Platform::writeFileAtomic(path, bytes)) {
+        return ExitCode::Ok;
+    }
+    return fail(ExitCode::OutputNotWritten,
+                "can't write " + path + ": " + MVR::Platform::lastFileError());
+}
+
+ExitCode RecordRun::writePass(const Pass& pass) const {
+    const std::vector<const StageNode*> nodes = nodesToWrite();
+    const ExitCode scene = pass.out.empty()
+                               ? ExitCode::Ok
+                               : writeFile(pass.out, toGltf(nodes, session_.timeline.getStart()));
+    const ExitCode curves =
+        pass.outCurves.empty() ? ExitCode::Ok : writeFile(pass.outCurves, toCurveTable(nodes));
+    return scene != ExitCode::Ok ? scene : curves;
+}
+
+ExitCode RecordRun::recordTake() {
+    session_.timeline.setRate(options_.rate);
+    session_.timeline.setRange(options_.start, options_.end);
+    session_.timeline.setTime(session_.timeline.getStart());
+
+    const CurveCopy before(session_.scene);
+    const std::vector<MVR::SceneNode*> probeNodes =
+        probe_ != nullptr ? session_.adaptor.getNodes(probe_) : std::vector<MVR::SceneNode*>();
+    const auto* probeNode =
+        probeNodes.empty() ? nullptr : static_cast<const StageNode*>(probeNodes.front());
+    std::string error;
+    std::optional<TakeFigures> figures;
+    {
+        Progress progress(session_.timeline.getStart());
+        figures = runTake(
+            session_, options_.take, probeNode,
+            [&progress](double time, const TakeFigures& state) { progress.show(time, state); },
+            error);
+    }
+    if (!figures) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    report_.rate = session_.timeline.getRate();
+    report_.start = session_.timeline.getStart();
+    report_.take = std::move(*figures);
+    report_.nodes = nodesToWrite();
+    take_ = CurveCopy(session_.scene);
+    if (options_.checkUndo) {
+        report_.isUndoGood = checkUndo(session_, before, error);
+        if (!*report_.isUndoGood) {
+            return fail(ExitCode::CheckFailed, error);
+        }
+    }
+    return ExitCode::Ok;
+}
+
+ExitCode RecordRun::resimulateAll() {
+    ExitCode worst = ExitCode::Ok;
+    for (std::size_t i = 1; i < options_.passes.size(); ++i) {
+        const Pass& pass = options_.passes[i];
+        std::string error;
+        const double start = report_.start;
+        const double end = report_.take.endTime;
+        const std::optional<double> seconds =
+            resimulate(session_, start, end, pass.settings, error);
+        if (!seconds) {
+            return fail(ExitCode::CoreOrToolMissing, error);
+        }
+        ResimulationFigures figures;
+        for (const Setting& setting : pass.settings) {
+            figures.settings.push_back(setting.toText());
+        }
+        figures.difference = CurveCopy(session_.scene).compare(take_);
+        figures.seconds = *seconds;
+        figures.timesRealTime = *seconds > 0.0 ? (end - start) / *seconds : 0.0;
+        report_.resimulations.push_back(std::move(figures));
+        if (const ExitCode code = writePass(pass); code != ExitCode::Ok) {
+            worst = code;
+        }
+    }
+    return worst;
+}
+
+ExitCode RecordRun::run() {
+    ExitCode code = checkOutputs();
+    if (code != ExitCode::Ok) {
+        return code;
+    }
+    std::string error;
+    if (!session_.open(options_.install, error)) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    code = placeTools();
+    if (code != ExitCode::Ok) {
+        return code;
+    }
+    catchStopRequests();
+    const ExitCode take = recordTake();
+    if (take == ExitCode::CoreOrToolMissing) {
+        return take;
+    }
+    // From here on there is something to lose: each step is done whatever came of the one before.
+    const ExitCode written = writePass(options_.passes.front());
+    const ExitCode passes = resimulateAll();
+    const ExitCode report = writeFile(options_.report, toJson(report_));
+    if (options_.printTable) {
+        std::fputs(toTable(report_).c_str(), stdout);
+    }
+    for (const ExitCode step : {written, passes, report, take}) {
+        if (step != ExitCode::Ok) {
+            return step;
+        }
+    }
+    const bool hasEnd = !options_.take.autoExpand;
+    return report_.take.isCutShort && hasEnd ? ExitCode::CutShort : ExitCode::Ok;
+}
+
+} // namespace
+
+ExitCode recordCommand(const std::vector<std::string>& words) {
+    if (answerHelp(words, recordHelp())) {
+        return ExitCode::Ok;
+    }
+    RecordOptions options;
+    std::string error;
+    if (!readRecordOptions(words, options, error)) {
+        complain(error);
+        return ExitCode::Usage;
+    }
+    return RecordRun(options).run();
+}
+
+} // namespace Stage

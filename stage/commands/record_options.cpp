@@ -1,0 +1,231 @@
+#include "stage/commands/record_options.h"
+
+#include "stage/commands/commands.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <utility>
+
+namespace Stage {
+
+namespace {
+
+constexpr double kLeastTime = -1e6;     // seconds; times are single numbers in a glTF file
+constexpr int kLongestCountdown = 3600; // seconds
+constexpr int kSlowest = 10;
+
+const std::vector<ExitCode> kCodes = {ExitCode::Ok,
+                                      ExitCode::Usage,
+                                      ExitCode::CoreOrToolMissing,
+                                      ExitCode::BadBinding,
+                                      ExitCode::OutputNotWritten,
+                                      ExitCode::CutShort,
+                                      ExitCode::CheckFailed};
+
+std::vector<Option> recordOptions() {
+    std::vector<Option> options = {
+        {"--tool", "TYPE",
+         "place a tool; --name, --bind, --set and --bindings that\nfollow are its"},
+        {"--name", "NAME", "the tool's name; else its type and a number"},
+        {"--bind", "PROPERTY=DEVICE:TYPE[:INDEX]",
+         "drive a property by a control, such as\n\"Position X=OSC:/camera/position:0\""},
+        {"--set", "PROPERTY.SETTING=NUMBER",
+         "multiplier, exponent, deadzone or offset of a property;\n\"*\" means all that are bound. "
+         "A dead zone of 0.1 holds\nunless it is set"},
+        {"--bindings", "FILE", "lines \"bind ...\" and \"set ...\" as in these options"},
+        {"--start", "SECONDS", "start of the animation range and of the take (0)"},
+        {"--end", "SECONDS", "end of the range (start + 10)"},
+        {"--seconds", "N", "length of the take, in place of --end; it stops there"},
+        {"--rate", "FPS", "frames per second (25)"},
+        {"--countdown", "N", "whole seconds before the take (3)"},
+        {"--slow-motion", "N", "1 to 10: 1 is real time, each step more halves the speed (1)"},
+        {"--no-auto-expand", nullptr,
+         "stop at the end of the range; else the range grows and\nthe take goes on until Ctrl+C"},
+        {"--undo-redo", nullptr,
+         "check that one undo takes the take away, one redo brings it\nback"},
+        {"--latency-bind", "DEVICE:TYPE[:INDEX]",
+         "a control with the sender's steady clock, in seconds:\nmeasures the time from packet to "
+         "key"},
+        {"--resimulate", nullptr,
+         "simulate the take again; --set that follow change it, and\n\"NAME/PROPERTY\" means one "
+         "tool. May be given several times"},
+        {"--out", "FILE", "write the take, or the resimulation it follows, as glTF"},
+        {"--out-curves", "FILE", "the same as a table of the keys, for plotting"},
+        {"--report", "FILE", "write what was measured as JSON"},
+        {"--table", nullptr, "print what was measured"},
+    };
+    for (const Option& option : commonOptions()) {
+        options.push_back(option);
+    }
+    return options;
+}
+
+/// Turns arguments into options, one after the other: what a --set means depends on what stands
+/// before it.
+class RecordReader {
+public:
+    explicit RecordReader(RecordOptions& options) : options_(options) { options_.passes.resize(1); }
+
+    bool read(const Argument& argument, std::string& error) {
+        if (takeCommonArgument(argument, options_.install)) {
+            return true;
+        }
+        return isOfTool(argument) ? readOfTool(argument, error)
+                                  : readOfPass(argument) || readOfTake(argument, error);
+    }
+
+    bool finish(std::string& error);
+
+private:
+    bool isOfTool(const Argument& argument) const {
+        return argument.name == "--tool" || argument.name == "--name" ||
+               argument.name == "--bind" || argument.name == "--bindings" ||
+               argument.name == "--set";
+    }
+    bool readOfTool(const Argument& argument, std::string& error);
+    bool readOfPass(const Argument& argument);
+    bool readOfTake(const Argument& argument, std::string& error);
+
+    RecordOptions& options_;
+    std::optional<double> end_;
+    std::optional<double> seconds_;
+};
+
+bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
+    if (argument.name == "--set" && options_.passes.size() > 1) {
+        return parseSetting(argument.value, options_.tools,
+                            options_.passes.back().settings.emplace_back(), error);
+    }
+    if (options_.passes.size() > 1) {
+        error = argument.name + " belongs before the first --resimulate";
+        return false;
+    }
+    if (argument.name == "--tool") {
+        const auto ofType = std::count_if(
+            options_.tools.begin(), options_.tools.end(),
+            [&argument](const ToolPlan& tool) { return tool.type == argument.value; });
+        char number[24];
+        std::snprintf(number, sizeof number, "_%02d", static_cast<int>(ofType) + 1);
+        options_.tools.push_back({argument.value, argument.value + number, {}, {}});
+        return true;
+    }
+    if (options_.tools.empty()) {
+        error = argument.name + " belongs behind the --tool it is meant for";
+        return false;
+    }
+    ToolPlan& tool = options_.tools.back();
+    if (argument.name == "--bind") {
+        return parseBinding(argument.value, tool.bindings.emplace_back(), error);
+    }
+    if (argument.name == "--set") {
+        return parseSetting(argument.value, {}, tool.settings.emplace_back(), error);
+    }
+    if (argument.name == "--bindings") {
+        return readPlanFile(argument.value, tool, error);
+    }
+    if (argument.value.empty()) {
+        error = "--name must not be empty";
+        return false;
+    }
+    tool.name = argument.value;
+    return true;
+}
+
+bool RecordReader::readOfPass(const Argument& argument) {
+    if (argument.name == "--resimulate") {
+        options_.passes.emplace_back();
+    } else if (argument.name == "--out") {
+        options_.passes.back().out = argument.value;
+    } else if (argument.name == "--out-curves") {
+        options_.passes.back().outCurves = argument.value;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
+    constexpr double kLeastRate = 0.1;
+    double number = 0.0;
+    if (argument.name == "--no-auto-expand") {
+        options_.take.autoExpand = false;
+    } else if (argument.name == "--undo-redo") {
+        options_.checkUndo = true;
+    } else if (argument.name == "--table") {
+        options_.printTable = true;
+    } else if (argument.name == "--report") {
+        options_.report = argument.value;
+    } else if (argument.name == "--latency-bind") {
+        return parseBinding("Sent=" + argument.value, options_.latency.emplace(), error);
+    } else if (argument.name == "--rate") {
+        return readNumber(argument, kLeastRate, options_.rate, error);
+    } else if (argument.name == "--start") {
+        return readNumber(argument, kLeastTime, options_.start, error);
+    } else if (argument.name == "--countdown") {
+        return readNumber(argument, 0, kLongestCountdown, options_.take.countdownSeconds, error);
+    } else if (argument.name == "--slow-motion") {
+        return readNumber(argument, 1, kSlowest, options_.take.slowMotion, error);
+    } else if (argument.name == "--end") {
+        if (!readNumber(argument, kLeastTime, number, error)) {
+            return false;
+        }
+        end_ = number;
+    } else {
+        if (!readNumber(argument, 0.0, number, error)) {
+            return false;
+        }
+        seconds_ = number;
+    }
+    return true;
+}
+
+bool RecordReader::finish(std::string& error) {
+    constexpr double kDefaultSeconds = 10.0;
+    options_.end = end_.value_or(options_.start + seconds_.value_or(kDefaultSeconds));
+    if (seconds_) {
+        options_.take.autoExpand = false;
+    }
+    if (options_.tools.empty()) {
+        error = "give at least one --tool";
+    } else if (end_ && seconds_) {
+        error = "--end and --seconds both tell where the take ends: give one of them";
+    } else if (options_.end <= options_.start) {
+        error = "the take ends before its first frame";
+    } else {
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+std::string recordHelp() {
+    return "usage: mirvane-stage record --tool TYPE [OPTIONS] [--resimulate [OPTIONS]]...\n\n"
+           "Records a take in real time. Each curve of a tool's objects gets a key at the start,\n"
+           "which holds what stood there, and one for each frame: N + 1 keys for N frames.\n"
+           "Ctrl+C stops the take and keeps it; a second one ends the program at once.\n\n" +
+           describe(recordOptions()) + "\nexit codes\n" + describe(kCodes) +
+           "\nexample\n"
+           "  mirvane-stage record --tool \"Tracked Object\" \\\n"
+           "    --bind \"Position X=OSC:/camera/position:0\" --set \"*.deadzone=0\" \\\n"
+           "    --seconds 4 --out take.gltf \\\n"
+           "    --resimulate --set \"*.multiplier=2\" --out twice.gltf\n";
+}
+
+bool readRecordOptions(const std::vector<std::string>& words, RecordOptions& out,
+                       std::string& error) {
+    std::vector<Argument> arguments;
+    if (!readArguments(words, recordOptions(), arguments, error)) {
+        return false;
+    }
+    RecordReader reader(out);
+    for (const Argument& argument : arguments) {
+        if (!reader.read(argument, error)) {
+            return false;
+        }
+    }
+    return reader.finish(error);
+}
+
+} // namespace Stage

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "stage/install_values.h"
+#include "stage/options.h"
+#include "stage/take.h"
+#include "stage/tool_plan.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Stage {
+
+/// The take, or one resimulation of it, and the files that its result goes to.
+struct Pass {
+    std::vector<Setting> settings; ///< of a resimulation: what differs from the take
+    std::string out;               ///< glTF file; empty for none
+    std::string outCurves;         ///< table of the curves; empty for none
+};
+
+struct RecordOptions {
+    InstallValues install;
+    std::vector<ToolPlan> tools;
+    TakePlan take;
+    double start = 0.0;
+    double end = 10.0;
+    double rate = 25.0;
+    bool checkUndo = false;
+    std::optional<Binding> latency; ///< the control that tells when a packet was sent
+    std::string report;             ///< JSON file; empty for none
+    bool printTable = false;        ///< of what was measured
+    std::vector<Pass> passes;       ///< the take first, then its resimulations
+};
+
+std::string recordHelp();
+
+/// False, with a message for the user in `error`, if the words are wrong.
+[[nodiscard]] bool readRecordOptions(const std::vector<std::string>& words, RecordOptions& out,
+                                     std::string& error);
+
+} // namespace Stage

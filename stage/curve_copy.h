@@ -1,0 +1,31 @@
+#pragma once
+
+#include "stage/scene/stage_node.h"
+
+#include <utility>
+#include <vector>
+
+namespace Stage {
+
+class Scene;
+
+/// All curves of a scene at one moment.
+class CurveCopy {
+public:
+    CurveCopy() = default;
+    explicit CurveCopy(const Scene& scene);
+
+    struct Difference {
+        bool isSameFrames = true; ///< the same keys at the same times
+        double largest = 0.0;     ///< between values of keys
+    };
+    [[nodiscard]] Difference compare(const CurveCopy& other) const;
+    /// The time of the last key; `otherwise` if there are none.
+    [[nodiscard]] double lastTime(double otherwise) const;
+    bool operator==(const CurveCopy& other) const = default;
+
+private:
+    std::vector<std::pair<const StageNode*, Curves>> curves_;
+};
+
+} // namespace Stage

@@ -1,0 +1,224 @@
+#include "stage/export/gltf_writer.h"
+
+#include "core/adaptor_interface.h"
+#include "stage/export/curve_table.h"
+#include "stage/scene/stage_node.h"
+#include "stage/text.h"
+
+#include <tiny_gltf.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <map>
+#include <sstream>
+
+namespace Stage {
+
+namespace {
+
+// The lens of every camera: the upright angle of a 36 by 24 mm picture behind 35 mm.
+constexpr double kFieldOfViewRadians = 0.66;
+constexpr double kNearestUnits = 0.01;
+constexpr double kFarthestUnits = 10000;
+
+class GltfBuilder {
+public:
+    explicit GltfBuilder(double start) : shift_(std::fmin(start, 0.0)) {
+        model_.asset.version = "2.0";
+        model_.asset.generator = "Mirvane stage";
+        model_.buffers.emplace_back();
+        model_.scenes.emplace_back();
+        model_.defaultScene = 0;
+    }
+
+    void addNodes(const std::vector<const StageNode*>& nodes, double start);
+    void addAnimation(const std::vector<const StageNode*>& nodes);
+    std::string toText();
+
+private:
+    int addNumbers(const std::vector<float>& numbers, int type, std::size_t perItem);
+    int addTimes(const std::vector<double>& times);
+    void addChannel(tinygltf::Animation& animation, const char* path, int node, int times,
+                    int values);
+    int addCamera(const std::string& name);
+
+    tinygltf::Model model_;
+    std::map<const StageNode*, int> indices_;
+    double shift_;
+};
+
+float toFinite(double value, float fallback) {
+    const auto number = static_cast<float>(value);
+    return std::isfinite(number) ? number : fallback;
+}
+
+template <std::size_t Size>
+std::vector<double> toNumbers(const std::array<double, Size>& values) {
+    std::vector<double> numbers(values.begin(), values.end());
+    for (double& number : numbers) {
+        number = toFinite(number, 0.0F);
+    }
+    return numbers;
+}
+
+void GltfBuilder::addNodes(const std::vector<const StageNode*>& nodes, double start) {
+    for (const StageNode* node : nodes) {
+        indices_.emplace(node, static_cast<int>(model_.nodes.size()));
+        const Transform transform = node->evaluate(start);
+        tinygltf::Node& out = model_.nodes.emplace_back();
+        out.name = toUtf8(node->getSceneName());
+        out.translation = toNumbers(transform.position);
+        out.rotation = toNumbers(normalised(transform.rotation));
+        out.scale = toNumbers(transform.scale);
+        if (node->getKind() == MVR::kNodeCamera) {
+            out.camera = addCamera(out.name);
+        }
+    }
+    for (const StageNode* node : nodes) {
+        const auto parent = indices_.find(node->getParentNode());
+        auto& siblings = parent != indices_.end()
+                             ? model_.nodes[static_cast<std::size_t>(parent->second)].children
+                             : model_.scenes[0].nodes;
+        siblings.push_back(indices_.at(node));
+    }
+}
+
+int GltfBuilder::addCamera(const std::string& name) {
+    tinygltf::Camera& camera = model_.cameras.emplace_back();
+    camera.name = name;
+    camera.type = "perspective";
+    camera.perspective.yfov = kFieldOfViewRadians;
+    camera.perspective.znear = kNearestUnits;
+    camera.perspective.zfar = kFarthestUnits;
+    return static_cast<int>(model_.cameras.size()) - 1;
+}
+
+int GltfBuilder::addNumbers(const std::vector<float>& numbers, int type, std::size_t perItem) {
+    std::vector<unsigned char>& bytes = model_.buffers[0].data;
+    tinygltf::BufferView& view = model_.bufferViews.emplace_back();
+    view.buffer = 0;
+    view.byteOffset = bytes.size();
+    view.byteLength = numbers.size() * sizeof(float);
+    bytes.resize(bytes.size() + view.byteLength);
+    std::memcpy(bytes.data() + view.byteOffset, numbers.data(), view.byteLength);
+
+    tinygltf::Accessor& accessor = model_.accessors.emplace_back();
+    accessor.bufferView = static_cast<int>(model_.bufferViews.size()) - 1;
+    accessor.componentType = TINYGLTF_COMPONENT_TYPE_FLOAT;
+    accessor.type = type;
+    accessor.count = numbers.size() / perItem;
+    return static_cast<int>(model_.accessors.size()) - 1;
+}
+
+int GltfBuilder::addTimes(const std::vector<double>& times) {
+    std::vector<float> numbers;
+    numbers.reserve(times.size());
+    for (const double time : times) {
+        // Single numbers must rise too: they are moved apart where they would fall together.
+        auto number = static_cast<float>(std::fmax(time - shift_, 0.0));
+        if (!numbers.empty() && number <= numbers.back()) {
+            number = std::nextafter(numbers.back(), std::numeric_limits<float>::max());
+        }
+        numbers.push_back(number);
+    }
+    const int index = addNumbers(numbers, TINYGLTF_TYPE_SCALAR, 1);
+    tinygltf::Accessor& accessor = model_.accessors.back();
+    accessor.minValues = {numbers.front()};
+    accessor.maxValues = {numbers.back()};
+    return index;
+}
+
+void GltfBuilder::addChannel(tinygltf::Animation& animation, const char* path, int node, int times,
+                             int values) {
+    tinygltf::AnimationSampler& sampler = animation.samplers.emplace_back();
+    sampler.input = times;
+    sampler.output = values;
+    sampler.interpolation = "LINEAR";
+    tinygltf::AnimationChannel& channel = animation.channels.emplace_back();
+    channel.sampler = static_cast<int>(animation.samplers.size()) - 1;
+    channel.target_node = node;
+    channel.target_path = path;
+}
+
+std::vector<float> positionsAt(const StageNode& node, const std::vector<double>& times) {
+    std::vector<float> numbers;
+    numbers.reserve(times.size() * 3);
+    for (const double time : times) {
+        const Vector3 position = node.evaluate(time).position;
+        for (const double value : position) {
+            const float before = numbers.size() >= 3 ? numbers[numbers.size() - 3] : 0.0F;
+            numbers.push_back(toFinite(value, before));
+        }
+    }
+    return numbers;
+}
+
+std::vector<float> rotationsAt(const StageNode& node, const std::vector<double>& times) {
+    std::vector<float> numbers;
+    numbers.reserve(times.size() * 4);
+    Quaternion before = kNoRotation;
+    for (const double time : times) {
+        Quaternion rotation = normalised(node.evaluate(time).rotation);
+        double cosine = 0.0;
+        for (std::size_t i = 0; i < rotation.size(); ++i) {
+            cosine += rotation[i] * before[i];
+        }
+        const double sign = !numbers.empty() && cosine < 0.0 ? -1.0 : 1.0;
+        for (double& part : rotation) {
+            part *= sign;
+            numbers.push_back(static_cast<float>(part));
+        }
+        before = rotation;
+    }
+    return numbers;
+}
+
+void GltfBuilder::addAnimation(const std::vector<const StageNode*>& nodes) {
+    tinygltf::Animation animation;
+    animation.name = "Take";
+    for (const StageNode* node : nodes) {
+        const int index = indices_.at(node);
+        const auto positionTimes = keyTimes(node->getCurves(), 0, kFirstRotationCurve);
+        const auto rotationTimes = keyTimes(node->getCurves(), kFirstRotationCurve, kCurveCount);
+        int input = -1;
+        if (!positionTimes.empty()) {
+            input = addTimes(positionTimes);
+            addChannel(animation, "translation", index, input,
+                       addNumbers(positionsAt(*node, positionTimes), TINYGLTF_TYPE_VEC3, 3));
+        }
+        if (!rotationTimes.empty()) {
+            if (rotationTimes != positionTimes) {
+                input = addTimes(rotationTimes);
+            }
+            addChannel(animation, "rotation", index, input,
+                       addNumbers(rotationsAt(*node, rotationTimes), TINYGLTF_TYPE_VEC4, 4));
+        }
+    }
+    if (!animation.channels.empty()) {
+        model_.animations.push_back(std::move(animation));
+    }
+}
+
+std::string GltfBuilder::toText() {
+    // The format allows no empty lists.
+    if (model_.buffers[0].data.empty()) {
+        model_.buffers.clear();
+    }
+    std::ostringstream out;
+    tinygltf::TinyGLTF writer;
+    writer.WriteGltfSceneToStream(&model_, out, true, false);
+    return out.str();
+}
+
+} // namespace
+
+std::string toGltf(const std::vector<const StageNode*>& nodes, double start) {
+    GltfBuilder builder(start);
+    builder.addNodes(nodes, start);
+    builder.addAnimation(nodes);
+    return builder.toText();
+}
+
+} // namespace Stage

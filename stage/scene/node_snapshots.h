@@ -1,0 +1,55 @@
+#pragma once
+
+#include "plugins/snapshots.h"
+
+namespace Stage {
+
+class StageNode;
+
+/// The transform of one node at one time. Part of its node; one may be out at a time.
+class NodeTransform final : public MVR::TransformSnapshot {
+public:
+    explicit NodeTransform(StageNode& node) : node_(node) {}
+
+    /// Null if it is out already.
+    NodeTransform* open(double time);
+    void close() { isOpen_ = false; }
+
+    void get(double matrix[16]) override;
+    void set(const double matrix[16]) override;
+    void getGlobal(double matrix[16]) override;
+    void setGlobal(const double matrix[16]) override;
+    void getPosition(double position[3]) override;
+    void setPosition(const double position[3]) override;
+    void getRotation(double quaternion[4]) override;
+    void setRotation(const double quaternion[4]) override;
+
+private:
+    StageNode& node_;
+    double time_ = 0.0;
+    bool isOpen_ = false;
+};
+
+/// The mesh of one node, for reading.
+class NodeMesh final : public MVR::MeshSnapshot {
+public:
+    explicit NodeMesh(StageNode& node) : node_(node) {}
+
+    void get(MVR::CMesh& mesh) override;
+
+private:
+    StageNode& node_;
+};
+
+/// One node as an object whose mesh can be replaced.
+class NodeHelper final : public MVR::HelperSnapshot {
+public:
+    explicit NodeHelper(StageNode& node) : node_(node) {}
+
+    void set(const MVR::CMesh& mesh) override;
+
+private:
+    StageNode& node_;
+};
+
+} // namespace Stage

@@ -1,0 +1,149 @@
+#include "stage/scene/scene.h"
+
+#include "stage/undo_list.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace Stage {
+
+std::intptr_t Scene::MeshHandler::query(MVR::SceneNode* node) {
+    (void)node;
+    return 0;
+}
+
+std::intptr_t Scene::MeshHandler::endMeshSnapshot(MVR::SceneNode* node) {
+    return node != nullptr ? 1 : 0;
+}
+
+std::intptr_t Scene::MeshHandler::endHelperSnapshot(MVR::SceneNode* node) {
+    return node != nullptr ? 1 : 0;
+}
+
+std::intptr_t Scene::TransformHandler::endSnapshot(MVR::SceneNode* node) {
+    static_cast<StageNode*>(node)->closeSnapshot();
+    return 1;
+}
+
+StageNode* Scene::create(std::string name, MVR::CInterface* owner, std::intptr_t kind,
+                         StageNode* parent) {
+    std::string hostName = uniqueName(name, nullptr);
+    const auto node = std::make_shared<StageNode>(*this, std::move(name), owner, kind);
+    node->hostName_ = std::move(hostName);
+    const std::size_t place = nodes_.size();
+    const auto bring = [this, node, parent, place] {
+        insert(node, place);
+        node->hangBelow(parent, parent != nullptr ? parent->children_.size() : 0);
+    };
+    bring();
+    if (undo_.isOpen()) {
+        undo_.add([this, node] { take(*node); }, bring);
+    }
+    return node.get();
+}
+
+void Scene::remove(StageNode& node) {
+    if (!contains(&node)) {
+        return;
+    }
+    undo_.begin("Delete " + node.getSceneName());
+    while (!node.children_.empty()) {
+        hang(*node.children_.back(), node.parent_);
+    }
+    hang(node, nullptr);
+    const auto self = node.shared_from_this();
+    const auto place =
+        static_cast<std::size_t>(std::find(nodes_.begin(), nodes_.end(), self) - nodes_.begin());
+    undo_.add([this, self, place] { insert(self, place); }, [this, self] { take(*self); });
+    take(node);
+    undo_.end();
+}
+
+void Scene::hang(StageNode& node, StageNode* parent) {
+    StageNode* const oldParent = node.parent_;
+    std::size_t oldIndex = 0;
+    if (oldParent != nullptr) {
+        const auto& siblings = oldParent->children_;
+        oldIndex = static_cast<std::size_t>(std::find(siblings.begin(), siblings.end(), &node) -
+                                            siblings.begin());
+    }
+    const std::size_t newIndex = parent != nullptr ? parent->children_.size() : 0;
+    node.hangBelow(parent, newIndex);
+    if (undo_.isOpen()) {
+        // The parents are back in the scene whenever these run: entries are taken in order.
+        const auto self = node.shared_from_this();
+        undo_.add([self, oldParent, oldIndex] { self->hangBelow(oldParent, oldIndex); },
+                  [self, parent, newIndex] { self->hangBelow(parent, newIndex); });
+    }
+}
+
+StageNode* Scene::find(const std::string& name, const MVR::CInterface* owner) const {
+    for (const auto& node : nodes_) {
+        if (node->getOwner() == owner && node->getName() == name) {
+            return node.get();
+        }
+    }
+    return nullptr;
+}
+
+StageNode* Scene::findByHostName(const std::string& name) const {
+    for (const auto& node : nodes_) {
+        if (node->getSceneName() == name) {
+            return node.get();
+        }
+    }
+    return nullptr;
+}
+
+bool Scene::contains(const MVR::SceneNode* node) const {
+    return std::any_of(nodes_.begin(), nodes_.end(),
+                       [node](const auto& known) { return known.get() == node; });
+}
+
+std::string Scene::uniqueName(std::string name, const StageNode* self) const {
+    std::string result = name;
+    for (int number = 2;; ++number) {
+        const StageNode* other = findByHostName(result);
+        if (other == nullptr || other == self) {
+            return result;
+        }
+        char suffix[16];
+        std::snprintf(suffix, sizeof suffix, "_%02d", number);
+        result = name + suffix;
+    }
+}
+
+void Scene::notifyKey(const StageNode& node, double time) const {
+    if (keyListener_) {
+        keyListener_(node, time);
+    }
+}
+
+void Scene::select(StageNode& node) {
+    if (std::find(selection_.begin(), selection_.end(), &node) == selection_.end()) {
+        selection_.push_back(&node);
+    }
+}
+
+void Scene::insert(std::shared_ptr<StageNode> node, std::size_t index) {
+    nodes_.insert(nodes_.begin() + static_cast<std::ptrdiff_t>(std::min(index, nodes_.size())),
+                  std::move(node));
+}
+
+void Scene::take(const StageNode& node) {
+    auto found = std::find_if(nodes_.begin(), nodes_.end(),
+                              [&node](const auto& known) { return known.get() == &node; });
+    if (found == nodes_.end()) {
+        return;
+    }
+    std::erase(selection_, &node);
+    while (!(*found)->children_.empty()) {
+        (*found)->children_.back()->hangBelow(nullptr, 0);
+    }
+    (*found)->hangBelow(nullptr, 0);
+    const auto keep = std::move(*found); // Freed last, if nothing else holds it.
+    nodes_.erase(found);
+}
+
+} // namespace Stage

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "stage/scene/stage_node.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace MVR {
+class CInterface;
+}
+
+namespace Stage {
+
+class UndoList;
+
+/// All nodes of the host, in the order in which they were made. The undo list must outlive it.
+class Scene {
+public:
+    explicit Scene(UndoList& undo) : undo_(undo) {}
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+
+    /// A new node below `parent` (null: a root). Its name in the scene is `name`, made unique. An
+    /// act that can be undone, if a step is open.
+    StageNode* create(std::string name, MVR::CInterface* owner, std::intptr_t kind,
+                      StageNode* parent);
+    /// Takes a node out, an act that can be undone. Its children go to its parent.
+    void remove(StageNode& node);
+    /// Hangs `node` below `parent` (null: makes it a root), behind its other children.
+    void hang(StageNode& node, StageNode* parent);
+
+    [[nodiscard]] const std::vector<std::shared_ptr<StageNode>>& getNodes() const { return nodes_; }
+    /// The node `name` of `owner` (null: of no tool), or null.
+    [[nodiscard]] StageNode* find(const std::string& name, const MVR::CInterface* owner) const;
+    /// The node of this name in the scene, or null.
+    [[nodiscard]] StageNode* findByHostName(const std::string& name) const;
+    /// True if the pointer is that of a node in the scene; nothing is read through it.
+    [[nodiscard]] bool contains(const MVR::SceneNode* node) const;
+    /// `name`, or `name` with "_02" or a higher number if another node than `self` has it.
+    [[nodiscard]] std::string uniqueName(std::string name, const StageNode* self) const;
+
+    /// While set, writing a transform sets keys.
+    void setRecording(bool isRecording) { isRecording_ = isRecording; }
+    [[nodiscard]] bool isRecording() const { return isRecording_; }
+    /// Called after each write of keys, with the node and the keys' time.
+    using KeyListener = std::function<void(const StageNode& node, double time)>;
+    void setKeyListener(KeyListener listener) { keyListener_ = std::move(listener); }
+    void notifyKey(const StageNode& node, double time) const;
+
+    void select(StageNode& node);
+    void clearSelection() { selection_.clear(); }
+    [[nodiscard]] const std::vector<StageNode*>& getSelection() const { return selection_; }
+
+    [[nodiscard]] UndoList& getUndo() { return undo_; }
+    [[nodiscard]] MVR::NodeMeshHandler& getMeshHandler() { return meshHandler_; }
+    [[nodiscard]] MVR::NodeTransformHandler& getTransformHandler() { return transformHandler_; }
+
+private:
+    /// Only transform snapshots are counted: a node's mesh may be read by many at a time.
+    class MeshHandler final : public MVR::NodeMeshHandler {
+    public:
+        std::intptr_t query(MVR::SceneNode* node) override;
+        std::intptr_t endMeshSnapshot(MVR::SceneNode* node) override;
+        std::intptr_t endHelperSnapshot(MVR::SceneNode* node) override;
+    };
+    class TransformHandler final : public MVR::NodeTransformHandler {
+    public:
+        std::intptr_t endSnapshot(MVR::SceneNode* node) override;
+    };
+
+    void insert(std::shared_ptr<StageNode> node, std::size_t index);
+    void take(const StageNode& node);
+
+    UndoList& undo_;
+    MeshHandler meshHandler_;
+    TransformHandler transformHandler_;
+    std::vector<std::shared_ptr<StageNode>> nodes_;
+    std::vector<StageNode*> selection_;
+    KeyListener keyListener_;
+    bool isRecording_ = false;
+};
+
+} // namespace Stage

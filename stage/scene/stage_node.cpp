@@ -1,0 +1,284 @@
+#include "stage/scene/stage_node.h"
+
+#include "stage/scene/scene.h"
+#include "stage/undo_list.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace Stage {
+
+namespace {
+
+// Node commands of extend().
+constexpr std::int32_t kBeginSelection = 10;
+constexpr std::int32_t kEndSelection = 11;
+
+/// A scale that went through a matrix comes back with a rounding, which is no change.
+bool isSameScale(const Vector3& a, const Vector3& b) {
+    constexpr double kRounding = 1e-9;
+    return std::equal(a.begin(), a.end(), b.begin(), [](double left, double right) {
+        return std::fabs(left - right) <= kRounding * std::fmax(std::fabs(left), 1.0);
+    });
+}
+
+} // namespace
+
+StageNode::StageNode(Scene& scene, std::string name, MVR::CInterface* owner, std::intptr_t kind)
+    : SceneNode(std::move(name), owner), scene_(scene), kind_(kind) {
+    meshHandler_ = &scene.getMeshHandler();
+    transformHandler_ = &scene.getTransformHandler();
+}
+
+std::intptr_t StageNode::extend(std::int32_t code, std::intptr_t data) {
+    (void)data;
+    if (code == kBeginSelection) {
+        scene_.clearSelection();
+    }
+    return code == kBeginSelection || code == kEndSelection ? 1 : 0;
+}
+
+void StageNode::show() {
+    change(&StageNode::isVisible_, true);
+}
+
+void StageNode::hide() {
+    change(&StageNode::isVisible_, false);
+}
+
+void StageNode::select() {
+    scene_.select(*this);
+}
+
+MVR::SceneNode* StageNode::getParent() {
+    return parent_ != nullptr ? parent_->toHandle() : nullptr;
+}
+
+std::int32_t StageNode::getChildCount() {
+    return static_cast<std::int32_t>(children_.size());
+}
+
+MVR::SceneNode* StageNode::getChild(std::int32_t index) {
+    if (index < 0 || index >= getChildCount()) {
+        return nullptr;
+    }
+    return children_[static_cast<std::size_t>(index)]->toHandle();
+}
+
+MVR::SceneNode* StageNode::toHandle() {
+    ++handles_;
+    return this;
+}
+
+void StageNode::release(MVR::SceneNode* handle) {
+    if (handle == nullptr) {
+        return;
+    }
+    auto* node = static_cast<StageNode*>(handle);
+    if (node->handles_ > 0) {
+        --node->handles_;
+    } else if (node == this) {
+        owner_ = nullptr; // Not an act of the user: nothing brings this tool back.
+    }
+}
+
+std::intptr_t StageNode::bindTest(MVR::CInterface* tool, std::string name) {
+    return owner_ != tool || name_ != name ? 1 : 0;
+}
+
+MVR::TransformAccess* StageNode::getTransformAccess(double time) {
+    return access_.open(time);
+}
+
+MVR::VisibilityController* StageNode::getVisibilityController(double time) {
+    (void)time;
+    return nullptr; // Visibility isn't animated here.
+}
+
+void StageNode::setVisibilityController(MVR::VisibilityController* controller) {
+    (void)controller; // None is ever given out.
+}
+
+void StageNode::releaseTransformAccess(MVR::TransformAccess* access) {
+    if (access == &access_) {
+        access_.close();
+    }
+}
+
+void StageNode::setParent(MVR::SceneNode* node) {
+    auto* parent = static_cast<StageNode*>(node);
+    for (const StageNode* above = parent; above != nullptr; above = above->parent_) {
+        if (above == this) {
+            return; // A node can't hang below itself.
+        }
+    }
+    if (parent != parent_) {
+        scene_.hang(*this, parent);
+    }
+}
+
+void StageNode::setName(std::string name) {
+    change(&StageNode::hostName_, scene_.uniqueName(std::move(name), this));
+}
+
+void StageNode::destroy(std::int32_t deleteScene) {
+    if (deleteScene != 0) {
+        scene_.remove(*this);
+    } else {
+        setOwner(nullptr);
+    }
+}
+
+MVR::SceneNode* StageNode::duplicate(std::int32_t flag) {
+    (void)flag;
+    StageNode* copy = scene_.create(name_, nullptr, kind_, parent_);
+    copy->rest_ = rest_;
+    copy->curves_ = curves_;
+    copy->mesh_ = mesh_;
+    copy->isVisible_ = isVisible_;
+    copy->setName(hostName_);
+    return copy->toHandle();
+}
+
+MVR::MeshSnapshot* StageNode::getMeshSnapshot(double time) {
+    (void)time; // Meshes don't change with time.
+    return &meshSnapshot_;
+}
+
+std::intptr_t StageNode::getLensSnapshot(double time) {
+    (void)time;
+    return 0; // The stage's cameras have one fixed lens.
+}
+
+void StageNode::startRecording(double time) {
+    const auto held = std::make_shared<Curves>(curves_);
+    const auto swap = [self = shared_from_this(), held] { std::swap(self->curves_, *held); };
+    scene_.getUndo().add(swap, swap);
+
+    // The key at the start holds what stood there, so that animation before it keeps its form, and
+    // whatever runs again from here starts from the same pose.
+    const Transform start = evaluate(time);
+    for (Curve& curve : curves_) {
+        curve.eraseFrom(time);
+    }
+    setKeys(time, 0, start.position.data(), start.position.size());
+    setKeys(time, kFirstRotationCurve, start.rotation.data(), start.rotation.size());
+}
+
+std::intptr_t StageNode::firstExtension(double time) {
+    (void)time;
+    return 0; // The stage gives extension 38 no meaning.
+}
+
+void StageNode::secondExtension(std::intptr_t data) {
+    (void)data; // Nor extension 39.
+}
+
+Quaternion StageNode::evaluateRotation(double time) const {
+    Quaternion from;
+    Quaternion to;
+    double fraction = 0.0;
+    bool isAnimated = false;
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        const Curve& curve = curves_[kFirstRotationCurve + i];
+        if (curve.isEmpty()) {
+            from[i] = to[i] = rest_.rotation[i];
+            continue;
+        }
+        // The four are written together, so that they fall into the same span.
+        const Curve::Span span = curve.spanAt(time);
+        from[i] = span.from->value;
+        to[i] = span.to->value;
+        fraction = span.fraction;
+        isAnimated = true;
+    }
+    return isAnimated ? slerp(from, to, fraction) : rest_.rotation;
+}
+
+Transform StageNode::evaluate(double time) const {
+    Transform result = rest_;
+    for (std::size_t i = 0; i < result.position.size(); ++i) {
+        result.position[i] = curves_[i].evaluate(time, rest_.position[i]);
+    }
+    result.rotation = evaluateRotation(time);
+    return result;
+}
+
+Matrix StageNode::evaluateGlobal(double time) const {
+    Matrix global = toMatrix(evaluate(time));
+    for (const StageNode* node = parent_; node != nullptr; node = node->parent_) {
+        global = multiply(global, toMatrix(node->evaluate(time)));
+    }
+    return global;
+}
+
+void StageNode::setKeys(double time, std::size_t firstCurve, const double* values,
+                        std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        curves_[firstCurve + i].setKey(time, values[i]);
+    }
+}
+
+void StageNode::setPosition(double time, const Vector3& position) {
+    if (scene_.isRecording()) {
+        setKeys(time, 0, position.data(), position.size());
+        scene_.notifyKey(*this, time);
+        return;
+    }
+    Transform rest = rest_;
+    rest.position = position;
+    change(&StageNode::rest_, rest);
+}
+
+void StageNode::setRotation(double time, const Quaternion& rotation) {
+    if (scene_.isRecording()) {
+        setKeys(time, kFirstRotationCurve, rotation.data(), rotation.size());
+        scene_.notifyKey(*this, time);
+        return;
+    }
+    Transform rest = rest_;
+    rest.rotation = rotation;
+    change(&StageNode::rest_, rest);
+}
+
+void StageNode::setTransform(double time, const Transform& transform) {
+    setPosition(time, transform.position);
+    setRotation(time, transform.rotation);
+    Transform rest = rest_;
+    rest.scale = transform.scale;
+    if (!isSameScale(rest.scale, rest_.scale)) {
+        change(&StageNode::rest_, rest);
+    }
+}
+
+void StageNode::setOwner(MVR::CInterface* owner) {
+    change(&StageNode::owner_, owner);
+}
+
+template <typename Class, typename Value>
+void StageNode::change(Value Class::*member, Value value) {
+    if (this->*member == value) {
+        return;
+    }
+    if (scene_.getUndo().isOpen()) {
+        const auto self = shared_from_this();
+        scene_.getUndo().add([self, member, old = this->*member] { (*self).*member = old; },
+                             [self, member, value] { (*self).*member = value; });
+    }
+    this->*member = std::move(value);
+}
+
+void StageNode::hangBelow(StageNode* parent, std::size_t index) {
+    if (parent_ != nullptr) {
+        std::erase(parent_->children_, this);
+    }
+    parent_ = parent;
+    if (parent != nullptr) {
+        auto& siblings = parent->children_;
+        siblings.insert(
+            siblings.begin() + static_cast<std::ptrdiff_t>(std::min(index, siblings.size())), this);
+    }
+}
+
+} // namespace Stage

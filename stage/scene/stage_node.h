@@ -1,0 +1,118 @@
+#pragma once
+
+#include "plugins/c_mesh.h"
+#include "plugins/scene_node.h"
+#include "stage/scene/curve.h"
+#include "stage/scene/node_snapshots.h"
+#include "stage/scene/transform.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Stage {
+
+class Scene;
+
+/// The animated numbers of a node, in this order everywhere.
+inline constexpr std::size_t kCurveCount = 7;
+inline constexpr std::array<const char*, kCurveCount> kCurveNames = {"tx", "ty", "tz", "qx",
+                                                                     "qy", "qz", "qw"};
+inline constexpr std::size_t kFirstRotationCurve = 3;
+using Curves = std::array<Curve, kCurveCount>;
+
+/// One object of the scene: a place below a parent, a transform at rest, seven curves that rule
+/// position and rotation where they have keys, a scale, a visibility, a mesh.
+///
+/// The scene owns it, and shares it with the undo list: an entry keeps the nodes that it may bring
+/// back. Changes made while an undo step is open can be undone.
+class StageNode final : public MVR::SceneNode, public std::enable_shared_from_this<StageNode> {
+public:
+    /// Made by Scene::create().
+    StageNode(Scene& scene, std::string name, MVR::CInterface* owner, std::intptr_t kind);
+
+    // What core and tools call.
+    std::intptr_t extend(std::int32_t code, std::intptr_t data) override;
+    void show() override;
+    void hide() override;
+    [[nodiscard]] bool isVisible() override { return isVisible_; }
+    void select() override;
+    MVR::SceneNode* getParent() override;
+    std::int32_t getChildCount() override;
+    MVR::SceneNode* getChild(std::int32_t index) override;
+    void release(MVR::SceneNode* handle) override;
+    std::intptr_t bindTest(MVR::CInterface* tool, std::string name) override;
+    MVR::TransformAccess* getTransformAccess(double time) override;
+    MVR::VisibilityController* getVisibilityController(double time) override;
+    void setVisibilityController(MVR::VisibilityController* controller) override;
+    void releaseTransformAccess(MVR::TransformAccess* access) override;
+    bool isSameNode(MVR::SceneNode* other) override { return other == this; }
+    void setParent(MVR::SceneNode* node) override;
+    void setName(std::string name) override;
+    std::string getHostName() override { return hostName_; }
+    void destroy(std::int32_t deleteScene) override;
+    MVR::SceneNode* duplicate(std::int32_t flag) override;
+    MVR::TransformSnapshot* getSnapshot(double time) override { return snapshot_.open(time); }
+    MVR::HelperSnapshot* getHelperSnapshot() override { return &helper_; }
+    MVR::MeshSnapshot* getMeshSnapshot(double time) override;
+    std::intptr_t getLensSnapshot(double time) override;
+    void startRecording(double time) override;
+    std::intptr_t firstExtension(double time) override;
+    void secondExtension(std::intptr_t data) override;
+
+    // What the host calls.
+    [[nodiscard]] std::intptr_t getKind() const { return kind_; }
+    [[nodiscard]] const std::string& getSceneName() const { return hostName_; }
+    [[nodiscard]] StageNode* getParentNode() const { return parent_; }
+    [[nodiscard]] const std::vector<StageNode*>& getChildren() const { return children_; }
+    [[nodiscard]] const Curves& getCurves() const { return curves_; }
+    [[nodiscard]] const Transform& getRest() const { return rest_; }
+    [[nodiscard]] const MVR::CMesh& getMesh() const { return mesh_; }
+    [[nodiscard]] bool isShown() const { return isVisible_; }
+
+    /// The transform below the parent; the rotation has length 1 where curves rule it, and is as it
+    /// was written where they don't.
+    [[nodiscard]] Transform evaluate(double time) const;
+    [[nodiscard]] Matrix evaluateGlobal(double time) const;
+
+    /// While a take runs these set one key at `time` on each curve that they name; else they change
+    /// the values at rest. The scale has no curve.
+    void setPosition(double time, const Vector3& position);
+    void setRotation(double time, const Quaternion& rotation);
+    void setTransform(double time, const Transform& transform);
+
+    void setMesh(const MVR::CMesh& mesh) { mesh_ = mesh; }
+    void setOwner(MVR::CInterface* owner);
+    /// A handle of this node, which its taker gives back with release().
+    MVR::SceneNode* toHandle();
+    void closeSnapshot() { snapshot_.close(); }
+
+private:
+    friend class Scene;
+
+    template <typename Class, typename Value>
+    void change(Value Class::*member, Value value);
+    void setKeys(double time, std::size_t firstCurve, const double* values, std::size_t count);
+    Quaternion evaluateRotation(double time) const;
+    void hangBelow(StageNode* parent, std::size_t index);
+
+    Scene& scene_;
+    std::intptr_t kind_;
+    std::string hostName_;
+    StageNode* parent_ = nullptr;
+    std::vector<StageNode*> children_;
+    Transform rest_;
+    Curves curves_;
+    MVR::CMesh mesh_;
+    bool isVisible_ = true;
+    std::int32_t handles_ = 0; // given out and not yet back
+    NodeTransform snapshot_{*this};
+    NodeTransform access_{*this};
+    NodeMesh meshSnapshot_{*this};
+    NodeHelper helper_{*this};
+};
+
+} // namespace Stage

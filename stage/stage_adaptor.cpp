@@ -1,0 +1,162 @@
+#include "stage/stage_adaptor.h"
+
+#include "core/error_code.h"
+#include "core/log.h"
+#include "stage/scene/scene.h"
+#include "stage/timeline.h"
+#include "stage/undo_list.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Stage {
+
+void StageAdaptor::setErrorCode(MVR::ErrorCode* table) {
+    MVR::ErrorCode::adopt(table);
+}
+
+void StageAdaptor::releaseErrorCode() {
+    MVR::ErrorCode::adopt(nullptr);
+}
+
+void StageAdaptor::setLog(MVR::Log* log) {
+    MVR::Log::adopt(log);
+}
+
+void StageAdaptor::releaseLog() {
+    MVR::Log::adopt(nullptr);
+}
+
+MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name,
+                                         std::intptr_t kind, std::intptr_t parent) {
+    if (std::find(newTools_.begin(), newTools_.end(), tool) == newTools_.end()) {
+        newTools_.push_back(tool);
+    }
+    if (StageNode* known = scene_.find(name, tool)) {
+        return known;
+    }
+    auto* wanted = reinterpret_cast<MVR::SceneNode*>(parent);
+    StageNode* below = scene_.contains(wanted) ? static_cast<StageNode*>(wanted) : nullptr;
+    return scene_.create(std::move(name), tool, kind, below);
+}
+
+MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name,
+                                         std::intptr_t kind, std::intptr_t mesh,
+                                         std::intptr_t parent) {
+    const bool isNew = scene_.find(name, tool) == nullptr;
+    auto* node = static_cast<StageNode*>(createNode(tool, std::move(name), kind, parent));
+    if (isNew && mesh != 0) {
+        node->setMesh(*reinterpret_cast<const MVR::CMesh*>(mesh));
+    }
+    return node;
+}
+
+MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name) {
+    return scene_.find(name, tool);
+}
+
+std::vector<MVR::SceneNode*> StageAdaptor::getNodes(MVR::CInterface* tool) {
+    std::vector<MVR::SceneNode*> nodes;
+    for (const auto& node : scene_.getNodes()) {
+        if (node->getOwner() == tool) {
+            nodes.push_back(node.get());
+        }
+    }
+    return nodes;
+}
+
+std::vector<MVR::SceneNode*> StageAdaptor::resolveNodes(MVR::Tag nodeInfo, std::string name,
+                                                        MVR::CInterface* tool) {
+    // A tool's node is called after the tool in the scene, or after the tool and itself.
+    std::vector<MVR::SceneNode*> nodes;
+    for (std::int32_t i = 0; i < nodeInfo.childCount("node"); ++i) {
+        const std::string nodeName = nodeInfo.child("node", i).attribute("name");
+        StageNode* found = scene_.find(nodeName, tool);
+        for (const std::string& hostName : {name + "_" + nodeName, name}) {
+            StageNode* free = found == nullptr ? scene_.findByHostName(hostName) : nullptr;
+            if (free != nullptr && free->getOwner() == nullptr && free->getName() == nodeName) {
+                free->setOwner(tool);
+                found = free;
+            }
+        }
+        nodes.push_back(found != nullptr ? found->toHandle() : nullptr);
+    }
+    return nodes;
+}
+
+std::vector<MVR::SceneNode*> StageAdaptor::mergeFile(std::string path) {
+    MVR::Log(MVR::Log::Warning)
+        .write("The stage has no scene files of its own to merge", path, MVR::Log::OwnLevel);
+    return {};
+}
+
+void StageAdaptor::beginUndo(std::string name) {
+    undo_.begin(std::move(name));
+}
+
+void StageAdaptor::addUndo(MVR::CUndo* object) {
+    undo_.add(object);
+}
+
+void StageAdaptor::endUndo() {
+    undo_.end();
+}
+
+void StageAdaptor::cancelUndo() {
+    undo_.cancel();
+}
+
+bool StageAdaptor::isUndoOpen() {
+    return undo_.isOpen();
+}
+
+bool StageAdaptor::undo() {
+    return undo_.undo();
+}
+
+double StageAdaptor::getTime() {
+    return timeline_.getTime();
+}
+
+void StageAdaptor::setTime(double time) {
+    timeline_.setTime(time);
+    if (timeListener_) {
+        timeListener_();
+    }
+}
+
+void StageAdaptor::getRange(double* start, double* end) {
+    *start = timeline_.getStart();
+    *end = timeline_.getEnd();
+}
+
+void StageAdaptor::setRange(double start, double end) {
+    timeline_.setRange(start, end);
+}
+
+double StageAdaptor::getFrameRate() {
+    return timeline_.getRate();
+}
+
+double StageAdaptor::getFrameStep() {
+    return timeline_.getStep();
+}
+
+void StageAdaptor::recordingStarted(const std::vector<MVR::CInterface*>& tools) {
+    (void)tools;
+    scene_.setRecording(true);
+}
+
+void StageAdaptor::recordingFinished() {
+    scene_.setRecording(false);
+}
+
+void StageAdaptor::detachNotify() {
+    newTools_.clear();
+}
+
+std::vector<MVR::CInterface*> StageAdaptor::takeNewTools() {
+    return std::exchange(newTools_, {});
+}
+
+} // namespace Stage

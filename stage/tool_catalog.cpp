@@ -1,0 +1,66 @@
+#include "stage/tool_catalog.h"
+
+#include "platform/files.h"
+#include "plugins/c_camera_plugin.h"
+#include "stage/machine.h"
+
+#include <cstdint>
+
+namespace Stage {
+
+namespace {
+
+/// The extension by which a tool tells that users don't place it.
+constexpr std::int32_t kInternalTool = 51;
+/// No library has more; one that never ends its list is cut here.
+constexpr std::int32_t kMostTools = 1000;
+
+using GetVersion = std::int32_t (*)();
+using GetPlugin = MVR::CCameraPlugin* (*)(std::int32_t index);
+
+void listLibrary(const std::string& path, ToolCatalog& catalog) {
+    SharedLibrary library;
+    std::string error;
+    if (!library.load(path, error)) {
+        catalog.faults.push_back(path + " can't be loaded: " + error);
+        return;
+    }
+    const auto getVersion = library.find<GetVersion>("getVersion");
+    const auto getPlugin = library.find<GetPlugin>("getPlugin");
+    if (getVersion == nullptr || getPlugin == nullptr) {
+        catalog.faults.push_back(path + " is no tool library: it lacks getVersion or getPlugin");
+        return;
+    }
+    if (const std::int32_t version = getVersion(); version != MVR::kPluginInterfaceVersion) {
+        catalog.faults.push_back(path + " speaks version " + std::to_string(version) +
+                                 " of the tool contract, not " +
+                                 std::to_string(MVR::kPluginInterfaceVersion));
+        return;
+    }
+    for (std::int32_t i = 0; i < kMostTools; ++i) {
+        MVR::CCameraPlugin* tool = getPlugin(i);
+        if (tool == nullptr) {
+            return;
+        }
+        if (!tool->supportsExtension(kInternalTool)) {
+            catalog.tools.push_back({tool->getName(), tool->getVersionText(),
+                                     tool->getDescription(), tool->getCategory(), tool->getAuthor(),
+                                     path});
+        }
+        tool->destroy();
+    }
+}
+
+} // namespace
+
+ToolCatalog listTools(const std::string& folder) {
+    ToolCatalog catalog;
+    for (const auto& file : MVR::Platform::listFiles(folder + "/*.so")) {
+        if (!file.isFolder) {
+            listLibrary(folder + "/" + file.name, catalog);
+        }
+    }
+    return catalog;
+}
+
+} // namespace Stage

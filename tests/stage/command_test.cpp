@@ -1,0 +1,201 @@
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+/// A UDP port of the loopback that nobody uses now.
+int freePort() {
+    const int handle = socket(AF_INET, SOCK_DGRAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    const bool isBound = bind(handle, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+                         getsockname(handle, reinterpret_cast<sockaddr*>(&address), &size) == 0;
+    close(handle);
+    return isBound ? ntohs(address.sin_port) : 0;
+}
+
+/// Programs as a user runs them, each in a folder of its own.
+class CommandTest : public testing::Test {
+protected:
+    void SetUp() override {
+        folder = testing::TempDir() + "/command_test_" +
+                 testing::UnitTest::GetInstance()->current_test_info()->name();
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+        port = std::to_string(freePort());
+        ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/osc.xml",
+                                                   "<osc><port>" + port + "</port></osc>"));
+        setenv("MIRVANE_OSC_CONFIG", (folder + "/osc.xml").c_str(), 1);
+        setenv("MIRVANE_CORE", CORE, 1);
+    }
+
+    /// Runs a shell command in the folder; its exit code.
+    int run(const std::string& command) {
+        const int status =
+            std::system(("cd '" + folder + "' && { " + command + "; } >stdout 2>stderr").c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    std::string read(const std::string& name) const {
+        std::string text;
+        EXPECT_TRUE(MVR::Platform::readFile(folder + "/" + name, text)) << name;
+        return text;
+    }
+    /// The numbers of a table of curves, without the name of the node.
+    std::vector<std::vector<double>> readTable(const std::string& name) const {
+        std::vector<std::vector<double>> rows;
+        std::istringstream lines(read(name));
+        std::string line;
+        std::getline(lines, line);
+        while (std::getline(lines, line)) {
+            std::istringstream fields(line.substr(line.find(',') + 1));
+            rows.emplace_back();
+            for (std::string field; std::getline(fields, field, ',');) {
+                rows.back().push_back(std::strtod(field.c_str(), nullptr));
+            }
+        }
+        return rows;
+    }
+
+    std::string folder;
+    std::string port;
+};
+
+TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
+    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/camera.txt",
+                                               "bind Position X=OSC:/camera/position:0\n"
+                                               "bind Position Y=OSC:/camera/position:1\n"
+                                               "bind Position Z=OSC:/camera/position:2\n"
+                                               "bind Rotation X=OSC:/camera/rotation:0\n"
+                                               "bind Rotation Y=OSC:/camera/rotation:1\n"
+                                               "bind Rotation Z=OSC:/camera/rotation:2\n"
+                                               "bind Rotation W=OSC:/camera/rotation:3\n"
+                                               "set *.deadzone=0\n"));
+    const int code =
+        run(SENDER " --quiet --loop --port " + port +
+            " & sender=$!; " STAGE " record --documents . --tool 'Tracked Object' --name Camera"
+            " --bindings camera.txt --seconds 2 --countdown 1 --undo-redo"
+            " --latency-bind OSC:/camera/sent:0 --report report.json"
+            " --out take.gltf --out-curves take.csv"
+            " --resimulate --out-curves again.csv"
+            " --resimulate --set 'Camera/*.multiplier=2' --out-curves twice.csv;"
+            " code=$?; kill $sender; wait $sender; exit $code");
+    ASSERT_EQ(code, 0) << read("stderr");
+    EXPECT_EQ(read("stdout"), "") << "silence in a pipe";
+    EXPECT_EQ(read("stderr"), "");
+
+    const auto take = readTable("take.csv");
+    const auto again = readTable("again.csv");
+    const auto twice = readTable("twice.csv");
+    ASSERT_EQ(take.size(), 51U);
+    ASSERT_EQ(again.size(), 51U);
+    ASSERT_EQ(twice.size(), 51U);
+    double way = 0;
+    for (std::size_t i = 0; i < take.size(); ++i) {
+        EXPECT_EQ(take[i][0], static_cast<double>(i) * 0.04);
+        for (std::size_t column = 0; column < take[i].size(); ++column) {
+            EXPECT_NEAR(again[i][column], take[i][column], 1e-9);
+            // Until the first packet is in, the object stands still and unturned.
+            const bool isMoving = i > 0 && take[i][1] != 0;
+            if (isMoving && column > 0) {
+                EXPECT_NEAR(twice[i][column], 2 * take[i][column], 1e-9);
+            }
+        }
+        way += i > 1 ? std::fabs(take[i][1] - take[i - 1][1]) : 0;
+    }
+    EXPECT_GT(way, 0) << "the hand-held camera moved";
+
+    const auto report = nlohmann::json::parse(read("report.json"));
+    EXPECT_EQ(report["frames"], 50);
+    EXPECT_EQ(report["undo_redo"], true);
+    EXPECT_EQ(report["keys"], (nlohmann::json{{"Camera",
+                                               {{"tx", 51},
+                                                {"ty", 51},
+                                                {"tz", 51},
+                                                {"qx", 51},
+                                                {"qy", 51},
+                                                {"qz", 51},
+                                                {"qw", 51}}}}))
+        << "the probe is not part of the scene that is written";
+    EXPECT_GT(report["latency_ms"]["packets"], 0);
+    EXPECT_GE(report["latency_ms"]["p50"], 0.0);
+    EXPECT_EQ(report["resimulations"].size(), 2U);
+    EXPECT_EQ(report["resimulations"][0]["same_frames"], true);
+    EXPECT_NE(read("take.gltf").find("\"rotation\""), std::string::npos);
+}
+
+TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
+    const std::string record = STAGE " record --documents . --countdown 0 --seconds 0.1 ";
+    const struct {
+        std::string command;
+        int code;
+        const char* words;
+    } cases[] = {
+        {STAGE, 1, "usage: mirvane-stage COMMAND"},
+        {STAGE " rekord", 1, "no command named \"rekord\""},
+        {record + "--tol x", 1, "did you mean --tool?"},
+        {record + "--tool x --core /nowhere.so", 2, "no core library at /nowhere.so"},
+        {record + "--tool x --core osc.xml", 2, "osc.xml"},
+        {record + "--tool 'No Such Tool'", 2, "\"No Such Tool\" can't be made"},
+        {record + "--tool 'Tracked Object' --bind 'Spin=OSC:/a'", 3, "no property \"Spin\""},
+        {record + "--tool 'Tracked Object' --bind 'Position X=Pad:x'", 3, "Pad:x:0"},
+        {record + "--tool 'Tracked Object' --resimulate --set Spin.offset=1", 3, "Spin.offset=1"},
+        {record + "--tool 'Tracked Object' --out no/such/take.gltf", 4, "no folder no/such"},
+        {record + "--tool 'Tracked Object' --out .", 4, "it is a folder"},
+        {record + "--tool 'Tracked Object' --out /dev/full", 4, "No space left on device"},
+        {STAGE " tools --plugins .", 2, "no tools in"},
+        {STAGE " devices --data .", 2, "no devices"},
+    };
+    for (const auto& failure : cases) {
+        EXPECT_EQ(run(failure.command), failure.code) << failure.command << "\n" << read("stderr");
+        EXPECT_NE(read("stderr").find(failure.words), std::string::npos) << failure.command << "\n"
+                                                                         << read("stderr");
+        EXPECT_EQ(read("stdout"), "") << failure.command;
+    }
+    for (const char* command : {"", "record", "tools", "devices"}) {
+        EXPECT_EQ(run(std::string(STAGE) + " " + command + " --help"), 0);
+        EXPECT_EQ(read("stdout").rfind("usage: mirvane-stage ", 0), 0U) << command;
+        EXPECT_EQ(run(std::string(STAGE) + " " + command + " --version"), 0);
+        EXPECT_EQ(read("stdout").rfind("mirvane-stage ", 0), 0U) << command;
+    }
+}
+
+TEST_F(CommandTest, ToolsAndDevicesAreListed) {
+    // A library that is none must not hide the others.
+    std::filesystem::create_directories(folder + "/plugins");
+    for (const char* name : {"tracked_object.so", "free_camera.so"}) {
+        std::filesystem::create_symlink(std::filesystem::path(CORE).parent_path() / "plugins" /
+                                            name,
+                                        folder + "/plugins/" + name);
+    }
+    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/plugins/a_text.so", "no library"));
+    ASSERT_EQ(run(STAGE " tools --plugins plugins"), 0) << read("stderr");
+    EXPECT_EQ(read("stdout").rfind("Free Camera 0.1.0\n  A camera that is flown", 0), 0U)
+        << read("stdout");
+    EXPECT_NE(read("stdout").find("Tracked Object 0.1.0"), std::string::npos);
+    EXPECT_NE(read("stderr").find("a_text.so can't be loaded"), std::string::npos);
+
+    ASSERT_EQ(run(SENDER " --quiet --loop --port " + port +
+                  " & sender=$!; " STAGE
+                  " devices --seconds 2; code=$?; kill $sender; wait $sender; exit $code"),
+              0)
+        << read("stderr");
+    EXPECT_NE(read("stdout").find("OSC:/camera/position:0"), std::string::npos) << read("stdout");
+}
+
+} // namespace

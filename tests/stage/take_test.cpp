@@ -1,0 +1,174 @@
+#include "stage/take.h"
+
+#include "stage/curve_copy.h"
+#include "stage/export/curve_table.h"
+#include "stage/resimulation.h"
+#include "stage/session.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace Stage {
+namespace {
+
+/// The host with the real core and the example tools. Nothing is bound: an offset moves a tool.
+class TakeTest : public testing::Test {
+protected:
+    void SetUp() override {
+        const std::string home = testing::TempDir() + "/take_test_" +
+                                 testing::UnitTest::GetInstance()->current_test_info()->name();
+        std::filesystem::create_directories(home);
+        // No take of this test needs the network.
+        setenv("MIRVANE_OSC_CONFIG", (home + "/none.xml").c_str(), 1);
+        InstallValues values;
+        values.core = CORE;
+        values.documents = home;
+        ASSERT_TRUE(session.open(values, error)) << error;
+        ASSERT_NE(session.place({"Tracked Object", "Object", {}, {{"", "Position X", "offset", 3}}},
+                                error),
+                  nullptr)
+            << error;
+        ASSERT_NE(session.place({"Free Camera",
+                                 "Camera",
+                                 {},
+                                 {{"", "Move X", "offset", 5}, {"", "Pan", "offset", 90}}},
+                                error),
+                  nullptr)
+            << error;
+        ASSERT_EQ(session.scene.getNodes().size(), 2U);
+        object = session.scene.findByHostName("Object");
+        camera = session.scene.findByHostName("Camera");
+        ASSERT_NE(object, nullptr);
+        ASSERT_NE(camera, nullptr);
+    }
+
+    TakeFigures take(double start, double end) {
+        session.timeline.setRange(start, end);
+        session.timeline.setTime(session.timeline.getStart());
+        TakePlan plan;
+        plan.countdownSeconds = 0;
+        plan.autoExpand = false;
+        const auto figures = runTake(session, plan, nullptr, {}, error);
+        EXPECT_TRUE(figures) << error;
+        return figures.value_or(TakeFigures());
+    }
+
+    std::string table() const { return toCurveTable({object, camera}); }
+
+    Session session;
+    std::string error;
+    StageNode* object = nullptr;
+    StageNode* camera = nullptr;
+};
+
+TEST_F(TakeTest, OneKeyAFrameOnTheGridAndOneAtTheStart) {
+    const TakeFigures figures = take(0, 0.4);
+    EXPECT_EQ(figures.frames, 10);
+    EXPECT_EQ(figures.endTime, 10 * 0.04);
+    EXPECT_FALSE(figures.isCutShort);
+    for (const StageNode* node : {object, camera}) {
+        for (const Curve& curve : node->getCurves()) {
+            ASSERT_EQ(curve.getKeys().size(), 11U);
+            for (std::size_t i = 0; i < 11; ++i) {
+                EXPECT_EQ(curve.getKeys()[i].time, static_cast<double>(i) * 0.04);
+            }
+        }
+    }
+    EXPECT_EQ(object->getCurves()[0].getKeys().front().value, 0) << "what stood there";
+    EXPECT_EQ(object->getCurves()[0].getKeys()[1].value, 3);
+    EXPECT_EQ(object->getCurves()[6].getKeys()[1].value, 1) << "no rotation is the identity";
+    // The camera flew an arc: 36 degrees to the left in 0.4 s, and 2 units of way.
+    EXPECT_NEAR(camera->evaluate(0.4).rotation[1], 0.30901699, 1e-6);
+    const Vector3 place = camera->evaluate(0.4).position;
+    EXPECT_LT(place[2], -0.5);
+    EXPECT_GT(place[0], 1.5);
+    EXPECT_EQ(session.undo.getUndoName(), "Record");
+    EXPECT_EQ(session.undo.getUndoCount(), 3U) << "two tools and one take";
+}
+
+TEST_F(TakeTest, ALaterTakeLeavesEarlierKeysAloneAndGoesWithOneUndo) {
+    take(0, 0.4);
+    const std::string first = table();
+    const CurveCopy before(session.scene);
+    const std::vector<Key> early(camera->getCurves()[0].getKeys().begin(),
+                                 camera->getCurves()[0].getKeys().begin() + 6);
+    take(0.2, 0.6);
+    const std::vector<Key>& keys = camera->getCurves()[0].getKeys();
+    EXPECT_EQ(keys.size(), 16U);
+    EXPECT_EQ(std::vector<Key>(keys.begin(), keys.begin() + 6), early);
+    EXPECT_TRUE(checkUndo(session, before, error)) << error;
+    const std::string second = table();
+    ASSERT_TRUE(session.undo.undo());
+    EXPECT_EQ(table(), first);
+    // A resimulation after the undo runs from the values of the first take.
+    ASSERT_TRUE(resimulate(session, 0, 0.4, {}, error)) << error;
+    EXPECT_LE(CurveCopy(session.scene).compare(before).largest, 1e-9);
+    ASSERT_TRUE(session.undo.undo());
+    EXPECT_FALSE(session.undo.redo() && table() == second) << "a new entry dropped it";
+}
+
+TEST_F(TakeTest, AResimulationRepeatsTheTakeAndFollowsAChangedSetting) {
+    take(1, 1.4);
+    const CurveCopy original(session.scene);
+    ASSERT_TRUE(resimulate(session, 1, 1.4, {}, error)) << error;
+    const CurveCopy::Difference same = CurveCopy(session.scene).compare(original);
+    EXPECT_TRUE(same.isSameFrames);
+    EXPECT_LE(same.largest, 1e-9);
+    const std::string again = table();
+    ASSERT_TRUE(resimulate(session, 1, 1.4, {}, error)) << error;
+    EXPECT_EQ(table(), again) << "the same bytes each time";
+
+    ASSERT_TRUE(resimulate(session, 1, 1.4, {{"Object", "Position X", "offset", 6}}, error));
+    EXPECT_EQ(object->evaluate(1.2).position[0], 6);
+    EXPECT_NEAR(CurveCopy(session.scene).compare(original).largest, 3, 1e-12);
+    // The setting was for that resimulation alone.
+    ASSERT_TRUE(resimulate(session, 1, 1.4, {}, error)) << error;
+    EXPECT_EQ(table(), again);
+}
+
+TEST_F(TakeTest, CtrlCStopsATakeWithoutEndAndKeepsIt) {
+    const auto run = [this] {
+        catchStopRequests();
+        session.timeline.setRange(0, 0.2);
+        TakePlan plan;
+        plan.countdownSeconds = 0;
+        bool raised = false;
+        const auto figures = runTake(
+            session, plan, nullptr,
+            [&raised](double, const TakeFigures& state) {
+                if (state.frames >= 10 && !raised) {
+                    raised = true;
+                    std::raise(SIGINT);
+                }
+            },
+            error);
+        const bool isKept = figures && figures->isCutShort && figures->frames >= 10 &&
+                            object->getCurves()[0].getKeys().size() ==
+                                static_cast<std::size_t>(figures->frames) + 1;
+        const bool isGrown = session.timeline.getEnd() >= 0.4;
+        session.close();
+        return isKept && isGrown ? 0 : 1;
+    };
+    EXPECT_EXIT(std::exit(run()), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(TakeTest, AMissingToolOrControlIsNamed) {
+    EXPECT_EQ(session.place({"No Such Tool", "x", {}, {}}, error), nullptr);
+    EXPECT_NE(error.find("No Such Tool"), std::string::npos);
+    const auto check = [this](const Binding& binding) {
+        const PlacedTool* tool = session.place({"Tracked Object", "Bound", {binding}, {}}, error);
+        return tool == nullptr || session.checkBindings(*tool, error);
+    };
+    EXPECT_FALSE(check({"Position W", "OSC", 0, "/a", 0}));
+    EXPECT_NE(error.find("has no property \"Position W\""), std::string::npos) << error;
+    EXPECT_FALSE(check({"Position X", "No Device", 0, "/a", 0}));
+    EXPECT_NE(error.find("No Device:/a:0"), std::string::npos) << error;
+}
+
+} // namespace
+} // namespace Stage

@@ -1,0 +1,149 @@
+// "Free Camera": a camera that is flown.
+//
+// Its six inputs are velocities, so that a stick at rest leaves the camera where it is. The tool
+// keeps the pose between frames: it takes it from the scene when a take starts, and moves it by one
+// frame's worth at each record().
+
+#include "core/adaptor_interface.h"
+#include "core/export.h"
+#include "plugins/c_camera_plugin.h"
+#include "plugins/c_interface.h"
+#include "unidevice/control.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr std::int32_t kNoNode = 1; // the code of a failed step: anything but 0
+// A velocity may come from anything: a key, a hat switch, a stick, a wheel.
+constexpr std::int32_t kKinds =
+    UniDevice::binary | UniDevice::trinary | UniDevice::finite | UniDevice::infinite;
+constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180.0;
+
+struct Quaternion {
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    double w = 1;
+};
+
+// First `b`, then `a`: with `a` the camera's rotation, `b` turns about the camera's own axes.
+Quaternion multiply(const Quaternion& a, const Quaternion& b) {
+    return {a.w * b.x + a.x * b.w + a.y * b.z - a.z * b.y,
+            a.w * b.y - a.x * b.z + a.y * b.w + a.z * b.x,
+            a.w * b.z + a.x * b.y - a.y * b.x + a.z * b.w,
+            a.w * b.w - a.x * b.x - a.y * b.y - a.z * b.z};
+}
+
+Quaternion normalised(const Quaternion& q) {
+    const double length = std::sqrt(q.x * q.x + q.y * q.y + q.z * q.z + q.w * q.w);
+    return length > 0 ? Quaternion{q.x / length, q.y / length, q.z / length, q.w / length}
+                      : Quaternion{};
+}
+
+// A turn about the axis (x, y, z) by its length in radians.
+Quaternion turn(double x, double y, double z) {
+    const double angle = std::sqrt(x * x + y * y + z * z);
+    const double part = angle > 0 ? std::sin(angle / 2) / angle : 0.5;
+    return {x * part, y * part, z * part, std::cos(angle / 2)};
+}
+
+class FreeCamera final : public MVR::CCamera {
+public:
+    using MVR::CCamera::CCamera;
+
+    std::int32_t init() override {
+        static const char* const names[6] = {"Move X", "Move Y", "Move Z", "Pan", "Tilt", "Roll"};
+        for (int i = 0; i < 6; ++i) {
+            inputs_[i] = getInterface()->addProperty(names[i], kKinds, nullptr);
+        }
+        return 0;
+    }
+
+    std::int32_t create() override {
+        node_ = getInterface()->createNode("Camera", MVR::kNodeCamera, 0);
+        if (node_ == nullptr) {
+            return kNoNode;
+        }
+        node_->setName(getName());
+        return 0;
+    }
+
+    std::int32_t load() override {
+        node_ = getInterface()->createNode("Camera");
+        return node_ != nullptr ? 0 : kNoNode;
+    }
+
+    // The flight begins where the camera stands at that moment.
+    void startRecording(double time) override {
+        MVR::TransformSnapshot* snapshot = getInterface()->getSnapshot(node_, time);
+        if (snapshot == nullptr) {
+            return;
+        }
+        double rotation[4];
+        snapshot->getPosition(position_);
+        snapshot->getRotation(rotation);
+        rotation_ = normalised({rotation[0], rotation[1], rotation[2], rotation[3]});
+        getInterface()->nodeQuery5(node_); // gives the snapshot back
+    }
+
+    void record(double time) override {
+        move(getInterface()->getFrameStep());
+        MVR::TransformSnapshot* snapshot = getInterface()->getSnapshot(node_, time);
+        if (snapshot == nullptr) {
+            return;
+        }
+        const double rotation[4] = {rotation_.x, rotation_.y, rotation_.z, rotation_.w};
+        snapshot->setPosition(position_);
+        snapshot->setRotation(rotation);
+        getInterface()->nodeQuery5(node_);
+    }
+
+private:
+    // Scene time, not the clock, counts: so a resimulation flies the same path.
+    void move(double seconds) {
+        const double radians = kRadiansPerDegree * seconds;
+        rotation_ = normalised(multiply(rotation_, turn(inputs_[4]->getValue() * radians,
+                                                        inputs_[3]->getValue() * radians,
+                                                        inputs_[5]->getValue() * radians)));
+        const Quaternion way = {inputs_[0]->getValue() * seconds, inputs_[1]->getValue() * seconds,
+                                inputs_[2]->getValue() * seconds, 0};
+        const Quaternion back = {-rotation_.x, -rotation_.y, -rotation_.z, rotation_.w};
+        const Quaternion turned = multiply(multiply(rotation_, way), back);
+        position_[0] += turned.x;
+        position_[1] += turned.y;
+        position_[2] += turned.z;
+    }
+
+    UniDevice::Property* inputs_[6] = {}; // the core's
+    MVR::SceneNode* node_ = nullptr;      // the host's
+    double position_[3] = {};
+    Quaternion rotation_;
+};
+
+class FreeCameraPlugin final : public MVR::CCameraPlugin {
+public:
+    MVR::CCamera* create(MVR::CCamera::CreateParam* param) override {
+        return new FreeCamera(param);
+    }
+    std::string getName() override { return "Free Camera"; }
+    std::string getKey() override { return "examples/free_camera"; }
+    std::string getDescription() override { return "A camera that is flown by six velocities"; }
+    std::string getCategory() override { return "Cameras;Examples"; }
+    std::string getAbout() override {
+        return "Moves along its own axes (x right, y up, z back) in units a second, and turns "
+               "about "
+               "them (pan about y, tilt about x, roll about z) in degrees a second.";
+    }
+    std::string getAuthor() override { return "Mirvane"; }
+};
+
+} // namespace
+
+MVR_EXPORT std::int32_t getVersion() {
+    return MVR::kPluginInterfaceVersion;
+}
+
+MVR_EXPORT MVR::CCameraPlugin* getPlugin(std::int32_t index) {
+    return index == 0 ? new FreeCameraPlugin : nullptr;
+}

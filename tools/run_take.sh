@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Records a take of a generated hand-held movement, or of the file that MIRVANE_MOTION names, and
+# writes it to out/. Arguments go to `mirvane-stage record`, such as --seconds 30 --rate 60.
+# Called by `./dev run` after the build.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+bin=build/release/bin
+out=out
+mkdir -p "$out/documents"
+
+# A port of this run's own, so that it disturbs nobody who listens on the usual one.
+port=$((20000 + $$ % 20000))
+export MIRVANE_OSC_CONFIG=$PWD/$out/osc.xml
+echo "<osc><port>$port</port></osc>" >"$MIRVANE_OSC_CONFIG"
+
+motion=()
+[[ -z ${MIRVANE_MOTION:-} ]] || motion=(--file "$MIRVANE_MOTION")
+"$bin/mirvane-osc-sender" --quiet --loop --port "$port" "${motion[@]}" &
+sender=$!
+trap 'kill "$sender" 2>/dev/null || true' EXIT
+
+cat >"$out/bindings.txt" <<'TEXT'
+bind Position X = OSC:/camera/position:0
+bind Position Y = OSC:/camera/position:1
+bind Position Z = OSC:/camera/position:2
+bind Rotation X = OSC:/camera/rotation:0
+bind Rotation Y = OSC:/camera/rotation:1
+bind Rotation Z = OSC:/camera/rotation:2
+bind Rotation W = OSC:/camera/rotation:3
+set *.deadzone = 0
+TEXT
+
+"$bin/mirvane-stage" record --documents "$out/documents" \
+    --tool "Tracked Object" --name Camera --bindings "$out/bindings.txt" \
+    --latency-bind OSC:/camera/sent:0 \
+    --seconds 4 --rate 25 --countdown 1 --undo-redo "$@" \
+    --out "$out/take.gltf" --out-curves "$out/take.csv" --report "$out/report.json" --table \
+    --resimulate --out-curves "$out/unchanged.csv" \
+    --resimulate --set "*.multiplier=2" --out "$out/twice.gltf" --out-curves "$out/twice.csv"
+
+if command -v gnuplot >/dev/null; then
+    gnuplot -e "table='$out/take.csv'; picture='$out/take_curves.svg'" tools/plot_curves.gp
+fi
+echo "written to $out/: take.gltf, take.csv, take_curves.svg, unchanged.csv, twice.gltf, twice.csv, report.json"

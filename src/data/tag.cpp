@@ -12,20 +12,6 @@
 
 namespace MVR {
 
-Tag::AttributeBlock* Tag::AttributeBlock::create(std::uint32_t capacity) {
-    static_assert(sizeof(AttributeBlock) % alignof(Attribute) == 0);
-    void* memory = ::operator new(sizeof(AttributeBlock) + capacity * sizeof(Attribute));
-    return new (memory) AttributeBlock{0, capacity};
-}
-
-Tag::ChildBlock* Tag::ChildBlock::create(std::uint32_t capacity, ChildBlock* last) {
-    static_assert(sizeof(ChildBlock) % alignof(Tag) == 0);
-    void* memory = ::operator new(sizeof(ChildBlock) + capacity * sizeof(Tag));
-    auto* block = new (memory) ChildBlock{nullptr, 0, capacity};
-    block->next = last ? std::exchange(last->next, block) : block;
-    return block;
-}
-
 Tag::Tag(const std::string& xmlText) {
     static_cast<void>(parse(xmlText));
 }
@@ -42,20 +28,13 @@ Tag::Tag(const Tag& other) {
         do {
             block = block->next;
             for (const Tag& child : *block) {
-                Tag& copy = to->appendSlot();
+                Tag& copy = to->append(Tag());
                 copy.copyOwn(child);
                 if (child.childCount_ > 0)
                     pending.emplace_back(&child, &copy);
             }
         } while (block != from->lastBlock_);
     }
-}
-
-Tag::Tag(Tag&& other) noexcept
-    : text_(std::move(other.text_)), attributes_(std::exchange(other.attributes_, nullptr)),
-      lastBlock_(std::exchange(other.lastBlock_, nullptr)),
-      childCount_(std::exchange(other.childCount_, 0u)), kind_(std::exchange(other.kind_, None)) {
-    other.text_.clear();
 }
 
 Tag& Tag::operator=(const Tag& other) {
@@ -78,38 +57,39 @@ Tag& Tag::operator=(Tag&& other) noexcept {
     return *this;
 }
 
-Tag::~Tag() {
-    if (lastBlock_)
-        destroyChildren();
-    if (attributes_)
-        destroyAttributes();
-}
-
 // No recursion, and no allocation: the rings of deeper levels are spliced into the list of blocks
 // that are still to be freed.
-void Tag::destroyChildren() noexcept {
+void Tag::destroyBlocks() noexcept {
+    TagRelease release;
+    destroyAttributes(release);
+    if (!lastBlock_)
+        return;
     ChildBlock* pending = std::exchange(lastBlock_->next, nullptr);
     lastBlock_ = nullptr;
-    childCount_ = 0;
     while (pending) {
         ChildBlock* block = pending;
         pending = block->next;
+        // A tree of some size lies in no cache: ask for all that the block leads to at once.
+        for (const Tag& child : *block) {
+            __builtin_prefetch(child.lastBlock_);
+            __builtin_prefetch(child.attributes_);
+        }
         for (Tag& child : *block) {
-            if (child.lastBlock_) {
-                ChildBlock* first = std::exchange(child.lastBlock_->next, pending);
-                pending = first;
-                child.lastBlock_ = nullptr;
-            }
+            if (child.lastBlock_)
+                pending = std::exchange(child.lastBlock_->next, pending);
+            child.lastBlock_ = nullptr;
+            child.destroyAttributes(release);
             child.~Tag();
         }
-        ::operator delete(block);
+        release.add(block);
     }
 }
 
-void Tag::destroyAttributes() noexcept {
+void Tag::destroyAttributes(TagRelease& release) noexcept {
+    if (!attributes_)
+        return;
     std::destroy(attributes_->begin(), attributes_->end());
-    ::operator delete(attributes_);
-    attributes_ = nullptr;
+    release.add(std::exchange(attributes_, nullptr));
 }
 
 Tag Tag::element(std::string_view name) {
@@ -172,7 +152,8 @@ std::string& Tag::attributeRef(std::string_view key) {
         AttributeBlock* larger = AttributeBlock::create(attributes_->capacity * 2);
         std::uninitialized_move(attributes_->begin(), attributes_->end(), larger->begin());
         larger->count = attributes_->count;
-        destroyAttributes();
+        TagRelease release;
+        destroyAttributes(release);
         attributes_ = larger;
     }
     new (attributes_->end()) Attribute(std::move(added));
@@ -245,7 +226,7 @@ Tag& Tag::addChild(Tag&& child) {
     if (child.isEmpty())
         return *this;
     Tag taken(std::move(child)); // `child` may be this Tag, or stand below it.
-    return appendSlot() = std::move(taken);
+    return append(std::move(taken));
 }
 
 bool Tag::removeChild(const Tag& child) {
@@ -271,7 +252,7 @@ void Tag::removeLast() {
     lastBlock_->next = emptied->next;
     if (lastBlock_ == emptied)
         lastBlock_ = nullptr;
-    ::operator delete(emptied);
+    TagRelease().add(emptied);
 }
 
 void Tag::clear() {

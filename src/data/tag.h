@@ -6,10 +6,13 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace MVR {
 
+class TagPool;
 class TagReader;
+class TagRelease;
 class TagWriter;
 
 /// One node of the tree that every structured text goes through: settings, layouts, models,
@@ -35,10 +38,19 @@ public:
     /// Parses `xmlText`. The code is dropped: a failed parse leaves what was built up to the fault.
     explicit Tag(const std::string& xmlText);
     Tag(const Tag& other);
-    Tag(Tag&& other) noexcept;
+    Tag(Tag&& other) noexcept
+        : text_(std::move(other.text_)), attributes_(std::exchange(other.attributes_, nullptr)),
+          lastBlock_(std::exchange(other.lastBlock_, nullptr)),
+          childCount_(std::exchange(other.childCount_, 0u)),
+          kind_(std::exchange(other.kind_, None)) {
+        other.text_.clear();
+    }
     Tag& operator=(const Tag& other);
     Tag& operator=(Tag&& other) noexcept;
-    ~Tag();
+    ~Tag() {
+        if (lastBlock_ || attributes_)
+            destroyBlocks();
+    }
 
     /// An element without children.
     static Tag element(std::string_view name);
@@ -151,12 +163,12 @@ private:
     static Tag& sharedEmpty();
     Tag* findChild(std::string_view name, std::int32_t n) const;
     Tag* childAt(std::int32_t index) const;
-    Tag& appendSlot();
+    Tag& append(Tag&& node, TagPool* pool = nullptr);
     void removeLast();
     void copyOwn(const Tag& other);
     bool sameOwn(const Tag& other) const;
-    void destroyChildren() noexcept;
-    void destroyAttributes() noexcept;
+    void destroyBlocks() noexcept;
+    void destroyAttributes(TagRelease& release) noexcept;
 
     // Small on purpose: files hold hundreds of thousands of nodes.
     std::string text_;

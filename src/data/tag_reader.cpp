@@ -27,6 +27,10 @@ enum Code : std::int32_t {
 // memory than it needs. Larger text is decoded in its place.
 constexpr std::size_t kSmallText = 4096;
 
+// Of one parent; more are moved into it in several blocks, so that a wide tree doesn't stand in
+// memory twice.
+constexpr std::size_t kSiblingsAtOnce = 256;
+
 bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -137,51 +141,82 @@ std::int32_t TagReader::readInto(Tag& root) {
         return kNoRoot;
     if (token.text.front() == '?' && !next(token))
         return kBadAttribute;
-    const std::int32_t code = fill(root, token);
-    return code == kSuccess && token.kind == TokenKind::Open ? readChildren(root) : code;
+    std::int32_t code = fill(root, token);
+    if (code != kSuccess || token.kind != TokenKind::Open)
+        return code;
+    nodes_.push_back(std::move(root));
+    open_.push_back(0);
+    code = readChildren();
+    root = std::move(nodes_.front());
+    return code;
 }
 
-std::int32_t TagReader::readChildren(Tag& root) {
+std::int32_t TagReader::readChildren() {
     std::int32_t code = kSuccess;
-    open_.assign(1, &root);
     while (!open_.empty() && code == kSuccess) {
-        Tag& parent = *open_.back();
         Token token;
         if (!next(token)) {
             code = kUnclosed;
-        } else if (token.kind == TokenKind::Close) {
-            if (token.text == parent.text_)
-                open_.pop_back();
-            else
-                code = kWrongClose;
-        } else if (token.kind == TokenKind::Open && open_.size() == Tag::kMaxDepth) {
-            Log(Log::Error)
-                .write("Too many nested elements in text, at most", Tag::kMaxDepth, Log::OwnLevel);
-            code = kTooDeep;
+        } else if (token.kind != TokenKind::Close) {
+            code = readChild(token);
+        } else if (token.text == nodes_[open_.back()].text_) {
+            keepChildren(open_.back());
+            open_.pop_back();
         } else {
-            Tag& child = parent.appendSlot();
-            code = fill(child, token);
-            if (code == kSuccess && token.kind == TokenKind::Open)
-                open_.push_back(&child);
-            else if (code != kSuccess || child.text_.empty())
-                parent.removeLast();
+            code = kWrongClose;
         }
     }
-    // A child that failed is dropped with all that was read into it.
-    if (open_.size() > 1)
-        root.removeLast();
+    if (code != kSuccess) {
+        // A child that failed is dropped with all that was read into it.
+        if (open_.size() > 1)
+            nodes_.resize(open_[1]);
+        keepChildren(0);
+    }
     return code;
+}
+
+std::int32_t TagReader::readChild(const Token& token) {
+    if (token.kind == TokenKind::Open && open_.size() == Tag::kMaxDepth) {
+        Log(Log::Error)
+            .write("Too many nested elements in text, at most", Tag::kMaxDepth, Log::OwnLevel);
+        return kTooDeep;
+    }
+    if (nodes_.size() - open_.back() > kSiblingsAtOnce)
+        keepChildren(open_.back());
+    Tag& child = nodes_.emplace_back();
+    const std::int32_t code = fill(child, token);
+    if (code != kSuccess)
+        nodes_.pop_back();
+    else if (token.kind == TokenKind::Open)
+        open_.push_back(nodes_.size() - 1);
+    else if (child.text_.empty())
+        nodes_.pop_back();
+    return code;
+}
+
+// Moves the children behind an element into it.
+void TagReader::keepChildren(std::size_t parent) {
+    const std::size_t count = nodes_.size() - parent - 1;
+    if (count == 0)
+        return;
+    Tag& owner = nodes_[parent];
+    if (owner.childCount_ == 0)
+        owner.lastBlock_ =
+            Tag::ChildBlock::create(static_cast<std::uint32_t>(count), nullptr, &pool_);
+    for (std::size_t i = parent + 1; i < nodes_.size(); ++i)
+        owner.append(std::move(nodes_[i]), &pool_);
+    nodes_.resize(parent + 1);
 }
 
 std::int32_t TagReader::fill(Tag& node, const Token& token) {
     switch (token.kind) {
     case TokenKind::Text:
         node.kind_ = Tag::Text;
-        decode(token.text, node.text_);
+        node.text_ = decode(token.text);
         return kSuccess;
     case TokenKind::Comment:
         node.kind_ = Tag::Comment;
-        decode(token.text, node.text_);
+        node.text_ = decode(token.text);
         return kSuccess;
     case TokenKind::Close:
         return kNoRoot;
@@ -193,7 +228,7 @@ std::int32_t TagReader::fill(Tag& node, const Token& token) {
     const char* const end = begin + token.text.size();
     const char* nameEnd = skipWord(begin, end);
     node.kind_ = Tag::Element;
-    decode(view(begin, nameEnd), node.text_);
+    node.text_ = decode(view(begin, nameEnd));
     if (nameEnd == begin) // Blanks ahead of the first word: no name, and the word counts as one.
         nameEnd = skipWord(skipSpace(begin, end), end);
     if (nameEnd == end)
@@ -228,38 +263,40 @@ std::int32_t TagReader::scanAttributes(const char* at, const char* end) {
 void TagReader::storeAttributes(Tag& node) {
     if (attributes_.empty())
         return;
-    // In the order of the text within one key, where the last counts.
-    std::sort(attributes_.begin(), attributes_.end(),
-              [](const RawAttribute& a, const RawAttribute& b) {
-                  const int order = a.key.compare(b.key);
-                  return order != 0 ? order < 0 : a.key.data() < b.key.data();
-              });
+    // Our own files have them in order. Within one key the last counts.
+    const auto ahead = [](const RawAttribute& a, const RawAttribute& b) {
+        const int order = a.key.compare(b.key);
+        return order != 0 ? order < 0 : a.key.data() < b.key.data();
+    };
+    if (!std::is_sorted(attributes_.begin(), attributes_.end(), ahead))
+        std::sort(attributes_.begin(), attributes_.end(), ahead);
     const auto repeated = [this](std::size_t i) {
         return i + 1 < attributes_.size() && attributes_[i].key == attributes_[i + 1].key;
     };
     std::uint32_t count = 0;
     for (std::size_t i = 0; i < attributes_.size(); ++i)
         count += !repeated(i);
-    node.attributes_ = Tag::AttributeBlock::create(count);
+    node.attributes_ = Tag::AttributeBlock::create(count, &pool_);
     for (std::size_t i = 0; i < attributes_.size(); ++i) {
         if (repeated(i))
             continue;
-        auto* stored = new (node.attributes_->end()) Tag::Attribute;
+        const RawAttribute& raw = attributes_[i];
+        new (node.attributes_->end()) Tag::Attribute{std::string(raw.key), decode(raw.value)};
         ++node.attributes_->count;
-        stored->key = attributes_[i].key;
-        decode(attributes_[i].value, stored->value);
     }
 }
 
-void TagReader::decode(std::string_view markup, std::string& out) {
-    if (markup.size() > kSmallText) {
-        decodeInto(markup, out);
-    } else if (markup.find('&') == std::string_view::npos) {
-        out = markup;
-    } else {
+std::string TagReader::decode(std::string_view markup) {
+    const char* const end = markup.data() + markup.size();
+    if (find(markup.data(), end, '&') == end)
+        return std::string(markup);
+    if (markup.size() <= kSmallText) {
         decodeInto(markup, decoded_);
-        out = decoded_;
+        return decoded_;
     }
+    std::string decoded;
+    decodeInto(markup, decoded);
+    return decoded;
 }
 
 std::int32_t Tag::read(std::istream& stream) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/tag.h"
+#include "data/tag_blocks.h"
 
 #include <string_view>
 #include <vector>
@@ -29,15 +30,21 @@ private:
 
     bool next(Token& token);
     void cutTag(Token& token, const char* first);
-    std::int32_t readChildren(Tag& root);
+    std::int32_t readChildren();
+    std::int32_t readChild(const Token& token);
+    void keepChildren(std::size_t parent);
     std::int32_t fill(Tag& node, const Token& token);
     std::int32_t scanAttributes(const char* at, const char* end);
     void storeAttributes(Tag& node);
-    void decode(std::string_view markup, std::string& out);
+    std::string decode(std::string_view markup);
 
     const char* at_;
     const char* end_;
-    std::vector<Tag*> open_;               // From the root to the element that is being read.
+    TagPool pool_;
+    // The elements that are being read, each followed by those of its children that are complete
+    // and not yet in a block. So a block is made when the number of its items is known.
+    std::vector<Tag> nodes_;
+    std::vector<std::size_t> open_;        // Where in `nodes_` the former stand, from the root on.
     std::vector<RawAttribute> attributes_; // Of one tag; kept to be used again.
     std::string decoded_;                  // Likewise.
 };

@@ -1,0 +1,70 @@
+#include "data/tag_blocks.h"
+
+#include <utility>
+
+namespace MVR {
+namespace {
+
+constexpr std::uint32_t kFirstPage = 512;
+constexpr std::uint32_t kLargestPage = 32768;
+constexpr std::size_t kLargestPooled = kLargestPage / 8;
+constexpr std::uint32_t kHeadSize = alignof(std::max_align_t);
+static_assert(sizeof(TagPage) <= kHeadSize);
+
+// Stands for the blocks that may still come into an open page.
+constexpr std::uint32_t kOpen = 1u << 31;
+
+void releasePage(void* page, std::uint32_t blocks) noexcept {
+    if (static_cast<TagPage*>(page)->blocks.fetch_sub(blocks, std::memory_order_acq_rel) == blocks)
+        ::operator delete(page);
+}
+
+} // namespace
+
+void TagRelease::flush() noexcept {
+    if (blocks_ > 0)
+        releasePage(page_, std::exchange(blocks_, 0u));
+}
+
+TagPool::Place TagPool::allocate(std::size_t size, TagPool* pool) {
+    if (!pool || size > kLargestPooled)
+        return {::operator new(size), TagBlock::kNoPage};
+    while (pool->used_ + size > pool->pageSize_)
+        pool->openPage();
+    const Place place{pool->page_ + pool->used_, pool->used_};
+    pool->used_ += static_cast<std::uint32_t>(size);
+    ++pool->blocks_;
+    return place;
+}
+
+void TagPool::openPage() {
+    closePage();
+    pageSize_ = pageSize_ == 0 ? kFirstPage : std::min(pageSize_ * 2, kLargestPage);
+    page_ = static_cast<std::byte*>(::operator new(pageSize_));
+    new (page_) TagPage{kOpen};
+    used_ = kHeadSize;
+}
+
+void TagPool::closePage() noexcept {
+    if (page_)
+        releasePage(page_, kOpen - std::exchange(blocks_, 0u));
+}
+
+Tag::AttributeBlock* Tag::AttributeBlock::create(std::uint32_t capacity, TagPool* pool) {
+    static_assert(sizeof(AttributeBlock) % alignof(Attribute) == 0);
+    const TagPool::Place place =
+        TagPool::allocate(sizeof(AttributeBlock) + capacity * sizeof(Attribute), pool);
+    return new (place.memory) AttributeBlock(place.pageOffset, capacity);
+}
+
+Tag::ChildBlock* Tag::ChildBlock::create(std::uint32_t capacity, ChildBlock* last, TagPool* pool) {
+    static_assert(sizeof(ChildBlock) % alignof(Tag) == 0);
+    const TagPool::Place place =
+        TagPool::allocate(sizeof(ChildBlock) + capacity * sizeof(Tag), pool);
+    auto* block = new (place.memory) ChildBlock(place.pageOffset, capacity);
+    if (last)
+        block->next = std::exchange(last->next, block);
+    return block;
+}
+
+} // namespace MVR

@@ -92,7 +92,7 @@ struct Tag::Attribute {
 };
 
 // One block, replaced by a larger one as it grows.
-struct alignas(Tag::Attribute) Tag::AttributeBlock : TagBlock {
+struct alignas(std::string) Tag::AttributeBlock : TagBlock {
     std::uint32_t count = 0;
     std::uint32_t capacity;
 

@@ -9,6 +9,10 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 add_library(mirvane_options INTERFACE)
 target_compile_options(mirvane_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 sees overlapping copies in every optimised `"literal" + string`.
+  target_compile_options(mirvane_options INTERFACE -Wno-restrict)
+endif()
 
 if(MIRVANE_SANITIZE)
   # Objects cross library borders by design, each side with its own hidden type information:

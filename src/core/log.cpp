@@ -4,6 +4,7 @@
 #include "platform/files.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace MVR {
 
@@ -65,10 +66,9 @@ Log::~Log() {
 }
 
 void Log::endFile() {
-    if (!file_.is_open())
-        return;
-    file_ << "[EOF]\n";
-    file_.close();
+    if (file_ != nullptr)
+        *file_ << "[EOF]\n";
+    file_.reset();
 }
 
 void Log::closeFile() {
@@ -100,16 +100,15 @@ void Log::writeLine(std::string_view name, std::string_view separator, std::stri
         return;
     const std::string line = makeLine(level, depth_, name, separator, value);
     whole.memoryText_ += line;
-    if (whole.file_.is_open())
-        whole.file_ << line;
+    if (whole.file_ != nullptr)
+        *whole.file_ << line;
 }
 
 void Log::setFile(const std::string& path) {
-    std::ofstream& file = instance()->file_;
-    if (file.is_open())
-        file.close();
-    file.clear();
-    file.open(Platform::foldPath(path), std::ios::binary | std::ios::trunc);
+    instance()->file_.reset(); // before the same file is truncated
+    auto file = std::make_unique<std::ofstream>(Platform::foldPath(path),
+                                                std::ios::binary | std::ios::trunc);
+    instance()->file_ = file->is_open() ? std::move(file) : nullptr;
 }
 
 std::string Log::getText() {

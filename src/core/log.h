@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -71,7 +72,7 @@ private:
                    std::int32_t level) const;
 
     // Of these the file and the text are used in the singleton alone.
-    std::ofstream file_;
+    std::unique_ptr<std::ofstream> file_; // by pointer: a stream is dear to make
     std::string memoryText_;
     std::int32_t scoped_ = 0;
     std::int32_t depth_ = -1;     // the singleton's: the depth of the whole log

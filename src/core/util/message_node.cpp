@@ -4,6 +4,8 @@
 #include "core/log.h"
 
 #include <algorithm>
+#include <new>
+#include <utility>
 
 namespace MVR::Util {
 
@@ -38,7 +40,9 @@ std::int32_t linkMismatch() {
 struct MessageNode::Walk {
     explicit Walk(MessageNode* sender)
         : node(sender), outer(sender->walks_), remaining(sender->listeners_.size()) {
-        node->walks_ = this;
+        // Laundered, since GCC warns of the local's address: it can't see the destructor take it
+        // out.
+        node->walks_ = std::launder(this);
     }
     ~Walk() {
         if (node != nullptr)

@@ -13,19 +13,23 @@ constexpr std::uint32_t kSmallTableBits = 8;
 constexpr std::size_t kLargeOutput = 16384;
 
 constexpr std::uint32_t kMaxBytes = 3; // Of one entry.
-constexpr std::uint32_t kLookups = 4;  // Between two refills, which leave 56 bits or more.
-static_assert(kLookups * kLargeTableBits <= 56);
+constexpr std::uint32_t kLookups = 4;  // Between two refills, which leave 49 bits or more.
+static_assert(kLookups * kLargeTableBits <= 49);
 
 std::uint32_t makeEntry(std::uint32_t content, std::uint32_t bytes, std::uint32_t bits) {
-    return content | bytes << 24 | bits << 26;
+    return content << 8 | bytes << 6 | bits;
+}
+
+std::uint32_t contentOf(std::uint32_t entry) {
+    return entry >> 8;
 }
 
 std::uint32_t bytesOf(std::uint32_t entry) {
-    return entry >> 24 & 3;
+    return entry >> 6 & 3;
 }
 
 std::uint32_t bitsOf(std::uint32_t entry) {
-    return entry >> 26;
+    return entry & 63;
 }
 
 } // namespace
@@ -77,7 +81,7 @@ void HuffmanDecoder::joinEntries() {
             if (bytesOf(next) == 0 || bits > tableBits_)
                 break;
             const std::uint32_t bytes = bytesOf(joined);
-            const std::uint32_t content = (joined & 0xFFFFFF) | (next & 0xFF) << 8 * bytes;
+            const std::uint32_t content = contentOf(joined) | (contentOf(next) & 0xFF) << 8 * bytes;
             joined = makeEntry(content, bytes + 1, bits);
         }
         table_[i] = joined;
@@ -99,34 +103,53 @@ bool HuffmanDecoder::decodeOne(const std::uint8_t* payload, std::uint64_t& bit,
     return true;
 }
 
-std::size_t HuffmanDecoder::decode(const std::uint8_t* payload, std::size_t payloadSize,
-                                   std::uint8_t* const out, std::size_t outSize) const {
+// Goes on from `bit` by the table, as long as eight bytes can be read at once and what a round may
+// give fits, or up to a code that is longer than the table's.
+std::uint8_t* HuffmanDecoder::decodeRun(const std::uint8_t* payload, std::size_t payloadSize,
+                                        std::uint64_t& bit, std::uint8_t* to,
+                                        const std::uint8_t* end) const {
     // Each entry stores four bytes, whatever it holds.
-    constexpr std::size_t kRoom = kLookups * kMaxBytes + sizeof(Entry);
+    constexpr std::ptrdiff_t kRoom = kLookups * kMaxBytes + sizeof(Entry);
+    const Entry* const table = table_.data();
     const std::uint64_t mask = table_.size() - 1;
+    if (bit / 8 + 8 > payloadSize || end - to < kRoom)
+        return to;
+    const std::uint8_t* from = payload + bit / 8;
+    const std::uint8_t* const last = payload + payloadSize - 8;
+    // The bits that are read and not yet used, and their number. Above them may stand the next bits
+    // of the payload, which are then read again.
+    std::uint64_t bits = loadLittle64(from) >> bit % 8;
+    std::uint32_t count = 56 - bit % 8;
+    from += 7;
+    Entry entry = makeEntry(0, 1, 0);
+    while (true) {
+        for (std::uint32_t i = 0; i < kLookups; ++i) {
+            entry = table[bits & mask];
+            if (bytesOf(entry) == 0)
+                break;
+            storeLittle32(to, contentOf(entry));
+            to += bytesOf(entry);
+            count -= bitsOf(entry);
+            bits >>= bitsOf(entry);
+        }
+        if (bytesOf(entry) == 0 || from > last || end - to < kRoom)
+            break;
+        bits |= loadLittle64(from) << count;
+        from += (63 - count) / 8;
+        count |= 56;
+    }
+    bit = std::uint64_t(from - payload) * 8 - count;
+    return to;
+}
+
+std::size_t HuffmanDecoder::decode(const std::uint8_t* payload, std::size_t payloadSize,
+                                   std::uint8_t* out, std::size_t outSize) const {
     const std::uint64_t bitCount = std::uint64_t(payloadSize) * 8;
     std::uint64_t bit = 0;
     std::uint8_t* to = out;
     std::uint8_t* const end = out + outSize;
     while (to != end) {
-        while (bit / 8 + 8 <= payloadSize && static_cast<std::size_t>(end - to) >= kRoom) {
-            const std::uint64_t word = loadLittle64(payload + bit / 8) >> bit % 8;
-            std::uint64_t rest = word;
-            std::uint32_t used = 0;
-            Entry entry = 0;
-            for (std::uint32_t i = 0; i < kLookups; ++i) {
-                entry = table_[rest & mask];
-                if (bytesOf(entry) == 0)
-                    break;
-                storeLittle32(to, entry);
-                to += bytesOf(entry);
-                used += bitsOf(entry);
-                rest >>= bitsOf(entry);
-            }
-            bit += used;
-            if (bytesOf(entry) == 0)
-                break;
-        }
+        to = decodeRun(payload, payloadSize, bit, to, end);
         if (!decodeOne(payload, bit, bitCount, *to))
             break;
         ++to;

@@ -21,12 +21,14 @@ public:
                        std::size_t outSize) const;
 
 private:
-    // Bits 0 to 23: the bytes. 24 to 25: their number, 0 for a code longer than the table's bits.
-    // 26 to 31: the bits they take.
+    // Bits 0 to 5: the bits that the entry takes. 6 to 7: the number of its bytes, 0 for a code
+    // longer than the table's bits. 8 to 31: the bytes.
     using Entry = std::uint32_t;
 
     void fillTable();
     void joinEntries();
+    std::uint8_t* decodeRun(const std::uint8_t* payload, std::size_t payloadSize,
+                            std::uint64_t& bit, std::uint8_t* to, const std::uint8_t* end) const;
     bool decodeOne(const std::uint8_t* payload, std::uint64_t& bit, std::uint64_t bitCount,
                    std::uint8_t& out) const;
 

@@ -1,9 +1,8 @@
 #include "support/core_fixture.h"
 
 #include "core/error_code.h"
-#include "platform/choosers.h"
-#include "platform/headless/desktop.h"
 #include "platform/keyboard_hook.h"
+#include "support/scripted_tool.h"
 
 #include <gmock/gmock.h>
 
@@ -16,6 +15,7 @@ namespace {
 
 using namespace MVR;
 using namespace MVR::Testing;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
@@ -204,6 +204,34 @@ TEST_F(CoreInterfaceTest, AnEmptyTreeGivesAnEmptyConfiguration) {
     core->setInstanceConfigProfile("nobody", "nothing");
     core->update(1.5);
     core->deleteAllInstances();
+}
+
+TEST_F(CoreInterfaceTest, TheHostsTimeReachesTheToolsThatAreChecked) {
+    ScriptedPlugin& kind = ScriptedPlugin::add("Rig");
+    for (const char* name : {"A", "B", "C"})
+        kind.place(*core, name);
+    core->setInstanceChecked("B", false);
+    core->update(1.5);
+    EXPECT_THAT(kind.calls, testing::AllOf(Contains("A setTime 1.5"), Contains("C setTime 1.5"),
+                                           Not(Contains("B setTime 1.5"))));
+    core->setInstanceChecked("Mirvane", true); // and all below
+    core->update(2.5);
+    EXPECT_THAT(kind.calls, Contains("B setTime 2.5"));
+    core->deleteAllInstances();
+    core->update(3.5);
+    EXPECT_THAT(kind.calls, Not(Contains(HasSubstr("setTime 3.5"))));
+    EXPECT_THAT(core->getInstances(false), ElementsAre());
+}
+
+TEST_F(CoreInterfaceTest, TheRecentListComesBackWithTheNextAttachment) {
+    ScriptedPlugin::add("Rig");
+    ASSERT_NE(core->createByType("Rig", "Mine", true), nullptr);
+    ASSERT_EQ(core->getRecentCount(), 1);
+    adaptor.clearUndo();
+    EXPECT_EQ(detachCore(core), 0);
+    core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
+    ASSERT_EQ(core->getRecentCount(), 1);
+    EXPECT_EQ(core->getRecentLabel(0), "Mine");
 }
 
 TEST_F(CoreInterfaceTest, TheEventPumpDeliversKeysAndTellsWhenItIsNeededAgain) {

@@ -1,0 +1,178 @@
+#include "recording/animated_variable.h"
+
+#include "core/log.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace MVR::Util {
+
+namespace {
+
+using Bytes = unsigned char;
+
+template <class Word>
+void storeWord(Bytes* at, Word value) {
+    for (std::size_t i = 0; i < sizeof(Word); ++i)
+        at[i] = static_cast<Bytes>(value >> (8 * i));
+}
+
+template <class Word>
+Word loadWord(const Bytes* at) {
+    Word value = 0;
+    for (std::size_t i = 0; i < sizeof(Word); ++i)
+        value |= static_cast<Word>(static_cast<Word>(at[i]) << (8 * i));
+    return value;
+}
+
+void storeDouble(Bytes* at, double value) {
+    storeWord(at, std::bit_cast<std::uint64_t>(value));
+}
+
+double loadDouble(const Bytes* at) {
+    return std::bit_cast<double>(loadWord<std::uint64_t>(at));
+}
+
+/// The four numbers at the head of a block.
+struct Header {
+    std::uint32_t headerSize;
+    std::uint32_t bytesBehind;
+    std::uint32_t version;
+    std::uint32_t keyCount;
+};
+
+Header loadHeader(const Bytes* at) {
+    return {loadWord<std::uint32_t>(at), loadWord<std::uint32_t>(at + 4),
+            loadWord<std::uint32_t>(at + 8), loadWord<std::uint32_t>(at + 12)};
+}
+
+void storeHeader(Bytes* at, const Header& header) {
+    storeWord(at, header.headerSize);
+    storeWord(at + 4, header.bytesBehind);
+    storeWord(at + 8, header.version);
+    storeWord(at + 12, header.keyCount);
+}
+
+bool refuse(const char* reason) {
+    Log(Log::Warning).write("Recorded values are refused", reason, Log::OwnLevel);
+    return false;
+}
+
+} // namespace
+
+AVar<double>::Key AVar_Linear<double>::interpolate(const Key& a, const Key& b, double time) const {
+    return {time, (b.value - a.value) * (time - a.time) / (b.time - a.time) + a.value};
+}
+
+std::size_t AVar<double>::lowerBound(double time) const {
+    const auto fits = [this, time](std::size_t index) {
+        return (index == 0 || keys_[index - 1].time < time) &&
+               (index == keys_.size() || !(keys_[index].time < time));
+    };
+    // A resimulation asks for the same key again, or for the next.
+    for (std::size_t guess = cursor_; guess <= keys_.size() && guess < cursor_ + 2; ++guess)
+        if (fits(guess))
+            return cursor_ = guess;
+    const auto found =
+        std::lower_bound(keys_.begin(), keys_.end(), time,
+                         [](const Key& key, double wanted) { return key.time < wanted; });
+    return cursor_ = static_cast<std::size_t>(found - keys_.begin());
+}
+
+std::int32_t AVar<double>::findNearest(double time) const {
+    if (keys_.empty())
+        return -1;
+    std::size_t index = lowerBound(time);
+    if (index == keys_.size())
+        --index;
+    else if (index > 0 && keys_[index].time != time &&
+             time - keys_[index - 1].time < keys_[index].time - time)
+        --index;
+    return static_cast<std::int32_t>(index);
+}
+
+double AVar<double>::getValue(double time) const {
+    if (keys_.empty())
+        return defaultValue_;
+    const std::size_t index = lowerBound(time);
+    if (index == keys_.size())
+        return keys_.back().value;
+    if (index == 0 || keys_[index].time == time)
+        return keys_[index].value;
+    return interpolate(keys_[index - 1], keys_[index], time).value;
+}
+
+void AVar<double>::setKey(double time, double value) {
+    if (std::isnan(time))
+        return;
+    if (keys_.empty() || keys_.back().time < time) {
+        keys_.push_back({time, value});
+        return;
+    }
+    const std::size_t index = lowerBound(time);
+    if (keys_[index].time == time)
+        keys_[index].value = value;
+    else
+        keys_.insert(keys_.begin() + static_cast<std::ptrdiff_t>(index), {time, value});
+}
+
+void AVar<double>::eraseFrom(double time) {
+    if (!std::isnan(time))
+        keys_.resize(lowerBound(time));
+}
+
+std::size_t AVar<double>::getDataSize() const {
+    return kHeaderSize + keys_.size() * kKeySize;
+}
+
+void AVar<double>::writeData(void* buffer, std::size_t size) const {
+    if (size < kHeaderSize)
+        return;
+    Bytes* at = static_cast<Bytes*>(buffer);
+    const std::size_t behind = keys_.size() * kKeySize;
+    const auto sizeField = static_cast<std::uint32_t>(behind);
+    if (size < getDataSize() || behind > std::numeric_limits<std::uint32_t>::max()) {
+        storeHeader(at, {kHeaderSize, sizeField, kBlockVersion, 0});
+        return;
+    }
+    storeHeader(at,
+                {kHeaderSize, sizeField, kBlockVersion, static_cast<std::uint32_t>(keys_.size())});
+    at += kHeaderSize;
+    for (const Key& key : keys_) {
+        storeDouble(at, key.time);
+        storeDouble(at + 8, key.value);
+        at += kKeySize;
+    }
+}
+
+bool AVar<double>::readData(const void* buffer, std::size_t size) {
+    if (size < kHeaderSize)
+        return refuse("the header is cut off");
+    const Bytes* at = static_cast<const Bytes*>(buffer);
+    const Header header = loadHeader(at);
+    if (header.headerSize != kHeaderSize || header.version != kBlockVersion)
+        return refuse("not a block of this version");
+    at += kHeaderSize;
+    if (header.keyCount > (size - kHeaderSize) / kKeySize)
+        return refuse("the keys are cut off");
+
+    std::deque<Key> keys(header.keyCount);
+    if (header.bytesBehind == header.keyCount * std::uint64_t(kKeySize)) {
+        const Key* previous = nullptr;
+        for (Key& key : keys) {
+            key = {loadDouble(at), loadDouble(at + 8)};
+            at += kKeySize;
+            if (std::isnan(key.time) || (previous != nullptr && !(previous->time < key.time)))
+                return refuse("the times don't ascend");
+            previous = &key;
+        }
+    }
+    keys_ = std::move(keys);
+    return true;
+}
+
+} // namespace MVR::Util

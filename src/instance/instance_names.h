@@ -1,0 +1,40 @@
+/// \file
+/// The names that the tools of one attachment use, so that a new tool finds a free one at once.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace MVR {
+
+/// Names in use, each as often as it is in use, and for each base name a hint at the lowest number
+/// that may be free: naming the ten thousandth tool costs what naming the first did.
+class InstanceNames {
+public:
+    void add(const std::string& name);
+    /// Ends one use of `name`, which must be in use.
+    void remove(const std::string& name);
+    [[nodiscard]] bool isUsed(const std::string& name) const { return uses_.count(name) != 0; }
+
+    /// `wanted` if it is free. Else its base, which is `wanted` without a suffix of "_" and two
+    /// digits, with the first free suffix of "_01", "_02" and so on.
+    [[nodiscard]] std::string makeUnique(const std::string& wanted);
+
+private:
+    // All numbers from `start` to below `lowest` are in use.
+    struct Hint {
+        std::int32_t start;
+        std::int32_t lowest;
+    };
+
+    std::int32_t firstFree(const std::string& base, std::int32_t start);
+    void lowerHints(std::string_view name);
+
+    std::unordered_map<std::string, std::int32_t> uses_;
+    std::unordered_map<std::string, std::vector<Hint>> hints_; // by base; none says nothing new
+};
+
+} // namespace MVR

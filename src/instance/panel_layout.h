@@ -1,0 +1,75 @@
+/// \file
+/// What a tool says about its panel, written down as layout tags.
+#pragma once
+
+#include "data/tag.h"
+#include "plugins/c_interface.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+/// A panel in the making.
+///
+/// 1. begin().
+/// 2. Groups, which nest, and controls; each control gets the next id.
+/// 3. The layout and the bindings are taken up, then end().
+///
+/// Outside of begin() and end() nothing is added and no id is used up.
+class PanelLayout {
+public:
+    /// A control that waits for its component.
+    struct Binding {
+        std::int32_t id;
+        void* variable; ///< of the tool; its type follows from the control. Null for a button
+        CInterface::Callback* callback; ///< of the tool; may be null
+    };
+
+    /// The result of an add operation when no panel is being built.
+    static constexpr std::int32_t kNoId = -1;
+
+    void begin();
+    void beginGroup(const std::string& name, const std::string& tooltip);
+    void endGroup();
+    void end();
+
+    /// The id of the new control.
+    std::int32_t addSpinnerInt(const std::string& name, const std::string& tooltip,
+                               std::int32_t* variable, std::int32_t minimum, std::int32_t maximum,
+                               std::int32_t step, std::int32_t triggerLength,
+                               CInterface::Callback* callback);
+    std::int32_t addSpinner(const std::string& name, const std::string& tooltip, double* variable,
+                            double minimum, double maximum, double step, std::int32_t triggerLength,
+                            CInterface::Callback* callback);
+    std::int32_t addCheck(const std::string& name, const std::string& tooltip, bool* variable,
+                          CInterface::Callback* callback);
+    std::int32_t addText(const std::string& name, const std::string& tooltip, std::string* variable,
+                         CInterface::Callback* callback);
+    std::int32_t addCombo(const std::string& name, const std::string& tooltip,
+                          const std::vector<std::string>& choices, std::string* variable,
+                          CInterface::Callback* callback);
+    std::int32_t addButton(const std::string& name, const std::string& tooltip,
+                           CInterface::Callback* callback);
+
+    /// The panel as layout tags; empty while none is being built.
+    [[nodiscard]] const Tag& getTag() const { return layout_; }
+    /// In order of the calls.
+    [[nodiscard]] const std::vector<Binding>& getBindings() const { return bindings_; }
+
+private:
+    template <class Number>
+    std::int32_t addNumber(const char* keyword, const std::string& name, const std::string& tooltip,
+                           Number* variable, Number minimum, Number maximum, Number step,
+                           std::int32_t triggerLength, CInterface::Callback* callback);
+    std::int32_t append(Tag control, const std::string& tooltip, void* variable,
+                        CInterface::Callback* callback);
+
+    Tag layout_;
+    std::vector<Tag*> openBodies_; // in layout_, the innermost last
+    std::int32_t nextId_ = 0;      // only grows
+    std::vector<Binding> bindings_;
+};
+
+} // namespace MVR

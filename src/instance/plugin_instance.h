@@ -1,0 +1,226 @@
+/// \file
+/// The runtime of one placed tool.
+#pragma once
+
+#include "core/util/dynamic_object.h"
+#include "core/util/message_node.h"
+#include "data/tag.h"
+#include "instance/panel_layout.h"
+#include "instance/plugin_instance_virtual_device.h"
+#include "instance/temporary_control.h"
+#include "plugins/c_camera.h"
+#include "plugins/c_interface.h"
+#include "recording/animated_variable.h"
+#include "unidevice/control.h"
+#include "unidevice/property_handler.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+class AdaptorInterface;
+class CoreImplementation;
+class InstanceReference;
+class Plugin;
+
+/// The core's side of one placed tool. To the tool it is its CInterface; to the input layer a
+/// device with the tool's virtual controls; to the tree what a reference stands for; to the
+/// recorder what gets prepared, stepped and finished. Owns the tool object. Host thread only.
+///
+/// 1. Plugin::createInstance() makes it, outside the tree.
+/// 2. A reference gives it a place (setReference), extensions 52, init, create or load follow.
+/// 3. Takes: prepareRecording(), step() for each frame, finishRecording().
+/// 4. The end of its reference is its end, and the other way round.
+class PluginInstance final : public PluginInstanceVirtualDevice,
+                             public CInterface,
+                             public Util::MessageNode {
+public:
+    /// A value that the tool offers as input to other tools.
+    class VirtualControl final : public UniDevice::Control {
+    public:
+        using Control::Control;
+    };
+
+    /// Changes the choices of a combo. Its component is a node that takes these messages.
+    class COREComboUpdater final : public Util::DynamicObject,
+                                   public ComboUpdater,
+                                   public Util::DynamicCreator<COREComboUpdater>,
+                                   public Util::MessageNode {
+    public:
+        static constexpr std::int32_t kClearChoices = 20300;
+        static constexpr std::int32_t kAddChoice = 20301; ///< lParam: a const std::string*
+
+        explicit COREComboUpdater(std::int32_t id);
+        void update(std::vector<std::string> choices) override;
+        void setComponent(Util::MessageNode* component) { component_ = component; }
+        [[nodiscard]] std::int32_t getId() const { return id_; }
+
+    private:
+        Util::MessageNode* component_ = nullptr; // null until the panel is built; not owned
+        std::int32_t id_;
+    };
+
+    using RecordedValues = std::vector<Util::AVar_Linear<double>>;
+
+    /// What applyInputProfile() gives for a tag that is no profile.
+    static constexpr std::int32_t kNoProfile = 9999999;
+    /// Broadcast when the bindings of the input properties were replaced.
+    static constexpr std::int32_t kInputProfileApplied = 154;
+
+    /// `name` empty: that of the plug-in plus "_01". A name in use is made unique.
+    PluginInstance(CoreImplementation* core, Plugin* plugin, const std::string& name);
+    /// Ends the reference and the tool; the scene objects stay.
+    ~PluginInstance() override;
+
+    /// The instance's name, unique among the tools in the tree.
+    [[nodiscard]] std::string getName() const override { return name; }
+    /// Takes `wanted`, or what makes it unique; getName() tells the name taken.
+    void setName(std::string wanted) override;
+    /// The name that it has in the data it is made from, by which that data names it.
+    [[nodiscard]] const std::string& getNameFromData() const { return nameFromData_; }
+    void setNameFromData(const std::string& dataName) { nameFromData_ = dataName; }
+    /// True while the creation that makes it runs.
+    [[nodiscard]] bool isUnderCreation() const { return underCreation_; }
+    void setUnderCreation(bool underCreation) { underCreation_ = underCreation; }
+
+    /// Gives the instance its place. A second one is logged and taken all the same.
+    void setReference(InstanceReference* reference);
+    [[nodiscard]] InstanceReference* getReference() const { return reference_; }
+    /// The reference ends: destroys this instance, unless that has begun already.
+    void clearReference();
+    /// True if it has a reference that is in the tree.
+    [[nodiscard]] bool isInTree() const;
+    /// For the reference, after its in-tree flag changed: takes or frees the name.
+    void updateNameUse();
+    /// Takes the tool out of the tree as an undoable step; with `deleteScene` the scene objects
+    /// behind it go too.
+    void unplug(bool deleteScene);
+
+    [[nodiscard]] CoreImplementation* getCore() const { return core_; }
+    [[nodiscard]] Plugin* getPlugin() const { return plugin_; }
+    /// The tool object.
+    [[nodiscard]] CCamera* getCode() const { return code_.get(); }
+    [[nodiscard]] std::string getPluginKey() const;
+
+    /// Has the tool select its object in the host; its answer, 0 if it can't.
+    std::int32_t selectObject();
+    /// What the tool wants saved with it.
+    Tag& getCustomData(Tag& out);
+    void setCustomData(Tag data);
+    /// The host's time changed outside a take.
+    void timeChanged(double time);
+
+    /// A tag "profile" of the present bindings and their parameters.
+    [[nodiscard]] Tag getInputProfile(const std::string& profileName) const;
+    /// Replaces all bindings. Gives the number of controls that were not found, or `kNoProfile`,
+    /// with nothing changed.
+    std::int32_t applyInputProfile(const Tag& profile);
+
+    [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
+    /// One for each property at most, in their order; filled from saved data and by takes.
+    [[nodiscard]] RecordedValues& getRecordedValues() { return *recordedValues_; }
+
+    /// A take or resimulation starts at `time`: what is stored from there on goes, undoably.
+    void prepareRecording(double time);
+    /// One frame. A take stores the raw values of the bound controls, a resimulation puts the
+    /// stored ones in their place; then the tool records.
+    void step(double time);
+    void finishRecording(double time);
+
+    // UniDevice::Device
+    [[nodiscard]] std::int32_t controlCount() const override;
+    [[nodiscard]] UniDevice::Control* control(std::int32_t index) override;
+    bool update(std::int32_t reserved) override;
+    bool prepareDetection() override { return false; }
+    UniDevice::Control* detectControl(const std::vector<UniDevice::Control*>* excluded,
+                                      void* context) override;
+    void resetControls() override {}
+
+    // CExtendable
+    std::intptr_t extend(std::int32_t id, std::intptr_t data) override;
+    std::vector<std::int32_t> getExtensions() override;
+
+    // CInterface
+    void addUndo(CUndo* object) override;
+    UniDevice::Property* addProperty(std::string propertyName, std::int32_t acceptedKinds,
+                                     UniDevice::Property::Factory* factory) override;
+    UniDevice::Property* findProperty(std::string propertyName) override;
+    void beginPanel() override;
+    void endPanel() override;
+    void beginGroup(std::string label, std::string tooltip) override;
+    void endGroup() override;
+    void addSpinnerInt(std::string label, std::string tooltip, std::int32_t* variable,
+                       std::int32_t minimum, std::int32_t maximum, std::int32_t step,
+                       std::int32_t triggerLength, bool input, std::intptr_t unused,
+                       Callback* callback) override;
+    void addSpinner(std::string label, std::string tooltip, double* variable, double minimum,
+                    double maximum, double step, std::int32_t triggerLength, bool input,
+                    std::intptr_t unused, Callback* callback) override;
+    void addCheck(std::string label, std::string tooltip, bool* variable,
+                  Callback* callback) override;
+    void addText(std::string label, std::string tooltip, std::string* variable,
+                 Callback* callback) override;
+    ComboUpdater* addCombo(std::string label, std::string tooltip, std::vector<std::string> choices,
+                           std::string* variable, Callback* callback) override;
+    void addButton(std::string label, std::string tooltip, Callback* callback) override;
+    void openConfiguration() override;
+    void updatePanel() override;
+    std::intptr_t openInputDialog() override;
+    std::string getDataPath() override;
+    void setSaveData(const void* bytes, std::int32_t size) override;
+    std::int32_t getSaveData(const void** address) override;
+    void clearSaveData() override;
+    void destroyNode(SceneNode* node, std::intptr_t unused) override;
+    SceneNode* createNode(std::string nodeName) override;
+    SceneNode* createNode(std::string nodeName, std::intptr_t kind, std::intptr_t parent) override;
+    SceneNode* createNode(std::string nodeName, std::intptr_t kind, std::intptr_t mesh,
+                          std::intptr_t parent) override;
+    void createNode(std::string nodeName, CMesh mesh) override;
+    TransformSnapshot* getSnapshot(SceneNode* node, double time) override;
+    HelperSnapshot* getHelperSnapshot(SceneNode* node) override;
+    MeshSnapshot* getMeshSnapshot(SceneNode* node, double time) override;
+    std::intptr_t getLensSnapshot(SceneNode* node, double time) override;
+    std::intptr_t nodeQuery1(SceneNode* node) override;
+    std::intptr_t nodeQuery2(SceneNode* node) override;
+    std::intptr_t nodeQuery3(SceneNode* node) override;
+    std::intptr_t nodeQuery4(SceneNode* node) override;
+    std::intptr_t nodeQuery5(SceneNode* node) override;
+    double getTime() override;
+    double getFrameRate() override;
+    double getFrameStep() override;
+    void redraw() override;
+    std::int32_t messageBox(std::string text, std::string title, std::int32_t flags) override;
+
+private:
+    [[nodiscard]] AdaptorInterface* adaptor() const;
+    [[nodiscard]] PluginInstance* parentInstance() const;
+    UniDevice::Control* addVirtualControl(const VirtualControlRecord& record);
+    void addMasterNodes(Tag& out);
+    void addSpinnerProperty(std::int32_t id, const std::string& label, bool input);
+
+    Util::Owned<CCamera> code_;
+    bool unplugging_ = false;
+    InstanceReference* reference_ = nullptr; // not owned
+    Plugin* plugin_;                         // not owned
+    std::vector<Util::Owned<COREComboUpdater>> comboUpdaters_;
+    std::map<std::int32_t, UniDevice::Property*> spinnerProperties_; // by component id
+    UniDevice::PropertyHandler properties_;
+    // Shared with nobody: undo entries that outlive this instance watch it.
+    std::shared_ptr<RecordedValues> recordedValues_ = std::make_shared<RecordedValues>();
+    std::vector<std::unique_ptr<TemporaryControl>> temporaryControls_; // by property
+    bool controlsReplaced_ = false; // the temporary controls are in place
+    CoreImplementation* core_;
+    std::string savedBlock_;
+    PanelLayout panelLayout_;
+    std::string nameFromData_;
+    bool underCreation_ = false;
+    bool destroying_ = false;
+    bool nameInUse_ = false; // the core's index of names counts this one
+    std::vector<Util::Owned<VirtualControl>> virtualControls_; // only grows
+};
+
+} // namespace MVR

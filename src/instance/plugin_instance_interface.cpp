@@ -1,0 +1,264 @@
+#include "instance/plugin_instance.h"
+
+#include "core/core_implementation.h"
+#include "core/log.h"
+#include "platform/choosers.h"
+#include "plugins/c_mesh.h"
+#include "plugins/extension_ids.h"
+#include "plugins/instance_reference.h"
+#include "plugins/plugin.h"
+
+namespace MVR {
+
+namespace {
+
+/// Of the record that extension 39 gets only the second field is known here.
+struct NodeDataRecord {
+    std::intptr_t data;
+    SceneNode* node;
+};
+
+constexpr std::uint32_t kPacked = 0x20000; // beside the bits of SaveMask
+
+template <class Record>
+Record* pointerTo(std::intptr_t data) {
+    return reinterpret_cast<Record*>(data);
+}
+
+bool isMissing(const SceneNode* node, const char* complaint) {
+    if (node == nullptr)
+        Log(Log::Warning).write(complaint);
+    return node == nullptr;
+}
+
+std::uint32_t platformButtons(std::int32_t flags) {
+    switch (flags & 0xF) {
+    case 1:
+        return Platform::kButtonsYesNo;
+    case 2:
+        return Platform::kButtonsYesNoCancel;
+    case 3:
+        return Platform::kButtonsOkCancel;
+    }
+    return Platform::kButtonsOk;
+}
+
+std::uint32_t platformIcon(std::int32_t flags) {
+    switch (flags & 0xFFF0) {
+    case 16:
+        return Platform::kIconQuestion;
+    case 32:
+        return Platform::kIconError;
+    case 48:
+        return Platform::kIconWarning;
+    }
+    return 0;
+}
+
+} // namespace
+
+std::vector<std::int32_t> PluginInstance::getExtensions() {
+    return {InterfaceExtension::kAddVirtualControl, InterfaceExtension::kUnplug,
+            InterfaceExtension::kNodeAtTime, InterfaceExtension::kNodeData};
+}
+
+std::intptr_t PluginInstance::extend(std::int32_t id, std::intptr_t data) {
+    switch (id) {
+    case InterfaceExtension::kNodeAtTime: {
+        const auto* const record = pointerTo<NodeTimeRecord>(data);
+        if (record == nullptr || record->node == nullptr)
+            return 0;
+        return record->node->firstExtension(record->time);
+    }
+    case InterfaceExtension::kNodeData: {
+        const auto* const record = pointerTo<NodeDataRecord>(data);
+        if (record != nullptr && record->node != nullptr)
+            record->node->secondExtension(data);
+        return 0;
+    }
+    case InterfaceExtension::kAddVirtualControl:
+        return reinterpret_cast<std::intptr_t>(
+            addVirtualControl(*pointerTo<VirtualControlRecord>(data)));
+    case InterfaceExtension::kUnplug:
+        unplug(true);
+        return 0;
+    case InterfaceExtension::kParentName:
+        if (const PluginInstance* const parent = parentInstance())
+            *pointerTo<std::string>(data) = parent->getName();
+        return 0;
+    case InterfaceExtension::kMasterNodes:
+        addMasterNodes(*pointerTo<Tag>(data));
+        return 0;
+    }
+    Log(Log::Warning).write("Interface: Caught unhandled extension", id, Log::OwnLevel);
+    return 0;
+}
+
+/// The instance above in the tree, unless that is the root.
+PluginInstance* PluginInstance::parentInstance() const {
+    const InstanceReference* const parent =
+        reference_ != nullptr ? reference_->getParentReference() : nullptr;
+    return parent != nullptr && parent != core_->getRoot() ? parent->getInstance() : nullptr;
+}
+
+/// Appends one "masternode" for this tool and each above it whose object is in the scene, the
+/// outermost first: what a tool needs to build its chain of parents again.
+void PluginInstance::addMasterNodes(Tag& out) {
+    std::vector<PluginInstance*> chain{this};
+    for (PluginInstance* above = parentInstance();
+         above != nullptr && !adaptor()->getNodes(above).empty(); above = above->parentInstance())
+        chain.push_back(above);
+    for (auto each = chain.rbegin(); each != chain.rend(); ++each) {
+        Tag master = Tag::element("masternode");
+        if (const PluginInstance* const parent = (*each)->parentInstance())
+            master.addChild(Tag::element("parent", parent->getName()));
+        if (InstanceReference* const reference = (*each)->reference_) {
+            if (reference->getParentReference() != nullptr)
+                master.addChild(Tag::element("childindex", reference->getPosition()));
+            Tag configuration;
+            reference->save(configuration, SaveMask::kDetached | kPacked);
+            master.addChild(std::move(configuration));
+        }
+        out.addChild(std::move(master));
+    }
+}
+
+void PluginInstance::addUndo(CUndo* object) {
+    adaptor()->addUndo(object);
+}
+
+UniDevice::Property* PluginInstance::addProperty(std::string propertyName,
+                                                 std::int32_t acceptedKinds,
+                                                 UniDevice::Property::Factory*) {
+    return properties_.getOrCreate(propertyName, acceptedKinds, UniDevice::Property::Factory());
+}
+
+UniDevice::Property* PluginInstance::findProperty(std::string propertyName) {
+    return properties_.property(propertyName);
+}
+
+std::string PluginInstance::getDataPath() {
+    if (!code_->supportsExtension(ToolExtension::kDataPath))
+        return plugin_->getUserDataFolder();
+    std::string path;
+    code_->extend(ToolExtension::kDataPath, reinterpret_cast<std::intptr_t>(&path));
+    return path;
+}
+
+void PluginInstance::setSaveData(const void* bytes, std::int32_t size) {
+    if (bytes != nullptr && size > 0)
+        savedBlock_.assign(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
+    else
+        savedBlock_.clear();
+}
+
+std::int32_t PluginInstance::getSaveData(const void** address) {
+    if (address != nullptr)
+        *address = savedBlock_.empty() ? nullptr : savedBlock_.data();
+    return static_cast<std::int32_t>(savedBlock_.size());
+}
+
+void PluginInstance::clearSaveData() {
+    savedBlock_.clear();
+}
+
+void PluginInstance::destroyNode(SceneNode* node, std::intptr_t) {
+    if (!isMissing(node, "Trying to destroy NULL node"))
+        node->destroy(1);
+}
+
+SceneNode* PluginInstance::createNode(std::string nodeName) {
+    return adaptor()->createNode(this, std::move(nodeName));
+}
+
+SceneNode* PluginInstance::createNode(std::string nodeName, std::intptr_t kind,
+                                      std::intptr_t parent) {
+    return adaptor()->createNode(this, std::move(nodeName), kind, parent);
+}
+
+SceneNode* PluginInstance::createNode(std::string nodeName, std::intptr_t kind, std::intptr_t mesh,
+                                      std::intptr_t parent) {
+    return adaptor()->createNode(this, std::move(nodeName), kind, mesh, parent);
+}
+
+void PluginInstance::createNode(std::string, CMesh) {}
+
+TransformSnapshot* PluginInstance::getSnapshot(SceneNode* node, double time) {
+    if (isMissing(node, "Trying to acquire snapshot from NULL node"))
+        return nullptr;
+    return node->getSnapshot(time);
+}
+
+HelperSnapshot* PluginInstance::getHelperSnapshot(SceneNode* node) {
+    if (isMissing(node, "Trying to acquire helper snapshot from NULL node"))
+        return nullptr;
+    return node->getHelperSnapshot();
+}
+
+MeshSnapshot* PluginInstance::getMeshSnapshot(SceneNode* node, double time) {
+    if (isMissing(node, "Trying to acquire mesh snapshot from NULL node"))
+        return nullptr;
+    return node->getMeshSnapshot(time);
+}
+
+std::intptr_t PluginInstance::getLensSnapshot(SceneNode* node, double time) {
+    if (isMissing(node, "Trying to acquire lens snapshot from NULL node"))
+        return 0;
+    return node->getLensSnapshot(time);
+}
+
+std::intptr_t PluginInstance::nodeQuery1(SceneNode* node) {
+    NodeQueryHandler* const handler = node != nullptr ? node->getQueryHandler() : nullptr;
+    return handler != nullptr ? handler->query(node) : 0;
+}
+
+std::intptr_t PluginInstance::nodeQuery2(SceneNode* node) {
+    NodeMeshHandler* const handler = node != nullptr ? node->getMeshHandler() : nullptr;
+    return handler != nullptr ? handler->query(node) : 0;
+}
+
+std::intptr_t PluginInstance::nodeQuery3(SceneNode* node) {
+    NodeMeshHandler* const handler = node != nullptr ? node->getMeshHandler() : nullptr;
+    return handler != nullptr ? handler->endMeshSnapshot(node) : 0;
+}
+
+std::intptr_t PluginInstance::nodeQuery4(SceneNode* node) {
+    NodeMeshHandler* const handler = node != nullptr ? node->getMeshHandler() : nullptr;
+    return handler != nullptr ? handler->endHelperSnapshot(node) : 0;
+}
+
+std::intptr_t PluginInstance::nodeQuery5(SceneNode* node) {
+    NodeTransformHandler* const handler = node != nullptr ? node->getTransformHandler() : nullptr;
+    return handler != nullptr ? handler->endSnapshot(node) : 0;
+}
+
+double PluginInstance::getTime() {
+    return adaptor()->getTime();
+}
+
+double PluginInstance::getFrameRate() {
+    return adaptor()->getFrameRate();
+}
+
+double PluginInstance::getFrameStep() {
+    return adaptor()->getFrameStep();
+}
+
+void PluginInstance::redraw() {
+    if (!core_->isRecording())
+        adaptor()->redraw();
+}
+
+std::int32_t PluginInstance::messageBox(std::string text, std::string title, std::int32_t flags) {
+    switch (core_->messageBox(0, text, title, platformButtons(flags) | platformIcon(flags))) {
+    case Platform::kAnswerCancel:
+        return 1;
+    case Platform::kAnswerYes:
+        return 2;
+    case Platform::kAnswerNo:
+        return 3;
+    }
+    return 0;
+}
+
+} // namespace MVR

@@ -1,0 +1,61 @@
+#include "instance/plugin_instance.h"
+
+#include "core/core_implementation.h"
+#include "recording/variable_mod_undo.h"
+
+#include <algorithm>
+
+namespace MVR {
+
+void PluginInstance::prepareRecording(double time) {
+    code_->startRecording(time);
+    for (SceneNode* node : adaptor()->getNodes(this))
+        node->startRecording(time);
+    const auto count = static_cast<std::size_t>(properties_.count());
+    RecordedValues& recorded = *recordedValues_;
+    if (recorded.size() < count)
+        recorded.resize(count);
+    if (!core_->isResimulating()) {
+        addUndo(new CVariableModUndo<RecordedValues>(recordedValues_));
+        for (Util::AVar_Linear<double>& variable : recorded)
+            variable.eraseFrom(time);
+        return;
+    }
+    while (temporaryControls_.size() < count)
+        temporaryControls_.push_back(std::make_unique<TemporaryControl>(
+            static_cast<std::int32_t>(temporaryControls_.size())));
+    for (std::size_t i = 0; i < count; ++i)
+        temporaryControls_[i]->takeOver(*properties_.property(static_cast<std::int32_t>(i)));
+    controlsReplaced_ = true;
+}
+
+void PluginInstance::step(double time) {
+    RecordedValues& recorded = *recordedValues_;
+    if (controlsReplaced_) {
+        const std::size_t count = std::min(temporaryControls_.size(), recorded.size());
+        for (std::size_t i = 0; i < count; ++i)
+            temporaryControls_[i]->setValue(recorded[i].getValue(time));
+    } else {
+        // The raw value, before the property's mapping: a later change of that acts on a
+        // resimulation.
+        const std::size_t count =
+            std::min(static_cast<std::size_t>(properties_.count()), recorded.size());
+        for (std::size_t i = 0; i < count; ++i) {
+            const UniDevice::Control* const control =
+                properties_.property(static_cast<std::int32_t>(i))->control;
+            recorded[i].setKey(time, control != nullptr ? control->getValue() : 0.0);
+        }
+    }
+    code_->record(time);
+}
+
+void PluginInstance::finishRecording(double time) {
+    code_->finishRecording(time);
+    if (!controlsReplaced_)
+        return;
+    controlsReplaced_ = false;
+    for (std::size_t i = 0; i < temporaryControls_.size(); ++i)
+        temporaryControls_[i]->giveBack(*properties_.property(static_cast<std::int32_t>(i)));
+}
+
+} // namespace MVR

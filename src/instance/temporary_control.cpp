@@ -1,0 +1,51 @@
+#include "instance/temporary_control.h"
+
+#include <algorithm>
+
+namespace MVR {
+
+namespace {
+
+constexpr std::int32_t kAllKinds = 0xFFFF;
+
+} // namespace
+
+TemporaryControl::TemporaryControl(std::int32_t position) : Control(nullptr, kAllKinds, 0.0) {
+    index = position;
+    type = "Temporary control";
+    description = "Temporary control";
+}
+
+TemporaryControl::~TemporaryControl() {
+    keep(nullptr);
+}
+
+void TemporaryControl::takeOver(UniDevice::Property& property) {
+    UniDevice::Control* const own = property.control;
+    property.bind(this);
+    keep(own);
+}
+
+void TemporaryControl::giveBack(UniDevice::Property& property) {
+    UniDevice::Control* const own = kept_;
+    keep(nullptr);
+    property.bind(own);
+}
+
+void TemporaryControl::controlRemoved(UniDevice::Control* control) {
+    if (control == kept_)
+        kept_ = nullptr;
+}
+
+void TemporaryControl::keep(UniDevice::Control* control) {
+    if (kept_ != nullptr) {
+        auto& others = kept_->targets;
+        others.erase(std::remove(others.begin(), others.end(), static_cast<ControlTarget*>(this)),
+                     others.end());
+    }
+    kept_ = control;
+    if (kept_ != nullptr)
+        kept_->targets.push_back(this);
+}
+
+} // namespace MVR

@@ -1,0 +1,35 @@
+/// \file
+/// What stands in for a live control while a take is simulated again.
+#pragma once
+
+#include "unidevice/control.h"
+#include "unidevice/control_target.h"
+#include "unidevice/property.h"
+
+#include <cstdint>
+
+namespace MVR {
+
+/// Takes the place of a property's control, fed from the stored values, and keeps the property's
+/// own binding for the time after. A device may go in the meantime: then there is no control to
+/// come back to.
+class TemporaryControl final : public UniDevice::Control, public UniDevice::ControlTarget {
+public:
+    /// `index` is that of the property among those of its tool.
+    explicit TemporaryControl(std::int32_t index);
+    ~TemporaryControl() override;
+
+    /// Exchanges the binding of `property` with the one that is kept here.
+    void takeOver(UniDevice::Property& property);
+    /// Gives `property` its own binding back.
+    void giveBack(UniDevice::Property& property);
+
+    void controlRemoved(UniDevice::Control* control) override;
+
+private:
+    void keep(UniDevice::Control* control);
+
+    UniDevice::Control* kept_ = nullptr; // not owned
+};
+
+} // namespace MVR

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "plugins/c_camera_plugin.h"
+#include "plugins/c_interface.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace MVR {
+class CoreImplementation;
+class PluginInstance;
+} // namespace MVR
+
+namespace MVR::Testing {
+
+class ScriptedTool;
+
+/// A kind of tool whose objects do as the test says and note each call as a line of text, such as
+/// "Rig_01 record 0.04".
+class ScriptedPlugin final : public CCameraPlugin {
+public:
+    /// A new kind of tool, known to the core until it is unloaded. After the core was loaded.
+    static ScriptedPlugin& add(const std::string& typeName);
+
+    /// A tool of this kind under the root of the tree; an empty name takes the kind's first one.
+    PluginInstance& place(CoreImplementation& core, const std::string& name = "") const;
+
+    std::vector<std::string> calls;
+    std::vector<std::string> properties;  ///< asked for in init()
+    std::vector<std::int32_t> extensions; ///< what the tools say that they answer
+    std::int32_t initResult = 0;
+    std::int32_t createResult = 0;
+    std::int32_t loadResult = 0;
+    std::int32_t saveResult = 0;
+    bool writesKeys = false; ///< record() writes the first property's value to its node "Node"
+    std::function<void(ScriptedTool&)> onInit;
+    std::function<void(ScriptedTool&, double)> onStart;
+    std::function<void(ScriptedTool&, double)> onRecord;
+    std::function<void(ScriptedTool&, double)> onFinish;
+    std::function<std::intptr_t(ScriptedTool&, std::int32_t, std::intptr_t)> onExtend;
+
+    CCamera* create(CCamera::CreateParam* param) override;
+    std::string getName() override { return name_; }
+    std::string getDescription() override { return "A tool for tests"; }
+    std::string getCategory() override { return "Tests"; }
+
+private:
+    explicit ScriptedPlugin(std::string typeName) : name_(std::move(typeName)) {}
+
+    std::string name_;
+};
+
+/// One placed tool of that kind. Its kind must outlive it.
+class ScriptedTool final : public CCamera {
+public:
+    ScriptedTool(const CreateParam* param, ScriptedPlugin& kind) : CCamera(param), kind_(kind) {}
+    ~ScriptedTool() override { note("destroy"); }
+
+    ScriptedPlugin& getKind() const { return kind_; }
+    /// The mapped value of its property at `index` now.
+    double read(std::size_t index) const;
+
+    std::intptr_t extend(std::int32_t id, std::intptr_t data) override;
+    std::vector<std::int32_t> getExtensions() override { return kind_.extensions; }
+    void startRecording(double time) override;
+    void finishRecording(double time) override;
+    void record(double time) override;
+    void setTime(double time) override { note("setTime", time); }
+    std::int32_t init() override;
+    std::int32_t create() override;
+    std::int32_t load() override;
+    std::int32_t save() override;
+
+private:
+    void note(const std::string& call);
+    void note(const std::string& call, double time);
+
+    ScriptedPlugin& kind_;
+    std::vector<UniDevice::Property*> properties_; // the core's
+};
+
+} // namespace MVR::Testing

@@ -60,7 +60,8 @@ def check_functions(name, text):
         if length > LONGEST_FUNCTION and REASON not in around:
             yield Finding(name, begin, f"a function of {length} lines",
                           f"take steps out into functions of their own; a table or a switch that"
-                          f' reads better whole says "{REASON} ..."')
+                          f' reads better whole says "{REASON} ..."',
+                          warning=name.split("/")[0] not in PRODUCT_FOLDERS)
 
 
 def count_code(files, folders):

@@ -1,0 +1,47 @@
+#ifndef MIRVANE_PLUGINS_EXTENSION_IDS_H
+#define MIRVANE_PLUGINS_EXTENSION_IDS_H
+
+#include <cstdint>
+
+namespace MVR {
+
+/// Ids that the core passes to CExtendable::extend() of a descriptor.
+namespace DescriptorExtension {
+/// `data`: std::vector<std::string>* to fill with old type names of the tool, by which saved data
+/// may still call it. Sent whether it is supported or not.
+constexpr std::int32_t kOldNames = 16;
+/// Only asked for: the tool is internal, and the user isn't offered it.
+constexpr std::int32_t kInternal = 51;
+} // namespace DescriptorExtension
+
+/// Ids that the core passes to CExtendable::extend() of a tool object.
+namespace ToolExtension {
+/// `data`: the virtual control that wants its value. Sent whether it is supported or not.
+constexpr std::int32_t kVirtualControl = 40;
+/// All tools of one creation exist and are linked; `data` is 0.
+constexpr std::int32_t kAfterCreate = 42;
+/// `data`: Tag* to fill with what the tool wants saved, and the Tag* that was saved. Sent whether
+/// they are supported or not.
+constexpr std::int32_t kGetCustomData = 44;
+constexpr std::int32_t kSetCustomData = 45;
+/// `data`: std::string* to fill with the tool's own data folder.
+constexpr std::int32_t kDataPath = 48;
+/// The user asks for the object behind the tool to be selected; `data` is 0.
+constexpr std::int32_t kSelectObject = 49;
+/// `data`: std::string*, the folder that the tool's data came from; sent before init().
+constexpr std::int32_t kDataFolder = 52;
+} // namespace ToolExtension
+
+/// Ids that a tool passes to extend() of its CInterface; see there.
+namespace InterfaceExtension {
+constexpr std::int32_t kNodeAtTime = 38;
+constexpr std::int32_t kNodeData = 39;
+constexpr std::int32_t kAddVirtualControl = 41;
+constexpr std::int32_t kUnplug = 43;
+constexpr std::int32_t kParentName = 55;
+constexpr std::int32_t kMasterNodes = 56;
+} // namespace InterfaceExtension
+
+} // namespace MVR
+
+#endif

@@ -1,0 +1,72 @@
+/// \file
+/// The core's side of one kind of tool.
+#pragma once
+
+#include "core/util/dynamic_object.h"
+#include "core/util/message_node.h"
+#include "data/tag.h"
+#include "plugins/c_camera_plugin.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace MVR {
+
+class CoreImplementation;
+class Library;
+class PluginInstance;
+
+/// The attribute "version" of saved tools.
+constexpr const char* kToolDataVersion = "2.5";
+
+/// One kind of tool: owns its descriptor, lays out its folders, makes and keeps its instances. It
+/// lives as long as its library, its instances belong to one attachment each. Host thread only.
+class Plugin final : public Util::DynamicObject, public Util::MessageNode {
+public:
+    /// A new plug-in of `library`, which owns it; it owns `descriptor`. Without one of them: null,
+    /// with `error` the code of "PLUGIN_NOPARENTLIBRARY" or "PLUGIN_NOHANDLER", and `descriptor`
+    /// stays the caller's. On success `error` stays as it is.
+    static Plugin* create(Library* library, CCameraPlugin* descriptor, std::int32_t& error);
+    /// Destroys the instances, last first, then leaves the library and frees the descriptor.
+    ~Plugin() override;
+
+    /// The type name, which is the descriptor's.
+    [[nodiscard]] std::string getName() const override { return descriptor_->getName(); }
+    [[nodiscard]] CCameraPlugin* getDescriptor() const { return descriptor_.get(); }
+
+    [[nodiscard]] std::int32_t getInstanceCount() const;
+    /// In order of creation; null if `index` is out of range.
+    [[nodiscard]] PluginInstance* getInstance(std::int32_t index) const;
+    /// For PluginInstance's constructor and destructor. Adding one again does nothing, and neither
+    /// does removing one that isn't here.
+    void addInstance(PluginInstance* instance);
+    void removeInstance(PluginInstance* instance);
+    /// A new tool in `core`; the plug-in owns it until a reference does. An empty `name` gives it
+    /// the name of the plug-in plus "_01".
+    [[nodiscard]] PluginInstance* createInstance(CoreImplementation* core, const std::string& name);
+
+    /// The descriptor's categories, up to the first empty one.
+    [[nodiscard]] std::vector<std::string> getCategories() const;
+    /// What InstanceManager::create() needs to make one tool of this kind from nothing; an empty
+    /// `name` leaves the name open.
+    [[nodiscard]] Tag getDefaultData(const std::string& name) const;
+    /// The user's folder for files of this kind of tool; ends in "\".
+    [[nodiscard]] std::string getUserDataFolder() const;
+
+private:
+    Plugin(Library* library, CCameraPlugin* descriptor);
+    void createFolders() const;
+    void closeGaps() const;
+
+    Library* library_;
+    Util::Owned<CCameraPlugin> descriptor_;
+    // In order of creation. One that goes leaves a gap, and a last one takes the gaps before it
+    // along, so that a tree of any size is torn down in the time that its instances need.
+    mutable std::vector<PluginInstance*> instances_;
+    mutable std::unordered_map<PluginInstance*, std::size_t> places_; // indices in instances_
+};
+
+} // namespace MVR

@@ -1,0 +1,236 @@
+#include "plugins/instance_reference.h"
+
+#include "core/adaptor_interface.h"
+#include "core/core_implementation.h"
+#include "core/log.h"
+#include "instance/plugin_instance.h"
+#include "plugins/instance_reference_restore.h"
+#include "plugins/plugin.h"
+
+#include <algorithm>
+#include <deque>
+#include <optional>
+#include <utility>
+
+namespace MVR {
+
+void InstanceReference::Watch::set(InstanceReference* target) {
+    if (target_ != nullptr) {
+        *link_ = next_;
+        if (next_ != nullptr)
+            next_->link_ = link_;
+    }
+    target_ = target;
+    if (target_ != nullptr) {
+        link_ = &target_->watches_;
+        next_ = *link_;
+        *link_ = this;
+        if (next_ != nullptr)
+            next_->link_ = &next_;
+    }
+}
+
+InstanceReference::InstanceReference(PluginInstance* instance) : instance_(instance) {
+    Log entry("Creating Instance reference", Log::Notice);
+    entry.write("source", instance->getName(), Log::OwnLevel);
+    instance->setReference(this);
+}
+
+/// The destruction of one reference under way, with its open entries in the log.
+struct InstanceReference::Departure {
+    explicit Departure(InstanceReference* leaving)
+        : reference(leaving), entry("Destroying InstanceReference", Log::Notice) {
+        entry.write("name",
+                    leaving->instance_ != nullptr ? leaving->instance_->getName() : "(NULL)",
+                    Log::OwnLevel);
+        childrenEntry.emplace("Destroying children", Log::Notice);
+    }
+
+    /// Takes the children out, so that none has to be looked for among many when its turn comes.
+    bool takeChildren() {
+        const auto& children = reference->getChildren();
+        waiting.clear();
+        waiting.reserve(children.size());
+        while (!children.empty()) {
+            auto* const last = static_cast<InstanceReference*>(children.back());
+            reference->GUI::TreeNode::remove(last);
+            waiting.emplace_back(last);
+        }
+        return !waiting.empty();
+    }
+
+    InstanceReference* reference;
+    Log entry;
+    std::optional<Log> childrenEntry;
+    std::vector<Watch> waiting; // the last comes first; null: destroyed by something else
+};
+
+InstanceReference::~InstanceReference() {
+    while (watches_ != nullptr)
+        watches_->set(nullptr);
+    std::optional<Departure> own;
+    if (!isDeparting_) {
+        own.emplace(this);
+        destroyChildren(*own);
+    }
+    Log log(Log::Notice);
+    log.write("Notifying parent of destruction");
+    if (InstanceReference* const parent = getParentReference())
+        parent->GUI::TreeNode::remove(this);
+    if (PluginInstance* const instance = std::exchange(instance_, nullptr)) {
+        log.write("Unregistering reference");
+        log.write("target", instance->getName(), Log::OwnLevel);
+        instance->clearReference();
+    }
+}
+
+/// A loop with a stack of its own: a tree may be deeper than the machine's stack.
+void InstanceReference::destroyChildren(Departure& top) {
+    std::deque<Departure> open;
+    Departure* current = &top;
+    while (true) {
+        if (!current->waiting.empty()) {
+            InstanceReference* const child = current->waiting.back().get();
+            current->waiting.pop_back();
+            if (child != nullptr)
+                current = &open.emplace_back(child);
+        } else if (!current->takeChildren()) {
+            current->childrenEntry.reset();
+            current->reference->isDeparting_ = true;
+            if (open.empty())
+                return;
+            delete current->reference;
+            open.pop_back();
+            current = open.empty() ? &top : &open.back();
+        }
+    }
+}
+
+CoreImplementation* InstanceReference::getCore() const {
+    return instance_ != nullptr ? instance_->getCore() : nullptr;
+}
+
+std::string InstanceReference::getInstanceName() const {
+    if (instance_ == nullptr)
+        return "(NULL)";
+    return instance_->isUnderCreation() ? instance_->getNameFromData() : instance_->getName();
+}
+
+InstanceReference* InstanceReference::getParentReference() const {
+    return static_cast<InstanceReference*>(getParentNode());
+}
+
+InstanceReference* InstanceReference::getChildReference(std::size_t index) const {
+    return static_cast<InstanceReference*>(getChildren()[index]);
+}
+
+std::string InstanceReference::getLabel() {
+    Log entry("Instance reference getting label", Log::Notice);
+    if (instance_ == nullptr)
+        return "(NULL)";
+    const std::string plugin = instance_->getPlugin()->getName();
+    entry.write("Plugin name", plugin, Log::OwnLevel);
+    entry.write("Instance name", instance_->getName(), Log::OwnLevel);
+    std::string label = instance_->getName() + " - " + plugin;
+    entry.write("New label", label, Log::OwnLevel);
+    return label;
+}
+
+void InstanceReference::setLabel(std::string text) {
+    if (instance_ == nullptr)
+        return;
+    const std::string suffix = " - " + instance_->getPlugin()->getName();
+    const std::size_t at = text.rfind(suffix);
+    if (at != std::string::npos)
+        text.erase(at, suffix.size());
+    if (text != instance_->getName())
+        instance_->setName(text);
+}
+
+void InstanceReference::setInTree(bool inTree) {
+    if (instance_ == nullptr || inTree_ == inTree)
+        return;
+    inTree_ = inTree;
+    instance_->updateNameUse();
+    if (!instance_->isEnabled())
+        return;
+    if (inTree)
+        instance_->restoreDevice();
+    else
+        instance_->withdrawDevice();
+}
+
+void InstanceReference::remove(bool deleteScene) {
+    CoreImplementation* const core = getCore();
+    if (!inTree_ || core == nullptr)
+        return;
+    AdaptorInterface& adaptor = *core->getAdaptor();
+    struct Step {
+        InstanceReference* reference;
+        std::size_t childrenLeft;
+    };
+    std::vector<Step> open;
+    const auto begin = [&](InstanceReference* reference) {
+        adaptor.beginUndo("Delete Oskel Tool");
+        open.push_back({reference, reference->getChildren().size()});
+    };
+    begin(this);
+    while (!open.empty()) {
+        Step& step = open.back();
+        const std::size_t count = step.reference->getChildren().size();
+        step.childrenLeft = std::min(step.childrenLeft, count);
+        if (step.childrenLeft > 0) {
+            InstanceReference* const child = step.reference->getChildReference(--step.childrenLeft);
+            if (child->inTree_)
+                begin(child);
+            continue;
+        }
+        InstanceReference* const leaving = step.reference;
+        open.pop_back();
+        leaving->leaveTree(adaptor, deleteScene);
+        adaptor.endUndo();
+    }
+}
+
+/// The last act of a removal, when nothing is left below; the root stays.
+void InstanceReference::leaveTree(AdaptorInterface& adaptor, bool deleteScene) {
+    InstanceReference* const parent = getParentReference();
+    if (parent == nullptr)
+        return;
+    auto* const restore = new InstanceReferenceDeleteRestore(this);
+    parent->GUI::TreeNode::remove(this);
+    const Watch self(this);
+    adaptor.addUndo(restore); // a host without an undo list drops it at once
+    if (self.get() != nullptr)
+        instance_->unplug(deleteScene);
+}
+
+InstanceReference* InstanceReference::findInstance(const std::string& name, bool lookUp,
+                                                   const InstanceReference* exclude) {
+    InstanceReference* found = nullptr;
+    const auto hasName = [&](TreeNode& node) {
+        auto& reference = static_cast<InstanceReference&>(node);
+        if (reference.instance_ == nullptr || reference.getInstanceName() != name)
+            return false;
+        found = &reference;
+        return true;
+    };
+    InstanceReference* from = this;
+    const InstanceReference* skipped = exclude;
+    while (!walk(*from, hasName, skipped) && lookUp) {
+        InstanceReference* const parent = from->getParentReference();
+        if (parent == nullptr || parent == exclude)
+            break;
+        skipped = std::exchange(from, parent);
+    }
+    return found;
+}
+
+void InstanceReference::collectInstances(std::vector<InstanceReference*>& list) {
+    walk(*this, [&list](TreeNode& node) {
+        list.push_back(static_cast<InstanceReference*>(&node));
+        return false;
+    });
+}
+
+} // namespace MVR

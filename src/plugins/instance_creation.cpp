@@ -1,0 +1,142 @@
+#include "core/adaptor_interface.h"
+#include "core/core_implementation.h"
+#include "core/error_code.h"
+#include "core/log.h"
+#include "instance/plugin_instance.h"
+#include "plugins/extension_ids.h"
+#include "plugins/instance_loading.h"
+#include "plugins/instance_manager.h"
+#include "plugins/instance_reference.h"
+#include "plugins/instance_reference_restore.h"
+#include "plugins/plugin.h"
+
+#include <initializer_list>
+#include <vector>
+
+namespace MVR {
+namespace {
+
+// The attribute passes of a creation, in their order: first those that change scene objects, then,
+// behind the host's undo step, those that don't.
+constexpr std::initializer_list<std::uint32_t> kUndoablePasses{0x884E, SaveMask::kParent};
+constexpr std::initializer_list<std::uint32_t> kLatePasses{0x0200, 0x0080, SaveMask::kSelection};
+
+/// References, each until it is destroyed: a tool may take itself away at any of its calls.
+std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
+    std::vector<InstanceReference*> references;
+    top.collectInstances(references);
+    std::vector<InstanceReference::Watch> watches;
+    watches.reserve(references.size());
+    for (InstanceReference* reference : references)
+        watches.emplace_back(reference);
+    return watches;
+}
+
+Tag wrap(const Tag& data, Log& entry) {
+    if (data.hasName("MVR"))
+        return data;
+    entry.write("Wrapping data in MVR clause");
+    Tag wrapper = Tag::element("MVR");
+    wrapper.addChild(data);
+    wrapper.attributeRef("path") = data.attribute("path");
+    return wrapper;
+}
+
+void instantiateAll(CoreImplementation* core, const Tag& wrapper, InstanceReference& holder,
+                    Log& entry) {
+    const std::string path = wrapper.attribute("path");
+    for (std::int32_t i = 0; i < wrapper.childCount(); ++i) {
+        if (!wrapper.child(i).hasName("MVR_Plugin"))
+            continue;
+        std::int32_t error = 0;
+        InstanceReference* const reference = instantiate(core, wrapper.child(i), error, path);
+        if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error) {
+            entry.write("Instanciator returned error", Log::Warning);
+            if (reference != nullptr)
+                reference->destroy();
+        } else {
+            holder.add(reference);
+        }
+    }
+}
+
+/// Tells the new tools that all of them exist, and ends their creation.
+void finishCreation(InstanceReference& holder, Log& entry) {
+    entry.write("Sending after create event");
+    const std::vector<InstanceReference::Watch> created = watchAll(holder);
+    for (const InstanceReference::Watch& each : created)
+        if (each.get() != nullptr && each.get()->getInstance() != nullptr)
+            each.get()->getInstance()->getCode()->extend(ToolExtension::kAfterCreate, 0);
+    entry.write("Cleaning up");
+    for (const InstanceReference::Watch& each : created)
+        if (each.get() != nullptr && each.get()->getInstance() != nullptr)
+            each.get()->getInstance()->setUnderCreation(false);
+}
+
+} // namespace
+
+InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* parent,
+                                           bool addToRecent) {
+    Log entry("Creating instance", Log::Notice);
+    if (parent == nullptr)
+        parent = root_;
+    entry.write("parent", parent != nullptr ? parent->getLabel() : "(NULL)", Log::OwnLevel);
+    const Tag wrapper = wrap(data, entry);
+    if (addToRecent)
+        addRecent(wrapper);
+
+    entry.write("Instanciating plugins");
+    AdaptorInterface& adaptor = *getCore()->getAdaptor();
+    const InstanceReference::Watch wantedParent(parent);
+    Util::Owned<InstanceReference> holder(new InstanceReference);
+    adaptor.beginUndo("New Template");
+    instantiateAll(getCore(), wrapper, *holder, entry);
+
+    entry.write("Setting object hierarchies");
+    entry.write("Setting object attributes");
+    for (const std::uint32_t stages : kUndoablePasses)
+        (void)holder->applyAttributes(wrapper, stages);
+    adaptor.endUndo();
+    for (const std::uint32_t stages : kLatePasses)
+        (void)holder->applyAttributes(wrapper, stages);
+
+    finishCreation(*holder, entry);
+
+    entry.write("Inserting nodes to tree");
+    parent = wantedParent.get() != nullptr ? wantedParent.get() : root_;
+    InstanceReference* first = nullptr;
+    while (!holder->getChildren().empty()) {
+        InstanceReference* const last = holder->getChildReference(holder->getChildren().size() - 1);
+        holder->GUI::TreeNode::remove(last);
+        if (parent != nullptr)
+            parent->add(last);
+        else if (first != nullptr) // without a tree there is place for one, the root
+            first->destroy();
+        first = last;
+    }
+    holder.reset();
+    adaptor.redraw();
+    return first;
+}
+
+InstanceReference* InstanceManager::createByType(const std::string& type, const std::string& name,
+                                                 bool addToRecent) {
+    Tag data = Tag::element("MVR_Plugin");
+    data.attributeRef("version") = kToolDataVersion;
+    data.addChild(Tag::element("type", type));
+    data.addChild(Tag::element("name", name));
+    return create(data, nullptr, addToRecent);
+}
+
+void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* target) {
+    for (const InstanceReference* each = target; each != nullptr; each = each->getParentReference())
+        if (each == dragged)
+            return;
+    AdaptorInterface& adaptor = *getCore()->getAdaptor();
+    adaptor.beginUndo("Relocate Oskel Node");
+    adaptor.addUndo(new InstanceReferenceMoveRestore(dragged));
+    target->add(dragged);
+    adaptor.endUndo();
+}
+
+} // namespace MVR

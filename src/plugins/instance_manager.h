@@ -1,0 +1,95 @@
+/// \file
+/// The tree of tools of one attachment.
+#pragma once
+
+#include "core/core_sub_system.h"
+#include "core/util/dynamic_object.h"
+#include "data/tag.h"
+#include "instance/instance_names.h"
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+class InstanceReference;
+class PluginInstance;
+
+/// Owns the tree of placed tools, the catalogue of what the user can create, and the list of what
+/// was created lately. Host thread only.
+class InstanceManager : public CoreSubSystem {
+public:
+    /// One entry of the catalogue; in plugins/instanciatable.h.
+    class Instanciatable;
+
+    explicit InstanceManager(CoreImplementation* core);
+    ~InstanceManager() override;
+
+    /// Creates the root, named "Mirvane".
+    void initialize() override;
+    /// Null before initialize() and after destroyRoot().
+    [[nodiscard]] InstanceReference* getRoot() const { return root_; }
+    /// Destroys the whole tree. The host must have dropped its undo steps before.
+    void destroyRoot();
+
+    [[nodiscard]] std::int32_t getCatalogueSize() const;
+    /// Null if `index` is out of range. Valid until the next buildCatalogue().
+    [[nodiscard]] Instanciatable* getCatalogueEntry(std::int32_t index) const;
+    /// Builds the catalogue anew from the loaded plug-ins that aren't internal.
+    void buildCatalogue();
+    void addPrmFolder(const std::string& path) { prmFolders_.push_back(path); }
+
+    /// Creates the tools that `data` describes, an element "MVR" with children "MVR_Plugin" or a
+    /// single "MVR_Plugin", as the last children of `parent`, or of the root if it is null. All of
+    /// it is one undo step. The first of them, or null if none came into being. A tool that fails
+    /// is left out. May run nested.
+    InstanceReference* create(const Tag& data, InstanceReference* parent, bool addToRecent);
+    /// Creates one tool of the kind `type` under the root.
+    InstanceReference* createByType(const std::string& type, const std::string& name,
+                                    bool addToRecent);
+    /// Moves `dragged` to the end of the children of `target` in one undo step. Does nothing if
+    /// `target` is `dragged` or below it.
+    void relocate(InstanceReference* dragged, InstanceReference* target);
+
+    [[nodiscard]] std::int32_t getRecentCount() const;
+    /// A copy; index 0 is the oldest. Out of range: an empty tag.
+    [[nodiscard]] Tag getRecentEntry(std::int32_t index) const;
+    /// The names of the entry's tools; "" out of range.
+    [[nodiscard]] std::string getRecentLabel(std::int32_t index) const;
+    /// Takes over a tag that getRecent() gave; the newest stay if it is too long. Any other tag
+    /// leaves the list empty.
+    void setRecent(const Tag& tag);
+    /// A tag "Recent" with a copy of each entry, oldest first.
+    [[nodiscard]] Tag getRecent() const;
+    /// Makes `data` the newest entry, and takes an equal one out.
+    void addRecent(const Tag& data);
+    /// Removes the oldest entries that are too many for setting 103.
+    void trimRecent();
+
+    /// The tools of the tree but the root, each before those below it; with `checkedOnly` those
+    /// that are checked themselves.
+    [[nodiscard]] std::vector<PluginInstance*> getInstances(bool checkedOnly) const;
+    /// The reference of a new instance, which, unless it is the root, is undone with the host's
+    /// open step. Null, and logged, if the instance is another core's.
+    [[nodiscard]] InstanceReference* createReference(PluginInstance* instance);
+    /// The same instances in an order in which a tool runs after those whose scene nodes its own
+    /// hang below. Else the order stays. Takes any depth, in time proportional to the scene nodes.
+    [[nodiscard]] std::vector<PluginInstance*>
+    sortForRecording(const std::vector<PluginInstance*>& instances);
+
+    /// The names that tools of the tree use; kept by the instances.
+    [[nodiscard]] InstanceNames& getNames() { return names_; }
+
+private:
+    void clearCatalogue();
+
+    InstanceNames names_;
+    InstanceReference* root_ = nullptr; // owned; destroyed by destroyRoot
+    std::deque<Tag> recent_;            // oldest first
+    std::vector<Util::Owned<Instanciatable>> catalogue_;
+    std::vector<std::string> prmFolders_; // where "*.prm" files lie
+};
+
+} // namespace MVR

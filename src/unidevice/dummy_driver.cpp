@@ -4,6 +4,7 @@
 #include "unidevice/device.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace UniDevice {
 
@@ -46,12 +47,20 @@ bool DummyDriver::addDevice(Device* device) {
 }
 
 bool DummyDriver::removeDevice(Device* device) {
-    const auto found = std::find(devices.begin(), devices.end(), device);
-    if (found == devices.end()) {
-        return false;
+    // Thousands of tools leave in the order they came in or in the reverse of it: the next to leave
+    // stands where the last one stood, or before that place.
+    const std::size_t count = devices.size();
+    const std::size_t start = std::min(lastPlace_, count);
+    for (std::size_t distance = 0; distance < count; ++distance) {
+        for (const std::size_t place : {start + distance, start - distance - 1}) {
+            if (place < count && devices[place] == device) { // a place before the first wraps
+                devices.erase(devices.begin() + static_cast<std::ptrdiff_t>(place));
+                lastPlace_ = place;
+                return true;
+            }
+        }
     }
-    devices.erase(found);
-    return true;
+    return false;
 }
 
 Device* DummyDriver::device(std::int32_t index) {

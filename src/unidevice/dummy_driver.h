@@ -2,6 +2,10 @@
 
 #include "unidevice/driver.h"
 
+#include <cstddef>
+#include <deque>
+#include <vector>
+
 namespace UniDevice {
 
 /// The built-in driver: whatever needs polling and has no driver of its own joins it by the name
@@ -21,7 +25,10 @@ public:
     bool activate() override;
     bool deactivate() override;
 
-    std::vector<Device*> devices; ///< not owned
+    std::deque<Device*> devices; ///< not owned
+
+private:
+    std::size_t lastPlace_ = 0; // where the device stood that left last
 };
 
 } // namespace UniDevice

@@ -1,0 +1,244 @@
+#include "plugins/extension_ids.h"
+#include "plugins/instance_loading.h"
+#include "plugins/instanciatable.h"
+#include "plugins/library_manager.h"
+#include "plugins/plugin.h"
+#include "plugins/tree_test.h"
+#include "support/scripted_tool.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace MVR;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using Testing::ScriptedPlugin;
+using Testing::ScriptedTool;
+
+struct CreationTest : Testing::TreeTest {
+    void SetUp() override {
+        TreeTest::SetUp();
+        rig = &ScriptedPlugin::add("Rig");
+    }
+
+    static Tag wrapped(const std::vector<Tag>& tools) {
+        Tag wrapper = Tag::element("MVR");
+        for (const Tag& tool : tools)
+            wrapper.addChild(tool);
+        return wrapper;
+    }
+    static Tag rigData(const std::string& name, const std::string& more = "") {
+        return Tag("<MVR_Plugin><type>Rig</type><name>" + name + "</name>" + more +
+                   "</MVR_Plugin>");
+    }
+    std::int32_t toolCount() const { return LibraryManager::instance()->getInstanceCount(core); }
+    static std::string identifierOf(std::int32_t code) {
+        return ErrorCode::instance()->find(code).getIdentifier();
+    }
+
+    ScriptedPlugin* rig = nullptr; // the core's
+};
+
+TEST_F(CreationTest, BareAndWrappedDataGiveTheSameTreeInOneUndoStep) {
+    place("old");
+    adaptor.clearUndo();
+    Tag bare = toolData("a", "<MVR_Plugin><pluginname>Empty Plugin</pluginname></MVR_Plugin>");
+    bare.attributeRef("path") = "/models";
+    InstanceReference* const a = core->create(bare, nullptr, true);
+    EXPECT_EQ(tree(), "old a(Empty Plugin_01)");
+    EXPECT_THAT(adaptor.undoNames(), ElementsAre("New Template"));
+    EXPECT_EQ(core->getRecentEntry(0).attribute("path"), "/models");
+    EXPECT_EQ(core->create(core->getRecentEntry(0), a, true)->getInstanceName(), "a_01");
+    EXPECT_EQ(tree(), "old a(Empty Plugin_01 a_01(Empty Plugin_02))");
+    EXPECT_EQ(core->getRecentCount(), 1) << "the wrapper, once";
+
+    const Tag three = wrapped({toolData("1"), toolData("2"), Tag::element("other"), toolData("3")});
+    EXPECT_EQ(core->create(three, find("old"), false)->getInstanceName(), "1");
+    EXPECT_EQ(childrenOf(*find("old")), "3 2 1");
+    EXPECT_EQ(adaptor.calls.back(), "redraw");
+    EXPECT_EQ(core->create(Tag::element("nothing"), nullptr, false), nullptr);
+}
+
+TEST_F(CreationTest, ToolsLiveThroughTheirFirstCallsInOrder) {
+    rig->onExtend = [this](ScriptedTool& tool, std::int32_t id, std::intptr_t data) {
+        if (id == ToolExtension::kDataFolder)
+            rig->calls.push_back(tool.getName() + " from " + *reinterpret_cast<std::string*>(data));
+        if (id == 45)
+            rig->calls.push_back(tool.getName() + " custom " +
+                                 reinterpret_cast<Tag*>(data)->value());
+        if (id == ToolExtension::kAfterCreate)
+            rig->calls.push_back(tool.getName() + " after in " + tree());
+        return std::intptr_t{0};
+    };
+    core->createByType("Rig", "a", false);
+    rig->calls.clear();
+    Tag data =
+        wrapped({rigData("a", "<customdata>x</customdata>" + rigData("b").toText("", "", "")),
+                 rigData("c")});
+    data.attributeRef("path") = "/models";
+    core->create(data, nullptr, false);
+    EXPECT_THAT(rig->calls,
+                ElementsAre("a_01 custom x", "a_01 from /models", "a_01 init", "a_01 create",
+                            "b custom ", "b from /models", "b init", "b create", "c custom ",
+                            "c from /models", "c init", "c create", "a_01 after in a",
+                            "b after in a", "c after in a"));
+    EXPECT_EQ(tree(), "a c a_01(b)");
+}
+
+TEST_F(CreationTest, ACreationIsUndoneRedoneAndDropped) {
+    core->create(wrapped({rigData("a", rigData("b").toText("", "", "")), rigData("c")}), nullptr,
+                 false);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(adaptor.undo());
+        EXPECT_EQ(tree(), "");
+        EXPECT_EQ(core->getInstances(false).size(), 0U);
+        EXPECT_EQ(toolCount(), 4) << "they wait in the host's list";
+        EXPECT_TRUE(adaptor.redo());
+        EXPECT_EQ(tree(), "c a(b)");
+    }
+    adaptor.undo();
+    rig->calls.clear();
+    Log::setThreshold(Log::Notice);
+    place("new"); // drops what could be redone
+    EXPECT_EQ(toolCount(), 2);
+    EXPECT_THAT(rig->calls, ElementsAre("a destroy", "b destroy", "c destroy"));
+    EXPECT_THAT(newLog(), HasSubstr("Deleting reference: a - Rig"));
+    EXPECT_EQ(tree(), "new");
+}
+
+TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsMade) {
+    struct {
+        Tag data;
+        const char* identifier;
+        const char* line;
+        bool isMade;
+    } const cases[] = {
+        {Tag::element("other", "x"), "INVALIDOKFDATASTRUCTURE",
+         "Trying to instanciate plugin with invalid data structure", false},
+        {Tag("<MVR_Plugin><type>None</type></MVR_Plugin>"), "PLUGINNOTFOUND",
+         "Could not find plugin type: None", false},
+        {toolData("a",
+                  "<MVR_Plugin><type>None</type></MVR_Plugin>" + toolData("b").toText("", "", "")),
+         "INSTANCIATOR_COULDNOTCREATESUBPLUGIN",
+         "Error detected while instanciating plugins. Trying to continue anyway", true},
+        {rigData("r"), "SUCCESS", "instance init returned error: General error", false},
+    };
+    rig->initResult = 1024;
+    for (const auto& each : cases) {
+        newLog();
+        std::int32_t error = -1;
+        const Util::Owned<InstanceReference> made(instantiate(core, each.data, error, ""));
+        EXPECT_EQ(identifierOf(error), each.identifier);
+        EXPECT_EQ(made != nullptr, each.isMade) << each.line;
+        EXPECT_EQ(toolCount(), each.isMade ? 3 : 1) << each.line;
+        EXPECT_THAT(newLog(), HasSubstr(each.line));
+    }
+    EXPECT_EQ(core->create(wrapped({rigData("r"), toolData("a", rigData("s").toText("", "", ""))}),
+                           nullptr, false)
+                  ->getInstanceName(),
+              "a");
+    EXPECT_EQ(tree(), "a");
+
+    rig->initResult = 0;
+    rig->createResult = 1024;
+    EXPECT_EQ(core->create(rigData("r"), nullptr, false), nullptr);
+    EXPECT_THAT(newLog(), HasSubstr("instance create returned error: General error"));
+    EXPECT_EQ(tree(), "a");
+    while (adaptor.undo()) {
+    }
+    EXPECT_EQ(tree(), "");
+}
+
+TEST_F(CreationTest, ToolsMayCreateAndRemoveToolsOnTheWay) {
+    rig->onInit = [this](ScriptedTool& tool) {
+        if (tool.getName() == "maker")
+            core->create(toolData("made"), nullptr, false);
+    };
+    rig->onExtend = [](ScriptedTool& tool, std::int32_t id, std::intptr_t) {
+        if (id == ToolExtension::kAfterCreate && tool.getName() == "shy")
+            tool.getInterface()->extend(43, 0);
+        return std::intptr_t{0};
+    };
+    EXPECT_EQ(
+        core->create(wrapped({rigData("maker"), rigData("shy", rigData("x").toText("", "", ""))}),
+                     nullptr, false)
+            ->getInstanceName(),
+        "maker");
+    EXPECT_EQ(tree(), "made maker");
+    while (adaptor.undo()) {
+    }
+    EXPECT_EQ(tree(), "");
+}
+
+TEST_F(CreationTest, TheRecentListKeepsTheNewestWithoutDoubles) {
+    std::int32_t limit = 3;
+    core->setProperty(103, &limit);
+    for (const char* name : {"a", "b", "c", "d", "b"})
+        core->addRecent(toolData(name));
+    const auto labels = [this] {
+        std::string text;
+        for (std::int32_t i = 0; i < core->getRecentCount(); ++i)
+            text += core->getRecentLabel(i) + ";";
+        return text;
+    };
+    EXPECT_EQ(labels(), "c;d;b;");
+    core->addRecent(
+        wrapped({toolData("x"), Tag("<MVR_Plugin><type>T</type></MVR_Plugin>"), toolData("")}));
+    EXPECT_EQ(core->getRecentLabel(2), "x, T, Empty Plugin");
+    EXPECT_EQ(core->getRecentLabel(3) + core->getRecentLabel(-1), "");
+    EXPECT_TRUE(core->getRecentEntry(-1).isEmpty());
+    const Tag saved = core->getRecent();
+    limit = 2;
+    core->setProperty(103, &limit);
+    core->setRecent(saved);
+    EXPECT_EQ(labels(), "b;x, T, Empty Plugin;");
+    limit = -1;
+    core->setProperty(103, &limit);
+    core->addRecent(toolData("a"));
+    EXPECT_EQ(labels(), "");
+    core->setRecent(Tag::element("Other"));
+    EXPECT_EQ(core->getRecent().childCount(), 0);
+}
+
+TEST_F(CreationTest, TheCatalogueOffersWhatIsNotInternal) {
+    core->buildCatalogue();
+    ASSERT_EQ(core->getCatalogueSize(), 1);
+    const InstanceManager::Instanciatable& entry = *core->getCatalogueEntry(0);
+    EXPECT_EQ(entry.getName(), "Rig");
+    EXPECT_EQ(entry.getVersion(), "0.1.0");
+    EXPECT_THAT(entry.getCategories(), ElementsAre("Tests"));
+    EXPECT_EQ(core->create(entry.getData(), nullptr, false)->getLabel(), "Rig_01 - Rig");
+    EXPECT_EQ(core->getCatalogueEntry(1), nullptr);
+}
+
+TEST_F(CreationTest, DetachDestroysChildrenBeforeTheirParentAndWhatWasLost) {
+    core->create(
+        wrapped({rigData("a", rigData("b").toText("", "", "") + rigData("c").toText("", "", "")),
+                 rigData("d")}),
+        nullptr, false);
+    adaptor.clearUndo();
+    PluginInstance* const lost =
+        LibraryManager::instance()->findPlugin("Rig")->createInstance(core, "lost");
+    EXPECT_FALSE(lost->isInTree());
+    rig->calls.clear();
+    Log::setThreshold(Log::Notice);
+    newLog();
+    core->destroyRoot();
+    EXPECT_THAT(rig->calls, ElementsAre("d destroy", "b destroy", "c destroy", "a destroy"));
+    std::string log = newLog();
+    for (const char* line :
+         {"\tDestroying InstanceReference\n", "name: Mirvane\n", "Destroying children\n",
+          "\t\tDestroying InstanceReference\n", "name: d\n", "Notifying parent of destruction\n",
+          "Unregistering reference\n", "target: d\n", "Destroying PluginInstance: d\n", "name: a\n",
+          "name: b\n", "target: b\n", "target: c\n", "target: a\n", "target: Mirvane\n"}) {
+        const std::size_t at = log.find(line);
+        ASSERT_NE(at, std::string::npos) << line;
+        log.erase(0, at);
+    }
+    LibraryManager::instance()->destroyInstances(core);
+    EXPECT_EQ(toolCount(), 0);
+}
+
+} // namespace

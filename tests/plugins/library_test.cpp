@@ -1,0 +1,138 @@
+#include "core/entry.h"
+#include "core/error_code.h"
+#include "core/log.h"
+#include "plugins/library.h"
+#include "plugins/library_manager.h"
+#include "plugins/plugin.h"
+#include "support/temp_home.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace {
+
+using namespace MVR;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+namespace fs = std::filesystem;
+
+struct LibraryTest : testing::Test {
+    LibraryTest() {
+        for (const auto& library : fs::directory_iterator(FAKE_TOOLS_FOLDER))
+            fs::copy(library, folder + library.path().filename().string());
+        home.write("install/plugins/a_text.so", "not a library");
+        home.write("install/plugins/readme.txt", "none of ours");
+        libraryLoaded(Platform::ownModule());
+    }
+    ~LibraryTest() override {
+        if (isLoaded)
+            libraryUnloading();
+    }
+
+    static std::vector<std::string> libraryNames() {
+        std::vector<std::string> names;
+        for (std::int32_t i = 0; i < manager().getLibraryCount(); ++i)
+            names.push_back(manager().getLibrary(i)->getName());
+        return names;
+    }
+    static LibraryManager& manager() { return *LibraryManager::instance(); }
+    static std::string identifierOf(std::int32_t code) {
+        return ErrorCode::instance()->find(code).getIdentifier();
+    }
+
+    Testing::TempHome home;
+    std::string folder = home.install() + "/plugins/";
+    bool isLoaded = true;
+};
+
+TEST_F(LibraryTest, BadLibrariesAreSkippedAndTheRestLoads) {
+    EXPECT_THAT(libraryNames(), ElementsAre("Core", "fake_empty", "fake_sound"));
+    EXPECT_EQ(manager().getLibrary(1)->getPluginCount(), 0);
+    for (const char* line :
+         {"Could not load library on path: ", "(WARNING): \t\t\t\t\tCreating library",
+          "Library creation failed: The specified library could not be loaded",
+          "Library creation failed: Could not bind version verification function",
+          "Library creation failed: The version of the plugin interface does not match the system "
+          "interface",
+          "Library creation failed: Could not bind plugin retreiver function"})
+        EXPECT_THAT(Log::getText(), HasSubstr(line));
+
+    const fs::path before = fs::current_path();
+    const std::string path = home.install() + "/plugins\\";
+    struct {
+        const char* file;
+        const char* result;
+    } const cases[] = {{"fake_sound.so", "LIBRARY_ALREADYLOADED"},
+                       {"a_text.so", "LIBRARY_COULDNOTLOAD"},
+                       {"missing.so", "LIBRARY_COULDNOTLOAD"},
+                       {"fake_version251.so", "LIBRARY_COULDNOTLOAD"},
+                       {"fake_no_get_plugin.so", "LIBRARY_COULDNOTLOAD"},
+                       {"fake_no_version.so", "SUCCESS"},
+                       {"./fake_sound.so", "SUCCESS"}};
+    for (const auto& each : cases)
+        EXPECT_EQ(identifierOf(manager().loadLibrary(path + each.file)), each.result) << each.file;
+    EXPECT_EQ(fs::current_path(), before);
+    EXPECT_THAT(libraryNames(), ElementsAre("Core", "fake_empty", "fake_sound", "fake_sound"));
+}
+
+TEST_F(LibraryTest, PluginsAreFoundByNameAndOldNameInOrder) {
+    const Library& sound = *manager().getLibrary(2);
+    ASSERT_EQ(sound.getPluginCount(), 2);
+    Plugin* const first = sound.getPlugin(0);
+    EXPECT_EQ(manager().findPlugin("Fake 0"), first);
+    EXPECT_EQ(manager().findPlugin("Older"), first);
+    EXPECT_EQ(manager().findPlugin("Fake 1"), first) << "an old name of an earlier one wins";
+    EXPECT_EQ(manager().findPlugin("fake 0"), nullptr);
+    EXPECT_EQ(sound.getPlugin(2), nullptr);
+    EXPECT_EQ(sound.getPlugin(-1), nullptr);
+
+    EXPECT_THAT(first->getCategories(), ElementsAre("Cameras", "Vehicles"));
+    EXPECT_THAT(sound.getPlugin(1)->getCategories(), ElementsAre());
+    EXPECT_EQ(first->getDescriptor()->getVersionText(), "12.3.45");
+    EXPECT_EQ(first->getDefaultData("Mine").toText("", "", ""),
+              "<MVR_Plugin version=\"2.5\"><type>Fake 0</type><name>Mine</name></MVR_Plugin>");
+    EXPECT_EQ(first->getDefaultData("").childCount(), 1);
+    for (const char* made : {"Fake 0/InputProfiles", "Core/EmptyPlugin/ConfigProfiles"})
+        EXPECT_TRUE(fs::is_directory(home.documents() + "/data/" + made)) << made;
+
+    std::int32_t error = 0;
+    EXPECT_EQ(Plugin::create(nullptr, first->getDescriptor(), error), nullptr);
+    EXPECT_EQ(identifierOf(error), "PLUGIN_NOPARENTLIBRARY");
+    EXPECT_EQ(Plugin::create(manager().getLibrary(2), nullptr, error), nullptr);
+    EXPECT_EQ(identifierOf(error), "PLUGIN_NOHANDLER");
+}
+
+TEST_F(LibraryTest, NamesEndAtTheFirstDotBehindTheFirstCharacter) {
+    struct {
+        const char* path;
+        const char* name;
+    } const cases[] = {
+        {"/a.b/tool.v2.so", "tool"}, {"C:\\x\\.x.dll", ".x"}, {"tool", "tool"}, {"/a/", ""}};
+    for (const auto& each : cases) {
+        const auto library = std::make_unique<Library>(nullptr, each.path);
+        EXPECT_EQ(library->getName(), each.name);
+    }
+}
+
+TEST_F(LibraryTest, UnloadDestroysLibrariesAndPluginsLastFirst) {
+    home.write("documents/Oskelworks/Mirvane/data/Core/before", "");
+    libraryUnloading();
+    isLoaded = false;
+    const std::string log = Testing::readText(home.documents() + "/data/Core/core.log");
+    std::size_t at = log.find("Shutting down CORE");
+    for (const char* line :
+         {"Destroying library: fake_sound", "Removing plugins. Plugins in library: 2",
+          "Destroying plugin: Fake 1", "unregistering plugin from library", "library: fake_sound",
+          "plugin: Fake 1", "Destroying CPlugin", "Destroying plugin: Fake 0",
+          "unregistering self from librarymanager", "Destroying library: fake_empty",
+          "Destroying internal library", "Destroying library: Core",
+          "Destroying plugin: Empty Plugin", "Destroying plugin: Root", "Shutdown Complete"}) {
+        ASSERT_NE(at, std::string::npos);
+        at = log.find(line, at);
+        EXPECT_NE(at, std::string::npos) << line;
+    }
+}
+
+} // namespace

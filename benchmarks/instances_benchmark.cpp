@@ -1,0 +1,60 @@
+// Tools created one by one and destroyed, 10,000 beside 1,000 of them: a ratio of 10 means that a
+// tool costs the same whatever their number. Once all below one folder, once each below the one
+// before it.
+
+#include "bench_host.h"
+#include "plugins/instance_reference.h"
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+
+namespace {
+
+constexpr double kLimit = 12;
+
+using MVR::InstanceReference;
+
+std::size_t hashOfNames(InstanceReference& top) {
+    std::vector<InstanceReference*> references;
+    top.collectInstances(references);
+    std::size_t hash = 0;
+    for (const InstanceReference* reference : references)
+        hash = hash * 31 + std::hash<std::string>()(reference->getInstanceName());
+    return hash;
+}
+
+void createAndDestroy(benchmark::State& state, int count, bool isChain) {
+    BenchHost host;
+    MVR::Tag data = MVR::Tag::element("MVR_Plugin");
+    data.addChild(MVR::Tag::element("type", "Empty Plugin"));
+    std::size_t hash = 0;
+    for (auto round : state) {
+        InstanceReference* const top = host.core->create(data, nullptr, false);
+        InstanceReference* parent = top;
+        for (int i = 1; i < count; ++i) {
+            InstanceReference* const tool = host.core->create(data, parent, false);
+            if (isChain)
+                parent = tool;
+        }
+        if (hash == 0) {
+            state.PauseTiming();
+            hash = hashOfNames(*top);
+            state.ResumeTiming();
+        }
+        host.core->deleteAllInstances();
+        host.adaptor.clearUndo();
+    }
+    if (count == 10000) {
+        state.counters["hash"] = static_cast<double>(hash & 0xffffffff);
+        state.counters["limit"] = kLimit;
+    }
+}
+
+BENCHMARK_CAPTURE(createAndDestroy, flat, 10000, false)->Name("instances_flat_10000/mirvane");
+BENCHMARK_CAPTURE(createAndDestroy, flat, 1000, false)->Name("instances_flat_10000/instances_1000");
+BENCHMARK_CAPTURE(createAndDestroy, chain, 10000, true)->Name("instances_chain_10000/mirvane");
+BENCHMARK_CAPTURE(createAndDestroy, chain, 1000, true)
+    ->Name("instances_chain_10000/instances_1000");
+
+} // namespace

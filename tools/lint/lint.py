@@ -13,6 +13,7 @@ import time
 import exports
 import floors
 import headers
+import pages
 import repeats
 import sizes
 import words
@@ -64,6 +65,7 @@ CHECKS = {
     "sizes": sizes.check,
     "ratio": sizes.check_ratio,
     "scripts": check_scripts,
+    "pages": pages.check,
 }
 
 

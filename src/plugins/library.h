@@ -27,6 +27,8 @@ public:
     /// The file name up to its first ".", where a "." at the front counts as part of the name.
     [[nodiscard]] std::string getName() const { return name_; }
     [[nodiscard]] const std::string& getPath() const { return path_; }
+    /// Null for what is built into the core.
+    [[nodiscard]] Platform::LibraryHandle getModule() const { return module_; }
     [[nodiscard]] std::int32_t getPluginCount() const;
     /// Null if `index` is out of range.
     [[nodiscard]] Plugin* getPlugin(std::int32_t index) const;

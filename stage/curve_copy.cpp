@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 namespace Stage {
 
@@ -18,6 +17,12 @@ constexpr double kNoNumber = std::numeric_limits<double>::infinity();
 CurveCopy::CurveCopy(const Scene& scene) {
     for (const auto& node : scene.getNodes()) {
         curves_.emplace_back(node.get(), node->getCurves());
+    }
+}
+
+CurveCopy::CurveCopy(const std::vector<const StageNode*>& nodes) {
+    for (const StageNode* node : nodes) {
+        curves_.emplace_back(node, node->getCurves());
     }
 }
 
@@ -39,19 +44,6 @@ CurveCopy::Difference CurveCopy::compare(const CurveCopy& other) const {
         }
     }
     return difference;
-}
-
-double CurveCopy::lastTime(double otherwise) const {
-    std::optional<double> last;
-    for (const auto& [node, curves] : curves_) {
-        for (const Curve& curve : curves) {
-            if (!curve.isEmpty()) {
-                last = std::fmax(last.value_or(curve.getKeys().back().time),
-                                 curve.getKeys().back().time);
-            }
-        }
-    }
-    return last.value_or(otherwise);
 }
 
 } // namespace Stage

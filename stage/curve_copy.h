@@ -9,19 +9,18 @@ namespace Stage {
 
 class Scene;
 
-/// All curves of a scene at one moment.
+/// All curves of a scene, or of some nodes, at one moment.
 class CurveCopy {
 public:
     CurveCopy() = default;
     explicit CurveCopy(const Scene& scene);
+    explicit CurveCopy(const std::vector<const StageNode*>& nodes);
 
     struct Difference {
         bool isSameFrames = true; ///< the same keys at the same times
         double largest = 0.0;     ///< between values of keys
     };
     [[nodiscard]] Difference compare(const CurveCopy& other) const;
-    /// The time of the last key; `otherwise` if there are none.
-    [[nodiscard]] double lastTime(double otherwise) const;
     bool operator==(const CurveCopy& other) const = default;
 
 private:

@@ -37,10 +37,11 @@ struct ToolPlan {
     std::string name; ///< not empty; the core makes it unique
     std::vector<Binding> bindings;
     std::vector<Setting> settings;
+    bool isAside = false; ///< a setting must name it to mean it
 
     /// True if `setting` may mean a property of this tool.
     [[nodiscard]] bool isMeantBy(const Setting& setting) const {
-        return setting.tool.empty() || setting.tool == name || setting.tool == type;
+        return (setting.tool.empty() && !isAside) || setting.tool == name || setting.tool == type;
     }
 };
 

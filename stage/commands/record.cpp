@@ -78,6 +78,7 @@ ExitCode RecordRun::placeTools() {
     if (options_.latency) {
         plans.push_back({kProbeTool, kProbeTool, {*options_.latency}, {}});
         plans.back().settings.push_back({"", "*", "deadzone", 0.0});
+        plans.back().isAside = true;
     }
     std::string error;
     for (const ToolPlan& plan : plans) {
@@ -161,7 +162,7 @@ ExitCode RecordRun::recordTake() {
     report_.start = session_.timeline.getStart();
     report_.take = std::move(*figures);
     report_.nodes = nodesToWrite();
-    take_ = CurveCopy(session_.scene);
+    take_ = CurveCopy(report_.nodes);
     if (options_.checkUndo) {
         report_.isUndoGood = checkUndo(session_, before, error);
         if (!*report_.isUndoGood) {
@@ -187,7 +188,7 @@ ExitCode RecordRun::resimulateAll() {
         for (const Setting& setting : pass.settings) {
             figures.settings.push_back(setting.toText());
         }
-        figures.difference = CurveCopy(session_.scene).compare(take_);
+        figures.difference = CurveCopy(report_.nodes).compare(take_);
         figures.seconds = *seconds;
         figures.timesRealTime = *seconds > 0.0 ? (end - start) / *seconds : 0.0;
         report_.resimulations.push_back(std::move(figures));

@@ -37,7 +37,10 @@ def run_program(program, name_filter, repetitions):
                "--benchmark_enable_random_interleaving=true"]
     if name_filter:
         command.append(f"--benchmark_filter={name_filter}")
-    done = subprocess.run(command, stdout=subprocess.PIPE, text=True)
+    done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    for line in done.stderr.splitlines():
+        if not line.startswith("Failed to match any benchmarks"):
+            print(line, file=sys.stderr)
     if done.returncode != 0 or not done.stdout.strip():
         return []
     return json.loads(done.stdout)["benchmarks"]

@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-bin=build/release/bin
+bin=${MIRVANE_BUILD:-build/release}/bin
 out=out
 mkdir -p "$out/documents"
 

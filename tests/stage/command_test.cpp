@@ -17,6 +17,16 @@
 
 namespace {
 
+constexpr const char* kBindings = R"(bind Position X=OSC:/camera/position:0
+bind Position Y=OSC:/camera/position:1
+bind Position Z=OSC:/camera/position:2
+bind Rotation X=OSC:/camera/rotation:0
+bind Rotation Y=OSC:/camera/rotation:1
+bind Rotation Z=OSC:/camera/rotation:2
+bind Rotation W=OSC:/camera/rotation:3
+set *.deadzone=0
+)";
+
 /// A UDP port of the loopback that nobody uses now.
 int freePort() {
     const int handle = socket(AF_INET, SOCK_DGRAM, 0);
@@ -77,15 +87,7 @@ protected:
 };
 
 TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/camera.txt",
-                                               "bind Position X=OSC:/camera/position:0\n"
-                                               "bind Position Y=OSC:/camera/position:1\n"
-                                               "bind Position Z=OSC:/camera/position:2\n"
-                                               "bind Rotation X=OSC:/camera/rotation:0\n"
-                                               "bind Rotation Y=OSC:/camera/rotation:1\n"
-                                               "bind Rotation Z=OSC:/camera/rotation:2\n"
-                                               "bind Rotation W=OSC:/camera/rotation:3\n"
-                                               "set *.deadzone=0\n"));
+    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/camera.txt", kBindings));
     const int code =
         run(SENDER " --quiet --loop --port " + port +
             " & sender=$!; " STAGE " record --documents . --tool 'Tracked Object' --name Camera"

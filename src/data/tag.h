@@ -144,6 +144,8 @@ private:
     struct AttributeBlock;
     struct ChildBlock;
 
+    Tag(Kind kind, std::string_view text) : text_(text), kind_(kind) {}
+
     static std::string numberText(double value);
     static std::string numberText(long long value);
     static std::string numberText(unsigned long long value);

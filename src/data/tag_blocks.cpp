@@ -6,8 +6,9 @@ namespace MVR {
 namespace {
 
 constexpr std::uint32_t kFirstPage = 512;
-constexpr std::uint32_t kLargestPage = 32768;
-constexpr std::size_t kLargestPooled = kLargestPage / 8;
+// Few enough to free, and yet below the size that heaps take from the system one by one.
+constexpr std::uint32_t kLargestPage = 120 * 1024;
+constexpr std::size_t kLargestPooled = 4096; // Larger blocks would waste the rest of a page.
 constexpr std::uint32_t kHeadSize = alignof(std::max_align_t);
 static_assert(sizeof(TagPage) <= kHeadSize);
 
@@ -29,10 +30,11 @@ void TagRelease::flush() noexcept {
 TagPool::Place TagPool::allocate(std::size_t size, TagPool* pool) {
     if (!pool || size > kLargestPooled)
         return {::operator new(size), TagBlock::kNoPage};
-    while (pool->used_ + size > pool->pageSize_)
+    while (pool->free_ < kHeadSize + size)
         pool->openPage();
-    const Place place{pool->page_ + pool->used_, pool->used_};
-    pool->used_ += static_cast<std::uint32_t>(size);
+    // From the end down: trees are freed in the opposite order, so upwards in memory.
+    pool->free_ -= static_cast<std::uint32_t>(size);
+    const Place place{pool->page_ + pool->free_, pool->free_};
     ++pool->blocks_;
     return place;
 }
@@ -42,7 +44,7 @@ void TagPool::openPage() {
     pageSize_ = pageSize_ == 0 ? kFirstPage : std::min(pageSize_ * 2, kLargestPage);
     page_ = static_cast<std::byte*>(::operator new(pageSize_));
     new (page_) TagPage{kOpen};
-    used_ = kHeadSize;
+    free_ = pageSize_;
 }
 
 void TagPool::closePage() noexcept {

@@ -81,7 +81,7 @@ private:
     void closePage() noexcept;
 
     std::byte* page_ = nullptr;
-    std::uint32_t used_ = 0;
+    std::uint32_t free_ = 0; // Where what is still free ends.
     std::uint32_t pageSize_ = 0;
     std::uint32_t blocks_ = 0;
 };

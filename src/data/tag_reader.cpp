@@ -5,6 +5,7 @@
 #include "platform/files.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <istream>
 #include <locale>
@@ -31,8 +32,20 @@ constexpr std::size_t kSmallText = 4096;
 // memory twice.
 constexpr std::size_t kSiblingsAtOnce = 256;
 
-bool isSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
+enum ByteClass : unsigned char { kOther = 0, kSpace = 1, kEquals = 2 };
+
+constexpr std::array<unsigned char, 256> classifyBytes() {
+    std::array<unsigned char, 256> classes{};
+    for (char space : {' ', '\t', '\n', '\v', '\f', '\r'})
+        classes[static_cast<unsigned char>(space)] = kSpace;
+    classes['='] = kEquals;
+    return classes;
+}
+
+constexpr std::array<unsigned char, 256> kClasses = classifyBytes();
+
+unsigned classOf(char c) {
+    return kClasses[static_cast<unsigned char>(c)];
 }
 
 int hexDigit(char c) {
@@ -51,13 +64,13 @@ const char* find(const char* at, const char* end, char wanted) {
 }
 
 const char* skipSpace(const char* at, const char* end) {
-    while (at != end && isSpace(*at))
+    while (at != end && classOf(*at) == kSpace)
         ++at;
     return at;
 }
 
 const char* skipWord(const char* at, const char* end) {
-    while (at != end && !isSpace(*at))
+    while (at != end && classOf(*at) != kSpace)
         ++at;
     return at;
 }
@@ -141,13 +154,17 @@ std::int32_t TagReader::readInto(Tag& root) {
         return kNoRoot;
     if (token.text.front() == '?' && !next(token))
         return kBadAttribute;
-    std::int32_t code = fill(root, token);
-    if (code != kSuccess || token.kind != TokenKind::Open)
-        return code;
-    nodes_.push_back(std::move(root));
-    open_.push_back(0);
-    code = readChildren();
-    root = std::move(nodes_.front());
+    Node& first = nodes_.emplace_back();
+    std::int32_t code = fill(first, token);
+    if (code == kSuccess && token.kind == TokenKind::Open) {
+        open_.push_back(0);
+        code = readChildren();
+    }
+    // A close tag in place of the root leaves nothing.
+    if (nodes_[0].kind != Tag::None) {
+        root.~Tag();
+        makeTag(nodes_[0], &root);
+    }
     return code;
 }
 
@@ -159,7 +176,7 @@ std::int32_t TagReader::readChildren() {
             code = kUnclosed;
         } else if (token.kind != TokenKind::Close) {
             code = readChild(token);
-        } else if (token.text == nodes_[open_.back()].text_) {
+        } else if (closes(nodes_[open_.back()], token.text)) {
             keepChildren(open_.back());
             open_.pop_back();
         } else {
@@ -169,7 +186,7 @@ std::int32_t TagReader::readChildren() {
     if (code != kSuccess) {
         // A child that failed is dropped with all that was read into it.
         if (open_.size() > 1)
-            nodes_.resize(open_[1]);
+            drop(open_[1]);
         keepChildren(0);
     }
     return code;
@@ -183,54 +200,80 @@ std::int32_t TagReader::readChild(const Token& token) {
     }
     if (nodes_.size() - open_.back() > kSiblingsAtOnce)
         keepChildren(open_.back());
-    Tag& child = nodes_.emplace_back();
+    Node& child = nodes_.emplace_back();
     const std::int32_t code = fill(child, token);
-    if (code != kSuccess)
-        nodes_.pop_back();
-    else if (token.kind == TokenKind::Open)
+    if (code == kSuccess && token.kind == TokenKind::Open)
         open_.push_back(nodes_.size() - 1);
-    else if (child.text_.empty())
-        nodes_.pop_back();
+    else if (code != kSuccess || child.text.empty())
+        drop(nodes_.size() - 1);
     return code;
 }
 
-// Moves the children behind an element into it.
+// A close tag is compared as it stands, with the decoded name.
+bool TagReader::closes(const Node& node, std::string_view closeTag) {
+    return node.hasReference ? closeTag == decode(node.text) : closeTag == node.text;
+}
+
+// Makes the nodes behind an element its children.
 void TagReader::keepChildren(std::size_t parent) {
-    const std::size_t count = nodes_.size() - parent - 1;
-    if (count == 0)
-        return;
-    Tag& owner = nodes_[parent];
-    if (owner.childCount_ == 0)
-        owner.lastBlock_ =
-            Tag::ChildBlock::create(static_cast<std::uint32_t>(count), nullptr, &pool_);
-    for (std::size_t i = parent + 1; i < nodes_.size(); ++i)
-        owner.append(std::move(nodes_[i]), &pool_);
+    Node& owner = nodes_[parent];
+    for (std::size_t i = parent + 1; i < nodes_.size(); ++i) {
+        Tag::ChildBlock* block = owner.lastBlock;
+        if (!block || block->count == block->capacity) {
+            const auto left = static_cast<std::uint32_t>(nodes_.size() - i);
+            block = Tag::ChildBlock::create(std::max(left, owner.childCount), block, &pool_);
+            owner.lastBlock = block;
+        }
+        makeTag(nodes_[i], block->end());
+        ++block->count;
+        ++owner.childCount;
+    }
     nodes_.resize(parent + 1);
 }
 
-std::int32_t TagReader::fill(Tag& node, const Token& token) {
+// Frees what the nodes from `first` on hold.
+void TagReader::drop(std::size_t first) {
+    for (std::size_t i = first; i < nodes_.size(); ++i) {
+        Tag dropped;
+        dropped.attributes_ = nodes_[i].attributes;
+        dropped.lastBlock_ = nodes_[i].lastBlock;
+    }
+    nodes_.resize(first);
+}
+
+void TagReader::makeTag(const Node& node, Tag* place) {
+    Tag* tag = new (place) Tag(node.kind, node.hasReference ? std::string_view() : node.text);
+    if (node.hasReference)
+        tag->text_ = decode(node.text);
+    tag->attributes_ = node.attributes;
+    tag->lastBlock_ = node.lastBlock;
+    tag->childCount_ = node.childCount;
+}
+
+std::int32_t TagReader::fill(Node& node, const Token& token) {
+    node.text = token.text;
+    const char* const begin = token.text.data();
+    const char* const end = begin + token.text.size();
+    const char* nameEnd = end;
     switch (token.kind) {
     case TokenKind::Text:
-        node.kind_ = Tag::Text;
-        node.text_ = decode(token.text);
-        return kSuccess;
+        node.kind = Tag::Text;
+        break;
     case TokenKind::Comment:
-        node.kind_ = Tag::Comment;
-        node.text_ = decode(token.text);
-        return kSuccess;
+        node.kind = Tag::Comment;
+        break;
     case TokenKind::Close:
         return kNoRoot;
     case TokenKind::Open:
     case TokenKind::Empty:
-        break;
+        node.kind = Tag::Element;
+        nameEnd = skipWord(begin, end);
+        node.text = view(begin, nameEnd);
+        if (nameEnd == begin) // Blanks ahead of the first word: no name, and the word is passed.
+            nameEnd = skipWord(skipSpace(begin, end), end);
     }
-    const char* const begin = token.text.data();
-    const char* const end = begin + token.text.size();
-    const char* nameEnd = skipWord(begin, end);
-    node.kind_ = Tag::Element;
-    node.text_ = decode(view(begin, nameEnd));
-    if (nameEnd == begin) // Blanks ahead of the first word: no name, and the word counts as one.
-        nameEnd = skipWord(skipSpace(begin, end), end);
+    node.hasReference = find(node.text.data(), node.text.data() + node.text.size(), '&') !=
+                        node.text.data() + node.text.size();
     if (nameEnd == end)
         return kSuccess;
     const std::int32_t code = scanAttributes(nameEnd, end);
@@ -245,7 +288,7 @@ std::int32_t TagReader::scanAttributes(const char* at, const char* end) {
         if (at != end && *at == '?')
             return kSuccess;
         const char* const key = at;
-        while (at != end && *at != '=' && !isSpace(*at))
+        while (at != end && classOf(*at) == kOther)
             ++at;
         if (end - at < 2 || *at != '=' || (at[1] != '"' && at[1] != '\''))
             return kBadAttribute;
@@ -260,30 +303,32 @@ std::int32_t TagReader::scanAttributes(const char* at, const char* end) {
     return kSuccess;
 }
 
-void TagReader::storeAttributes(Tag& node) {
+void TagReader::storeAttributes(Node& node) {
     if (attributes_.empty())
         return;
-    // Our own files have them in order. Within one key the last counts.
-    const auto ahead = [](const RawAttribute& a, const RawAttribute& b) {
-        const int order = a.key.compare(b.key);
-        return order != 0 ? order < 0 : a.key.data() < b.key.data();
+    // Our own files have them in order.
+    const auto disorder = [](const RawAttribute& a, const RawAttribute& b) {
+        return a.key >= b.key;
     };
-    if (!std::is_sorted(attributes_.begin(), attributes_.end(), ahead))
-        std::sort(attributes_.begin(), attributes_.end(), ahead);
-    const auto repeated = [this](std::size_t i) {
-        return i + 1 < attributes_.size() && attributes_[i].key == attributes_[i + 1].key;
-    };
-    std::uint32_t count = 0;
-    for (std::size_t i = 0; i < attributes_.size(); ++i)
-        count += !repeated(i);
-    node.attributes_ = Tag::AttributeBlock::create(count, &pool_);
-    for (std::size_t i = 0; i < attributes_.size(); ++i) {
-        if (repeated(i))
-            continue;
-        const RawAttribute& raw = attributes_[i];
-        new (node.attributes_->end()) Tag::Attribute{std::string(raw.key), decode(raw.value)};
-        ++node.attributes_->count;
+    if (std::adjacent_find(attributes_.begin(), attributes_.end(), disorder) != attributes_.end())
+        orderAttributes();
+    node.attributes =
+        Tag::AttributeBlock::create(static_cast<std::uint32_t>(attributes_.size()), &pool_);
+    for (const RawAttribute& raw : attributes_) {
+        new (node.attributes->end()) Tag::Attribute{std::string(raw.key), decode(raw.value)};
+        ++node.attributes->count;
     }
+}
+
+// By key; of one key only the last in the text remains.
+void TagReader::orderAttributes() {
+    std::sort(attributes_.begin(), attributes_.end(),
+              [](const RawAttribute& a, const RawAttribute& b) {
+                  const int order = a.key.compare(b.key);
+                  return order != 0 ? order < 0 : a.key.data() > b.key.data();
+              });
+    const auto same = [](const RawAttribute& a, const RawAttribute& b) { return a.key == b.key; };
+    attributes_.erase(std::unique(attributes_.begin(), attributes_.end(), same), attributes_.end());
 }
 
 std::string TagReader::decode(std::string_view markup) {

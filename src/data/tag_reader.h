@@ -28,22 +28,37 @@ private:
         std::string_view value; // Not decoded.
     };
 
+    // A node of which all is known but what comes below it.
+    struct Node {
+        Tag::Kind kind;
+        std::uint32_t childCount;
+        std::string_view text; // Not decoded.
+        bool hasReference;     // In `text`.
+        Tag::AttributeBlock* attributes;
+        Tag::ChildBlock* lastBlock;
+    };
+
     bool next(Token& token);
     void cutTag(Token& token, const char* first);
     std::int32_t readChildren();
     std::int32_t readChild(const Token& token);
+    bool closes(const Node& node, std::string_view closeTag);
     void keepChildren(std::size_t parent);
-    std::int32_t fill(Tag& node, const Token& token);
+    void drop(std::size_t first);
+    void makeTag(const Node& node, Tag* place);
+    std::int32_t fill(Node& node, const Token& token);
     std::int32_t scanAttributes(const char* at, const char* end);
-    void storeAttributes(Tag& node);
+    void storeAttributes(Node& node);
+    void orderAttributes();
     std::string decode(std::string_view markup);
 
     const char* at_;
     const char* end_;
     TagPool pool_;
     // The elements that are being read, each followed by those of its children that are complete
-    // and not yet in a block. So a block is made when the number of its items is known.
-    std::vector<Tag> nodes_;
+    // and not yet in a block. So a block is made when the number of its items is known, and their
+    // texts are copied once.
+    std::vector<Node> nodes_;
     std::vector<std::size_t> open_;        // Where in `nodes_` the former stand, from the root on.
     std::vector<RawAttribute> attributes_; // Of one tag; kept to be used again.
     std::string decoded_;                  // Likewise.

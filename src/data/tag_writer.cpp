@@ -14,28 +14,50 @@ namespace {
 constexpr std::string_view kHeader = "<?xml version=\"1.0\"?>\n";
 constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
 
-struct ByteSet {
-    std::array<bool, 256> has{};
-};
+// A text of this size has its room made for it at once.
+constexpr std::size_t kLargeText = 65536;
 
-// What is written as a reference: all but the printable ASCII characters without "&" and "<".
-constexpr ByteSet escapedBytes(bool quote) {
-    ByteSet set;
-    for (int byte = 0; byte < 256; ++byte)
-        set.has[byte] = byte < 0x20 || byte > 0x7E || byte == '&' || byte == '<';
-    set.has['"'] = quote;
-    return set;
+// The number of bytes that each byte is written as: 1 for the printable ASCII characters without
+// "&" and "<", more for what becomes a reference.
+using EncodedSizes = std::array<unsigned char, 256>;
+
+constexpr EncodedSizes encodedSizes(bool quoteIsEncoded) {
+    EncodedSizes sizes{};
+    for (int byte = 0; byte < 256; ++byte) {
+        const bool plain = byte >= 0x20 && byte <= 0x7E && byte != '&' && byte != '<' &&
+                           !(quoteIsEncoded && byte == '"');
+        const int digits = byte < 10 ? 1 : byte < 100 ? 2 : 3;
+        sizes[byte] = static_cast<unsigned char>(plain ? 1 : 3 + digits);
+    }
+    return sizes;
 }
 
-constexpr ByteSet kEscaped = escapedBytes(false);
-constexpr ByteSet kEscapedWithQuote = escapedBytes(true);
+constexpr EncodedSizes kEncoded = encodedSizes(false);
+constexpr EncodedSizes kEncodedWithQuote = encodedSizes(true);
 
-void encode(std::string_view text, const ByteSet& escaped, std::string& out) {
+std::size_t sizeOf(char c, const EncodedSizes& sizes) {
+    return sizes[static_cast<unsigned char>(c)];
+}
+
+// Judges the whole by its start; if it has more references further on, the string grows by itself.
+void makeRoom(std::string_view text, const EncodedSizes& sizes, std::string& out) {
+    std::size_t sample = 0;
+    for (char c : text.substr(0, kLargeText))
+        sample += sizeOf(c, sizes);
+    const std::size_t encoded = text.size() / kLargeText * sample + sample;
+    const std::size_t needed = out.size() + encoded + encoded / 32;
+    if (needed / 2 > out.capacity()) // Else its own growth is enough.
+        out.reserve(needed);
+}
+
+void encode(std::string_view text, const EncodedSizes& sizes, std::string& out) {
+    if (text.size() >= kLargeText)
+        makeRoom(text, sizes, out);
     const char* at = text.data();
     const char* const end = at + text.size();
     while (true) {
         const char* run = at;
-        while (at != end && !escaped.has[static_cast<unsigned char>(*at)])
+        while (at != end && sizeOf(*at, sizes) == 1)
             ++at;
         out.append(run, at);
         if (at == end)
@@ -94,11 +116,11 @@ void TagWriter::begin(const Tag& node) {
         beginElement(node);
         break;
     case Tag::Text:
-        encode(node.text_, kEscaped, *out_);
+        encode(node.text_, kEncoded, *out_);
         break;
     case Tag::Comment:
         out_->append(indent_).append("<!-- ");
-        encode(node.text_, kEscaped, *out_);
+        encode(node.text_, kEncoded, *out_);
         out_->append("-- >");
         break;
     case Tag::None:
@@ -110,7 +132,7 @@ void TagWriter::begin(const Tag& node) {
 
 void TagWriter::beginElement(const Tag& element) {
     out_->append(indent_).push_back('<');
-    encode(element.text_, kEscaped, *out_);
+    encode(element.text_, kEncoded, *out_);
     if (element.attributes_)
         attributes(element);
     if (element.childCount_ == 0) {
@@ -133,7 +155,7 @@ void TagWriter::attributes(const Tag& element) {
         const char quote = hasDouble && !hasBoth ? '\'' : '"';
         out_->push_back(' ');
         out_->append(attribute.key).append({'=', quote});
-        encode(attribute.value, hasBoth ? kEscapedWithQuote : kEscaped, *out_);
+        encode(attribute.value, hasBoth ? kEncodedWithQuote : kEncoded, *out_);
         out_->push_back(quote);
     }
 }
@@ -145,7 +167,7 @@ void TagWriter::finish() {
     if (!done.isInline)
         out_->append(indent_);
     out_->append("</");
-    encode(done.element->text_, kEscaped, *out_);
+    encode(done.element->text_, kEncoded, *out_);
     out_->push_back('>');
     if (!open_.empty() && !open_.back().isInline)
         out_->append(newline_);

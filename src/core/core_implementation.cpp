@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::int32_t kDialogDestroyed = 20101;
 constexpr const char* kRecentFile = R"(\recent.xml)";
+constexpr std::int32_t kNoFile = 1; // of Tag::load
 
 // What the default button of a box answers.
 std::int32_t defaultAnswer(std::uint32_t flags) {
@@ -63,8 +64,9 @@ CoreImplementation::~CoreImplementation() {
 void CoreImplementation::readRecent() {
     Tag recent;
     const std::string folder = getUserFolder();
-    if (!folder.empty() && recent.load(folder + kRecentFile) != 0)
-        recent = Tag();
+    // Of a damaged file the entries before the damage are kept.
+    if (!folder.empty() && recent.load(folder + kRecentFile) > kNoFile)
+        Log(Log::Warning).write("Unable to read recent list", folder, Log::OwnLevel);
     setRecent(recent);
 }
 

@@ -223,15 +223,21 @@ TEST_F(CoreInterfaceTest, TheHostsTimeReachesTheToolsThatAreChecked) {
     EXPECT_THAT(core->getInstances(false), ElementsAre());
 }
 
-TEST_F(CoreInterfaceTest, TheRecentListComesBackWithTheNextAttachment) {
+TEST_F(CoreInterfaceTest, TheRecentListComesBackWithTheNextAttachmentAlsoFromADamagedFile) {
     ScriptedPlugin::add("Rig");
     ASSERT_NE(core->createByType("Rig", "Mine", true), nullptr);
-    ASSERT_EQ(core->getRecentCount(), 1);
-    adaptor.clearUndo();
-    EXPECT_EQ(detachCore(core), 0);
-    core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
-    ASSERT_EQ(core->getRecentCount(), 1);
-    EXPECT_EQ(core->getRecentLabel(0), "Mine");
+    ASSERT_NE(core->createByType("Rig", "Other", true), nullptr);
+    const std::string file = "documents/Oskelworks/Mirvane/data/Stage/recent.xml";
+    for (const std::int32_t expected : {2, 1}) {
+        adaptor.clearUndo();
+        EXPECT_EQ(detachCore(core), 0);
+        const std::string text = readText(home.documents() + "/data/Stage/recent.xml");
+        if (expected == 1) // within the later entry
+            home.write(file, text.substr(0, text.rfind("Other")));
+        core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
+        ASSERT_EQ(core->getRecentCount(), expected);
+        EXPECT_EQ(core->getRecentLabel(0), "Mine");
+    }
 }
 
 TEST_F(CoreInterfaceTest, TheEventPumpDeliversKeysAndTellsWhenItIsNeededAgain) {

@@ -220,8 +220,8 @@ void CoreImplementation::setInstanceChecked(std::string name, bool checked) {
 
 void CoreImplementation::setInstanceConfigProfile(std::string name, std::string profile) {
     // No tool has stored profiles so far, so that every profile's name is unknown.
-    Log log("Applying configuration profile", Log::Notice);
-    log.write("Unable to find profile", name + ": " + profile, Log::Warning);
+    if (getRoot() != nullptr && getRoot()->findInstance(name, false, nullptr) != nullptr)
+        Log(Log::Warning).write("Unable to find profile", name + ": " + profile, Log::OwnLevel);
 }
 
 Util::MessageNode* CoreImplementation::addProperty(std::int32_t id, double defaultValue) {

@@ -2,12 +2,10 @@
 
 #include "core/log.h"
 
-#include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
+#include <utility>
 
 namespace MVR::Util {
 
@@ -77,10 +75,16 @@ std::size_t AVar<double>::lowerBound(double time) const {
     for (std::size_t guess = cursor_; guess <= keys_.size() && guess < cursor_ + 2; ++guess)
         if (fits(guess))
             return cursor_ = guess;
-    const auto found =
-        std::lower_bound(keys_.begin(), keys_.end(), time,
-                         [](const Key& key, double wanted) { return key.time < wanted; });
-    return cursor_ = static_cast<std::size_t>(found - keys_.begin());
+    std::size_t low = 0;
+    std::size_t high = keys_.size();
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        if (keys_[middle].time < time)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return cursor_ = low;
 }
 
 std::int32_t AVar<double>::findNearest(double time) const {
@@ -110,19 +114,19 @@ void AVar<double>::setKey(double time, double value) {
     if (std::isnan(time))
         return;
     if (keys_.empty() || keys_.back().time < time) {
-        keys_.push_back({time, value});
+        keys_.append({time, value});
         return;
     }
     const std::size_t index = lowerBound(time);
     if (keys_[index].time == time)
         keys_[index].value = value;
     else
-        keys_.insert(keys_.begin() + static_cast<std::ptrdiff_t>(index), {time, value});
+        keys_.insert(index, {time, value});
 }
 
 void AVar<double>::eraseFrom(double time) {
     if (!std::isnan(time))
-        keys_.resize(lowerBound(time));
+        keys_.truncate(lowerBound(time));
 }
 
 std::size_t AVar<double>::getDataSize() const {
@@ -142,9 +146,9 @@ void AVar<double>::writeData(void* buffer, std::size_t size) const {
     storeHeader(at,
                 {kHeaderSize, sizeField, kBlockVersion, static_cast<std::uint32_t>(keys_.size())});
     at += kHeaderSize;
-    for (const Key& key : keys_) {
-        storeDouble(at, key.time);
-        storeDouble(at + 8, key.value);
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        storeDouble(at, keys_[i].time);
+        storeDouble(at + 8, keys_[i].value);
         at += kKeySize;
     }
 }
@@ -160,16 +164,17 @@ bool AVar<double>::readData(const void* buffer, std::size_t size) {
     if (header.keyCount > (size - kHeaderSize) / kKeySize)
         return refuse("the keys are cut off");
 
-    std::deque<Key> keys(header.keyCount);
-    if (header.bytesBehind == header.keyCount * std::uint64_t(kKeySize)) {
-        const Key* previous = nullptr;
-        for (Key& key : keys) {
+    const bool isConsistent = header.bytesBehind == header.keyCount * std::uint64_t(kKeySize);
+    KeySequence keys;
+    for (std::uint32_t i = 0; i < header.keyCount; ++i) {
+        Key key{-1.0, 0.0};
+        if (isConsistent) {
             key = {loadDouble(at), loadDouble(at + 8)};
             at += kKeySize;
-            if (std::isnan(key.time) || (previous != nullptr && !(previous->time < key.time)))
+            if (std::isnan(key.time) || (i > 0 && !(keys.back().time < key.time)))
                 return refuse("the times don't ascend");
-            previous = &key;
         }
+        keys.append(key);
     }
     keys_ = std::move(keys);
     return true;

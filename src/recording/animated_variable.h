@@ -3,10 +3,10 @@
 /// input property of a tool.
 #pragma once
 
+#include "recording/key_sequence.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <deque>
-#include <string>
 
 namespace MVR::Util {
 
@@ -24,10 +24,7 @@ class AVar;
 template <>
 class AVar<double> {
 public:
-    struct Key {
-        double time = -1.0;
-        double value = 0.0;
-    };
+    using Key = KeySequence::Key;
 
     static constexpr std::uint32_t kBlockVersion = 100;
     static constexpr std::size_t kHeaderSize = 16;
@@ -58,7 +55,7 @@ public:
     void eraseFrom(double time);
 
     /// Sorted by ascending time, no time twice.
-    [[nodiscard]] const std::deque<Key>& getKeys() const { return keys_; }
+    [[nodiscard]] const KeySequence& getKeys() const { return keys_; }
 
 protected:
     explicit AVar(double defaultValue) : defaultValue_(defaultValue) {}
@@ -71,8 +68,7 @@ protected:
 private:
     [[nodiscard]] std::size_t lowerBound(double time) const;
 
-    // In blocks, so that no frame of a long take has to copy what was recorded before.
-    std::deque<Key> keys_;
+    KeySequence keys_;
     double defaultValue_;
     mutable std::size_t cursor_ = 0; // a guess at the next lowerBound; any value is right
 };

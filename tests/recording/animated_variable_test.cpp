@@ -25,8 +25,8 @@ AVar_Linear<double> variableOf(const Keys& keys) {
 
 Keys keysOf(const AVar<double>& variable) {
     Keys keys;
-    for (const AVar<double>::Key& key : variable.getKeys())
-        keys.emplace_back(key.time, key.value);
+    for (std::size_t i = 0; i < variable.getKeys().size(); ++i)
+        keys.emplace_back(variable.getKeys()[i].time, variable.getKeys()[i].value);
     return keys;
 }
 
@@ -75,6 +75,27 @@ TEST(AnimatedVariable, KeysStayInOrderAndUnique) {
     }
     variable.setKey(7, 70); // the cursor stood behind what is gone
     EXPECT_EQ(variable.getValue(8), 70);
+}
+
+TEST(AnimatedVariable, ManyKeysInAnyOrderAndCutAnywhere) {
+    Keys wanted;
+    for (int i = 0; i < 3000; ++i)
+        wanted.emplace_back(i, i * i);
+    AVar_Linear<double> variable;
+    for (int step = 0; step < 3000; ++step) {
+        const int i = step * 7 % 3000;
+        variable.setKey(i, i * i);
+    }
+    EXPECT_EQ(keysOf(variable), wanted);
+    for (const std::size_t cut : {2999u, 2081u, 2080u, 2049u, 2048u, 2047u, 33u, 32u, 31u, 1u}) {
+        const AVar_Linear<double> whole = variable;
+        variable.eraseFrom(static_cast<double>(cut));
+        EXPECT_EQ(keysOf(variable), Keys(wanted.begin(), wanted.begin() + static_cast<long>(cut)));
+        variable.setKey(1e6, 1);
+        EXPECT_EQ(variable.getKeys().size(), cut + 1);
+        variable = whole;
+        EXPECT_EQ(keysOf(variable), wanted);
+    }
 }
 
 TEST(AnimatedVariable, BlockIsLittleEndianAndReadsBack) {

@@ -75,10 +75,11 @@ protected:
 
     /// What is stored of the first property.
     Curve stored() const {
-        Curve keys;
-        for (const auto& key : tool->getRecordedValues().at(0).getKeys())
-            keys.emplace_back(key.time, key.value);
-        return keys;
+        const Util::KeySequence& keys = tool->getRecordedValues().at(0).getKeys();
+        Curve pairs;
+        for (std::size_t i = 0; i < keys.size(); ++i)
+            pairs.emplace_back(keys[i].time, keys[i].value);
+        return pairs;
     }
 
     std::ptrdiff_t countCalls(const std::string& call) const {

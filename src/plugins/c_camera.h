@@ -11,7 +11,7 @@ namespace MVR {
 class CCameraPlugin;
 class CInterface;
 
-/// A tool object: the logic of one placed tool. Written by the author of a tool library.
+/// A tool object: the logic of one placed tool. Written by the author of a library of tools.
 ///
 /// 1. CCameraPlugin::create() makes it; getInterface() is null until create() has returned.
 /// 2. extend(52, folder), then init(). The place to ask for input properties.

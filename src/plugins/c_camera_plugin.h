@@ -8,12 +8,12 @@
 
 namespace MVR {
 
-/// The version that `getVersion` of a tool library must return.
+/// The version that `getVersion` of a library of tools must return.
 constexpr std::int32_t kPluginInterfaceVersion = 250;
 
 /// The descriptor of one kind of tool: what it is called, and how tool objects are made.
 ///
-/// A tool library derives one class per kind of tool and exports two functions:
+/// A library of tools derives one class per kind of tool and exports two functions:
 ///
 ///     extern "C" std::int32_t getVersion();                          // kPluginInterfaceVersion
 ///     extern "C" MVR::CCameraPlugin* getPlugin(std::int32_t index);  // null ends the list

@@ -1,5 +1,5 @@
 /// \file
-/// A loaded tool library and the plug-ins that it holds.
+/// A loaded library of tools and the plug-ins that it holds.
 #pragma once
 
 #include "core/util/dynamic_object.h"
@@ -13,8 +13,9 @@ namespace MVR {
 
 class Plugin;
 
-/// A tool library. Lives from its load to the unload of the core; the module itself stays mapped
-/// until the process ends, since tool objects may still be on their way out. Host thread only.
+/// A library of tools. Lives from its load to the unload of the core; the module itself stays
+/// mapped until the process ends, since tool objects may still be on their way out. Host thread
+/// only.
 class Library : public Util::DynamicObject {
 public:
     /// Joins the LibraryManager. `module` is null for what is built into the core.

@@ -26,7 +26,7 @@ public:
         bool bound = false;
     };
 
-    /// Builds properties, so that a tool library can ask for its own kind.
+    /// Builds properties, so that a library of tools can ask for its own kind.
     class Factory {
     public:
         /// A new property, the caller's to free.

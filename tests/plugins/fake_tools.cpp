@@ -1,4 +1,4 @@
-// A tool library in the variants that FAKE_VERSION (0: no export) and FAKE_TOOLS (-1: no export)
+// A library of tools in the variants that FAKE_VERSION (0: no export) and FAKE_TOOLS (-1: no export)
 // tell.
 #include "core/export.h"
 #include "plugins/c_camera_plugin.h"

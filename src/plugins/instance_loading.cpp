@@ -64,7 +64,7 @@ private:
     bool makeInstance(Plugin& plugin, const std::string& type);
     void applyStates();
     bool startTool();
-    bool refuse(const char* text, std::int32_t code);
+    void logRefusal(const char* text, std::int32_t code);
 
     CoreImplementation* core_;
     const Tag& data_;
@@ -135,7 +135,8 @@ bool ToolLoad::startTool() {
         std::string path = path_;
         tool.extend(ToolExtension::kDataFolder, reinterpret_cast<std::intptr_t>(&path));
         if (const std::int32_t code = tool.init(); code != 0) {
-            refuse("instance init returned error", code);
+            adaptor().cancelUndo();
+            logRefusal("instance init returned error", code);
             if (reference_.get() != nullptr) // unless the host took it back with the step
                 reference_.get()->destroy();
             return false;
@@ -146,18 +147,19 @@ bool ToolLoad::startTool() {
         Log entry("creating plugin", Log::Notice);
         // A tool that fails here stays outside the tree, if the host doesn't take it back, until
         // the core is detached.
-        if (const std::int32_t code = tool.create(); code != 0)
-            return refuse("instance create returned error", code);
+        if (const std::int32_t code = tool.create(); code != 0) {
+            logRefusal("instance create returned error", code);
+            adaptor().cancelUndo();
+            return false;
+        }
     }
     entry_->write("create returned successfully");
     return true;
 }
 
 /// The tool refused its own making: no error of ours.
-bool ToolLoad::refuse(const char* text, std::int32_t code) {
-    adaptor().cancelUndo();
+void ToolLoad::logRefusal(const char* text, std::int32_t code) {
     entry_->write(text, errors().find(code).getMessage(), Log::Error);
-    return false;
 }
 
 } // namespace

@@ -219,7 +219,7 @@ InstanceReference* InstanceReference::findInstance(const std::string& name, bool
     const InstanceReference* skipped = exclude;
     while (!walk(*from, hasName, skipped) && lookUp) {
         InstanceReference* const parent = from->getParentReference();
-        if (parent == nullptr || parent == exclude)
+        if (parent == nullptr || parent == skipped)
             break;
         skipped = std::exchange(from, parent);
     }

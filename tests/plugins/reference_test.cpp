@@ -39,15 +39,12 @@ TEST_F(ReferenceTest, ToolsAreFoundBelowAndWithLookUpBeside) {
         bool lookUp;
         InstanceReference* exclude;
         InstanceReference* found;
-    } const cases[] = {{a, "a", false, nullptr, a},
-                       {a, "c", false, nullptr, c},
-                       {a, "c", false, c, nullptr},
-                       {b, "c", false, nullptr, nullptr},
-                       {b, "c", true, nullptr, c},
-                       {b, "d", true, nullptr, d},
-                       {b, "d", true, a, nullptr},
-                       {b, "none", true, nullptr, nullptr},
-                       {b, "Mirvane", true, nullptr, core->getRoot()}};
+    } const cases[] = {
+        {a, "a", false, nullptr, a},         {a, "c", false, nullptr, c},
+        {a, "c", false, c, nullptr},         {b, "c", false, nullptr, nullptr},
+        {b, "c", true, nullptr, c},          {b, "d", true, nullptr, d},
+        {b, "d", true, a, nullptr},          {b, "d", true, core->getRoot(), d},
+        {b, "none", true, nullptr, nullptr}, {b, "Mirvane", true, nullptr, core->getRoot()}};
     for (const auto& each : cases)
         EXPECT_EQ(each.from->findInstance(each.name, each.lookUp, each.exclude), each.found)
             << each.name;

@@ -150,13 +150,11 @@ void InstanceReference::setLabel(std::string text) {
 void InstanceReference::setInTree(bool inTree) {
     if (instance_ == nullptr || inTree_ == inTree)
         return;
+    if (inTree && instance_->isEnabled())
+        instance_->restoreDevice();
     inTree_ = inTree;
     instance_->updateNameUse();
-    if (!instance_->isEnabled())
-        return;
-    if (inTree)
-        instance_->restoreDevice();
-    else
+    if (!inTree && instance_->isEnabled())
         instance_->withdrawDevice();
 }
 

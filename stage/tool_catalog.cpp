@@ -28,7 +28,8 @@ void listLibrary(const std::string& path, ToolCatalog& catalog) {
     const auto getVersion = library.find<GetVersion>("getVersion");
     const auto getPlugin = library.find<GetPlugin>("getPlugin");
     if (getVersion == nullptr || getPlugin == nullptr) {
-        catalog.faults.push_back(path + " is no library of tools: it lacks getVersion or getPlugin");
+        catalog.faults.push_back(path +
+                                 " is no library of tools: it lacks getVersion or getPlugin");
         return;
     }
     if (const std::int32_t version = getVersion(); version != MVR::kPluginInterfaceVersion) {

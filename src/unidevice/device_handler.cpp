@@ -103,9 +103,11 @@ void DeviceHandler::destroyDevices() {
     while (!devices.empty()) {
         Device* last = devices.back();
         last->destroy();
-        // It leaves the list by itself, unless its library's `destroy` is at fault.
+        // It leaves the list by itself, unless its library keeps it: then it must forget us.
         if (!devices.empty() && devices.back() == last) {
             devices.pop_back();
+            last->unregister();
+            last->clearDriver();
         }
     }
 }

@@ -20,6 +20,11 @@ struct EndingDevice : ScriptedDevice {
     ~EndingDevice() override { ends->push_back(name); }
 };
 
+struct StaticDevice : ScriptedDevice {
+    using ScriptedDevice::ScriptedDevice;
+    void destroy() override {} // its library frees it later
+};
+
 struct EndingDriver : DummyDriver {
     explicit EndingDriver(const std::string& driverName) { name = driverName; }
     ~EndingDriver() override { ends->push_back(name); }
@@ -164,6 +169,13 @@ TEST_F(DeviceHandlerTest, EndsDevicesThenDriversLastFirst) {
     EXPECT_EQ(late->driver, nullptr);
     MVR::Util::SingletonCollector::destroyAll();
     EXPECT_THAT(ended, ElementsAre("b", "a", "driver", "early", "late"));
+
+    StaticDevice kept("kept");
+    kept.setDriver(new DummyDriver);
+    DeviceHandler::instance()->destroyDevices();
+    EXPECT_EQ(kept.handler, nullptr);
+    EXPECT_EQ(kept.driver, nullptr);
+    EXPECT_TRUE(DeviceHandler::instance()->devices.empty());
 }
 
 } // namespace

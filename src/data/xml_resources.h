@@ -12,7 +12,8 @@ namespace MVR {
 Tag loadXmlResource(std::uint16_t number);
 
 /// Expands "[DATAPATH]" (the user's data folder), then "[SHAREDDATAPATH]" (the data of the install)
-/// in a path that is about to be opened. A folder that can't be found expands to nothing.
+/// in a path that is about to be opened. A folder that can't be found counts as empty, which
+/// leaves "\data" of the user's; the log tells of it.
 std::string expandPathMacros(const std::string& path);
 
 } // namespace MVR

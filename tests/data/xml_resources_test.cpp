@@ -33,6 +33,9 @@ TEST(XmlResourcesTest, ExpandsTheTwoPathMacros) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(expandPathMacros(c.path), c.expanded) << c.path;
+    setenv("MIRVANE_REGISTRY", folder.add("empty.ini", "").c_str(), 1);
+    EXPECT_EQ(expandPathMacros("[SHAREDDATAPATH]/core/x.bmp"), "/core/x.bmp");
+    EXPECT_EQ(expandPathMacros("[DATAPATH]/x"), "\\data/x");
     unsetenv("MIRVANE_REGISTRY");
     EXPECT_TRUE(loadXmlResource(1).isEmpty());
 }

@@ -15,6 +15,9 @@
 namespace MVR {
 namespace {
 
+// A library whose list never ends must not take the host with it.
+constexpr std::int32_t kMostPlugins = 4096;
+
 using GetVersion = std::int32_t (*)();
 using GetPlugin = CCameraPlugin* (*)(std::int32_t);
 
@@ -129,6 +132,10 @@ Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& co
     for (std::int32_t i = 0; CCameraPlugin* const descriptor = getPlugin(i); ++i) {
         std::int32_t ignored = 0;
         Plugin::create(library, descriptor, ignored);
+        if (i + 1 == kMostPlugins) {
+            entry.write("The library offers plugins without end", Log::Error);
+            break;
+        }
     }
     return library;
 }

@@ -99,7 +99,7 @@ Control* Device::mostMovedControl(const std::vector<Control*>* excluded) {
         Control* candidate = control(i);
         const bool leftOut =
             excluded && std::find(excluded->begin(), excluded->end(), candidate) != excluded->end();
-        if (!leftOut && candidate->change() > candidate->threshold) {
+        if (candidate != nullptr && !leftOut && candidate->change() > candidate->threshold) {
             moved.push_back(candidate);
         }
     }

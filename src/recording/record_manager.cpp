@@ -91,7 +91,7 @@ std::int32_t RecordManager::startRecording() {
     Hooks::hookEnabled = true;
 
     prepare(startTime_);
-    if (!isRunning(take)) // a tool stopped it
+    if (!isRunning(take)) // the host or a tool stopped it
         return 0;
     lastTick_ = Platform::tickMs();
     const std::int32_t countdown = getCore()->getStartCountdown();
@@ -109,7 +109,10 @@ std::int32_t RecordManager::startRecording() {
 void RecordManager::prepare(double time) {
     std::vector<PluginInstance*> sorted =
         getCore()->sortForRecording(getCore()->getInstances(true));
+    const std::uint32_t take = take_;
     adaptor()->recordingStarted(toolsOf(sorted));
+    if (!isRunning(take)) // the host stopped it
+        return;
     Log entry("Preparing recording", Log::Notice);
     instances_ = std::move(sorted);
     entry.write("Activating UniDevice");
@@ -282,7 +285,7 @@ std::int32_t RecordManager::resimulate(double start, double end) {
         return alreadyRecording();
     const double frameRate = adaptor()->getFrameRate();
     const double frames = (end - start) * frameRate;
-    if (!(frameRate > 0.0) || !(frames <= kMostFrames))
+    if (!(frameRate > 0.0) || !std::isfinite(frames) || frames > kMostFrames)
         return ErrorCode::instance()
             ->get("RESIMULATE_BADRANGE", "The range can't be simulated", ErrorCode::Error)
             .getValue();

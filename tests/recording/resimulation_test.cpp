@@ -72,7 +72,8 @@ TEST_F(ResimulationTest, EmptyAndRefusedSpans) {
     adaptor.calls.clear();
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     const std::vector<std::pair<double, double>> spans{
-        {0, kInfinity}, {-kInfinity, 0}, {0, 1e300}, {0, std::nan("")}, {kInfinity, kInfinity}};
+        {0, kInfinity},    {-kInfinity, 0}, {kInfinity, 0},        {0, 1e300},
+        {0, std::nan("")}, {0, -kInfinity}, {kInfinity, kInfinity}};
     for (const auto& [from, to] : spans) {
         const std::int32_t code = core->resimulate(from, to);
         EXPECT_EQ(code, ErrorCode::instance()->report("RESIMULATE_BADRANGE").getValue());

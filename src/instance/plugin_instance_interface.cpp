@@ -250,7 +250,8 @@ void PluginInstance::redraw() {
 }
 
 std::int32_t PluginInstance::messageBox(std::string text, std::string title, std::int32_t flags) {
-    switch (core_->messageBox(0, text, title, platformButtons(flags) | platformIcon(flags))) {
+    const std::uint32_t platformFlags = platformButtons(flags) | platformIcon(flags);
+    switch (core_->messageBox(core_->getWindow(), text, title, platformFlags)) {
     case Platform::kAnswerCancel:
         return 1;
     case Platform::kAnswerYes:

@@ -67,8 +67,10 @@ public:
     /// Applies a stored configuration profile to a tool; unknown names do nothing.
     virtual void setInstanceConfigProfile(std::string name, std::string profile) = 0;
     /// Adds a setting of the adaptor's own and gives the node that tells of changes (message 324).
-    /// An `id` in use gives the node of the setting that has it, which stays as it is. The stored
-    /// value of the id, if there is one, is taken at once. The core owns the node.
+    /// The settings files are read again, so that the stored value of the id, if there is one, is
+    /// taken at once; other settings go back to their stored values too: add first, then change.
+    /// An `id` in use gives the node of the setting that has it, and nothing changes. A setting
+    /// with an `id` below 0 is never read back. The core owns the node.
     virtual Util::MessageNode* addProperty(std::int32_t id, double defaultValue) = 0;
     virtual Util::MessageNode* addProperty(std::int32_t id, std::string defaultValue) = 0;
     virtual Util::MessageNode* addProperty(std::int32_t id, std::int32_t defaultValue) = 0;

@@ -46,7 +46,7 @@ void SettingsManager::initialize() {
     const std::string install = readInstallValue("path");
     if (!install.empty())
         sharedPath_ = install + R"(\data\)" + adaptor.getAdaptor()->getName() + R"(\settings.xml)";
-    load(nullptr);
+    load();
     applyLogLevel();
 }
 
@@ -96,8 +96,7 @@ Util::MessageNode* SettingsManager::addPrimitive(std::int32_t id, T defaultValue
     Property* const property = properties_.back().get();
     if (listenTo(property) != 0)
         Log(Log::Warning).write("Unable to listen to setting", id, Log::OwnLevel);
-    // The others stay as they are: they may have changed since the files were read.
-    load(property);
+    load();
     return property;
 }
 
@@ -108,30 +107,24 @@ SettingsManager::Property* SettingsManager::find(std::int32_t id) const {
     return nullptr;
 }
 
-void SettingsManager::load(Property* onlyOrAll) {
+void SettingsManager::load() {
     if (!sharedPath_.empty())
-        loadFile(sharedPath_, onlyOrAll);
+        loadFile(sharedPath_);
     if (!userPath_.empty())
-        loadFile(userPath_, onlyOrAll);
+        loadFile(userPath_);
 }
 
-void SettingsManager::loadFile(const std::string& path, Property* onlyOrAll) {
+void SettingsManager::loadFile(const std::string& path) {
     Tag root;
     const std::int32_t code = root.load(path);
     if (code > kNoFile)
         Log(Log::Warning).write("Unable to read settings", path, Log::OwnLevel);
     if (code != 0)
         return;
-    for (std::int32_t index = 0; index < root.childCount(); ++index) {
-        const Tag& element = root.child(index);
-        if (onlyOrAll != nullptr) {
-            onlyOrAll->fromTag(element);
-            continue;
-        }
+    for (std::int32_t index = 0; index < root.childCount(); ++index)
         for (const auto& property : properties_)
-            if (property->fromTag(element))
+            if (property->fromTag(root.child(index)))
                 break;
-    }
 }
 
 void SettingsManager::applyLogLevel() const {

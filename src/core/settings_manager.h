@@ -44,8 +44,9 @@ public:
     /// A property that goes by itself leaves the list.
     void receive(Util::Message& message, bool viaBroadcast) override;
 
-    /// Adds a property, which takes the stored value of its id at once, and gives its node. An id
-    /// in use gives the node of the property that has it, which stays as it is.
+    /// Adds a property and gives its node. The files are read again: the new property takes its
+    /// stored value, and so do the others. An id in use gives the node of the property that has it,
+    /// and nothing changes.
     Util::MessageNode* addProperty(std::int32_t id, double defaultValue);
     Util::MessageNode* addProperty(std::int32_t id, std::string defaultValue);
     Util::MessageNode* addProperty(std::int32_t id, std::int32_t defaultValue);
@@ -59,8 +60,8 @@ private:
     template <class T>
     Util::MessageNode* addPrimitive(std::int32_t id, T defaultValue);
     Property* find(std::int32_t id) const;
-    void load(Property* onlyOrAll);
-    void loadFile(const std::string& path, Property* onlyOrAll);
+    void load();
+    void loadFile(const std::string& path);
     void applyLogLevel() const;
     void save() const;
 

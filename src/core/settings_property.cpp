@@ -12,7 +12,8 @@ void SettingsManager::Property::toTag(Tag& out) const {
 
 bool SettingsManager::Property::fromTag(const Tag& tag) {
     std::int32_t id = -1;
-    if (!tag.hasName("element") || !Tag::textNode(tag.attribute("id")).as(id) || id != id_)
+    if (!tag.hasName("element") || !Tag::textNode(tag.attribute("id")).as(id) || id < 0 ||
+        id != id_)
         return false;
     if (tag.childCount() > 0)
         setText(tag.child(0));

@@ -23,7 +23,7 @@ public:
     /// Makes `out` the element that a settings file holds for this property.
     virtual void toTag(Tag& out) const;
     /// Takes the value from such an element; one without content leaves it alone. False if `tag`
-    /// is no element of this property.
+    /// is no element of this property; one with an id below 0 is nobody's.
     virtual bool fromTag(const Tag& tag);
 
     std::int32_t getId() const { return id_; }

@@ -85,15 +85,23 @@ TEST_F(SettingsTest, ValuesComeBackExactlyAfterTheNextAttachment) {
     EXPECT_THAT(file, HasSubstr("<element id=\"109\">0</element>"));
 }
 
-TEST_F(SettingsTest, AnAddedPropertyTakesItsStoredValueAndLeavesTheOthersAlone) {
-    attachWith("", element("500", "2.5") + element("105", "4"));
+TEST_F(SettingsTest, AnAddedPropertyReadsTheFilesAgainAndOneInUseDoesNot) {
+    attachWith(element("105", "6"),
+               element("500", "2.5") + element("105", "4") + element("-2", "9"));
     core->setStartCountdown(1);
+    core->setEndCountdown(1);
     Util::MessageNode* const node = core->addProperty(500, 1.0);
     ASSERT_NE(node, nullptr);
     EXPECT_EQ(get<double>(500), 2.5);
-    EXPECT_EQ(core->getStartCountdown(), 1);
+    EXPECT_EQ(core->getStartCountdown(), 4);
+    EXPECT_EQ(core->getEndCountdown(), 1) << "no file has it";
+    core->addProperty(-2, std::int32_t{3});
+    EXPECT_EQ(get<std::int32_t>(-2), 3);
+
+    const double changed = 7;
+    core->setProperty(500, &changed);
     EXPECT_EQ(core->addProperty(500, std::string("other")), node);
-    EXPECT_EQ(get<double>(500), 2.5);
+    EXPECT_EQ(get<double>(500), 7);
     node->setName("mine");
 
     // One that its maker destroys leaves the list.

@@ -51,7 +51,8 @@ void MainDlg::onPressed(std::uint32_t control) {
     } else if (control == kUnplugAll) {
         AdaptorInterface* const adaptor = core.getAdaptor();
         adaptor->beginUndo("Unplug tool");
-        core.getRoot()->remove(false);
+        if (core.getRoot() != nullptr)
+            core.getRoot()->remove(false);
         adaptor->endUndo();
     }
     static_cast<void>(code);

@@ -34,10 +34,11 @@ public:
     /// back as a copy, which `decompress` passes on.
     ByteBuffer compress() const;
     /// The decoded bytes if this is a block, else a copy. A block that is cut short or asks for
-    /// more than it can hold gives what could be decoded, with a line in the log.
+    /// more than it can hold gives what could be decoded, with a line in the log. A block of one
+    /// symbol has no payload to bound it: it gives at most 64 MiB.
     ByteBuffer decompress() const;
 
-    /// Reads a whole file; on failure false, with the buffer as it was.
+    /// Reads a whole file of up to 2 GiB; on failure false, with the buffer as it was.
     [[nodiscard]] bool readFile(const std::string& path);
     /// Replaces a whole file; on failure false, with the old file whole.
     [[nodiscard]] bool writeFile(const std::string& path) const;

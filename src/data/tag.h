@@ -121,7 +121,8 @@ public:
     [[nodiscard]] std::int32_t parse(const std::string& xmlText);
     /// Reads the stream to its end, line ends removed, and parses that.
     [[nodiscard]] std::int32_t read(std::istream& stream);
-    /// Reads a file as `read` does. 1, with nothing changed, if it can't be opened.
+    /// Reads a file as `read` does. 1, with nothing changed, if it can't be opened or read, or is
+    /// larger than 2 GiB.
     [[nodiscard]] std::int32_t load(const std::string& path);
 
     /// The tree as text. `indent` stands before the root, one `indentUnit` more before each level.
@@ -134,7 +135,8 @@ public:
     bool operator==(const Tag& other) const;
     bool operator!=(const Tag& other) const { return !(*this == other); }
 
-    /// The deepest tree that is read from text. Bounds the recursion of those who walk a tree.
+    /// The levels of elements with content that are read from text; a leaf may stand one level
+    /// deeper. Bounds the recursion of those who walk a tree.
     static constexpr std::int32_t kMaxDepth = 2000;
 
 private:

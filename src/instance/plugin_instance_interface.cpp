@@ -18,7 +18,8 @@ struct NodeDataRecord {
     SceneNode* node;
 };
 
-constexpr std::uint32_t kPacked = 0x20000; // beside the bits of SaveMask
+// Asks for the packed form, which save() does not write so far: the result is the plain tree.
+constexpr std::uint32_t kPacked = 0x20000;
 
 template <class Record>
 Record* pointerTo(std::intptr_t data) {
@@ -63,6 +64,13 @@ std::vector<std::int32_t> PluginInstance::getExtensions() {
 }
 
 std::intptr_t PluginInstance::extend(std::int32_t id, std::intptr_t data) {
+    const bool needsData = id == InterfaceExtension::kAddVirtualControl ||
+                           id == InterfaceExtension::kParentName ||
+                           id == InterfaceExtension::kMasterNodes;
+    if (needsData && data == 0) {
+        Log(Log::Warning).write("Interface: Extension without data", id, Log::OwnLevel);
+        return 0;
+    }
     switch (id) {
     case InterfaceExtension::kNodeAtTime: {
         const auto* const record = pointerTo<NodeTimeRecord>(data);

@@ -172,8 +172,9 @@ TEST_F(PluginInstanceTest, ToolSeesHostAndParents) {
         EXPECT_EQ(masters.child("masternode", withNode).child("childindex").value(), "0");
     }
     for (const std::intptr_t answer :
-         {door.extend(99, 0), door.extend(39, 0), door.nodeQuery1(nullptr),
-          door.nodeQuery3(nullptr), door.nodeQuery5(nullptr), door.getLensSnapshot(nullptr, 0)})
+         {door.extend(99, 0), door.extend(39, 0), door.extend(41, 0), door.extend(55, 0),
+          door.extend(56, 0), door.nodeQuery1(nullptr), door.nodeQuery3(nullptr),
+          door.nodeQuery5(nullptr), door.getLensSnapshot(nullptr, 0)})
         EXPECT_EQ(answer, 0);
     EXPECT_EQ(door.getSnapshot(nullptr, 0), nullptr);
     door.destroyNode(nullptr, 0);

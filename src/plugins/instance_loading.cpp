@@ -82,6 +82,8 @@ bool ToolLoad::begin() {
         error_ = errors().report("INVALIDOKFDATASTRUCTURE");
         return false;
     }
+    if (data_.attribute("compressed") == "1")
+        Log(Log::Warning).write("Packed tool data can't be read");
     std::string type = data_.child("type").value();
     if (type.empty())
         type = data_.child("pluginname").value();
@@ -143,6 +145,9 @@ bool ToolLoad::startTool() {
         }
         entry.write("init returned successfully");
     }
+    // So that nobody takes a tool made anew for the one that was saved.
+    if (!data_.child("savedata").isEmpty())
+        entry_->write("Saved data can't be read: the tool is made anew", Log::Warning);
     {
         Log entry("creating plugin", Log::Notice);
         // A tool that fails here stays outside the tree, if the host doesn't take it back, until

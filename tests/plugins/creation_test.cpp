@@ -124,6 +124,10 @@ TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsMade) {
          "INSTANCIATOR_COULDNOTCREATESUBPLUGIN",
          "Error detected while instanciating plugins. Trying to continue anyway", true},
         {rigData("r"), "SUCCESS", "instance init returned error: General error", false},
+        {toolData("s", "<savedata>AAAA</savedata>" + toolData("t").toText("", "", "")), "SUCCESS",
+         "Saved data can't be read: the tool is made anew", true},
+        {Tag("<MVR_Plugin compressed=\"1\">AAAA</MVR_Plugin>"), "PLUGINNOTFOUND",
+         "Packed tool data can't be read", false},
     };
     rig->initResult = 1024;
     for (const auto& each : cases) {

@@ -33,7 +33,10 @@ class CoreInterface : public Util::MessageNode {
 public:
     using Util::MessageNode::MessageNode;
 
-    /// The whole tree of tools, for the host to keep in its scene.
+    /// The tree of tools, for the host to keep in its scene: types, names, check marks, bindings,
+    /// the tools' custom data and how their nodes hang together. Recorded values and the tools'
+    /// saved blocks are not in it so far: a take can be simulated again in the process that
+    /// recorded it, and a tool that is loaded is made anew.
     virtual Tag getConfiguration() = 0;
     /// The tools that have no node in the scene, for the host to keep beside it; a tag "MVR".
     virtual Tag getDetachedConfiguration() = 0;

@@ -50,9 +50,11 @@ public:
     [[nodiscard]] virtual std::int32_t init() { return 0; }
     /// Second step for a new tool: make its scene nodes. Non-zero stops the creation.
     [[nodiscard]] virtual std::int32_t create() { return 0; }
-    /// Second step for a tool from saved data, which CInterface::getSaveData() holds.
+    /// Second step for a tool from saved data, which CInterface::getSaveData() holds. Not called
+    /// so far: no saved blocks are read or written, and every tool goes through create().
     [[nodiscard]] virtual std::int32_t load() { return 0; }
     /// The saved block is wanted: hand it to CInterface::setSaveData(). Non-zero: there is none.
+    /// Not called so far, as load().
     [[nodiscard]] virtual std::int32_t save() { return 0; }
     /// Frees the object in the library that made it; the only way to free one.
     virtual void destroy() { delete this; }

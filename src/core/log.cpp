@@ -4,6 +4,7 @@
 #include "platform/files.h"
 
 #include <cstddef>
+#include <fstream>
 #include <utility>
 
 namespace MVR {
@@ -52,6 +53,13 @@ std::string makeLine(std::int32_t level, std::int32_t depth, std::string_view na
 
 } // namespace
 
+struct Log::Store {
+    std::unique_ptr<std::ofstream> file; // null: none is open
+    std::string text;
+};
+
+Log::Log() : store_(std::make_unique<Store>()) {}
+
 Log::Log(std::int32_t level) : depth_(instance()->depth_), level_(level) {}
 
 Log::Log(std::string_view text, std::int32_t level)
@@ -66,9 +74,11 @@ Log::~Log() {
 }
 
 void Log::endFile() {
-    if (file_ != nullptr)
-        *file_ << "[EOF]\n";
-    file_.reset();
+    if (store_ == nullptr)
+        return;
+    if (store_->file != nullptr)
+        *store_->file << "[EOF]\n";
+    store_->file.reset();
 }
 
 void Log::closeFile() {
@@ -99,24 +109,25 @@ void Log::writeLine(std::string_view name, std::string_view separator, std::stri
     if (level < 0 || level > whole.level_)
         return;
     const std::string line = makeLine(level, depth_, name, separator, value);
-    whole.memoryText_ += line;
-    if (whole.file_ != nullptr)
-        *whole.file_ << line;
+    whole.store_->text += line;
+    if (whole.store_->file != nullptr)
+        *whole.store_->file << line;
 }
 
 void Log::setFile(const std::string& path) {
-    instance()->file_.reset(); // before the same file is truncated
+    Store& store = *instance()->store_;
+    store.file.reset(); // before the same file is truncated
     auto file = std::make_unique<std::ofstream>(Platform::foldPath(path),
                                                 std::ios::binary | std::ios::trunc);
-    instance()->file_ = file->is_open() ? std::move(file) : nullptr;
+    store.file = file->is_open() ? std::move(file) : nullptr;
 }
 
 std::string Log::getText() {
-    return instance()->memoryText_;
+    return instance()->store_->text;
 }
 
 bool Log::saveTo(const std::string& path) {
-    return Platform::writeFileAtomic(path, instance()->memoryText_);
+    return Platform::writeFileAtomic(path, instance()->store_->text);
 }
 
 } // namespace MVR

@@ -7,7 +7,6 @@
 #include "core/util/singleton.h"
 
 #include <cstdint>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -65,15 +64,15 @@ public:
 
 private:
     friend class Util::Singleton<Log>;
-    Log() = default;
+    struct Store;
+
+    Log(); // the singleton
 
     void endFile();
     void writeLine(std::string_view name, std::string_view separator, std::string_view value,
                    std::int32_t level) const;
 
-    // Of these the file and the text are used in the singleton alone.
-    std::unique_ptr<std::ofstream> file_; // by pointer: a stream is dear to make
-    std::string memoryText_;
+    std::unique_ptr<Store> store_; // null but in the singleton
     std::int32_t scoped_ = 0;
     std::int32_t depth_ = -1;     // the singleton's: the depth of the whole log
     std::int32_t level_ = Notice; // the singleton's: the threshold

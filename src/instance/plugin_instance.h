@@ -14,6 +14,7 @@
 #include "unidevice/control.h"
 #include "unidevice/property_handler.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -102,6 +103,9 @@ public:
 
     [[nodiscard]] CoreImplementation* getCore() const { return core_; }
     [[nodiscard]] Plugin* getPlugin() const { return plugin_; }
+    /// For the plug-in: where its list has this one.
+    [[nodiscard]] std::size_t getPlaceInPlugin() const { return placeInPlugin_; }
+    void setPlaceInPlugin(std::size_t place) { placeInPlugin_ = place; }
     /// The tool object.
     [[nodiscard]] CCamera* getCode() const { return code_.get(); }
     [[nodiscard]] std::string getPluginKey() const;
@@ -122,7 +126,7 @@ public:
 
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
     /// One for each property at most, in their order; filled from saved data and by takes.
-    [[nodiscard]] RecordedValues& getRecordedValues() { return *recordedValues_; }
+    [[nodiscard]] RecordedValues& getRecordedValues() { return *sharedRecordedValues(); }
 
     /// A take or resimulation starts at `time`: what is stored from there on goes, undoably.
     void prepareRecording(double time);
@@ -198,6 +202,7 @@ public:
 private:
     [[nodiscard]] AdaptorInterface* adaptor() const;
     [[nodiscard]] PluginInstance* parentInstance() const;
+    const std::shared_ptr<RecordedValues>& sharedRecordedValues();
     UniDevice::Control* addVirtualControl(const VirtualControlRecord& record);
     void addMasterNodes(Tag& out);
     void addSpinnerProperty(std::int32_t id, const std::string& label, bool input);
@@ -206,11 +211,12 @@ private:
     bool unplugging_ = false;
     InstanceReference* reference_ = nullptr; // not owned
     Plugin* plugin_;                         // not owned
+    std::size_t placeInPlugin_ = 0;
     std::vector<Util::Owned<COREComboUpdater>> comboUpdaters_;
     std::map<std::int32_t, UniDevice::Property*> spinnerProperties_; // by component id
     UniDevice::PropertyHandler properties_;
-    // Shared with nobody: undo entries that outlive this instance watch it.
-    std::shared_ptr<RecordedValues> recordedValues_ = std::make_shared<RecordedValues>();
+    // Made at its first use. Shared with nobody: undo entries that outlive this instance watch it.
+    std::shared_ptr<RecordedValues> recordedValues_;
     std::vector<std::unique_ptr<TemporaryControl>> temporaryControls_; // by property
     bool controlsReplaced_ = false; // the temporary controls are in place
     CoreImplementation* core_;

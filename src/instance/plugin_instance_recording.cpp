@@ -7,12 +7,18 @@
 
 namespace MVR {
 
+const std::shared_ptr<PluginInstance::RecordedValues>& PluginInstance::sharedRecordedValues() {
+    if (recordedValues_ == nullptr)
+        recordedValues_ = std::make_shared<RecordedValues>();
+    return recordedValues_;
+}
+
 void PluginInstance::prepareRecording(double time) {
     code_->startRecording(time);
     for (SceneNode* node : adaptor()->getNodes(this))
         node->startRecording(time);
     const auto count = static_cast<std::size_t>(properties_.count());
-    RecordedValues& recorded = *recordedValues_;
+    RecordedValues& recorded = getRecordedValues();
     if (recorded.size() < count)
         recorded.resize(count);
     if (!core_->isResimulating()) {
@@ -30,7 +36,7 @@ void PluginInstance::prepareRecording(double time) {
 }
 
 void PluginInstance::step(double time) {
-    RecordedValues& recorded = *recordedValues_;
+    RecordedValues& recorded = getRecordedValues();
     if (controlsReplaced_) {
         const std::size_t count = std::min(temporaryControls_.size(), recorded.size());
         for (std::size_t i = 0; i < count; ++i)

@@ -40,8 +40,10 @@ InstanceReference::InstanceReference(PluginInstance* instance) : instance_(insta
 struct InstanceReference::Departure {
     explicit Departure(InstanceReference* leaving)
         : reference(leaving), entry("Destroying InstanceReference", Log::Notice) {
+        const PluginInstance* const instance = leaving->instance_;
         entry.write("name",
-                    leaving->instance_ != nullptr ? leaving->instance_->getName() : "(NULL)",
+                    instance != nullptr ? std::string_view(instance->name)
+                                        : std::string_view("(NULL)"),
                     Log::OwnLevel);
         childrenEntry.emplace("Destroying children", Log::Notice);
     }
@@ -79,7 +81,7 @@ InstanceReference::~InstanceReference() {
         parent->GUI::TreeNode::remove(this);
     if (PluginInstance* const instance = std::exchange(instance_, nullptr)) {
         log.write("Unregistering reference");
-        log.write("target", instance->getName(), Log::OwnLevel);
+        log.write("target", instance->name, Log::OwnLevel);
         instance->clearReference();
     }
 }

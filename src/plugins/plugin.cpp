@@ -63,14 +63,10 @@ void Plugin::createFolders() const {
         (void)Platform::createFolder(folder);
 }
 
-std::int32_t Plugin::getInstanceCount() const {
-    return static_cast<std::int32_t>(places_.size());
-}
-
 PluginInstance* Plugin::getInstance(std::int32_t index) const {
     if (index < 0 || index >= getInstanceCount())
         return nullptr;
-    if (instances_.size() != places_.size())
+    if (instances_.size() != static_cast<std::size_t>(instanceCount_))
         closeGaps();
     return instances_[static_cast<std::size_t>(index)];
 }
@@ -78,20 +74,27 @@ PluginInstance* Plugin::getInstance(std::int32_t index) const {
 void Plugin::closeGaps() const {
     instances_.erase(std::remove(instances_.begin(), instances_.end(), nullptr), instances_.end());
     for (std::size_t i = 0; i < instances_.size(); ++i)
-        places_[instances_[i]] = i;
+        instances_[i]->setPlaceInPlugin(i);
+}
+
+bool Plugin::hasInstance(const PluginInstance* instance) const {
+    const std::size_t place = instance->getPlaceInPlugin();
+    return place < instances_.size() && instances_[place] == instance;
 }
 
 void Plugin::addInstance(PluginInstance* instance) {
-    if (places_.emplace(instance, instances_.size()).second)
-        instances_.push_back(instance);
+    if (hasInstance(instance))
+        return;
+    instance->setPlaceInPlugin(instances_.size());
+    instances_.push_back(instance);
+    ++instanceCount_;
 }
 
 void Plugin::removeInstance(PluginInstance* instance) {
-    const auto found = places_.find(instance);
-    if (found == places_.end())
+    if (!hasInstance(instance))
         return;
-    instances_[found->second] = nullptr;
-    places_.erase(found);
+    instances_[instance->getPlaceInPlugin()] = nullptr;
+    --instanceCount_;
     while (!instances_.empty() && instances_.back() == nullptr)
         instances_.pop_back();
 }

@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace MVR {
@@ -37,7 +36,7 @@ public:
     [[nodiscard]] std::string getName() const override { return descriptor_->getName(); }
     [[nodiscard]] CCameraPlugin* getDescriptor() const { return descriptor_.get(); }
 
-    [[nodiscard]] std::int32_t getInstanceCount() const;
+    [[nodiscard]] std::int32_t getInstanceCount() const { return instanceCount_; }
     /// In order of creation; null if `index` is out of range.
     [[nodiscard]] PluginInstance* getInstance(std::int32_t index) const;
     /// For PluginInstance's constructor and destructor. Adding one again does nothing, and neither
@@ -59,6 +58,7 @@ public:
 private:
     Plugin(Library* library, CCameraPlugin* descriptor);
     void createFolders() const;
+    [[nodiscard]] bool hasInstance(const PluginInstance* instance) const;
     void closeGaps() const;
 
     Library* library_;
@@ -66,7 +66,7 @@ private:
     // In order of creation. One that goes leaves a gap, and a last one takes the gaps before it
     // along, so that a tree of any size is torn down in the time that its instances need.
     mutable std::vector<PluginInstance*> instances_;
-    mutable std::unordered_map<PluginInstance*, std::size_t> places_; // indices in instances_
+    std::int32_t instanceCount_ = 0; // without the gaps
 };
 
 } // namespace MVR

@@ -29,7 +29,6 @@ using namespace MVR;
 
 constexpr int kProperties = 8;
 constexpr int kManyTools = 100;
-constexpr int kFewTools = 10; // with an hour's keys each
 constexpr double kFrameRate = 60;
 constexpr double kSeconds = 10;
 constexpr int kFrames = static_cast<int>(kSeconds * kFrameRate);
@@ -252,7 +251,7 @@ void resimulateBare(benchmark::State& state) {
 // One take of a minute that begins with the keys up to `start` there. Both see memory that the
 // process touches for the first time, as a take in a running host does.
 void minuteFrom(benchmark::State& state, int start) {
-    Setup setup(kFewTools);
+    Setup setup(kManyTools);
     for (PluginInstance* instance : setup.instances) {
         instance->getRecordedValues().resize(kProperties);
         for (auto& variable : instance->getRecordedValues())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/tag.h"
 #include "plugins/c_extendable.h"
 
 #include <array>
@@ -12,6 +13,16 @@ namespace MVR {
 /// agreed between the adaptors that fill and read it; the core only carries them.
 class CMesh : public CExtendable {
 public:
+    CMesh() = default;
+    /// Reads an element "CMesh" in either form that `write` gives. The mesh is empty if the element
+    /// has another name, or if one of its lists is missing or not of the size that is told for it.
+    /// Indices are not compared with the lists that they point into.
+    explicit CMesh(const Tag& tag);
+
+    /// The mesh as an element "CMesh": one text of base64, which keeps every bit, or, `asText`, an
+    /// element for each entry, which keeps six digits and takes many times the memory.
+    Tag write(bool asText) const;
+
     std::vector<std::array<double, 3>> vertices;           ///< positions, in scene units
     std::vector<std::array<double, 3>> textureCoordinates; ///< u, v, w
     std::vector<std::int32_t> faces;                       ///< indices into vertices

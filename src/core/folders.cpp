@@ -1,6 +1,7 @@
 #include "core/folders.h"
 
 #include "core/log.h"
+#include "platform/files.h"
 #include "platform/registry.h"
 
 namespace MVR {
@@ -11,6 +12,10 @@ constexpr const char* kShellFoldersKey =
     R"(Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders)";
 constexpr const char* kInstallKey = R"(SOFTWARE\Oskelworks\Lensetta)";
 
+void logUnreadableRegistry() {
+    Log(Log::Error).write("Unable to read the registry", Platform::lastFileError(), Log::OwnLevel);
+}
+
 } // namespace
 
 std::string resolveDocumentsPath() {
@@ -19,6 +24,9 @@ std::string resolveDocumentsPath() {
                                         personal)) {
     case Platform::RegistryResult::Found:
         return personal + R"(\Oskelworks\Mirvane)";
+    case Platform::RegistryResult::FileUnreadable:
+        logUnreadableRegistry();
+        [[fallthrough]];
     case Platform::RegistryResult::KeyMissing:
         Log(Log::Error).write("Unable to find my documents path");
         break;
@@ -34,6 +42,9 @@ std::string readInstallValue(const std::string& name) {
     switch (Platform::readRegistryValue(Platform::Hive::LocalMachine, kInstallKey, name, value)) {
     case Platform::RegistryResult::Found:
         return value;
+    case Platform::RegistryResult::FileUnreadable:
+        logUnreadableRegistry();
+        [[fallthrough]];
     case Platform::RegistryResult::KeyMissing:
         Log(Log::Error).write("Unable to find Mirvane registry repository");
         break;

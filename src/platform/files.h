@@ -39,11 +39,13 @@ bool setCurrentFolder(std::string_view path);
 /// True if there is a file of any kind; a folder is none.
 bool fileExists(std::string_view path);
 
-/// `readFile` refuses a larger file before it takes memory for it.
+/// The most that `readFile` takes of a file whose format has no limit of its own.
 constexpr std::uint64_t kLargestFileBytes = std::uint64_t(1) << 31;
 
-/// Reads a whole file, byte for byte. On failure false, and `out` is as it was.
-[[nodiscard]] bool readFile(std::string_view path, std::string& out);
+/// Reads a whole file, byte for byte. One of more than `mostBytes` is refused before memory is
+/// taken for it. On failure false, and `out` is as it was.
+[[nodiscard]] bool readFile(std::string_view path, std::string& out,
+                            std::uint64_t mostBytes = kLargestFileBytes);
 
 /// Writes a whole file so that whatever happens either the old file or the new one is there: beside
 /// the target under a name of its own, flushed to disk, renamed. On any failure false: what was

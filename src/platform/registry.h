@@ -30,12 +30,17 @@
 ///    machine the install values lead to the folder of the library: "path" is that folder,
 ///    "datapath", "pluginpath" and "docpath" are "data", "plugins" and "doc" in it.
 ///
-/// Nothing is cached: each call reads the files anew.
+/// Nothing is cached: each call reads the files anew. One of more than a megabyte is refused.
 namespace MVR::Platform {
 
 enum class Hive { CurrentUser, LocalMachine };
 
-enum class RegistryResult { Found, KeyMissing, ValueMissing };
+enum class RegistryResult {
+    Found,
+    KeyMissing,
+    ValueMissing,
+    FileUnreadable, ///< the file that MIRVANE_REGISTRY names; `lastFileError` tells why
+};
 
 /// Values are read into buffers of this size, which hold a closing zero too; a value that doesn't
 /// fit counts as missing.

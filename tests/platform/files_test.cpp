@@ -92,6 +92,8 @@ TEST(Files, BytesComeBackAsTheyWereWritten) {
         ASSERT_TRUE(writeFileAtomic(folder.path + "file", content));
         ASSERT_TRUE(readFile(folder.path + "FILE", read));
         EXPECT_TRUE(read == content);
+        EXPECT_TRUE(readFile(folder.path + "file", read, content.size()));
+        EXPECT_TRUE(content.empty() || !readFile(folder.path + "file", read, content.size() - 1));
     }
     EXPECT_FALSE(readFile(folder.path + "missing", read));
     EXPECT_FALSE(readFile(folder.path, read));

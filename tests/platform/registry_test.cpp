@@ -1,5 +1,6 @@
 #include "platform/registry.h"
 
+#include "platform/files.h"
 #include "platform/libraries.h"
 #include "temporary_folder.h"
 
@@ -45,6 +46,8 @@ protected:
             return out == "kept" ? "<key>" : "changed";
         case RegistryResult::ValueMissing:
             return out == "kept" ? "<value>" : "changed";
+        case RegistryResult::FileUnreadable:
+            return out == "kept" ? "<" + lastFileError() + ">" : "changed";
         }
         return "";
     }
@@ -95,8 +98,15 @@ TEST_F(Registry, TheNamedFileServesBothHivesAlone) {
     EXPECT_EQ(read(Hive::LocalMachine, "stray", "stray"), "<key>");
 
     set("MIRVANE_REGISTRY", folder_.path + "missing.ini");
-    EXPECT_EQ(machine("path"), "<key>");
-    EXPECT_EQ(user("Personal"), "<key>");
+    EXPECT_EQ(machine("path"), "<No such file or directory>");
+    EXPECT_EQ(user("Personal"), "<No such file or directory>");
+    const std::string large = folder_.add("large.ini", "[" + kInstall + "]\npath=/opt\n");
+    set("MIRVANE_REGISTRY", large);
+    for (const auto& [bytes, path] :
+         {std::pair(1 << 20, "/opt"), {(1 << 20) + 1, "<File too large>"}}) {
+        std::filesystem::resize_file(large, bytes);
+        EXPECT_EQ(machine("path"), path);
+    }
 }
 
 TEST_F(Registry, FilesOfTheConfigFoldersCountBeforeTheMachinesOwnFolders) {

@@ -292,7 +292,7 @@ bool fileExists(std::string_view path) {
     return stat(foldPath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
-bool readFile(std::string_view path, std::string& out) {
+bool readFile(std::string_view path, std::string& out, std::uint64_t mostBytes) {
     OpenFile file(foldPath(path), O_RDONLY);
     struct stat status;
     if (!file.isOpen() || fstat(file.get(), &status) != 0) {
@@ -302,7 +302,7 @@ bool readFile(std::string_view path, std::string& out) {
         return fail(EISDIR);
     }
     const bool isRegular = S_ISREG(status.st_mode);
-    if (isRegular && std::uint64_t(status.st_size) > kLargestFileBytes) {
+    if (isRegular && std::uint64_t(status.st_size) > mostBytes) {
         return fail(EFBIG);
     }
     std::string bytes;
@@ -318,7 +318,7 @@ bool readFile(std::string_view path, std::string& out) {
             return fail(errno);
         }
         bytes.resize(have + std::size_t(std::max<ssize_t>(count, 0)));
-        if (bytes.size() > kLargestFileBytes) {
+        if (bytes.size() > mostBytes) {
             return fail(EFBIG);
         }
         if (count == 0) {

@@ -13,7 +13,7 @@ namespace MVR::Platform {
 
 namespace {
 
-constexpr std::size_t kLargestRegistryBytes = 1 << 20;
+constexpr std::uint64_t kLargestRegistryBytes = 1 << 20; ///< a hive of ours has a few lines
 constexpr std::string_view kRegistryFile = "/mirvane/registry.ini";
 constexpr std::string_view kShellFolders =
     "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
@@ -54,14 +54,8 @@ std::string_view takeLine(std::string_view& text) {
     return line;
 }
 
-/// False if the file can't be read or is too large; a hive of ours has a few lines.
 bool readHive(const std::string& path, std::string& text) {
-    std::string bytes;
-    if (!readFile(path, bytes) || bytes.size() > kLargestRegistryBytes) {
-        return false;
-    }
-    text = std::move(bytes);
-    return true;
+    return readFile(path, text, kLargestRegistryBytes);
 }
 
 RegistryResult findValue(std::string_view hive, std::string_view key, std::string_view name,
@@ -185,7 +179,7 @@ RegistryResult findInHives(Hive hive, std::string_view key, std::string_view nam
     const std::string onlyFile = environment("MIRVANE_REGISTRY");
     if (!onlyFile.empty()) {
         return readHive(onlyFile, text) ? findValue(text, key, name, out)
-                                        : RegistryResult::KeyMissing;
+                                        : RegistryResult::FileUnreadable;
     }
     const bool hasFile = hive == Hive::CurrentUser ? readUserHive(text) : readMachineHive(text);
     const RegistryResult result = findValue(text, key, name, out);

@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kSettingNames = {"multiplier", "exponent", "deadzone",
                                                            "offset"};
+/// Of a plan file; a rig has a few dozen lines.
+constexpr std::uint64_t kMostPlanBytes = 1 << 20;
+constexpr std::size_t kMostPlanLines = 10'000;
 
 bool names(const Setting& setting, const std::string& property) {
     return setting.property == property || setting.property == "*";
@@ -99,7 +102,7 @@ bool parseSetting(const std::string& text, const std::vector<ToolPlan>& tools, S
 
 bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error) {
     std::string text;
-    if (!MVR::Platform::readFile(path, text)) {
+    if (!MVR::Platform::readFile(path, text, kMostPlanBytes)) {
         error = "can't read " + path + ": " + MVR::Platform::lastFileError();
         return false;
     }
@@ -110,7 +113,10 @@ bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error) {
         rest.remove_prefix(std::min(length + 1, rest.size()));
         ++number;
         bool isGood = line.empty() || line.front() == '#';
-        if (line.rfind("bind ", 0) == 0) {
+        if (number > kMostPlanLines) {
+            isGood = false;
+            error = "a file of bindings has at most " + std::to_string(kMostPlanLines) + " lines";
+        } else if (line.rfind("bind ", 0) == 0) {
             isGood = parseBinding(line.substr(5), plan.bindings.emplace_back(), error);
         } else if (line.rfind("set ", 0) == 0) {
             isGood = parseSetting(line.substr(4), {}, plan.settings.emplace_back(), error);

@@ -12,6 +12,7 @@ constexpr int kSamplesPerSecond = 100;
 constexpr double kTwoPi = 6.283185307179586;
 
 constexpr std::size_t kMaxSamples = 10'000'000;
+constexpr std::size_t kMaxLineBytes = 1000;
 constexpr std::size_t kNumbersPerLine = 8;
 // Files hold rounded numbers.
 constexpr double kRotationTolerance = 0.01;
@@ -118,16 +119,25 @@ bool readMotion(const std::string& path, Motion& out, std::string& error) {
         return false;
     }
     Motion motion;
-    std::string line;
-    for (std::size_t number = 1; std::getline(file, line); ++number) {
+    std::array<char, kMaxLineBytes + 1> buffer;
+    std::size_t number = 0;
+    while (file.getline(buffer.data(), buffer.size())) {
+        ++number;
+        const auto length = static_cast<std::size_t>(file.gcount()) - (file.eof() ? 0 : 1);
+        const std::string_view line(buffer.data(), length);
         const std::size_t start = line.find_first_not_of(" \t\r");
-        if (start == std::string::npos || line[start] == '#') {
+        if (start == std::string_view::npos || line[start] == '#') {
             continue;
         }
         if (!addSample(line, motion, error)) {
             error = path + ":" + std::to_string(number) + ": " + error;
             return false;
         }
+    }
+    if (!file.eof() && !file.bad()) {
+        error = path + ":" + std::to_string(number + 1) + ": the line has more than " +
+                std::to_string(kMaxLineBytes) + " bytes";
+        return false;
     }
     if (file.bad() || motion.empty()) {
         error = path + (motion.empty() ? ": holds no samples" : ": reading failed");

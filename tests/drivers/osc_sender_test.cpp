@@ -44,11 +44,14 @@ TEST(OscSenderTest, TheGeneratedMovementIsSmoothAndRepeats) {
 
 TEST(OscSenderTest, BadMotionFilesAreNamedWithTheirLine) {
     TemporaryFolder folder;
+    const std::string blanks(992, ' ');
     struct Case {
-        const char* text;
+        std::string text;
         const char* error;
     };
     const Case cases[] = {
+        {"1 0 0 0" + blanks + "\n", ":1: expected 8 numbers"},
+        {"#\n1 0 0 0" + blanks + " 0 0 0 1\n", ":2: the line has more than 1000 bytes"},
         {"# only a comment\n\n", "holds no samples"},
         {"#\n1 0 0 0 0 0 0 1\n2 0 0 0 0 0 1\n", ":3: expected 8 numbers"},
         {"1 0 0 0 0 0 0 1 9\n", ":1: expected 8 numbers"},

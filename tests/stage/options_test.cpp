@@ -111,9 +111,15 @@ TEST(ToolPlan, AFileSaysTheSameAsTheOptions) {
     EXPECT_EQ(property.child("control").attribute("type"), "/a");
     EXPECT_EQ(property.child("control").attribute("index"), "1");
 
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(path, "bind A=B:c\nbond A=B:c\n"));
-    EXPECT_FALSE(readPlanFile(path, plan, error));
-    EXPECT_NE(error.find("bindings.txt:2: a line begins with"), std::string::npos) << error;
+    const std::pair<std::string, const char*> wrongs[] = {
+        {"bind A=B:c\nbond A=B:c\n", "bindings.txt:2: a line begins with"},
+        {std::string(10'001, '\n'), "bindings.txt:10001: a file of bindings has at most 10000"},
+        {std::string((1 << 20) + 1, '#'), "bindings.txt: File too large"}};
+    for (const auto& [text, message] : wrongs) {
+        ASSERT_TRUE(MVR::Platform::writeFileAtomic(path, text));
+        EXPECT_FALSE(readPlanFile(path, plan, error));
+        EXPECT_NE(error.find(message), std::string::npos) << error;
+    }
 }
 
 TEST(Text, AnyBytesBecomeUtf8) {

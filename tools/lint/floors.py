@@ -64,9 +64,20 @@ def check_library_file(name, floors):
             yield Finding(name, number, f'a header includes "{DOOR}"', "include it in the .cpp")
 
 
+def own_header(name):
+    """The header of the family: the longest name in the folder that begins the file's name."""
+    stem = (ROOT / name).with_suffix("")
+    words = stem.name.split("_")
+    for count in range(len(words), 0, -1):
+        header = stem.with_name("_".join(words[:count]) + ".h")
+        if header.is_file():
+            return str(header.relative_to(ROOT))
+    return None
+
+
 def check_own_header_first(name):
-    header = name.removesuffix(".cpp") + ".h"
-    if not (ROOT / header).is_file():
+    header = own_header(name)
+    if header is None:
         return
     for number, _, target in includes_of(name):
         if not header.endswith(target):

@@ -1,8 +1,9 @@
+#include "plugins/instance_reference.h"
+
 #include "core/error_code.h"
 #include "core/log.h"
 #include "instance/plugin_instance.h"
 #include "plugins/c_mesh.h"
-#include "plugins/instance_reference.h"
 #include "plugins/scene_node.h"
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+#include "plugins/instance_manager.h"
+
 #include "core/adaptor_interface.h"
 #include "core/core_implementation.h"
 #include "core/error_code.h"
@@ -5,7 +7,6 @@
 #include "instance/plugin_instance.h"
 #include "plugins/extension_ids.h"
 #include "plugins/instance_loading.h"
-#include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/plugin.h"

@@ -1,8 +1,9 @@
+#include "plugins/instance_manager.h"
+
 #include "core/adaptor_interface.h"
 #include "core/core_implementation.h"
 #include "core/log.h"
 #include "instance/plugin_instance.h"
-#include "plugins/instance_manager.h"
 #include "plugins/scene_node.h"
 
 #include <algorithm>

@@ -1,8 +1,9 @@
+#include "plugins/instance_reference.h"
+
 #include "core/adaptor_interface.h"
 #include "core/core_implementation.h"
 #include "core/log.h"
 #include "instance/plugin_instance.h"
-#include "plugins/instance_reference.h"
 #include "plugins/plugin.h"
 #include "plugins/root_plugin.h"
 #include "plugins/scene_node.h"

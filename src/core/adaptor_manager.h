@@ -1,7 +1,6 @@
 /// \file
 /// The core's link to its adaptor.
-#ifndef MIRVANE_CORE_ADAPTOR_MANAGER_H
-#define MIRVANE_CORE_ADAPTOR_MANAGER_H
+#pragma once
 
 #include "core/adaptor_interface.h"
 #include "core/core_sub_system.h"
@@ -32,5 +31,3 @@ private:
 };
 
 } // namespace MVR
-
-#endif

@@ -1,7 +1,6 @@
 /// \file
 /// The core of one attachment, put together from its subsystems. Only source files include this.
-#ifndef MIRVANE_CORE_CORE_IMPLEMENTATION_H
-#define MIRVANE_CORE_CORE_IMPLEMENTATION_H
+#pragma once
 
 #include "core/adaptor_manager.h"
 #include "core/core_interface.h"
@@ -83,5 +82,3 @@ private:
 };
 
 } // namespace MVR
-
-#endif

@@ -1,7 +1,6 @@
 /// \file
 /// The parts that one attachment of the core is put together from.
-#ifndef MIRVANE_CORE_CORE_SUB_SYSTEM_H
-#define MIRVANE_CORE_CORE_SUB_SYSTEM_H
+#pragma once
 
 namespace MVR {
 
@@ -41,5 +40,3 @@ private:
 };
 
 } // namespace MVR
-
-#endif

@@ -7,8 +7,7 @@
 /// 4. `libraryUnloading` when it leaves: all that the library holds is freed.
 ///
 /// All on one thread, the host's.
-#ifndef MIRVANE_CORE_ENTRY_H
-#define MIRVANE_CORE_ENTRY_H
+#pragma once
 
 #include "core/adaptor_interface.h"
 #include "core/core_interface.h"
@@ -38,5 +37,3 @@ std::int32_t pumpHostEvents(HostEvent* eventOrNull);
 void libraryUnloading();
 
 } // namespace MVR
-
-#endif

@@ -1,8 +1,7 @@
 /// \file
 /// The process-wide table of named codes. An operation that can fail returns the value of an
 /// entry; 0 is success.
-#ifndef MIRVANE_CORE_ERROR_CODE_H
-#define MIRVANE_CORE_ERROR_CODE_H
+#pragma once
 
 #include "core/util/singleton.h"
 
@@ -80,5 +79,3 @@ private:
 void registerCommonErrorCodes();
 
 } // namespace MVR
-
-#endif

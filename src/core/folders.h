@@ -1,8 +1,7 @@
 /// \file
 /// The two roots of all folders: the user's documents and the install values. Paths are written
 /// with "\" and end without one; the file layer folds them.
-#ifndef MIRVANE_CORE_FOLDERS_H
-#define MIRVANE_CORE_FOLDERS_H
+#pragma once
 
 #include <string>
 
@@ -21,5 +20,3 @@ std::string readInstallValue(const std::string& name);
 std::string resolveUserFolder(const std::string& adaptorName);
 
 } // namespace MVR
-
-#endif

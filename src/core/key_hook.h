@@ -2,8 +2,7 @@
 /// The core's keyboard hook: while a take runs it keeps keys from the host and hands them to the
 /// core, but for those that the adaptor unlocked. Everything here is one state for the library, on
 /// the host's thread.
-#ifndef MIRVANE_CORE_KEY_HOOK_H
-#define MIRVANE_CORE_KEY_HOOK_H
+#pragma once
 
 #include "core/core_interface.h"
 
@@ -42,5 +41,3 @@ void setUnlockedKeys(const std::vector<UnlockedKey>& keys);
 void releaseKeyHook();
 
 } // namespace MVR::Hooks
-
-#endif

@@ -1,8 +1,7 @@
 /// \file
 /// The process-wide log: a line per event with date and time in UTC, a word for its level, and a
 /// tab per open entry; kept in memory and written through to a file.
-#ifndef MIRVANE_CORE_LOG_H
-#define MIRVANE_CORE_LOG_H
+#pragma once
 
 #include "core/util/singleton.h"
 
@@ -79,5 +78,3 @@ private:
 };
 
 } // namespace MVR
-
-#endif

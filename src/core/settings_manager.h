@@ -1,7 +1,6 @@
 /// \file
 /// The options of the system.
-#ifndef MIRVANE_CORE_SETTINGS_MANAGER_H
-#define MIRVANE_CORE_SETTINGS_MANAGER_H
+#pragma once
 
 #include "core/core_sub_system.h"
 #include "core/util/dynamic_object.h"
@@ -71,5 +70,3 @@ private:
 };
 
 } // namespace MVR
-
-#endif

@@ -1,7 +1,6 @@
 /// \file
 /// One option of the system.
-#ifndef MIRVANE_CORE_SETTINGS_PROPERTY_H
-#define MIRVANE_CORE_SETTINGS_PROPERTY_H
+#pragma once
 
 #include "core/settings_manager.h"
 
@@ -68,5 +67,3 @@ extern template class SettingsManager::Property_Primitive<std::string>;
 extern template class SettingsManager::Property_Primitive<double>;
 
 } // namespace MVR
-
-#endif

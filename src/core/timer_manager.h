@@ -1,7 +1,6 @@
 /// \file
 /// The one place that turns a wish for a timer into a platform timer, and its events into calls.
-#ifndef MIRVANE_CORE_TIMER_MANAGER_H
-#define MIRVANE_CORE_TIMER_MANAGER_H
+#pragma once
 
 #include "core/util/singleton.h"
 #include "platform/timers.h"
@@ -54,5 +53,3 @@ private:
 };
 
 } // namespace MVR::Util
-
-#endif

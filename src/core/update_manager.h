@@ -1,7 +1,6 @@
 /// \file
 /// The place of an update check among the core's subsystems.
-#ifndef MIRVANE_CORE_UPDATE_MANAGER_H
-#define MIRVANE_CORE_UPDATE_MANAGER_H
+#pragma once
 
 #include "core/core_sub_system.h"
 #include "data/tag.h"
@@ -18,5 +17,3 @@ private:
 };
 
 } // namespace MVR
-
-#endif

@@ -1,7 +1,6 @@
 /// \file
 /// The user's desk: the tree of tools, the record and resimulate buttons.
-#ifndef MIRVANE_DIALOGS_MAIN_DIALOG_H
-#define MIRVANE_DIALOGS_MAIN_DIALOG_H
+#pragma once
 
 #include "core/core_sub_system.h"
 #include "core/util/message.h"
@@ -35,5 +34,3 @@ private:
 };
 
 } // namespace MVR
-
-#endif

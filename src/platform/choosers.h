@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_CHOOSERS_H
-#define MIRVANE_PLATFORM_CHOOSERS_H
+#pragma once
 
 #include "platform/windows.h"
 
@@ -39,5 +38,3 @@ std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::
                         std::uint32_t flags);
 
 } // namespace MVR::Platform
-
-#endif

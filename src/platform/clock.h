@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_CLOCK_H
-#define MIRVANE_PLATFORM_CLOCK_H
+#pragma once
 
 #include <cstdint>
 
@@ -52,5 +51,3 @@ private:
 };
 
 } // namespace MVR::Platform
-
-#endif

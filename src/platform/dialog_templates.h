@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_DIALOG_TEMPLATES_H
-#define MIRVANE_PLATFORM_DIALOG_TEMPLATES_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -42,5 +41,3 @@ constexpr DialogTemplate kDialogTemplates[] = {
 };
 
 } // namespace MVR::Platform
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_DIALOGS_H
-#define MIRVANE_PLATFORM_DIALOGS_H
+#pragma once
 
 #include "platform/windows.h"
 
@@ -73,5 +72,3 @@ void centreOnOwner(DialogHandle dialog);
 void show(DialogHandle dialog);
 
 } // namespace MVR::Platform
-
-#endif

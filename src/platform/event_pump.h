@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_EVENT_PUMP_H
-#define MIRVANE_PLATFORM_EVENT_PUMP_H
+#pragma once
 
 #include <cstdint>
 
@@ -27,5 +26,3 @@ void waitForEvents(std::int32_t maxMs);
 void releasePlatform();
 
 } // namespace MVR::Platform
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_FILES_H
-#define MIRVANE_PLATFORM_FILES_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -64,5 +63,3 @@ bool deleteFile(std::string_view path);
 std::string lastFileError();
 
 } // namespace MVR::Platform
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_KEYBOARD_HOOK_H
-#define MIRVANE_PLATFORM_KEYBOARD_HOOK_H
+#pragma once
 
 #include <cstdint>
 
@@ -41,5 +40,3 @@ std::intptr_t callNextHook(HookHandle current, int code, std::uint32_t virtualKe
 bool deliverKey(std::uint32_t virtualKey, bool pressed, bool alt);
 
 } // namespace MVR::Platform
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_LIBRARIES_H
-#define MIRVANE_PLATFORM_LIBRARIES_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -36,5 +35,3 @@ std::string libraryPattern();
 std::string lastLibraryError();
 
 } // namespace MVR::Platform
-
-#endif

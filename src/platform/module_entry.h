@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_MODULE_ENTRY_H
-#define MIRVANE_PLATFORM_MODULE_ENTRY_H
+#pragma once
 
 /// Defines this library's entry point: `onLoad` runs when the library comes into the process,
 /// `onUnload` when it leaves, by a free or with the process. Both take nothing and give nothing.
@@ -20,6 +19,4 @@
         ModuleEntry() { onLoad(); }                                                                \
         ~ModuleEntry() { onUnload(); }                                                             \
     } moduleEntry;
-#endif
-
 #endif

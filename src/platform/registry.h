@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_REGISTRY_H
-#define MIRVANE_PLATFORM_REGISTRY_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -52,5 +51,3 @@ constexpr std::size_t kRegistryBufferBytes = 1024;
                                                std::string_view name, std::string& out);
 
 } // namespace MVR::Platform
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_TIMERS_H
-#define MIRVANE_PLATFORM_TIMERS_H
+#pragma once
 
 #include <cstdint>
 
@@ -26,5 +25,3 @@ TimerId setTimer(TimerId existingOrZero, std::uint32_t intervalMs, TimerCallback
 bool killTimer(TimerId id);
 
 } // namespace MVR::Platform
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_WINDOWS_H
-#define MIRVANE_PLATFORM_WINDOWS_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -88,5 +87,3 @@ bool isWindow(WindowHandle window);
 bool isIconic(WindowHandle window);
 
 } // namespace MVR::Platform
-
-#endif

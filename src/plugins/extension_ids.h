@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLUGINS_EXTENSION_IDS_H
-#define MIRVANE_PLUGINS_EXTENSION_IDS_H
+#pragma once
 
 #include <cstdint>
 
@@ -43,5 +42,3 @@ constexpr std::int32_t kMasterNodes = 56;
 } // namespace InterfaceExtension
 
 } // namespace MVR
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_TESTS_PLATFORM_TEMPORARY_FOLDER_H
-#define MIRVANE_TESTS_PLATFORM_TEMPORARY_FOLDER_H
+#pragma once
 
 #include <cstdlib>
 #include <filesystem>
@@ -29,5 +28,3 @@ public:
 
     std::string path;
 };
-
-#endif

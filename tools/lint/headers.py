@@ -6,7 +6,7 @@ import os
 import re
 import subprocess
 
-from common import ROOT, Finding, cpp_files, read
+from common import PRODUCT_FOLDERS, ROOT, TEST_FOLDERS, Finding, cpp_files, read
 from floors import includes_of
 
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Werror"]
@@ -61,11 +61,18 @@ def check_public_list(files, public):
                               "forward-declare, or add it to src/public_headers.txt")
 
 
+def check_guards(files):
+    for name in cpp_files(files, (*PRODUCT_FOLDERS, *TEST_FOLDERS, "benchmarks"), (".h",)):
+        if not re.search(r"^#pragma once$", read(name), re.MULTILINE):
+            yield Finding(name, 1, "guarded by other than #pragma once", "write #pragma once on top")
+
+
 def check(files):
     STAMPS.mkdir(parents=True, exist_ok=True)
     version = subprocess.run(["g++", "--version"], stdout=subprocess.PIPE, text=True).stdout
     public = public_headers()
     yield from check_public_list(files, public)
+    yield from check_guards(files)
     work = [(name, "c++17") for name in public if name in files]
     work += [(name, "c++20")
              for name in cpp_files(files, ("src", "stage", "drivers", "examples"), (".h",))]

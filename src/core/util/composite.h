@@ -1,7 +1,6 @@
 /// \file
 /// Trees whose parents own their children and whose children know their parent.
-#ifndef MIRVANE_CORE_UTIL_COMPOSITE_H
-#define MIRVANE_CORE_UTIL_COMPOSITE_H
+#pragma once
 
 #include <algorithm>
 #include <cstddef>
@@ -103,5 +102,3 @@ Composite_Dynamic<T>::~Composite_Dynamic() {
 }
 
 } // namespace MVR::Util
-
-#endif

@@ -1,8 +1,7 @@
 /// \file
 /// Objects that cross library borders or live in trees: each frees itself, with the memory
 /// functions of the library that made it.
-#ifndef MIRVANE_CORE_UTIL_DYNAMIC_OBJECT_H
-#define MIRVANE_CORE_UTIL_DYNAMIC_OBJECT_H
+#pragma once
 
 #include <memory>
 
@@ -36,5 +35,3 @@ public:
 };
 
 } // namespace MVR::Util
-
-#endif

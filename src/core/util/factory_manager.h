@@ -4,8 +4,7 @@
 /// 1. At load each factory is given to `registerFactory`; the first of a name wins.
 /// 2. `find(tag)` gives the factory that is named as the tag, or null.
 /// 3. `create(tag)` of that factory builds the object.
-#ifndef MIRVANE_CORE_UTIL_FACTORY_MANAGER_H
-#define MIRVANE_CORE_UTIL_FACTORY_MANAGER_H
+#pragma once
 
 #include "core/util/dynamic_object.h"
 #include "core/util/singleton.h"
@@ -70,5 +69,3 @@ private:
 };
 
 } // namespace MVR::Util
-
-#endif

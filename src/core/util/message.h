@@ -1,7 +1,6 @@
 /// \file
 /// What the nodes of the message network send to each other.
-#ifndef MIRVANE_CORE_UTIL_MESSAGE_H
-#define MIRVANE_CORE_UTIL_MESSAGE_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -34,5 +33,3 @@ public:
 };
 
 } // namespace MVR::Util
-
-#endif

@@ -1,8 +1,7 @@
 /// \file
 /// The synchronous message network: a node sends to one other node, or broadcasts to all that
 /// listen to it. Delivery is a plain call on the caller's stack.
-#ifndef MIRVANE_CORE_UTIL_MESSAGE_NODE_H
-#define MIRVANE_CORE_UTIL_MESSAGE_NODE_H
+#pragma once
 
 #include "core/util/message.h"
 
@@ -66,5 +65,3 @@ private:
 };
 
 } // namespace MVR::Util
-
-#endif

@@ -9,8 +9,7 @@
 /// is given a service by another one (an adaptor its log, a driver the device handler) calls
 /// `T::adopt(given)`, so that its own copy of the code works on the given object, and
 /// `T::adopt(nullptr)` before that object goes.
-#ifndef MIRVANE_CORE_UTIL_SINGLETON_H
-#define MIRVANE_CORE_UTIL_SINGLETON_H
+#pragma once
 
 #include <cstddef>
 #include <type_traits>
@@ -122,5 +121,3 @@ Singleton<T>::~Singleton() {
 }
 
 } // namespace MVR::Util
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_HEADLESS_DESKTOP_H
-#define MIRVANE_PLATFORM_HEADLESS_DESKTOP_H
+#pragma once
 
 #include "platform/dialogs.h"
 
@@ -69,5 +68,3 @@ std::vector<ShownMessageBox> messageBoxes();
 void scriptMessageBoxAnswer(std::int32_t answer);
 
 } // namespace MVR::Platform::Headless
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_HEADLESS_STATE_H
-#define MIRVANE_PLATFORM_HEADLESS_STATE_H
+#pragma once
 
 #include "platform/dialog_templates.h"
 #include "platform/dialogs.h"
@@ -111,5 +110,3 @@ std::int32_t msUntilTimer();
 void post(DialogHandle dialog, PostKind kind, std::uint32_t message, std::int32_t control);
 
 } // namespace MVR::Platform::Headless
-
-#endif

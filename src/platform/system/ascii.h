@@ -1,5 +1,4 @@
-#ifndef MIRVANE_PLATFORM_SYSTEM_ASCII_H
-#define MIRVANE_PLATFORM_SYSTEM_ASCII_H
+#pragma once
 
 #include <algorithm>
 #include <string_view>
@@ -18,5 +17,3 @@ inline bool equalButCase(std::string_view a, std::string_view b) {
 }
 
 } // namespace MVR::Platform
-
-#endif

@@ -1,12 +1,10 @@
 #include "core/entry.h"
 #include "core/error_code.h"
 #include "core/log.h"
-#include "plugins/c_interface.h"
 #include "plugins/library.h"
 #include "plugins/library_manager.h"
 #include "plugins/plugin.h"
 #include "support/temp_home.h"
-#include "support/vtable_slot.h"
 
 #include <gmock/gmock.h>
 
@@ -135,54 +133,6 @@ TEST_F(LibraryTest, UnloadDestroysLibrariesAndPluginsLastFirst) {
         at = log.find(line, at);
         EXPECT_NE(at, std::string::npos) << line;
     }
-}
-
-TEST(ToolContractTest, OrderOfVirtualOperationsIsFrozen) {
-    using Testing::slotOf;
-    using Kind = CCameraPlugin;
-    using Door = CInterface;
-    const std::vector<std::ptrdiff_t> tool{slotOf(&CExtendable::extend),
-                                           slotOf(&CExtendable::getExtensions),
-                                           slotOf(&CExtendable::supportsExtension),
-                                           slotOf(&CCamera::startRecording),
-                                           slotOf(&CCamera::finishRecording),
-                                           slotOf(&CCamera::record),
-                                           slotOf(&CCamera::setTime),
-                                           slotOf(&CCamera::init),
-                                           slotOf(&CCamera::create),
-                                           slotOf(&CCamera::load),
-                                           slotOf(&CCamera::save),
-                                           slotOf(&CCamera::destroy)};
-    EXPECT_THAT(tool, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11));
-    const std::vector<std::ptrdiff_t> kind{
-        slotOf(&Kind::create),         slotOf(&Kind::getName),     slotOf(&Kind::getKey),
-        slotOf(&Kind::getDescription), slotOf(&Kind::getCategory), slotOf(&Kind::getAbout),
-        slotOf(&Kind::getAuthor),      slotOf(&Kind::getVersion),  slotOf(&Kind::destroy)};
-    EXPECT_THAT(kind, ElementsAre(3, 4, 5, 6, 7, 8, 9, 10, 11));
-    const std::vector<std::ptrdiff_t> door{
-        slotOf(&Door::addUndo),      slotOf(&Door::addProperty),
-        slotOf(&Door::findProperty), slotOf(&Door::beginPanel),
-        slotOf(&Door::endPanel),     slotOf(&Door::beginGroup),
-        slotOf(&Door::endGroup),     slotOf(&Door::addSpinnerInt),
-        slotOf(&Door::addSpinner),   slotOf(&Door::addCheck),
-        slotOf(&Door::addText),      slotOf(&Door::addCombo),
-        slotOf(&Door::addButton),    slotOf(&Door::openConfiguration),
-        slotOf(&Door::updatePanel),  slotOf(&Door::openInputDialog),
-        slotOf(&Door::getDataPath),  slotOf(&Door::setSaveData),
-        slotOf(&Door::getSaveData),  slotOf(&Door::clearSaveData),
-        slotOf(&Door::destroyNode)};
-    for (std::size_t i = 0; i < door.size(); ++i)
-        EXPECT_EQ(door[i], static_cast<std::ptrdiff_t>(3 + i));
-    const std::vector<std::ptrdiff_t> behindTheFourCreators{
-        slotOf(&Door::getSnapshot),     slotOf(&Door::getHelperSnapshot),
-        slotOf(&Door::getMeshSnapshot), slotOf(&Door::getLensSnapshot),
-        slotOf(&Door::nodeQuery1),      slotOf(&Door::nodeQuery2),
-        slotOf(&Door::nodeQuery3),      slotOf(&Door::nodeQuery4),
-        slotOf(&Door::nodeQuery5),      slotOf(&Door::getTime),
-        slotOf(&Door::getFrameRate),    slotOf(&Door::getFrameStep),
-        slotOf(&Door::redraw),          slotOf(&Door::messageBox)};
-    for (std::size_t i = 0; i < behindTheFourCreators.size(); ++i)
-        EXPECT_EQ(behindTheFourCreators[i], static_cast<std::ptrdiff_t>(28 + i));
 }
 
 } // namespace

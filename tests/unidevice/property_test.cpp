@@ -7,6 +7,8 @@
 #include <clocale>
 #include <limits>
 #include <memory>
+#include <type_traits>
+#include <vector>
 
 namespace {
 
@@ -117,6 +119,65 @@ TEST(PropertyHandlerTest, KeepsOnePropertyOfEachName) {
     EXPECT_EQ(handler.property(0), first);
     EXPECT_EQ(handler.property(-1), nullptr);
     EXPECT_EQ(handler.property(2), nullptr);
+}
+
+/// Where a field begins, its size and its alignment; `Type` holds its type fast.
+struct FieldPlace {
+    const char* name;
+    std::ptrdiff_t offset;
+    std::size_t size;
+    std::size_t alignment;
+};
+template <class Type, class Object, class Field>
+FieldPlace placeOf(const char* name, const Object& object, const Field& field) {
+    static_assert(std::is_same_v<Type, Field>);
+    return {name, reinterpret_cast<const char*>(&field) - reinterpret_cast<const char*>(&object),
+            sizeof(Field), alignof(Field)};
+}
+
+TEST_F(PropertyTest, SharedFieldsFollowTheTableOfOperationsInTheirOrder) {
+    const Control control(nullptr, binary, 0);
+    const Device& device = stick;
+    using Text = std::string;
+    using Int = std::int32_t;
+    const struct {
+        std::size_t size;
+        std::vector<FieldPlace> fields;
+    } cases[] = {
+        {sizeof(Control),
+         {placeOf<std::vector<ControlTarget*>>("targets", control, control.targets),
+          placeOf<Int>("kindMask", control, control.kindMask),
+          placeOf<double>("previousValue", control, control.previousValue),
+          placeOf<double>("value", control, control.value),
+          placeOf<double>("threshold", control, control.threshold),
+          placeOf<Text>("type", control, control.type),
+          placeOf<Int>("index", control, control.index),
+          placeOf<Text>("description", control, control.description),
+          placeOf<Device*>("device", control, control.device)}},
+        {sizeof(Device),
+         {placeOf<Text>("name", device, device.name),
+          placeOf<Int>("deviceIndex", device, device.deviceIndex),
+          placeOf<DeviceHandler*>("handler", device, device.handler),
+          placeOf<Driver*>("driver", device, device.driver)}},
+        {sizeof(Property),
+         {placeOf<std::vector<Property::Listener*>>("listeners", property, property.listeners),
+          placeOf<Control*>("control", property, property.control),
+          placeOf<Text>("name", property, property.name),
+          placeOf<Int>("acceptedKinds", property, property.acceptedKinds),
+          placeOf<double>("multiplier", property, property.multiplier),
+          placeOf<double>("exponent", property, property.exponent),
+          placeOf<double>("deadzone", property, property.deadzone),
+          placeOf<double>("offset", property, property.offset)}},
+    };
+    for (const auto& shared : cases) {
+        std::size_t end = sizeof(void*); // the address of the table of operations
+        for (const FieldPlace& field : shared.fields) {
+            end = (end + field.alignment - 1) / field.alignment * field.alignment;
+            EXPECT_EQ(field.offset, static_cast<std::ptrdiff_t>(end)) << field.name;
+            end += field.size;
+        }
+        EXPECT_EQ(shared.size, end) << "nothing follows the last field";
+    }
 }
 
 TEST(InputContractTest, OrderOfVirtualOperationsIsFrozen) {

@@ -14,18 +14,46 @@ namespace {
 
 /// The example tools in a real take of ten frames, 0.4 seconds. Nothing is bound: an unbound
 /// property reads its offset.
-TEST(ExampleTools, MoveTheirObjectsAsTheyTell) {
-    const std::string home = testing::TempDir() + "/example_tools_test";
-    std::filesystem::create_directories(home);
-    setenv("MIRVANE_OSC_CONFIG", (home + "/none.xml").c_str(), 1);
-    InstallValues values;
-    values.core = CORE;
-    values.documents = home;
-    Session session;
-    std::string error;
-    ASSERT_TRUE(session.open(values, error)) << error;
+class ExampleTools : public testing::Test {
+protected:
+    void SetUp() override {
+        const std::string home = testing::TempDir() + "/example_tools_test";
+        std::filesystem::create_directories(home);
+        setenv("MIRVANE_OSC_CONFIG", (home + "/none.xml").c_str(), 1);
+        InstallValues values;
+        values.core = CORE;
+        values.documents = home;
+        ASSERT_TRUE(session.open(values, error)) << error;
+    }
+
+    void place(const char* type, const char* name, const std::vector<Setting>& settings) {
+        ASSERT_NE(session.place({type, name, {}, settings}, error), nullptr) << error;
+    }
+    void record() {
+        session.timeline.setRange(0, 0.4);
+        TakePlan plan;
+        plan.countdownSeconds = 0;
+        plan.autoExpand = false;
+        ASSERT_TRUE(runTake(session, plan, nullptr, {}, error)) << error;
+    }
+    void expectEnd(const char* name, const Vector3& position, const Quaternion& rotation) {
+        const StageNode* node = session.scene.findByHostName(name);
+        ASSERT_NE(node, nullptr) << name;
+        const Transform end = node->evaluate(0.4);
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_NEAR(end.position[i], position[i], 1e-9) << name;
+        }
+        for (std::size_t i = 0; i < 4; ++i) {
+            EXPECT_NEAR(end.rotation[i], rotation[i], 1e-9) << name;
+        }
+    }
 
     const double half = std::sqrt(0.5);
+    Session session;
+    std::string error;
+};
+
+TEST_F(ExampleTools, MoveTheirObjectsAsTheyTell) {
     const struct {
         const char* tool;
         const char* name;
@@ -50,37 +78,21 @@ TEST(ExampleTools, MoveTheirObjectsAsTheyTell) {
         {"Free Camera", "roll", {{"", "Roll", "offset", -225}}, {0, 0, 0}, {0, 0, -half, half}},
     };
     for (const auto& tool : cases) {
-        ASSERT_NE(session.place({tool.tool, tool.name, {}, tool.settings}, error), nullptr)
-            << error;
+        place(tool.tool, tool.name, tool.settings);
     }
-    // This one starts where it stands: turned to the left, so that forward is to the left.
-    ASSERT_NE(session.place({"Free Camera", "turned", {}, {{"", "Move Z", "offset", -10}}}, error),
-              nullptr);
+    record();
+    for (const auto& tool : cases) {
+        expectEnd(tool.name, tool.position, tool.rotation);
+    }
+}
+
+TEST_F(ExampleTools, TheFreeCameraStartsWhereItStands) {
+    place("Free Camera", "turned", {{"", "Move Z", "offset", -10}});
     StageNode* turned = session.scene.findByHostName("turned");
     ASSERT_NE(turned, nullptr);
     turned->setTransform(0, {{0, 5, 0}, {0, half, 0, half}, kNoScale});
-
-    session.timeline.setRange(0, 0.4);
-    TakePlan plan;
-    plan.countdownSeconds = 0;
-    plan.autoExpand = false;
-    ASSERT_TRUE(runTake(session, plan, nullptr, {}, error)) << error;
-
-    for (const auto& tool : cases) {
-        const StageNode* node = session.scene.findByHostName(tool.name);
-        ASSERT_NE(node, nullptr) << tool.name;
-        const Transform end = node->evaluate(0.4);
-        for (std::size_t i = 0; i < 3; ++i) {
-            EXPECT_NEAR(end.position[i], tool.position[i], 1e-9) << tool.name;
-        }
-        for (std::size_t i = 0; i < 4; ++i) {
-            EXPECT_NEAR(end.rotation[i], tool.rotation[i], 1e-9) << tool.name;
-        }
-    }
-    const Vector3 end = turned->evaluate(0.4).position;
-    EXPECT_NEAR(end[0], -4, 1e-9);
-    EXPECT_NEAR(end[1], 5, 1e-9);
-    EXPECT_NEAR(end[2], 0, 1e-9);
+    record();
+    expectEnd("turned", {-4, 5, 0}, {0, half, 0, half}); // to the left is forward
 }
 
 } // namespace

@@ -14,9 +14,11 @@ std::string findCore(const std::string& option) {
     if (const char* named = std::getenv("MIRVANE_CORE"); named != nullptr && *named != '\0') {
         return MVR::Platform::fileExists(named) ? named : std::string();
     }
-    const std::filesystem::path folder = std::filesystem::path(ownProgramPath()).parent_path();
-    for (const char* place : {"../lib/mirvane/libcore.so", "libcore.so"}) {
-        const std::string path = (folder / place).lexically_normal().string();
+    const std::filesystem::path folder =
+        std::filesystem::path(MVR::Platform::ownModulePath()).parent_path();
+    const std::string name = "libcore" + MVR::Platform::libraryPattern().substr(1);
+    for (const char* place : {"../lib/mirvane", "."}) {
+        const std::string path = (folder / place / name).lexically_normal().string();
         if (MVR::Platform::fileExists(path)) {
             return path;
         }

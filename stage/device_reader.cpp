@@ -19,7 +19,8 @@ DeviceReader::~DeviceReader() {
 
 std::vector<std::string> DeviceReader::load(const std::string& folder) {
     std::vector<std::string> faults;
-    for (const auto& file : MVR::Platform::listFiles(folder + "/*.so")) {
+    for (const auto& file :
+         MVR::Platform::listFiles(folder + "/" + MVR::Platform::libraryPattern())) {
         const std::string path = folder + "/" + file.name;
         SharedLibrary library;
         std::string error;

@@ -1,9 +1,9 @@
 #include "stage/install_values.h"
 
 #include "platform/files.h"
+#include "platform/registry.h"
 #include "stage/machine.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -25,25 +25,15 @@ std::string orBeside(const std::string& given, const std::string& corePath, cons
     return given.empty() ? folderOf(corePath) + "/" + name : absolute(given);
 }
 
-/// The user's documents folder, as the desktop has it in its list of folders.
+constexpr const char* kShellFolders =
+    R"(Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders)";
+
+/// The user's documents folder, as the core would find it.
 std::string documentsFolder() {
-    const char* home = std::getenv("HOME");
-    const std::string homeFolder = home != nullptr ? home : ".";
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    std::string list;
-    if (MVR::Platform::readFile(
-            (config != nullptr && *config != '\0' ? std::string(config) : homeFolder + "/.config") +
-                "/user-dirs.dirs",
-            list)) {
-        const std::string key = "XDG_DOCUMENTS_DIR=\"";
-        const std::size_t start = list.find(key);
-        const std::size_t end = list.find('"', start + key.size());
-        if (start != std::string::npos && end != std::string::npos) {
-            std::string folder = list.substr(start + key.size(), end - start - key.size());
-            return folder.rfind("$HOME", 0) == 0 ? homeFolder + folder.substr(5) : folder;
-        }
-    }
-    return homeFolder + "/Documents";
+    std::string folder;
+    (void)MVR::Platform::readRegistryValue(MVR::Platform::Hive::CurrentUser, kShellFolders,
+                                           "Personal", folder); // none: the core tells
+    return folder;
 }
 
 } // namespace
@@ -69,12 +59,11 @@ bool InstallValuesFile::write(const InstallValues& values, const std::string& co
     }
     const std::string documents =
         values.documents.empty() ? documentsFolder() : absolute(values.documents);
-    const std::string text =
-        "[SOFTWARE\\Oskelworks\\Lensetta]\npath=" + folderOf(corePath) +
-        "\ndatapath=" + orBeside(values.data, corePath, "data") +
-        "\npluginpath=" + toolFolder(values, corePath) + "\ndocpath=" + folderOf(corePath) +
-        "/doc\n[Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders]\nPersonal=" +
-        documents + "\n";
+    const std::string text = "[SOFTWARE\\Oskelworks\\Lensetta]\npath=" + folderOf(corePath) +
+                             "\ndatapath=" + orBeside(values.data, corePath, "data") +
+                             "\npluginpath=" + toolFolder(values, corePath) +
+                             "\ndocpath=" + folderOf(corePath) + "/doc\n[" + kShellFolders +
+                             "]\nPersonal=" + documents + "\n";
     std::error_code fault;
     const std::filesystem::path folder = std::filesystem::temp_directory_path(fault);
     const std::string path =

@@ -3,11 +3,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
-#include <utility>
 
-#include <dlfcn.h>
 #include <unistd.h>
 
 namespace Stage {
@@ -32,38 +28,17 @@ bool isTerminal(int stream) {
     return isatty(stream) != 0;
 }
 
-std::string ownProgramPath() {
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).string();
-}
-
-SharedLibrary::SharedLibrary(SharedLibrary&& other) noexcept
-    : handle_(std::exchange(other.handle_, nullptr)) {}
-
-SharedLibrary& SharedLibrary::operator=(SharedLibrary&& other) noexcept {
-    std::swap(handle_, other.handle_);
-    return *this;
-}
-
 bool SharedLibrary::load(const std::string& path, std::string& error) {
     free();
-    handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    handle_ = MVR::Platform::loadLibrary(path);
     if (handle_ == nullptr) {
-        const char* words = dlerror();
-        error = words != nullptr ? words : path + " can't be loaded";
+        error = MVR::Platform::lastLibraryError();
     }
     return handle_ != nullptr;
 }
 
 void SharedLibrary::free() {
-    if (handle_ != nullptr) {
-        dlclose(handle_);
-        handle_ = nullptr;
-    }
-}
-
-void* SharedLibrary::findAddress(const char* name) const {
-    return handle_ != nullptr ? dlsym(handle_, name) : nullptr;
+    MVR::Platform::freeLibrary(std::exchange(handle_, nullptr));
 }
 
 void catchStopRequests() {

@@ -56,7 +56,8 @@ void listLibrary(const std::string& path, ToolCatalog& catalog) {
 
 ToolCatalog listTools(const std::string& folder) {
     ToolCatalog catalog;
-    for (const auto& file : MVR::Platform::listFiles(folder + "/*.so")) {
+    for (const auto& file :
+         MVR::Platform::listFiles(folder + "/" + MVR::Platform::libraryPattern())) {
         if (!file.isFolder) {
             listLibrary(folder + "/" + file.name, catalog);
         }

@@ -20,15 +20,11 @@ constexpr double kSnapshotSeconds = 1.0;
 const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::CoreOrToolMissing};
 
 std::vector<Option> deviceOptions() {
-    std::vector<Option> options = {
+    return withCommonOptions({
         {"--seconds", "N",
          "listen for so long; else until Ctrl+C on a terminal, and 1 second elsewhere"},
         {"--once", nullptr, "no live display: listen, then print what there is"},
-    };
-    for (const Option& option : commonOptions()) {
-        options.push_back(option);
-    }
-    return options;
+    });
 }
 
 std::string help() {
@@ -55,27 +51,15 @@ void listen(DeviceReader& reader, double seconds, bool isLive) {
 } // namespace
 
 ExitCode devicesCommand(const std::vector<std::string>& words) {
-    if (answerHelp(words, help())) {
-        return ExitCode::Ok;
-    }
     InstallValues values;
-    std::vector<Argument> arguments;
-    std::string error;
-    bool isGood = readArguments(words, deviceOptions(), arguments, error);
     bool isLive = isTerminal(1);
     double seconds = -1.0;
-    for (const Argument& argument : arguments) {
-        if (argument.name == "--once") {
-            isLive = false;
-        } else if (argument.name == "--seconds") {
-            isGood = readNumber(argument, 0.0, seconds, error) && isGood;
-        } else {
-            takeCommonArgument(argument, values);
-        }
-    }
-    if (!isGood) {
-        complain(error);
-        return ExitCode::Usage;
+    const auto take = [&](const Argument& argument, std::string& error) {
+        isLive = isLive && argument.name != "--once";
+        return argument.name != "--seconds" || readNumber(argument, 0.0, seconds, error);
+    };
+    if (const auto code = readCommand(words, deviceOptions(), help(), values, take)) {
+        return *code;
     }
     const std::string core = findCore(values.core);
     if (core.empty() && values.data.empty()) {

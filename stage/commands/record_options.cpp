@@ -24,7 +24,7 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok,
                                       ExitCode::CheckFailed};
 
 std::vector<Option> recordOptions() {
-    std::vector<Option> options = {
+    return withCommonOptions({
         {"--tool", "TYPE",
          "place a tool; --name, --bind, --set and --bindings that\nfollow are its"},
         {"--name", "NAME", "the tool's name; else its type and a number"},
@@ -54,11 +54,7 @@ std::vector<Option> recordOptions() {
         {"--out-curves", "FILE", "the same as a table of the keys, for plotting"},
         {"--report", "FILE", "write what was measured as JSON"},
         {"--table", nullptr, "print what was measured"},
-    };
-    for (const Option& option : commonOptions()) {
-        options.push_back(option);
-    }
-    return options;
+    });
 }
 
 /// Turns arguments into options, one after the other: what a --set means depends on what stands

@@ -15,7 +15,7 @@ std::string help() {
     return "usage: mirvane-stage tools [OPTIONS]\n\n"
            "Lists the tools of the tool libraries: name, version, what it does, category, author,\n"
            "library. A library that the core would refuse is told on the error stream.\n\n" +
-           describe(commonOptions()) + "\nexit codes\n" + describe(kCodes);
+           describe(withCommonOptions({})) + "\nexit codes\n" + describe(kCodes);
 }
 
 void print(const ToolEntry& tool) {
@@ -30,18 +30,9 @@ void print(const ToolEntry& tool) {
 } // namespace
 
 ExitCode toolsCommand(const std::vector<std::string>& words) {
-    if (answerHelp(words, help())) {
-        return ExitCode::Ok;
-    }
     InstallValues values;
-    std::vector<Argument> arguments;
-    std::string error;
-    if (!readArguments(words, commonOptions(), arguments, error)) {
-        complain(error);
-        return ExitCode::Usage;
-    }
-    for (const Argument& argument : arguments) {
-        takeCommonArgument(argument, values);
+    if (const auto code = readCommand(words, withCommonOptions({}), help(), values)) {
+        return *code;
     }
     const std::string core = findCore(values.core);
     if (core.empty() && values.plugins.empty()) {

@@ -84,7 +84,8 @@ std::string toTable(const Report& report) {
         }
         table += line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
                       figures.difference.isSameFrames ? "same frames" : "other frames") +
-                 line("", "%.0f times real time", figures.timesRealTime);
+                 (figures.isCutShort ? line("", "stopped before its end")
+                                     : line("", "%.0f times real time", figures.timesRealTime));
     }
     return table;
 }
@@ -113,7 +114,8 @@ std::string toJson(const Report& report) {
                                          {"same_frames", figures.difference.isSameFrames},
                                          {"largest_difference", figures.difference.largest},
                                          {"seconds", figures.seconds},
-                                         {"times_real_time", figures.timesRealTime}});
+                                         {"times_real_time", figures.timesRealTime},
+                                         {"cut_short", figures.isCutShort}});
     }
     return json.dump(2) + "\n";
 }

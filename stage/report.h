@@ -16,7 +16,8 @@ struct ResimulationFigures {
     std::vector<std::string> settings; ///< what was changed
     CurveCopy::Difference difference;  ///< to the take
     double seconds = 0.0;              ///< it took
-    double timesRealTime = 0.0;        ///< scene time through time taken
+    double timesRealTime = 0.0;        ///< scene time through time taken; 0 if cut short
+    bool isCutShort = false;           ///< stopped by the user; the frames done are kept
 };
 
 /// All that a run of `record` measured.

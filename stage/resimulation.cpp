@@ -20,8 +20,9 @@ struct Mapping {
 
 } // namespace
 
-std::optional<double> resimulate(Session& session, double start, double end,
-                                 const std::vector<Setting>& settings, std::string& error) {
+std::optional<ResimulationRun> resimulate(Session& session, double start, double end,
+                                          const std::vector<Setting>& settings, std::string& error,
+                                          const std::function<bool()>& isToStop) {
     std::vector<Mapping> old;
     for (const Setting& setting : settings) {
         for (UniDevice::Property* property : session.findProperties(setting)) {
@@ -30,9 +31,17 @@ std::optional<double> resimulate(Session& session, double start, double end,
             apply(setting, *property);
         }
     }
+    ResimulationRun run;
+    session.scene.setKeyListener([&](const StageNode&, double) {
+        if (!run.isCutShort && isToStop && isToStop()) {
+            run.isCutShort = true;
+            session.getCore().stopRecording();
+        }
+    });
     const auto begin = std::chrono::steady_clock::now();
     const std::int32_t code = session.getCore().resimulate(start, end);
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+    run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    session.scene.setKeyListener({});
     // Last first: a property that two settings changed gets its first mapping back.
     for (auto mapping = old.rbegin(); mapping != old.rend(); ++mapping) {
         mapping->property->multiplier = mapping->multiplier;
@@ -44,7 +53,7 @@ std::optional<double> resimulate(Session& session, double start, double end,
         error = "the core can't simulate: code " + std::to_string(code);
         return std::nullopt;
     }
-    return seconds.count();
+    return run;
 }
 
 bool checkUndo(Session& session, const CurveCopy& before, std::string& error) {

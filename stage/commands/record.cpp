@@ -173,15 +173,17 @@ ExitCode RecordRun::recordTake() {
 }
 
 ExitCode RecordRun::resimulateAll() {
+    // The request that ended the take is used up: the resimulations of what was recorded go on.
+    const auto isToStop = [this] { return isStopRequested() && !report_.take.isCutShort; };
     ExitCode worst = ExitCode::Ok;
     for (std::size_t i = 1; i < options_.passes.size(); ++i) {
         const Pass& pass = options_.passes[i];
         std::string error;
         const double start = report_.start;
         const double end = report_.take.endTime;
-        const std::optional<double> seconds =
-            resimulate(session_, start, end, pass.settings, error);
-        if (!seconds) {
+        const std::optional<ResimulationRun> run =
+            resimulate(session_, start, end, pass.settings, error, isToStop);
+        if (!run) {
             return fail(ExitCode::CoreOrToolMissing, error);
         }
         ResimulationFigures figures;
@@ -189,11 +191,19 @@ ExitCode RecordRun::resimulateAll() {
             figures.settings.push_back(setting.toText());
         }
         figures.difference = CurveCopy(report_.nodes).compare(take_);
-        figures.seconds = *seconds;
-        figures.timesRealTime = *seconds > 0.0 ? (end - start) / *seconds : 0.0;
+        figures.seconds = run->seconds;
+        figures.isCutShort = run->isCutShort;
+        figures.timesRealTime =
+            run->seconds > 0.0 && !run->isCutShort ? (end - start) / run->seconds : 0.0;
         report_.resimulations.push_back(std::move(figures));
         if (const ExitCode code = writePass(pass); code != ExitCode::Ok) {
             worst = code;
+        }
+        if (run->isCutShort || (isToStop() && i + 1 < options_.passes.size())) {
+            complain("stopped at resimulation " + std::to_string(i) + " of " +
+                     std::to_string(options_.passes.size() - 1) +
+                     "; the frames that were done are kept");
+            return worst != ExitCode::Ok ? worst : ExitCode::CutShort;
         }
     }
     return worst;

@@ -171,6 +171,13 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
                                                                          << read("stderr");
         EXPECT_EQ(read("stdout"), "") << failure.command;
     }
+    // Ctrl+C, once the program listens to it: signal 2 among those that it catches.
+    EXPECT_EQ(run(record +
+                  "--seconds 60 --tool 'Tracked Object' --out-curves short.csv & pid=$!;"
+                  " until grep -q '^SigCgt:.*[2367abef]$' /proc/$pid/status; do sleep 0.05; done;"
+                  " kill -INT $pid; wait $pid"),
+              5);
+    EXPECT_NE(read("short.csv"), "");
     for (const char* command : {"", "record", "tools", "devices"}) {
         EXPECT_EQ(run(std::string(STAGE) + " " + command + " --help"), 0);
         EXPECT_EQ(read("stdout").rfind("usage: mirvane-stage ", 0), 0U) << command;

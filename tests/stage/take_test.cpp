@@ -129,6 +129,16 @@ TEST_F(TakeTest, AResimulationRepeatsTheTakeAndFollowsAChangedSetting) {
     // The setting was for that resimulation alone.
     ASSERT_TRUE(resimulate(session, 1, 1.4, {}, error)) << error;
     EXPECT_EQ(table(), again);
+
+    // One that is stopped keeps the frames that it has done, as one undo step.
+    const std::vector<Key>& keys = object->getCurves()[0].getKeys();
+    const auto run = resimulate(session, 1, 1.4, {}, error, [&keys] { return keys.size() >= 6; });
+    ASSERT_TRUE(run && run->isCutShort) << error;
+    EXPECT_EQ(keys.size(), 6U);
+    EXPECT_EQ(camera->getCurves()[6].getKeys().size(), 6U) << "the last frame is whole";
+    EXPECT_FALSE(session.getCore().isRecording());
+    ASSERT_TRUE(session.undo.undo());
+    EXPECT_EQ(table(), again);
 }
 
 TEST_F(TakeTest, CtrlCStopsATakeWithoutEndAndKeepsIt) {

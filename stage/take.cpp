@@ -27,12 +27,16 @@ double secondsOf(Clock::duration duration) {
 /// Watches the keys of a take as they are written.
 class TakeMeter {
 public:
-    TakeMeter(TakeFigures& figures, const StageNode* probe) : figures_(figures), probe_(probe) {}
+    TakeMeter(TakeFigures& figures, const TakePlan& plan, const StageNode* probe)
+        : figures_(figures), plan_(plan), probe_(probe) {}
 
     void onKey(const StageNode& node, double time) {
         if (framesInEvent_ == 0 || time > lastTime_) {
             ++framesInEvent_;
             lastTime_ = time;
+            if (plan_.onFrame) {
+                plan_.onFrame(time);
+            }
         }
         if (&node != probe_) {
             return;
@@ -60,6 +64,7 @@ public:
 
 private:
     TakeFigures& figures_;
+    const TakePlan& plan_;
     const StageNode* probe_;
     std::int64_t framesInEvent_ = 0;
     double lastTime_ = 0.0;
@@ -131,7 +136,7 @@ std::optional<TakeFigures> runTake(Session& session, const TakePlan& plan, const
 
     TakeFigures figures;
     figures.endTime = session.timeline.getTime();
-    TakeMeter meter(figures, probe);
+    TakeMeter meter(figures, plan, probe);
     session.scene.setKeyListener(
         [&meter](const StageNode& node, double time) { meter.onKey(node, time); });
     const std::int32_t code = core.startRecording();

@@ -16,6 +16,8 @@ struct TakePlan {
     std::int32_t countdownSeconds = 3;
     std::int32_t slowMotion = 1; ///< 1 is real time, each step more halves the speed; at most 10
     bool autoExpand = true;      ///< the range grows, and the take goes on until it is stopped
+    /// Called at the first key of each frame: the devices hold what the frame is made of.
+    std::function<void(double time)> onFrame;
 };
 
 /// What was seen of a take while it ran.

@@ -77,6 +77,17 @@ bool toNumber(std::string_view text, int& out) {
     return readNumber(text, out);
 }
 
+std::string quoted(const std::string& text) {
+    std::string result = "\"";
+    for (const char c : text) {
+        result += c == '\n' || c == '\r' ? ' ' : c;
+        if (c == '"') {
+            result += c;
+        }
+    }
+    return result + '"';
+}
+
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r\n";
     const std::size_t first = text.find_first_not_of(kBlanks);

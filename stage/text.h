@@ -16,6 +16,9 @@ std::string toText(double value);
 [[nodiscard]] bool toNumber(std::string_view text, double& out);
 [[nodiscard]] bool toNumber(std::string_view text, int& out);
 
+/// The text as a field of a table: in quotes, on one line.
+std::string quoted(const std::string& text);
+
 /// The text without blanks around it.
 std::string_view trimmed(std::string_view text);
 

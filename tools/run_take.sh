@@ -35,11 +35,30 @@ TEXT
     --tool "Tracked Object" --name Camera --bindings "$out/bindings.txt" \
     --latency-bind OSC:/camera/sent:0 \
     --seconds 4 --rate 25 --countdown 1 --undo-redo "$@" \
+    --log-input "$out/input.csv" \
     --out "$out/take.gltf" --out-curves "$out/take.csv" --report "$out/report.json" --table \
     --resimulate --out-curves "$out/unchanged.csv" \
     --resimulate --set "*.multiplier=2" --out "$out/twice.gltf" --out-curves "$out/twice.csv"
 
+# Each key but those of the start against what the device held at that frame, all digits. A device
+# that has sent no rotation yet, four zeros, means none: W is 1. Zero has one sign here.
+awk -F, '
+    FNR == 1 { next }
+    NR == FNR { for (i = 1; i <= 7; ++i) held[$1, i] = $(i + 1); ++frames; next }
+    ++row == 1 { next }
+    {
+        unturned = !(held[$2, 4] || held[$2, 5] || held[$2, 6] || held[$2, 7])
+        for (i = 1; i <= 7; ++i) {
+            value = i == 7 && unturned ? "1" : held[$2, i]
+            good += ($2, i) in held && ($(i + 2) "" == value "" || ($(i + 2) == 0 && value == 0))
+        }
+    }
+    END {
+        printf "%-36s%d of %d, in %d frames\n", "keys equal to the device\047s value", good, 7 * frames, row - 1
+        exit good != 7 * frames || row - 1 != frames || !good
+    }' "$out/input.csv" "$out/take.csv" || { echo "run_take: a key differs from the input, or is missing" >&2; exit 1; }
+
 if command -v gnuplot >/dev/null; then
     gnuplot -e "table='$out/take.csv'; picture='$out/take_curves.svg'" tools/plot_curves.gp
 fi
-echo "written to $out/: take.gltf, take.csv, take_curves.svg, unchanged.csv, twice.gltf, twice.csv, report.json"
+echo "written to $out/: take.gltf, take.csv, input.csv, take_curves.svg, unchanged.csv, twice.gltf, twice.csv, report.json"

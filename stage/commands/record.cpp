@@ -3,6 +3,7 @@
 #include "stage/curve_copy.h"
 #include "stage/export/curve_table.h"
 #include "stage/export/gltf_writer.h"
+#include "stage/input_log.h"
 #include "stage/machine.h"
 #include "stage/progress.h"
 #include "stage/report.h"
@@ -45,6 +46,7 @@ private:
     MVR::CInterface* probe_ = nullptr;
     CurveCopy take_;
     Report report_;
+    std::string inputTable_;
 };
 
 ExitCode fail(ExitCode code, const std::string& message) {
@@ -54,7 +56,7 @@ ExitCode fail(ExitCode code, const std::string& message) {
 
 /// A take that can't be written is found out before it is played.
 ExitCode RecordRun::checkOutputs() const {
-    std::vector<std::string> paths = {options_.report};
+    std::vector<std::string> paths = {options_.report, options_.logInput};
     for (const Pass& pass : options_.passes) {
         paths.push_back(pass.out);
         paths.push_back(pass.outCurves);
@@ -146,12 +148,17 @@ ExitCode RecordRun::recordTake() {
         probe_ != nullptr ? session_.adaptor.getNodes(probe_) : std::vector<MVR::SceneNode*>();
     const auto* probeNode =
         probeNodes.empty() ? nullptr : static_cast<const StageNode*>(probeNodes.front());
+    InputLog input(session_);
+    TakePlan plan = options_.take;
+    if (!options_.logInput.empty()) {
+        plan.onFrame = [&input](double time) { input.addFrame(time); };
+    }
     std::string error;
     std::optional<TakeFigures> figures;
     {
         Progress progress(session_.timeline.getStart());
         figures = runTake(
-            session_, options_.take, probeNode,
+            session_, plan, probeNode,
             [&progress](double time, const TakeFigures& state) { progress.show(time, state); },
             error);
     }
@@ -163,6 +170,7 @@ ExitCode RecordRun::recordTake() {
     report_.take = std::move(*figures);
     report_.nodes = nodesToWrite();
     take_ = CurveCopy(report_.nodes);
+    inputTable_ = input.getTable();
     if (options_.checkUndo) {
         report_.isUndoGood = checkUndo(session_, before, error);
         if (!*report_.isUndoGood) {
@@ -231,10 +239,11 @@ ExitCode RecordRun::run() {
     const ExitCode written = writePass(options_.passes.front());
     const ExitCode passes = resimulateAll();
     const ExitCode report = writeFile(options_.report, toJson(report_));
+    const ExitCode input = writeFile(options_.logInput, inputTable_);
     if (options_.printTable) {
         std::fputs(toTable(report_).c_str(), stdout);
     }
-    for (const ExitCode step : {written, passes, report, take}) {
+    for (const ExitCode step : {written, passes, report, input, take}) {
         if (step != ExitCode::Ok) {
             return step;
         }

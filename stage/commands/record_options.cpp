@@ -53,6 +53,8 @@ std::vector<Option> recordOptions() {
         {"--out", "FILE", "write the take, or the resimulation it follows, as glTF"},
         {"--out-curves", "FILE", "the same as a table of the keys, for plotting"},
         {"--report", "FILE", "write what was measured as JSON"},
+        {"--log-input", "FILE",
+         "write what the bound controls held at each frame of the\ntake, asked of the devices"},
         {"--table", nullptr, "print what was measured"},
     });
 }
@@ -152,6 +154,8 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
         options_.printTable = true;
     } else if (argument.name == "--report") {
         options_.report = argument.value;
+    } else if (argument.name == "--log-input") {
+        options_.logInput = argument.value;
     } else if (argument.name == "--latency-bind") {
         return parseBinding("Sent=" + argument.value, options_.latency.emplace(), error);
     } else if (argument.name == "--rate") {

@@ -28,6 +28,7 @@ struct RecordOptions {
     bool checkUndo = false;
     std::optional<Binding> latency; ///< the control that tells when a packet was sent
     std::string report;             ///< JSON file; empty for none
+    std::string logInput;           ///< table of what the devices held; empty for none
     bool printTable = false;        ///< of what was measured
     std::vector<Pass> passes;       ///< the take first, then its resimulations
 };

@@ -9,17 +9,6 @@ namespace Stage {
 
 namespace {
 
-std::string quoted(const std::string& name) {
-    std::string result = "\"";
-    for (const char c : name) {
-        result += c == '\n' || c == '\r' ? ' ' : c;
-        if (c == '"') {
-            result += c;
-        }
-    }
-    return result + '"';
-}
-
 bool isSameTime(double a, double b) {
     return b - a <= kSameTimeSeconds;
 }

@@ -92,7 +92,7 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
         run(SENDER " --quiet --loop --port " + port +
             " & sender=$!; " STAGE " record --documents . --tool 'Tracked Object' --name Camera"
             " --bindings camera.txt --seconds 2 --countdown 1 --undo-redo"
-            " --latency-bind OSC:/camera/sent:0 --report report.json"
+            " --latency-bind OSC:/camera/sent:0 --report report.json --log-input input.csv"
             " --out take.gltf --out-curves take.csv"
             " --resimulate --out-curves again.csv"
             " --resimulate --set 'Camera/*.multiplier=2' --out-curves twice.csv;"
@@ -107,6 +107,15 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
     ASSERT_EQ(take.size(), 51U);
     ASSERT_EQ(again.size(), 51U);
     ASSERT_EQ(twice.size(), 51U);
+    const auto input = readTable("input.csv");
+    ASSERT_EQ(input.size(), 50U) << "each frame, and the start is none";
+    for (std::size_t i = 0; i < input.size(); ++i) {
+        // Four zeros, before the first packet is in, are no rotation.
+        const std::size_t columns = input[i] == std::vector<double>(7, 0.0) ? 6 : 7;
+        for (std::size_t column = 0; column < columns; ++column) {
+            EXPECT_EQ(take[i + 1][column + 1], input[i][column]) << "frame " << i + 1;
+        }
+    }
     double way = 0;
     for (std::size_t i = 0; i < take.size(); ++i) {
         EXPECT_EQ(take[i][0], static_cast<double>(i) * 0.04);

@@ -314,11 +314,19 @@ Tag& Tag::sharedEmpty() {
     return *empty;
 }
 
-std::int32_t Tag::parse(const std::string& xmlText) {
+std::int32_t Tag::parse(std::string_view xmlText) {
+    Place fault;
+    return parse(xmlText, fault);
+}
+
+std::int32_t Tag::parse(std::string_view xmlText, Place& fault) {
     // The text may be a part of the tree that is replaced.
     Tag root;
     root.kind_ = kind_;
-    const std::int32_t code = TagReader(xmlText).readInto(root);
+    TagReader reader(xmlText);
+    const std::int32_t code = reader.readInto(root);
+    if (code != 0)
+        fault = reader.faultPlace();
     *this = std::move(root);
     return code;
 }

@@ -118,11 +118,23 @@ public:
     /// an element. 4: a close tag of another element. 5: a fault in an attribute, or nothing where
     /// a node was expected. 6: more levels than `kMaxDepth`; logged. On failure the Tag keeps what
     /// was complete before the fault.
-    [[nodiscard]] std::int32_t parse(const std::string& xmlText);
+    [[nodiscard]] std::int32_t parse(std::string_view xmlText);
+    /// Where in a text something stands: its line from 1, and the byte in that line from 1.
+    struct Place {
+        std::int32_t line = 0;
+        std::int32_t column = 0;
+    };
+    /// The same, and tells where the fault is; of an element that isn't closed, where it opens.
+    /// Without a fault `fault` is as it was.
+    [[nodiscard]] std::int32_t parse(std::string_view xmlText, Place& fault);
+    /// What a code of `parse`, `read` or `load` says, in a few words for the user.
+    static const char* describeFault(std::int32_t code);
     /// Reads the stream to its end, line ends removed, and parses that.
     [[nodiscard]] std::int32_t read(std::istream& stream);
-    /// Reads a file as `read` does. 1, with nothing changed, if it can't be opened or read, or is
-    /// larger than 2 GiB.
+    /// What `load` gives for a file that can't be opened or read.
+    static constexpr std::int32_t kNotOpened = 1;
+    /// Reads a file as `read` does. `kNotOpened`, with nothing changed, if it can't be opened or
+    /// read, or is larger than 2 GiB.
     [[nodiscard]] std::int32_t load(const std::string& path);
 
     /// The tree as text. `indent` stands before the root, one `indentUnit` more before each level.

@@ -14,9 +14,9 @@
 namespace MVR {
 namespace {
 
+// Tag::kNotOpened is one too.
 enum Code : std::int32_t {
     kSuccess = 0,
-    kNotOpened = 1,
     kNoRoot = 2,
     kUnclosed = 3,
     kWrongClose = 4,
@@ -113,7 +113,20 @@ void decodeInto(std::string_view markup, std::string& out) {
 } // namespace
 
 TagReader::TagReader(std::string_view text)
-    : at_(text.data()), end_(find(at_, at_ + text.size(), '\0')) {}
+    : begin_(text.data()), at_(begin_), end_(find(at_, at_ + text.size(), '\0')) {}
+
+std::int32_t TagReader::failAt(const char* place, std::int32_t code) {
+    fault_ = place;
+    return code;
+}
+
+Tag::Place TagReader::faultPlace() const {
+    const char* const fault = fault_ ? fault_ : end_;
+    const std::string_view before = view(begin_, fault);
+    const std::size_t lineStart = before.rfind('\n') + 1; // 0 in the first line
+    return {static_cast<std::int32_t>(1 + std::count(begin_, fault, '\n')),
+            static_cast<std::int32_t>(1 + before.size() - lineStart)};
+}
 
 // Puts what stands between the brackets of a tag, of which the first is at `first`, into `token`.
 void TagReader::cutTag(Token& token, const char* first) {
@@ -150,8 +163,10 @@ bool TagReader::next(Token& token) {
 
 std::int32_t TagReader::readInto(Tag& root) {
     Token token;
-    if (!next(token) || (token.kind != TokenKind::Open && token.kind != TokenKind::Empty))
+    if (!next(token))
         return kNoRoot;
+    if (token.kind != TokenKind::Open && token.kind != TokenKind::Empty)
+        return failAt(token.text.data(), kNoRoot);
     if (token.text.front() == '?' && !next(token))
         return kBadAttribute;
     Node& first = nodes_.emplace_back();
@@ -173,14 +188,14 @@ std::int32_t TagReader::readChildren() {
     while (!open_.empty() && code == kSuccess) {
         Token token;
         if (!next(token)) {
-            code = kUnclosed;
+            code = failAt(nodes_[open_.back()].text.data(), kUnclosed);
         } else if (token.kind != TokenKind::Close) {
             code = readChild(token);
         } else if (closes(nodes_[open_.back()], token.text)) {
             keepChildren(open_.back());
             open_.pop_back();
         } else {
-            code = kWrongClose;
+            code = failAt(token.text.data(), kWrongClose);
         }
     }
     if (code != kSuccess) {
@@ -196,7 +211,7 @@ std::int32_t TagReader::readChild(const Token& token) {
     if (token.kind == TokenKind::Open && open_.size() == Tag::kMaxDepth) {
         Log(Log::Error)
             .write("Too many nested elements in text, at most", Tag::kMaxDepth, Log::OwnLevel);
-        return kTooDeep;
+        return failAt(token.text.data(), kTooDeep);
     }
     if (nodes_.size() - open_.back() > kSiblingsAtOnce)
         keepChildren(open_.back());
@@ -263,7 +278,7 @@ std::int32_t TagReader::fill(Node& node, const Token& token) {
         node.kind = Tag::Comment;
         break;
     case TokenKind::Close:
-        return kNoRoot;
+        return failAt(begin, kNoRoot);
     case TokenKind::Open:
     case TokenKind::Empty:
         node.kind = Tag::Element;
@@ -291,12 +306,12 @@ std::int32_t TagReader::scanAttributes(const char* at, const char* end) {
         while (at != end && classOf(*at) == kOther)
             ++at;
         if (end - at < 2 || *at != '=' || (at[1] != '"' && at[1] != '\''))
-            return kBadAttribute;
+            return failAt(key, kBadAttribute);
         const char* const keyEnd = at;
         const char* const value = at + 2;
         at = find(value, end, at[1]);
         if (at == end)
-            return kBadAttribute;
+            return failAt(key, kBadAttribute);
         attributes_.push_back({view(key, keyEnd), view(value, at)});
         ++at;
     }
@@ -342,6 +357,26 @@ std::string TagReader::decode(std::string_view markup) {
     std::string decoded;
     decodeInto(markup, decoded);
     return decoded;
+}
+
+const char* Tag::describeFault(std::int32_t code) {
+    switch (static_cast<Code>(code)) {
+    case kSuccess:
+        return "no fault";
+    case kNotOpened:
+        return "the file can't be read";
+    case kNoRoot:
+        return "no element where one was expected";
+    case kUnclosed:
+        return "an element isn't closed";
+    case kWrongClose:
+        return "a close tag of another element";
+    case kBadAttribute:
+        return "a fault in an attribute";
+    case kTooDeep:
+        return "too many nested elements";
+    }
+    return "an unknown fault";
 }
 
 std::int32_t Tag::read(std::istream& stream) {

@@ -16,6 +16,8 @@ public:
 
     // Reads the root element into an empty Tag; the codes are those of `Tag::parse`.
     [[nodiscard]] std::int32_t readInto(Tag& root);
+    // After `readInto` gave another code than 0.
+    [[nodiscard]] Tag::Place faultPlace() const;
 
 private:
     enum class TokenKind { Text, Open, Close, Empty, Comment };
@@ -47,13 +49,16 @@ private:
     void drop(std::size_t first);
     void makeTag(const Node& node, Tag* place);
     std::int32_t fill(Node& node, const Token& token);
+    std::int32_t failAt(const char* place, std::int32_t code);
     std::int32_t scanAttributes(const char* at, const char* end);
     void storeAttributes(Node& node);
     void orderAttributes();
     std::string decode(std::string_view markup);
 
+    const char* begin_;
     const char* at_;
     const char* end_;
+    const char* fault_ = nullptr; // In the text; null for its end.
     TagPool pool_;
     // The elements that are being read, each followed by those of its children that are complete
     // and not yet in a block. So a block is made when the number of its items is known, and their

@@ -90,6 +90,28 @@ TEST(TagTest, ParsesTheDialect) {
     }
 }
 
+TEST(TagTest, TellsWhereAFaultIs) {
+    struct {
+        const char* text;
+        std::int32_t line, column;
+        const char* words;
+    } const cases[] = {
+        {"", 1, 1, "no element where one was expected"},
+        {"\n text", 1, 1, "no element where one was expected"},
+        {"<a>\r\n\t<b>\n</b>\n <c><d/>", 4, 3, "an element isn't closed"},
+        {"<a>\n<b>\n  </a>", 3, 5, "a close tag of another element"},
+        {"<a\n  b='1'\n  c=2>", 3, 3, "a fault in an attribute"},
+        {"<?xml version='1.0'?>\n</a>", 2, 3, "no element where one was expected"},
+    };
+    for (const auto& c : cases) {
+        Tag tag;
+        Tag::Place fault;
+        EXPECT_STREQ(Tag::describeFault(tag.parse(c.text, fault)), c.words) << c.text;
+        EXPECT_EQ(fault.line, c.line) << c.text;
+        EXPECT_EQ(fault.column, c.column) << c.text;
+    }
+}
+
 TEST(TagTest, SurvivesACutAtEveryByte) {
     // Whole without its last byte, and with the line end behind the header as its root.
     const std::set<std::size_t> whole{22, kSample.size() - 1};

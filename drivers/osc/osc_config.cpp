@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr std::int32_t kCannotOpen = 1; // a code of Tag::load
 constexpr std::int32_t kLargestPort = 65535;
 
 } // namespace
@@ -22,7 +21,7 @@ OscConfig loadOscConfig(const std::string& path) {
     OscConfig config;
     MVR::Tag file;
     const std::int32_t code = file.load(path);
-    if (code == kCannotOpen) {
+    if (code == MVR::Tag::kNotOpened) {
         return config;
     }
     if (code != 0 || !file.hasName("osc")) {

@@ -5,17 +5,12 @@
 #include "core/folders.h"
 #include "core/log.h"
 #include "core/settings_property.h"
+#include "core/util/thread_check.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace MVR {
-
-namespace {
-
-constexpr std::int32_t kNoFile = 1; // of Tag::load
-
-} // namespace
 
 SettingsManager::SettingsManager(CoreImplementation* core)
     : MessageNode("SettingsManager"), CoreSubSystem(core) {
@@ -101,6 +96,7 @@ Util::MessageNode* SettingsManager::addPrimitive(std::int32_t id, T defaultValue
 }
 
 SettingsManager::Property* SettingsManager::find(std::int32_t id) const {
+    Util::checkHostThread();
     for (const auto& property : properties_)
         if (property->getId() == id)
             return property.get();
@@ -117,7 +113,7 @@ void SettingsManager::load() {
 void SettingsManager::loadFile(const std::string& path) {
     Tag root;
     const std::int32_t code = root.load(path);
-    if (code > kNoFile)
+    if (code > Tag::kNotOpened)
         Log(Log::Warning).write("Unable to read settings", path, Log::OwnLevel);
     if (code != 0)
         return;

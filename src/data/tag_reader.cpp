@@ -14,9 +14,9 @@
 namespace MVR {
 namespace {
 
-// Tag::kNotOpened is one too.
 enum Code : std::int32_t {
     kSuccess = 0,
+    kNoFile = Tag::kNotOpened,
     kNoRoot = 2,
     kUnclosed = 3,
     kWrongClose = 4,
@@ -363,7 +363,7 @@ const char* Tag::describeFault(std::int32_t code) {
     switch (static_cast<Code>(code)) {
     case kSuccess:
         return "no fault";
-    case kNotOpened:
+    case kNoFile:
         return "the file can't be read";
     case kNoRoot:
         return "no element where one was expected";

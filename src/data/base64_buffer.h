@@ -26,6 +26,7 @@ public:
     std::size_t size() const { return bytes_.size(); }
     /// Valid as long as the buffer; may be null if it is empty.
     const std::uint8_t* data() const { return bytes_.data(); }
+    const ByteBuffer& bytes() const { return bytes_; }
     /// Copies all bytes to `dest`, which has room for `capacity`. False, with nothing copied, if
     /// that is less than `size()`.
     [[nodiscard]] bool copyTo(void* dest, std::size_t capacity) const;

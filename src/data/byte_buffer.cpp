@@ -59,9 +59,13 @@ bool ByteBuffer::operator==(const ByteBuffer& other) const {
 }
 
 ByteBuffer ByteBuffer::compress() const {
-    if (size() > std::numeric_limits<std::uint32_t>::max())
-        return *this;
-    const HuffmanEncoder encoder(data(), size());
+    return compressed(view());
+}
+
+ByteBuffer ByteBuffer::compressed(std::string_view bytes) {
+    if (bytes.size() > std::numeric_limits<std::uint32_t>::max())
+        return ByteBuffer(bytes.data(), bytes.size());
+    const HuffmanEncoder encoder(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     const std::size_t payloadAt = kHeaderSize + kRecordSize * encoder.table().size();
     const std::size_t blockSize = payloadAt + encoder.payloadSize();
     ByteBuffer block = uninitialised(blockSize + HuffmanEncoder::kSlack);
@@ -69,7 +73,7 @@ ByteBuffer ByteBuffer::compress() const {
     storeLittle32(at, kMagic);
     storeLittle32(at + 4, kVersion);
     storeLittle32(at + 8, static_cast<std::uint32_t>(encoder.table().size()));
-    storeLittle32(at + 12, static_cast<std::uint32_t>(size()));
+    storeLittle32(at + 12, static_cast<std::uint32_t>(bytes.size()));
     at += kHeaderSize;
     for (const HuffmanSymbol& record : encoder.table()) {
         *at = record.symbol;
@@ -120,7 +124,7 @@ bool ByteBuffer::readFile(const std::string& path) {
 }
 
 bool ByteBuffer::writeFile(const std::string& path) const {
-    return Platform::writeFileAtomic(path, {reinterpret_cast<const char*>(data()), size()});
+    return Platform::writeFileAtomic(path, view());
 }
 
 } // namespace MVR

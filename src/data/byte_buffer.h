@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace MVR {
 
-/// A growable sequence of bytes, copied deeply: the carrier of binary payloads.
+/// A growable sequence of bytes, copied deeply: the carrier of binary payloads. `decompress` also
+/// reads the files that hold models: compressed text of a tree, or the plain text.
 class ByteBuffer {
 public:
     ByteBuffer() = default;
@@ -23,8 +25,13 @@ public:
         return *this;
     }
 
+    /// Room for bytes that are all about to be written.
+    static ByteBuffer uninitialised(std::size_t size);
+
     const std::uint8_t* data() const { return bytes_.get(); }
     std::uint8_t* data() { return bytes_.get(); }
+    /// The bytes to be read as text.
+    std::string_view view() const { return {reinterpret_cast<const char*>(bytes_.get()), size_}; }
     std::size_t size() const { return size_; }
     /// Bytes that are added are zero.
     void resize(std::size_t size);
@@ -33,6 +40,8 @@ public:
     /// The bytes as a compressed block. What a block can't tell the size of (4 GB and more) comes
     /// back as a copy, which `decompress` passes on.
     ByteBuffer compress() const;
+    /// The same of bytes that stand elsewhere, such as a tree's text.
+    static ByteBuffer compressed(std::string_view bytes);
     /// The decoded bytes if this is a block, else a copy. A block that is cut short or asks for
     /// more than it can hold gives what could be decoded, with a line in the log. A block of one
     /// symbol has no payload to bound it: it gives at most 64 MiB.
@@ -44,9 +53,6 @@ public:
     [[nodiscard]] bool writeFile(const std::string& path) const;
 
 private:
-    // Room for bytes that are all about to be written.
-    static ByteBuffer uninitialised(std::size_t size);
-
     std::unique_ptr<std::uint8_t[]> bytes_;
     std::size_t size_ = 0;
 };

@@ -11,6 +11,8 @@
 
 namespace MVR::Util {
 
+struct DataChunkView;
+
 /// A named node with a payload of bytes and ordered children, which has a flat form for files. A
 /// copy is deep.
 ///
@@ -48,7 +50,8 @@ public:
     const DataChunk& child(std::string_view name) const;
 
     /// The flat form, valid until the next call on this chunk; `size` gets its bytes. Null and 0 if
-    /// the form can't tell it: a name longer than `kMaxName`, or 2 GiB and more.
+    /// the form can't tell it: a name longer than `kMaxName`, more levels than
+    /// `kMaxDepth`, or 2 GiB and more.
     const void* serialize(std::int32_t& size);
 
     const std::uint8_t* data() const { return data_.data(); }
@@ -61,6 +64,11 @@ public:
     static constexpr std::size_t kMaxDepth = 64;
 
 private:
+    explicit DataChunk(const DataChunkView& view);
+    std::size_t indexOf(std::string_view name) const; // The number of children if there is none.
+    std::size_t flatSize(std::size_t depth) const;
+    std::uint8_t* write(std::uint8_t* to) const;
+
     ByteBuffer serialized_;
     std::vector<DataChunk> children_;
     ByteBuffer data_;

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 namespace MVR {
 
-// Integers in the byte order of the stored formats, at any address. Compilers make one move of
+// Numbers in the byte order of the stored formats, at any address. Compilers make one move of
 // each.
 
 inline std::uint32_t loadLittle32(const std::uint8_t* at) {
@@ -23,6 +24,19 @@ inline void storeLittle32(std::uint8_t* at, std::uint32_t value) {
 inline void storeLittle64(std::uint8_t* at, std::uint64_t value) {
     for (int i = 0; i < 8; ++i)
         at[i] = static_cast<std::uint8_t>(value >> 8 * i);
+}
+
+inline double loadLittleDouble(const std::uint8_t* at) {
+    const std::uint64_t bits = loadLittle64(at);
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+inline void storeLittleDouble(std::uint8_t* at, double value) {
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    storeLittle64(at, bits);
 }
 
 } // namespace MVR

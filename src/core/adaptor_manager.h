@@ -4,6 +4,7 @@
 
 #include "core/adaptor_interface.h"
 #include "core/core_sub_system.h"
+#include "core/util/thread_check.h"
 
 #include <cstdint>
 #include <string>
@@ -17,7 +18,10 @@ public:
     AdaptorManager(CoreImplementation* core, AdaptorInterface* adaptor);
     ~AdaptorManager() override;
 
-    AdaptorInterface* getAdaptor() const { return adaptor_; }
+    AdaptorInterface* getAdaptor() const {
+        Util::checkHostThread();
+        return adaptor_;
+    }
     /// The user's folder for this host; empty if there is none. Asks the adaptor for its name.
     std::string getUserFolder() const;
 

@@ -5,6 +5,7 @@
 #include "core/folders.h"
 #include "core/key_hook.h"
 #include "core/log.h"
+#include "core/util/thread_check.h"
 #include "platform/event_pump.h"
 #include "platform/files.h"
 #include "platform/keyboard_hook.h"
@@ -17,9 +18,10 @@ namespace MVR {
 
 namespace {
 
+// Plain storage: the process may run its destructors before the library's unload.
 Platform::LibraryHandle ownModule = nullptr;
 bool devicesStarted = false; // once per process: a second attachment has no device drivers
-CoreImplementation* attachedCore = nullptr;
+CoreImplementation* attachedCore = nullptr; // owned; freed by detachCore
 
 void openLogFile() {
     const std::string documents = resolveDocumentsPath();
@@ -77,6 +79,7 @@ CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
         Log(Log::Error).write("another adaptor is attached to CORE");
         return nullptr;
     }
+    Util::bindHostThread();
     Log log("Linking adaptor to CORE and creating CORE interface", Log::Notice);
     adaptor->setErrorCode(ErrorCode::instance());
     adaptor->setLog(Log::instance());
@@ -106,6 +109,7 @@ std::int32_t detachCore(CoreInterface* core) {
     UniDevice::shutDownDevices();
     delete attachedCore;
     attachedCore = nullptr;
+    Util::unbindHostThread();
     return 0;
 }
 
@@ -117,6 +121,7 @@ std::int32_t pumpHostEvents(HostEvent* eventOrNull) {
 }
 
 void libraryUnloading() {
+    Util::unbindHostThread(); // a host that forgot to detach may unload on any thread
     {
         Log log("Shutting down CORE", Log::Notice);
         if (attachedCore != nullptr) {

@@ -1,5 +1,6 @@
 #include "core/log.h"
 
+#include "core/util/thread_check.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 
@@ -103,6 +104,7 @@ void Log::write(std::string_view name, std::int32_t value, std::int32_t level) {
 
 void Log::writeLine(std::string_view name, std::string_view separator, std::string_view value,
                     std::int32_t level) const {
+    Util::checkHostThread();
     if (level < 0)
         level = level_;
     Log& whole = *instance();

@@ -1,5 +1,6 @@
 #include "unidevice/device_handler.h"
 
+#include "core/util/thread_check.h"
 #include "unidevice/control.h"
 #include "unidevice/device.h"
 #include "unidevice/driver.h"
@@ -20,6 +21,7 @@ std::int32_t DeviceHandler::indexOf(const Device* device) const {
 }
 
 Device* DeviceHandler::findDevice(const std::string& name, std::int32_t deviceIndex) const {
+    MVR::Util::checkHostThread();
     for (Device* device : devices) {
         if (device->name == name && device->deviceIndex == deviceIndex) {
             return device;
@@ -38,6 +40,7 @@ Driver* DeviceHandler::findDriver(const std::string& name) const {
 }
 
 Control* DeviceHandler::findControl(const MVR::Tag& tag) const {
+    MVR::Util::checkHostThread();
     for (Device* device : devices) {
         if (device->matches(tag)) {
             if (Control* control = device->findControl(tag)) {
@@ -49,6 +52,7 @@ Control* DeviceHandler::findControl(const MVR::Tag& tag) const {
 }
 
 bool DeviceHandler::update() {
+    MVR::Util::checkHostThread();
     for (Driver* driver : drivers) {
         driver->update();
     }
@@ -56,6 +60,7 @@ bool DeviceHandler::update() {
 }
 
 bool DeviceHandler::activate() {
+    MVR::Util::checkHostThread();
     bool all = true;
     for (Driver* driver : drivers) {
         all = driver->activate() && all;
@@ -64,6 +69,7 @@ bool DeviceHandler::activate() {
 }
 
 bool DeviceHandler::deactivate() {
+    MVR::Util::checkHostThread();
     bool all = true;
     for (Driver* driver : drivers) {
         all = driver->deactivate() && all;
@@ -72,12 +78,14 @@ bool DeviceHandler::deactivate() {
 }
 
 void DeviceHandler::resetControls() {
+    MVR::Util::checkHostThread();
     for (Device* device : devices) {
         device->resetControls();
     }
 }
 
 bool DeviceHandler::prepareDetection() {
+    MVR::Util::checkHostThread();
     // All are asked: each starts its own detection.
     std::int32_t taking = 0;
     for (Driver* driver : drivers) {

@@ -63,7 +63,9 @@ public:
     /// Destroys all drivers, last first.
     void destroyDrivers();
 
-    std::vector<Driver*> drivers; ///< each joins on construction and leaves on destruction
+    // Each joins on construction and may go by itself, its library's or the host's doing; what is
+    // left is freed by destroyDrivers() and destroyDevices().
+    std::vector<Driver*> drivers;
     std::vector<Device*> devices; ///< see `Device::registerWith`
 
 private:

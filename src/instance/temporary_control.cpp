@@ -1,7 +1,5 @@
 #include "instance/temporary_control.h"
 
-#include <algorithm>
-
 namespace MVR {
 
 namespace {
@@ -38,11 +36,8 @@ void TemporaryControl::controlRemoved(UniDevice::Control* control) {
 }
 
 void TemporaryControl::keep(UniDevice::Control* control) {
-    if (kept_ != nullptr) {
-        auto& others = kept_->targets;
-        others.erase(std::remove(others.begin(), others.end(), static_cast<ControlTarget*>(this)),
-                     others.end());
-    }
+    if (kept_ != nullptr)
+        kept_->removeTarget(this);
     kept_ = control;
     if (kept_ != nullptr)
         kept_->targets.push_back(this);

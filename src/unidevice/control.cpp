@@ -5,6 +5,7 @@
 #include "unidevice/control_target.h"
 #include "unidevice/device.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace UniDevice {
@@ -65,6 +66,10 @@ void Control::resetValues() {
 
 double Control::change() const {
     return std::abs(value - previousValue);
+}
+
+void Control::removeTarget(const ControlTarget* target) {
+    targets.erase(std::remove(targets.begin(), targets.end(), target), targets.end());
 }
 
 Control* Control::mostMoved(const std::vector<Control*>& candidates) {

@@ -63,6 +63,9 @@ public:
     /// Size of the last change, never negative.
     [[nodiscard]] double change() const;
 
+    /// Takes every entry of `target` off `targets`; one that isn't there does nothing.
+    void removeTarget(const ControlTarget* target);
+
     /// Of some candidates the one with the largest change, the first of equals; null if there is
     /// none.
     [[nodiscard]] static Control* mostMoved(const std::vector<Control*>& candidates);

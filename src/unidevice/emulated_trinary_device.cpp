@@ -5,7 +5,6 @@
 #include "unidevice/device_handler.h"
 #include "unidevice/driver.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace UniDevice {
@@ -23,13 +22,6 @@ void addSource(MVR::Tag& out, const Control* source, const char* direction) {
     source->toTag(child);
     child.attributeRef(kDirection) = direction;
     out.addChild(std::move(child));
-}
-
-void leaveSource(Control* source, ControlTarget* target) {
-    if (source) {
-        std::vector<ControlTarget*>& targets = source->targets;
-        targets.erase(std::remove(targets.begin(), targets.end(), target), targets.end());
-    }
 }
 
 std::string describe(const Control& source) {
@@ -58,8 +50,12 @@ EmulatedTControl::EmulatedTControl(Control* up, Control* down, Device* owner, st
 }
 
 EmulatedTControl::~EmulatedTControl() {
-    leaveSource(positive, this);
-    leaveSource(negative, this);
+    if (positive) {
+        positive->removeTarget(this);
+    }
+    if (negative) {
+        negative->removeTarget(this);
+    }
 }
 
 void EmulatedTControl::toTag(MVR::Tag& out) const {

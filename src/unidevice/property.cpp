@@ -3,7 +3,6 @@
 #include "data/tag.h"
 #include "unidevice/control.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -60,8 +59,7 @@ Property::~Property() {
 
 std::int32_t Property::bind(Control* newControl) {
     if (control) {
-        std::vector<ControlTarget*>& targets = control->targets;
-        targets.erase(std::remove(targets.begin(), targets.end(), this), targets.end());
+        control->removeTarget(this);
     }
     control = newControl;
     if (!control) {

@@ -26,7 +26,8 @@ public:
         bool bound = false;
     };
 
-    /// Builds properties, so that a library of tools can ask for its own kind.
+    /// Builds properties, so that a library of tools can ask for its own kind. What it builds is
+    /// made with `new`, and freed by its virtual destructor, in the library that made it.
     class Factory {
     public:
         /// A new property, the caller's to free.

@@ -1,0 +1,28 @@
+// The bytes of an input as a file, for readers that take a path.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <unistd.h>
+
+/// A file of this process's own; it goes with the process.
+inline const std::string& inputPath() {
+    static const std::string& path = *new std::string(
+        (std::filesystem::temp_directory_path() / ("mirvane_fuzz_" + std::to_string(getpid())))
+            .string());
+    return path;
+}
+
+inline const std::string& writeInput(const std::uint8_t* bytes, std::size_t size) {
+    static const int registered = std::atexit([] { std::remove(inputPath().c_str()); });
+    std::FILE* const file = std::fopen(inputPath().c_str(), "wb");
+    if (registered != 0 || file == nullptr || std::fwrite(bytes, 1, size, file) != size ||
+        std::fclose(file) != 0)
+        std::abort();
+    return inputPath();
+}

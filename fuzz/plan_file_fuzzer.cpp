@@ -1,0 +1,27 @@
+// A file of bindings for the stage: what is taken becomes a configuration that reads back.
+
+#include "input_file.h"
+#include "stage/tool_plan.h"
+
+#include <cmath>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Stage::ToolPlan plan{"Tracked Object", "Camera", {}, {}};
+    std::string error;
+    if (!Stage::readPlanFile(writeInput(data, size), plan, error)) {
+        if (error.empty())
+            std::abort();
+        return 0;
+    }
+    for (const Stage::Binding& binding : plan.bindings)
+        if (binding.property.empty() || binding.device.empty() || binding.type.empty())
+            std::abort();
+    for (const Stage::Setting& setting : plan.settings)
+        if (!std::isfinite(setting.value) || setting.toText().empty())
+            std::abort();
+    const MVR::Tag tool = Stage::toConfiguration(plan).child("MVR_Plugin");
+    if (tool.child("name").value() != "Camera")
+        std::abort();
+    return 0;
+}

@@ -82,6 +82,19 @@ protected:
         return rows;
     }
 
+    /// Each key behind the first is what the device held at that frame, as "input.csv" tells.
+    void expectKeysOfInput(const std::vector<std::vector<double>>& take) const {
+        const auto input = readTable("input.csv");
+        ASSERT_EQ(input.size() + 1, take.size()) << "each frame, and the start is none";
+        for (std::size_t i = 0; i < input.size(); ++i) {
+            // Four zeros, before the first packet is in, are no rotation.
+            const std::size_t columns = input[i] == std::vector<double>(7, 0.0) ? 6 : 7;
+            for (std::size_t column = 0; column < columns; ++column) {
+                EXPECT_EQ(take[i + 1][column + 1], input[i][column]) << "frame " << i + 1;
+            }
+        }
+    }
+
     std::string folder;
     std::string port;
 };
@@ -107,15 +120,7 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
     ASSERT_EQ(take.size(), 51U);
     ASSERT_EQ(again.size(), 51U);
     ASSERT_EQ(twice.size(), 51U);
-    const auto input = readTable("input.csv");
-    ASSERT_EQ(input.size(), 50U) << "each frame, and the start is none";
-    for (std::size_t i = 0; i < input.size(); ++i) {
-        // Four zeros, before the first packet is in, are no rotation.
-        const std::size_t columns = input[i] == std::vector<double>(7, 0.0) ? 6 : 7;
-        for (std::size_t column = 0; column < columns; ++column) {
-            EXPECT_EQ(take[i + 1][column + 1], input[i][column]) << "frame " << i + 1;
-        }
-    }
+    expectKeysOfInput(take);
     double way = 0;
     for (std::size_t i = 0; i < take.size(); ++i) {
         EXPECT_EQ(take[i][0], static_cast<double>(i) * 0.04);

@@ -25,14 +25,12 @@ std::string orBeside(const std::string& given, const std::string& corePath, cons
     return given.empty() ? folderOf(corePath) + "/" + name : absolute(given);
 }
 
-constexpr const char* kShellFolders =
-    R"(Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders)";
-
 /// The user's documents folder, as the core would find it.
 std::string documentsFolder() {
     std::string folder;
-    (void)MVR::Platform::readRegistryValue(MVR::Platform::Hive::CurrentUser, kShellFolders,
-                                           "Personal", folder); // none: the core tells
+    (void)MVR::Platform::readRegistryValue(MVR::Platform::Hive::CurrentUser,
+                                           MVR::Platform::kShellFoldersKey, "Personal",
+                                           folder); // none: the core tells
     return folder;
 }
 
@@ -59,11 +57,11 @@ bool InstallValuesFile::write(const InstallValues& values, const std::string& co
     }
     const std::string documents =
         values.documents.empty() ? documentsFolder() : absolute(values.documents);
-    const std::string text = "[SOFTWARE\\Oskelworks\\Lensetta]\npath=" + folderOf(corePath) +
-                             "\ndatapath=" + orBeside(values.data, corePath, "data") +
-                             "\npluginpath=" + toolFolder(values, corePath) +
-                             "\ndocpath=" + folderOf(corePath) + "/doc\n[" + kShellFolders +
-                             "]\nPersonal=" + documents + "\n";
+    const std::string text =
+        std::string("[") + MVR::Platform::kInstallKey + "]\npath=" + folderOf(corePath) +
+        "\ndatapath=" + orBeside(values.data, corePath, "data") +
+        "\npluginpath=" + toolFolder(values, corePath) + "\ndocpath=" + folderOf(corePath) +
+        "/doc\n[" + MVR::Platform::kShellFoldersKey + "]\nPersonal=" + documents + "\n";
     std::error_code fault;
     const std::filesystem::path folder = std::filesystem::temp_directory_path(fault);
     const std::string path =

@@ -8,10 +8,6 @@ namespace MVR {
 
 namespace {
 
-constexpr const char* kShellFoldersKey =
-    R"(Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders)";
-constexpr const char* kInstallKey = R"(SOFTWARE\Oskelworks\Lensetta)";
-
 void logUnreadableRegistry() {
     Log(Log::Error).write("Unable to read the registry", Platform::lastFileError(), Log::OwnLevel);
 }
@@ -20,8 +16,8 @@ void logUnreadableRegistry() {
 
 std::string resolveDocumentsPath() {
     std::string personal;
-    switch (Platform::readRegistryValue(Platform::Hive::CurrentUser, kShellFoldersKey, "Personal",
-                                        personal)) {
+    switch (Platform::readRegistryValue(Platform::Hive::CurrentUser, Platform::kShellFoldersKey,
+                                        "Personal", personal)) {
     case Platform::RegistryResult::Found:
         return personal + R"(\Oskelworks\Mirvane)";
     case Platform::RegistryResult::FileUnreadable:
@@ -39,7 +35,8 @@ std::string resolveDocumentsPath() {
 
 std::string readInstallValue(const std::string& name) {
     std::string value;
-    switch (Platform::readRegistryValue(Platform::Hive::LocalMachine, kInstallKey, name, value)) {
+    switch (Platform::readRegistryValue(Platform::Hive::LocalMachine, Platform::kInstallKey, name,
+                                        value)) {
     case Platform::RegistryResult::Found:
         return value;
     case Platform::RegistryResult::FileUnreadable:

@@ -35,14 +35,15 @@ std::string currentFolder();
 /// Stands for SetCurrentDirectoryA.
 bool setCurrentFolder(std::string_view path);
 
-/// True if there is a file of any kind; a folder is none.
+/// True if there is a file of any kind; a folder is none. Stands for GetFileAttributesA.
 bool fileExists(std::string_view path);
 
 /// The most that `readFile` takes of a file whose format has no limit of its own.
 constexpr std::uint64_t kLargestFileBytes = std::uint64_t(1) << 31;
 
 /// Reads a whole file, byte for byte. One of more than `mostBytes` is refused before memory is
-/// taken for it. On failure false, and `out` is as it was.
+/// taken for it. On failure false, and `out` is as it was. Stands for CreateFileA, ReadFile,
+/// CloseHandle.
 [[nodiscard]] bool readFile(std::string_view path, std::string& out,
                             std::uint64_t mostBytes = kLargestFileBytes);
 
@@ -52,7 +53,7 @@ constexpr std::uint64_t kLargestFileBytes = std::uint64_t(1) << 31;
 /// unfinished one, named ".mvr-<process>-<number>.tmp".
 /// An existing target keeps its permissions, and must be writable; a symbolic link is written
 /// through. A target that is no regular file (a pipe, a device) can't be replaced and is written to
-/// as it stands.
+/// as it stands. Stands for CreateFileA, WriteFile, CloseHandle.
 [[nodiscard]] bool writeFileAtomic(std::string_view path, std::string_view bytes);
 
 /// True if the file was there and is gone. Stands for DeleteFileA.

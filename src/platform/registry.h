@@ -32,6 +32,11 @@
 /// Nothing is cached: each call reads the files anew. One of more than a megabyte is refused.
 namespace MVR::Platform {
 
+/// The keys that the system reads: the user's folders, and where it is installed.
+constexpr const char* kShellFoldersKey =
+    R"(Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders)";
+constexpr const char* kInstallKey = R"(SOFTWARE\Oskelworks\Lensetta)";
+
 enum class Hive { CurrentUser, LocalMachine };
 
 enum class RegistryResult {

@@ -15,9 +15,6 @@ namespace {
 
 constexpr std::uint64_t kLargestRegistryBytes = 1 << 20; ///< a hive of ours has a few lines
 constexpr std::string_view kRegistryFile = "/mirvane/registry.ini";
-constexpr std::string_view kShellFolders =
-    "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
-constexpr std::string_view kInstallValues = "SOFTWARE\\Oskelworks\\Lensetta";
 
 /// The values that the machine itself can answer, when no file does.
 struct UserFolder {
@@ -186,10 +183,10 @@ RegistryResult findInHives(Hive hive, std::string_view key, std::string_view nam
     if (result == RegistryResult::Found) {
         return result;
     }
-    if (hive == Hive::CurrentUser && equalButCase(key, kShellFolders)) {
+    if (hive == Hive::CurrentUser && equalButCase(key, kShellFoldersKey)) {
         return findUserFolder(name, out);
     }
-    if (hive == Hive::LocalMachine && !hasFile && equalButCase(key, kInstallValues)) {
+    if (hive == Hive::LocalMachine && !hasFile && equalButCase(key, kInstallKey)) {
         return findBesideLibrary(name, out);
     }
     return result;

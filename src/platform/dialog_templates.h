@@ -29,15 +29,22 @@ struct DialogTemplate {
     ControlTemplate controls[kMostControls];
 };
 
+/// The dialog that shows how far a resimulation is.
+namespace ResimulationResource {
+constexpr std::int32_t kDialog = 140;
+constexpr std::int32_t kProgressBar = 1070;
+constexpr std::int32_t kStopButton = 1075;
+} // namespace ResimulationResource
+
 constexpr DialogTemplate kDialogTemplates[] = {
-    {140,
+    {ResimulationResource::kDialog,
      "Mirvane",
      300,
      104,
      3,
      {{kNoControl, ControlKind::Label, "Simulating. Please wait...", 12, 10, 276, 18},
-      {1070, ControlKind::ProgressBar, "", 12, 34, 276, 20},
-      {1075, ControlKind::Button, "Stop", 106, 66, 88, 26}}},
+      {ResimulationResource::kProgressBar, ControlKind::ProgressBar, "", 12, 34, 276, 20},
+      {ResimulationResource::kStopButton, ControlKind::Button, "Stop", 106, 66, 88, 26}}},
 };
 
 } // namespace MVR::Platform

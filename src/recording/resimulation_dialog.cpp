@@ -1,10 +1,13 @@
 #include "recording/resimulation_dialog.h"
 
+#include "platform/dialog_templates.h"
 #include "recording/record_manager.h"
 
 namespace MVR {
 
 namespace {
+
+using namespace Platform::ResimulationResource;
 
 constexpr std::uint32_t kAdvanceMessage = 1480;
 constexpr std::uint32_t kSliceTimer = 1;
@@ -14,7 +17,7 @@ constexpr std::int32_t kFull = 100;        // the bar's upper end
 } // namespace
 
 void ResimulationDialog::run(Platform::WindowHandle owner) {
-    (void)Platform::runModalDialog(kResource, owner, *this);
+    (void)Platform::runModalDialog(kDialog, owner, *this);
     // The dialog may be missing, or have been ended by the desktop.
     if (manager_ != nullptr)
         manager_->finishResimulation();

@@ -17,10 +17,6 @@ class RecordManager;
 ///    has been finished.
 class ResimulationDialog final : public Platform::DialogLogic {
 public:
-    static constexpr std::int32_t kResource = 140;
-    static constexpr std::int32_t kProgressBar = 1070;
-    static constexpr std::int32_t kStopButton = 1075;
-
     /// `manager` must outlive run().
     explicit ResimulationDialog(RecordManager* manager) : manager_(manager) {}
 

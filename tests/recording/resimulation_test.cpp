@@ -1,8 +1,8 @@
 #include "core/error_code.h"
+#include "platform/dialog_templates.h"
 #include "platform/headless/desktop.h"
 #include "plugins/instance_reference.h"
 #include "recording/record_manager.h"
-#include "recording/resimulation_dialog.h"
 #include "recording/take_test.h"
 
 #include <cstring>
@@ -96,9 +96,10 @@ TEST_F(ResimulationTest, StopButtonKeepsWhatIsDone) {
     std::vector<std::int32_t> shown;
     Platform::Headless::setUserHook([&](Platform::DialogHandle dialog,
                                         Platform::Headless::ModalEvent) {
-        shown.push_back(Platform::getProgressPosition(dialog, ResimulationDialog::kProgressBar));
+        shown.push_back(
+            Platform::getProgressPosition(dialog, Platform::ResimulationResource::kProgressBar));
         if (curve.size() > 20)
-            Platform::Headless::pressControl(dialog, ResimulationDialog::kStopButton);
+            Platform::Headless::pressControl(dialog, Platform::ResimulationResource::kStopButton);
     });
     const Curve done = resimulate(0, 4);
     Platform::Headless::setUserHook(nullptr);

@@ -15,33 +15,6 @@ namespace {
 
 constexpr std::int32_t kDialogDestroyed = 20101;
 constexpr const char* kRecentFile = R"(\recent.xml)";
-constexpr std::int32_t kNoFile = 1; // of Tag::load
-
-// What the default button of a box answers.
-std::int32_t defaultAnswer(std::uint32_t flags) {
-    const std::uint32_t chosen = flags & Platform::kDefaultMask;
-    const bool second = chosen == Platform::kDefaultSecond;
-    const bool third = chosen == Platform::kDefaultThird;
-    switch (flags & Platform::kButtonsMask) {
-    case Platform::kButtonsOkCancel:
-        return second ? Platform::kAnswerCancel : Platform::kAnswerOk;
-    case Platform::kButtonsAbortRetryIgnore:
-        return second  ? Platform::kAnswerRetry
-               : third ? Platform::kAnswerIgnore
-                       : Platform::kAnswerAbort;
-    case Platform::kButtonsYesNoCancel:
-        return second  ? Platform::kAnswerNo
-               : third ? Platform::kAnswerCancel
-                       : Platform::kAnswerYes;
-    case Platform::kButtonsYesNo:
-        return second ? Platform::kAnswerNo : Platform::kAnswerYes;
-    case Platform::kButtonsRetryCancel:
-        return second ? Platform::kAnswerCancel : Platform::kAnswerRetry;
-    case 6: // a set of the platform's that nobody here uses
-        return Platform::kAnswerCancel;
-    }
-    return Platform::kAnswerOk;
-}
 
 } // namespace
 
@@ -65,7 +38,7 @@ void CoreImplementation::readRecent() {
     Tag recent;
     const std::string folder = getUserFolder();
     // Of a damaged file the entries before the damage are kept.
-    if (!folder.empty() && recent.load(folder + kRecentFile) > kNoFile)
+    if (!folder.empty() && recent.load(folder + kRecentFile) > Tag::kNotOpened)
         Log(Log::Warning).write("Unable to read recent list", folder, Log::OwnLevel);
     setRecent(recent);
 }
@@ -80,7 +53,7 @@ std::int32_t CoreImplementation::messageBox(std::intptr_t, const std::string& te
                                             const std::string& title, std::uint32_t flags) {
     bool silent = true;
     settings_.getProperty(Setting::kSilentMode, &silent);
-    return silent ? defaultAnswer(flags) : Platform::messageBox(0, text, title, flags);
+    return silent ? Platform::defaultAnswer(flags) : Platform::messageBox(0, text, title, flags);
 }
 
 std::int32_t CoreImplementation::getStartCountdown() const {
@@ -248,7 +221,8 @@ bool CoreImplementation::setProperty(std::int32_t id, const void* value) {
     return settings_.setProperty(id, value);
 }
 
-void CoreImplementation::onKey(int virtualKey, bool pressed, bool ctrl, bool alt, bool shift) {
+void CoreImplementation::onKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt,
+                               bool shift) {
     RecordManager::handleKey(virtualKey, pressed, ctrl, alt, shift);
 }
 

@@ -52,7 +52,7 @@ public:
     void loadConfiguration(Tag configuration) override;
     void deleteAllInstances() override;
     [[nodiscard]] std::int32_t openMainDialog(std::intptr_t parentWindow) override;
-    std::int32_t closeMainDialog() override;
+    [[nodiscard]] std::int32_t closeMainDialog() override;
     bool isMainDialogOpen() override;
     void update(double time) override;
     bool isRecording() override;
@@ -72,7 +72,7 @@ public:
     bool setProperty(std::int32_t id, const void* value) override;
 
     // Hooks::KeyEventCallback
-    void onKey(int virtualKey, bool pressed, bool ctrl, bool alt, bool shift) override;
+    void onKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt, bool shift) override;
 
 private:
     void readRecent();

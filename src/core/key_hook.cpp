@@ -35,7 +35,7 @@ bool passesToHost(std::uint32_t virtualKey) {
            ((needed & kNeedsShift) == 0 || shiftDown);
 }
 
-void handOut(int virtualKey, bool pressed) {
+void handOut(std::int32_t virtualKey, bool pressed) {
     if (callbacks == nullptr)
         return;
     const std::vector<KeyEventCallback*> asked = *callbacks; // a callback may change the list
@@ -60,7 +60,7 @@ std::intptr_t onKeyEvent(int code, std::uint32_t virtualKey, std::uint32_t flags
     altDown = (flags & Platform::kFlagAlt) != 0;
     if (!hookEnabled || passesToHost(virtualKey))
         return pass();
-    handOut(static_cast<int>(virtualKey), pressed);
+    handOut(static_cast<std::int32_t>(virtualKey), pressed);
     return 1;
 }
 

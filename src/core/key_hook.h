@@ -6,6 +6,7 @@
 
 #include "core/core_interface.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace MVR::Hooks {
@@ -14,7 +15,7 @@ namespace MVR::Hooks {
 class KeyEventCallback {
 public:
     /// `virtualKey` 0 to 255, its new state, and the modifiers that are down.
-    virtual void onKey(int virtualKey, bool pressed, bool ctrl, bool alt, bool shift) = 0;
+    virtual void onKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt, bool shift) = 0;
 
 protected:
     ~KeyEventCallback() = default;

@@ -2,6 +2,7 @@
 
 #include "platform/windows.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -14,6 +15,7 @@ constexpr std::uint32_t kButtonsAbortRetryIgnore = 0x2;
 constexpr std::uint32_t kButtonsYesNoCancel = 0x3;
 constexpr std::uint32_t kButtonsYesNo = 0x4;
 constexpr std::uint32_t kButtonsRetryCancel = 0x5;
+constexpr std::uint32_t kButtonsCancelTryContinue = 0x6; ///< shown by no back end
 constexpr std::uint32_t kButtonsMask = 0xF;
 constexpr std::uint32_t kIconError = 0x10;
 constexpr std::uint32_t kIconQuestion = 0x20;
@@ -30,6 +32,29 @@ constexpr std::int32_t kAnswerRetry = 4;
 constexpr std::int32_t kAnswerIgnore = 5;
 constexpr std::int32_t kAnswerYes = 6;
 constexpr std::int32_t kAnswerNo = 7;
+
+/// For the back ends: the buttons of each set that they show, in their order; 0 is no button.
+constexpr std::size_t kMostButtons = 3;
+constexpr std::int32_t kButtonSets[][kMostButtons] = {
+    {kAnswerOk, 0, 0},
+    {kAnswerOk, kAnswerCancel, 0},
+    {kAnswerAbort, kAnswerRetry, kAnswerIgnore},
+    {kAnswerYes, kAnswerNo, kAnswerCancel},
+    {kAnswerYes, kAnswerNo, 0},
+    {kAnswerRetry, kAnswerCancel, 0},
+};
+constexpr std::uint32_t kButtonSetCount = sizeof(kButtonSets) / sizeof(kButtonSets[0]);
+
+/// What the button that Return presses would answer: the first if the flags name one that isn't
+/// there. Of a set that isn't shown: Cancel for Cancel, Try, Continue, else OK.
+constexpr std::int32_t defaultAnswer(std::uint32_t flags) {
+    const std::uint32_t set = flags & kButtonsMask;
+    if (set >= kButtonSetCount)
+        return set == kButtonsCancelTryContinue ? kAnswerCancel : kAnswerOk;
+    const std::size_t button = (flags & kDefaultMask) / kDefaultSecond;
+    return button < kMostButtons && kButtonSets[set][button] != 0 ? kButtonSets[set][button]
+                                                                  : kButtonSets[set][0];
+}
 
 /// Shows a box and gives the button that the user chose; 0 for an unknown button set, where nothing
 /// is shown. Without a screen it is answered by what was scripted (see

@@ -44,8 +44,13 @@ public:
     virtual void loadConfiguration(Tag configuration) = 0;
     /// Destroys all tools, last first; their scene objects stay.
     virtual void deleteAllInstances() = 0;
+    /// Opens the main dialog above the host's window `parentWindow` (0: none), or anew if it is
+    /// minimised. The code of "MAINDLG_ALREADYOPEN" if it is open, of "NOMAINDLGCOMPONENT" if there
+    /// is no layout of it; then nothing changed.
     [[nodiscard]] virtual std::int32_t openMainDialog(std::intptr_t parentWindow) = 0;
-    virtual std::int32_t closeMainDialog() = 0;
+    /// The code of "MAINDLG_NOTOPEN" if it isn't open.
+    [[nodiscard]] virtual std::int32_t closeMainDialog() = 0;
+    /// True while the dialog's window exists, minimised too.
     virtual bool isMainDialogOpen() = 0;
     /// The host's time changed outside of a recording: brings the tools up to `time`.
     virtual void update(double time) = 0;
@@ -60,7 +65,9 @@ public:
     virtual std::int32_t stopRecording() = 0;
     /// 1 is real time, each step more halves the speed.
     virtual std::int32_t getSlowMotion() = 0;
-    /// 1 to 10; takes effect at the next frame, also in a running take.
+    /// 1 to 10 is what users are offered; takes effect at the next frame, also in a running take.
+    /// Others are taken as they come: one below 1 runs faster than real time, and from about 1000
+    /// on, either way, the time of a take stands still.
     virtual void setSlowMotion(std::int32_t slowMotion) = 0;
     /// Runs the checked tools again from `start` to `end`; returns when it is done or the user
     /// stopped it. The code of "ALREADYRECORDING" while a take runs.

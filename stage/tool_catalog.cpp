@@ -2,6 +2,7 @@
 
 #include "platform/files.h"
 #include "plugins/c_camera_plugin.h"
+#include "plugins/extension_ids.h"
 #include "stage/machine.h"
 
 #include <cstdint>
@@ -10,14 +11,6 @@ namespace Stage {
 
 namespace {
 
-/// The extension by which a tool tells that users don't place it.
-constexpr std::int32_t kInternalTool = 51;
-/// No library has more; one that never ends its list is cut here.
-constexpr std::int32_t kMostTools = 1000;
-
-using GetVersion = std::int32_t (*)();
-using GetPlugin = MVR::CCameraPlugin* (*)(std::int32_t index);
-
 void listLibrary(const std::string& path, ToolCatalog& catalog) {
     SharedLibrary library;
     std::string error;
@@ -25,8 +18,8 @@ void listLibrary(const std::string& path, ToolCatalog& catalog) {
         catalog.faults.push_back(path + " can't be loaded: " + error);
         return;
     }
-    const auto getVersion = library.find<GetVersion>("getVersion");
-    const auto getPlugin = library.find<GetPlugin>("getPlugin");
+    const auto getVersion = library.find<MVR::GetPluginVersion>("getVersion");
+    const auto getPlugin = library.find<MVR::GetPlugin>("getPlugin");
     if (getVersion == nullptr || getPlugin == nullptr) {
         catalog.faults.push_back(path +
                                  " is no library of tools: it lacks getVersion or getPlugin");
@@ -38,12 +31,12 @@ void listLibrary(const std::string& path, ToolCatalog& catalog) {
                                  std::to_string(MVR::kPluginInterfaceVersion));
         return;
     }
-    for (std::int32_t i = 0; i < kMostTools; ++i) {
+    for (std::int32_t i = 0; i < MVR::kMostPlugins; ++i) {
         MVR::CCameraPlugin* tool = getPlugin(i);
         if (tool == nullptr) {
             return;
         }
-        if (!tool->supportsExtension(kInternalTool)) {
+        if (!tool->supportsExtension(MVR::DescriptorExtension::kInternal)) {
             catalog.tools.push_back({tool->getName(), tool->getVersionText(),
                                      tool->getDescription(), tool->getCategory(), tool->getAuthor(),
                                      path});

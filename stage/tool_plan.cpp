@@ -1,6 +1,7 @@
 #include "stage/tool_plan.h"
 
 #include "platform/files.h"
+#include "plugins/c_camera_plugin.h"
 #include "stage/text.h"
 #include "unidevice/property.h"
 
@@ -167,7 +168,7 @@ MVR::Tag toConfiguration(const ToolPlan& plan) {
     }
 
     MVR::Tag tool = MVR::Tag::element("MVR_Plugin");
-    tool.attributeRef("version") = "2.5";
+    tool.attributeRef("version") = MVR::kToolDataVersion;
     tool.addChild(MVR::Tag::element("type", plan.type));
     tool.addChild(MVR::Tag::element("name", plan.name));
     MVR::Tag inputs = MVR::Tag::element("inputprofile");

@@ -11,6 +11,19 @@ namespace MVR {
 /// The version that `getVersion` of a library of tools must return.
 constexpr std::int32_t kPluginInterfaceVersion = 250;
 
+/// The attribute "version" of the elements "MVR_Plugin" that tell of tools.
+constexpr const char* kToolDataVersion = "2.5";
+
+/// The most descriptors that are taken from one library: one whose list never ends must not take
+/// the host with it.
+constexpr std::int32_t kMostPlugins = 4096;
+
+class CCameraPlugin;
+
+/// The two exports of a library of tools, under the undecorated names "getVersion" and "getPlugin".
+using GetPluginVersion = std::int32_t (*)();
+using GetPlugin = CCameraPlugin* (*)(std::int32_t index);
+
 /// The descriptor of one kind of tool: what it is called, and how tool objects are made.
 ///
 /// A library of tools derives one class per kind of tool and exports two functions:

@@ -108,7 +108,7 @@ public:
     /// Opens the dialog in which the user binds inputs; 0 if none was made.
     virtual std::intptr_t openInputDialog() = 0;
 
-    /// The folder of the tool's own data files.
+    /// The folder of the tool's own data files; empty if the user's folders can't be found.
     virtual std::string getDataPath() = 0;
 
     /// Copies `size` bytes as the tool's saved block; called from CCamera::save().

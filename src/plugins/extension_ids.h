@@ -31,6 +31,14 @@ constexpr std::int32_t kSelectObject = 49;
 constexpr std::int32_t kDataFolder = 52;
 } // namespace ToolExtension
 
+/// Ids that the core passes to extend() of a scene node; `data` is 0.
+namespace NodeCommand {
+/// A selection of several nodes begins with the node whose select() comes next.
+constexpr std::int32_t kOpenSelection = 10;
+/// The node whose select() came last was the last of the selection.
+constexpr std::int32_t kCloseSelection = 11;
+} // namespace NodeCommand
+
 /// Ids that a tool passes to extend() of its CInterface; see there.
 namespace InterfaceExtension {
 constexpr std::int32_t kNodeAtTime = 38;

@@ -36,12 +36,12 @@ public:
     }
 
     /// Takes over what became of a tool below.
-    void addChild(InstanceReference* child, std::int32_t childError) {
+    void addChild(Util::Owned<InstanceReference> child, std::int32_t childError) {
         const bool isUsable = errors().find(childError).getType() > ErrorCode::Error;
         if (isUsable && reference_.get() != nullptr)
-            reference_.get()->add(child);
-        else if (child != nullptr)
-            child->destroy();
+            reference_.get()->add(child.release());
+        else
+            child.reset();
         if (isUsable)
             return;
         Log entry("Error detected while instanciating plugins. Trying to continue anyway",
@@ -50,10 +50,10 @@ public:
                               "Some plugins could not be instanciated", ErrorCode::Warning);
     }
 
-    std::pair<InstanceReference*, std::int32_t> end() {
+    std::pair<Util::Owned<InstanceReference>, std::int32_t> end() {
         if (isMade_)
             adaptor().endUndo();
-        return {isMade_ ? reference_.get() : nullptr, error_};
+        return {Util::Owned<InstanceReference>(isMade_ ? reference_.get() : nullptr), error_};
     }
 
 private:
@@ -169,8 +169,8 @@ void ToolLoad::logRefusal(const char* text, std::int32_t code) {
 
 } // namespace
 
-InstanceReference* instantiate(CoreImplementation* core, const Tag& data, std::int32_t& error,
-                               const std::string& path) {
+Util::Owned<InstanceReference> instantiate(CoreImplementation* core, const Tag& data,
+                                           std::int32_t& error, const std::string& path) {
     std::deque<ToolLoad> open; // not the machine's stack, which nested data could exhaust
     open.emplace_back(core, data, path);
     while (true) {
@@ -178,13 +178,13 @@ InstanceReference* instantiate(CoreImplementation* core, const Tag& data, std::i
             open.emplace_back(core, *child, path);
             continue;
         }
-        const auto [reference, code] = open.back().end();
+        auto [reference, code] = open.back().end();
         open.pop_back();
         if (open.empty()) {
             error = code;
-            return reference;
+            return std::move(reference); // a structured binding isn't moved by itself
         }
-        open.back().addChild(reference, code);
+        open.back().addChild(std::move(reference), code);
     }
 }
 

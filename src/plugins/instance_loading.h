@@ -2,6 +2,8 @@
 /// Tools from a tag tree.
 #pragma once
 
+#include "core/util/dynamic_object.h"
+
 #include <cstdint>
 #include <string>
 
@@ -12,14 +14,15 @@ class InstanceReference;
 class Tag;
 
 /// Makes the tool that `data`, an element "MVR_Plugin", describes, and those below it, and runs the
-/// first calls of the tools' lives. `path` is the folder that the data came from. The caller owns
-/// the result, which stands outside the tree and is still under creation:
-/// InstanceReference::applyAttributes() comes next.
+/// first calls of the tools' lives. `path` is the folder that the data came from. The result
+/// stands outside the tree and is still under creation: InstanceReference::applyAttributes() comes
+/// next.
 ///
 /// Null, with a code in `error`, if `data` is something else or the tool's kind is unknown; null
 /// with 0 if the tool itself refused. A tool further down that fails is left out, with a warning
 /// in `error`. The data may be nested to any depth.
-[[nodiscard]] InstanceReference* instantiate(CoreImplementation* core, const Tag& data,
-                                             std::int32_t& error, const std::string& path);
+[[nodiscard]] Util::Owned<InstanceReference> instantiate(CoreImplementation* core, const Tag& data,
+                                                         std::int32_t& error,
+                                                         const std::string& path);
 
 } // namespace MVR

@@ -50,14 +50,11 @@ void instantiateAll(CoreImplementation* core, const Tag& wrapper, InstanceRefere
         if (!wrapper.child(i).hasName("MVR_Plugin"))
             continue;
         std::int32_t error = 0;
-        InstanceReference* const reference = instantiate(core, wrapper.child(i), error, path);
-        if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error) {
+        Util::Owned<InstanceReference> reference = instantiate(core, wrapper.child(i), error, path);
+        if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error)
             entry.write("Instanciator returned error", Log::Warning);
-            if (reference != nullptr)
-                reference->destroy();
-        } else {
-            holder.add(reference);
-        }
+        else
+            holder.add(reference.release());
     }
 }
 
@@ -80,7 +77,7 @@ InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* p
                                            bool addToRecent) {
     Log entry("Creating instance", Log::Notice);
     if (parent == nullptr)
-        parent = root_;
+        parent = root_.get();
     entry.write("parent", parent != nullptr ? parent->getLabel() : "(NULL)", Log::OwnLevel);
     const Tag wrapper = wrap(data, entry);
     if (addToRecent)
@@ -104,7 +101,7 @@ InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* p
     finishCreation(*holder, entry);
 
     entry.write("Inserting nodes to tree");
-    parent = wantedParent.get() != nullptr ? wantedParent.get() : root_;
+    parent = wantedParent.get() != nullptr ? wantedParent.get() : root_.get();
     InstanceReference* first = nullptr;
     while (!holder->getChildren().empty()) {
         InstanceReference* const last = holder->getChildReference(holder->getChildren().size() - 1);
@@ -122,11 +119,7 @@ InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* p
 
 InstanceReference* InstanceManager::createByType(const std::string& type, const std::string& name,
                                                  bool addToRecent) {
-    Tag data = Tag::element("MVR_Plugin");
-    data.attributeRef("version") = kToolDataVersion;
-    data.addChild(Tag::element("type", type));
-    data.addChild(Tag::element("name", name));
-    return create(data, nullptr, addToRecent);
+    return create(Plugin::makeData(type, name), nullptr, addToRecent);
 }
 
 void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* target) {

@@ -42,7 +42,7 @@ public:
 private:
     std::string path_;
     std::string name_;
-    std::vector<Plugin*> plugins_; // each leaves the list as it is destroyed
+    std::vector<Plugin*> plugins_; // owned, freed by destroy(); each leaves the list in doing so
     Platform::LibraryHandle module_;
 };
 

@@ -15,12 +15,6 @@
 namespace MVR {
 namespace {
 
-// A library whose list never ends must not take the host with it.
-constexpr std::int32_t kMostPlugins = 4096;
-
-using GetVersion = std::int32_t (*)();
-using GetPlugin = CCameraPlugin* (*)(std::int32_t);
-
 /// A module that is freed again unless it is kept.
 class LoadedModule {
 public:
@@ -77,7 +71,7 @@ void LibraryManager::loadLibraries() {
     Log entry("Loading libraries", Log::Notice);
     std::string folder = readInstallValue("pluginpath");
     entry.write("plugin path", folder, Log::OwnLevel);
-    folder += "\\";
+    folder += "\\"; // without the value the root of the file system, whose libraries are loaded
     for (const Platform::FoundFile& file : Platform::listFiles(folder + Platform::libraryPattern()))
         (void)loadLibrary(folder + file.name); // a bad library never stops the scan
 }
@@ -110,7 +104,7 @@ Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& co
         code = codes.get("LIBRARY_COULDNOTLOAD", "Could not load library", ErrorCode::Error);
         return nullptr;
     }
-    const auto getVersion = module.find<GetVersion>("getVersion");
+    const auto getVersion = module.find<GetPluginVersion>("getVersion");
     if (getVersion == nullptr) { // somebody else's library: no failure
         code = codes.get("LIBRARY_GETVERSIONNOTFOUND",
                          "Could not bind version verification function", ErrorCode::Warning);

@@ -64,7 +64,7 @@ private:
 
     Library* createLibrary(const std::string& path, std::int32_t& code);
 
-    std::vector<Library*> libraries_; // each leaves the list as it is destroyed
+    std::vector<Library*> libraries_; // owned: destroyLibraries(), where each leaves the list
 };
 
 } // namespace MVR

@@ -115,16 +115,21 @@ std::vector<std::string> Plugin::getCategories() const {
 }
 
 Tag Plugin::getDefaultData(const std::string& name) const {
+    return makeData(getName(), name);
+}
+
+Tag Plugin::makeData(const std::string& type, const std::string& name) {
     Tag data = Tag::element("MVR_Plugin");
     data.attributeRef("version") = kToolDataVersion;
-    data.addChild(Tag::element("type", getName()));
+    data.addChild(Tag::element("type", type));
     if (!name.empty())
         data.addChild(Tag::element("name", name));
     return data;
 }
 
 std::string Plugin::getUserDataFolder() const {
-    return resolveDocumentsPath() + "\\data\\" + descriptor_->getKey() + "\\";
+    const std::string root = resolveDocumentsPath();
+    return root.empty() ? root : root + "\\data\\" + descriptor_->getKey() + "\\";
 }
 
 } // namespace MVR

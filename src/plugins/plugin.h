@@ -18,9 +18,6 @@ class CoreImplementation;
 class Library;
 class PluginInstance;
 
-/// The attribute "version" of saved tools.
-constexpr const char* kToolDataVersion = "2.5";
-
 /// One kind of tool: owns its descriptor, lays out its folders, makes and keeps its instances. It
 /// lives as long as its library, its instances belong to one attachment each. Host thread only.
 class Plugin final : public Util::DynamicObject, public Util::MessageNode {
@@ -52,7 +49,10 @@ public:
     /// What InstanceManager::create() needs to make one tool of this kind from nothing; an empty
     /// `name` leaves the name open.
     [[nodiscard]] Tag getDefaultData(const std::string& name) const;
-    /// The user's folder for files of this kind of tool; ends in "\".
+    /// The same for a kind that needn't be there.
+    [[nodiscard]] static Tag makeData(const std::string& type, const std::string& name);
+    /// The user's folder for files of this kind of tool; ends in "\". Empty if there are no user's
+    /// folders.
     [[nodiscard]] std::string getUserDataFolder() const;
 
 private:
@@ -63,8 +63,9 @@ private:
 
     Library* library_;
     Util::Owned<CCameraPlugin> descriptor_;
-    // In order of creation. One that goes leaves a gap, and a last one takes the gaps before it
-    // along, so that a tree of any size is torn down in the time that its instances need.
+    // In order of creation, owned unless a reference owns them: either end ends both. One that goes
+    // leaves a gap, and a last one takes the gaps before it along, so that a tree of any size is
+    // torn down in the time that its instances need.
     mutable std::vector<PluginInstance*> instances_;
     std::int32_t instanceCount_ = 0; // without the gaps
 };

@@ -52,15 +52,20 @@ protected:
 /// on the host's user-interface thread. The order of the virtual operations is frozen.
 class SceneNode {
 public:
-    /// Node command: 10 opens and 11 closes a selection of several nodes.
+    /// A command of `NodeCommand` (plugins/extension_ids.h). Non-zero if the adaptor knows it.
     virtual std::intptr_t extend(std::int32_t code, std::intptr_t data) = 0;
+    /// Sets the visibility of the scene object itself, whatever its parents', as an act that the
+    /// host's undo step takes back; what it is already does nothing. Not for an object whose
+    /// visibility a controller rules.
     virtual void show() = 0;
     virtual void hide() = 0;
+    /// What show() and hide() set.
     [[nodiscard]] virtual bool isVisible() = 0;
     /// Adds the node to the host's selection.
     virtual void select() = 0;
     /// A handle of the parent in the host, or null for a root.
     virtual SceneNode* getParent() = 0;
+    /// The children of the scene object in the host, whoever owns them; 0 if the object is gone.
     virtual std::int32_t getChildCount() = 0;
     /// A handle of a child in the host; null if `index` is out of range.
     virtual SceneNode* getChild(std::int32_t index) = 0;
@@ -73,8 +78,10 @@ public:
     /// The local matrix at `time` (seconds); null if the node has none. Given back with
     /// releaseTransformAccess().
     virtual TransformAccess* getTransformAccess(double time) = 0;
-    /// What rules the node's visibility at `time` (seconds), or null if nothing does.
+    /// What rules the node's visibility at `time` (seconds), or null if nothing does: then show()
+    /// and hide() do. The adaptor owns it; it is valid until the next call of this node.
     virtual VisibilityController* getVisibilityController(double time) = 0;
+    /// Gives back what getVisibilityController() gave, for it to rule the node.
     virtual void setVisibilityController(VisibilityController* controller) = 0;
     virtual void releaseTransformAccess(TransformAccess* access) = 0;
     /// True if `other` is the same object of the host.
@@ -93,7 +100,11 @@ public:
 
     /// The transform at `time` (seconds), or null. See TransformSnapshot.
     virtual TransformSnapshot* getSnapshot(double time) = 0;
+    /// The node as an object whose mesh can be replaced; null if it isn't one. The adaptor owns it;
+    /// it is valid until NodeMeshHandler::endHelperSnapshot(), which comes before the next one.
     virtual HelperSnapshot* getHelperSnapshot() = 0;
+    /// The node's mesh at `time` (seconds); null if it has none. The adaptor owns it; it is valid
+    /// until NodeMeshHandler::endMeshSnapshot(), which comes before the next one.
     virtual MeshSnapshot* getMeshSnapshot(double time) = 0;
     /// The lens of a camera at `time` (seconds); its form is agreed between adaptor and tool.
     virtual std::intptr_t getLensSnapshot(double time) = 0;

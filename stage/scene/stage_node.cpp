@@ -1,5 +1,6 @@
 #include "stage/scene/stage_node.h"
 
+#include "plugins/extension_ids.h"
 #include "stage/scene/scene.h"
 #include "stage/undo_list.h"
 
@@ -10,10 +11,6 @@
 namespace Stage {
 
 namespace {
-
-// Node commands of extend().
-constexpr std::int32_t kBeginSelection = 10;
-constexpr std::int32_t kEndSelection = 11;
 
 /// A scale that went through a matrix comes back with a rounding, which is no change.
 bool isSameScale(const Vector3& a, const Vector3& b) {
@@ -33,10 +30,11 @@ StageNode::StageNode(Scene& scene, std::string name, MVR::CInterface* owner, std
 
 std::intptr_t StageNode::extend(std::int32_t code, std::intptr_t data) {
     (void)data;
-    if (code == kBeginSelection) {
+    namespace Command = MVR::NodeCommand;
+    if (code == Command::kOpenSelection) {
         scene_.clearSelection();
     }
-    return code == kBeginSelection || code == kEndSelection ? 1 : 0;
+    return code == Command::kOpenSelection || code == Command::kCloseSelection ? 1 : 0;
 }
 
 void StageNode::show() {

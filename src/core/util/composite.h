@@ -45,7 +45,7 @@ protected:
 private:
     void detach(Composite_Dynamic* child);
 
-    std::vector<T*> children_;
+    std::vector<T*> children_; // owned: destroyComposite(), where each leaves the list
     Composite_Dynamic* parent_ = nullptr;
 };
 

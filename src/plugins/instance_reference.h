@@ -113,9 +113,10 @@ private:
 
     static void destroyChildren(Departure& top);
     void leaveTree(AdaptorInterface& adaptor, bool deleteScene);
-    std::int32_t applyToThis(const Tag& data, std::uint32_t stages, bool& goesDown);
-    std::int32_t applyToNodes(const Tag& nodeInfo, std::uint32_t stages);
-    std::int32_t applyParent(SceneNode& node, const Tag& parent);
+    [[nodiscard]] std::int32_t applyToThis(const Tag& data, std::uint32_t stages, bool& goesDown);
+    void applyInputs(const Tag& profile);
+    [[nodiscard]] std::int32_t applyToNodes(const Tag& nodeInfo, std::uint32_t stages);
+    [[nodiscard]] std::int32_t applyParent(SceneNode& node, const Tag& parent);
     void applySelection(const Tag& nodeInfo);
     PluginInstance* findOwner(const Tag& tag);
     void saveThis(Tag& out, std::uint32_t mask);

@@ -4,6 +4,7 @@
 #include "core/log.h"
 #include "instance/plugin_instance.h"
 #include "plugins/c_mesh.h"
+#include "plugins/extension_ids.h"
 #include "plugins/scene_node.h"
 
 #include <cstddef>
@@ -13,10 +14,6 @@
 
 namespace MVR {
 namespace {
-
-// Commands of a scene node.
-constexpr std::int32_t kOpenSelection = 10;
-constexpr std::int32_t kCloseSelection = 11;
 
 std::int32_t reportInvalidData() {
     return ErrorCode::instance()->report("INVALIDOKFDATASTRUCTURE");
@@ -95,7 +92,7 @@ std::int32_t InstanceReference::applyToThis(const Tag& data, std::uint32_t stage
         return reportInvalidData();
     }
     if ((stages & SaveMask::kInputProfile) != 0)
-        instance_->applyInputProfile(data.child("inputprofile").child(0));
+        applyInputs(data.child("inputprofile").child(0));
     if ((stages & SaveMask::kAnyNodeInfo) != 0) {
         log.write("Fetching node info tag", Log::Notice);
         const Tag& nodeInfo = data.child("nodeinfo");
@@ -108,6 +105,12 @@ std::int32_t InstanceReference::applyToThis(const Tag& data, std::uint32_t stage
     }
     goesDown = true;
     return 0;
+}
+
+void InstanceReference::applyInputs(const Tag& profile) {
+    const std::int32_t missing = instance_->applyInputProfile(profile);
+    if (missing > 0 && missing != PluginInstance::kNoProfile)
+        Log(Log::Warning).write("Controls that aren't there", missing, Log::OwnLevel);
 }
 
 std::int32_t InstanceReference::applyToNodes(const Tag& nodeInfo, std::uint32_t stages) {
@@ -189,10 +192,10 @@ void InstanceReference::applySelection(const Tag& nodeInfo) {
             continue;
         }
         if (i == 0)
-            node->extend(kOpenSelection, 0);
+            node->extend(NodeCommand::kOpenSelection, 0);
         node->select();
         if (i == count - 1)
-            node->extend(kCloseSelection, 0);
+            node->extend(NodeCommand::kCloseSelection, 0);
     }
 }
 

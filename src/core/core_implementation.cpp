@@ -5,6 +5,7 @@
 #include "instance/plugin_instance.h"
 #include "platform/choosers.h"
 #include "plugins/instance_reference.h"
+#include "unidevice/profile_managers.h"
 
 #include <cstddef>
 #include <utility>
@@ -192,8 +193,14 @@ void CoreImplementation::setInstanceChecked(std::string name, bool checked) {
 }
 
 void CoreImplementation::setInstanceConfigProfile(std::string name, std::string profile) {
-    // No tool has stored profiles so far, so that every profile's name is unknown.
-    if (getRoot() != nullptr && getRoot()->findInstance(name, false, nullptr) != nullptr)
+    InstanceReference* const tool =
+        getRoot() != nullptr ? getRoot()->findInstance(name, false, nullptr) : nullptr;
+    if (tool == nullptr)
+        return;
+    PluginInstance& instance = *tool->getInstance();
+    if (const FileElement* const found = instance.getConfigProfiles().findElement(profile))
+        instance.applyConfigProfile(found->data);
+    else
         Log(Log::Warning).write("Unable to find profile", name + ": " + profile, Log::OwnLevel);
 }
 

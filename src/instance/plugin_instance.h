@@ -24,7 +24,9 @@
 namespace MVR {
 
 class AdaptorInterface;
+class ConfigProfileManager;
 class CoreImplementation;
+class InputProfileManager;
 class InstanceReference;
 class Plugin;
 
@@ -118,6 +120,13 @@ public:
     /// The host's time changed outside a take.
     void timeChanged(double time);
 
+    /// The presets of this tool: a list of its own, or else the plug-in's.
+    [[nodiscard]] ConfigProfileManager& getConfigProfiles() const;
+    [[nodiscard]] InputProfileManager& getInputProfiles() const;
+    /// A tag "profile" of the values of its panel.
+    [[nodiscard]] Tag getConfigProfile(const std::string& profileName) const;
+    /// Sets the values of its panel. An empty tag, or a tool without a panel, changes nothing.
+    void applyConfigProfile(const Tag& profile);
     /// A tag "profile" of the present bindings and their parameters.
     [[nodiscard]] Tag getInputProfile(const std::string& profileName) const;
     /// Replaces all bindings. Gives the number of controls that were not found, or `kNoProfile`,

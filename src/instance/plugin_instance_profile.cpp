@@ -1,8 +1,39 @@
 #include "instance/plugin_instance.h"
 
+#include "plugins/extension_ids.h"
+#include "plugins/plugin.h"
 #include "unidevice/device_handler.h"
 
 namespace MVR {
+
+namespace {
+
+/// The tool's own list if it has one, else the one that it shares with its kind.
+template <class List>
+List& listOf(CCamera* tool, std::int32_t extension, List& shared) {
+    if (tool == nullptr || !tool->supportsExtension(extension))
+        return shared;
+    List* const own = reinterpret_cast<List*>(tool->extend(extension, 0));
+    return own != nullptr ? *own : shared;
+}
+
+} // namespace
+
+ConfigProfileManager& PluginInstance::getConfigProfiles() const {
+    return listOf(code_.get(), ToolExtension::kConfigProfiles, plugin_->getConfigProfiles());
+}
+
+InputProfileManager& PluginInstance::getInputProfiles() const {
+    return listOf(code_.get(), ToolExtension::kInputProfiles, plugin_->getInputProfiles());
+}
+
+Tag PluginInstance::getConfigProfile(const std::string& profileName) const {
+    Tag profile = Tag::element("profile");
+    profile.attributeRef("name") = profileName;
+    return profile;
+}
+
+void PluginInstance::applyConfigProfile(const Tag&) {} // the values are those of a dialog
 
 Tag PluginInstance::getInputProfile(const std::string& profileName) const {
     Tag profile = Tag::element("profile");

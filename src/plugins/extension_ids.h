@@ -29,6 +29,11 @@ constexpr std::int32_t kDataPath = 48;
 constexpr std::int32_t kSelectObject = 49;
 /// `data`: std::string*, the folder that the tool's data came from; sent before init().
 constexpr std::int32_t kDataFolder = 52;
+/// The result is the tool's own list of presets, a ConfigProfileManager* and an
+/// InputProfileManager*, in the place of its kind's; the tool keeps it as long as it lives. `data`
+/// is 0.
+constexpr std::int32_t kConfigProfiles = 53;
+constexpr std::int32_t kInputProfiles = 54;
 } // namespace ToolExtension
 
 /// Ids that the core passes to extend() of a scene node; `data` is 0.

@@ -32,6 +32,8 @@ Plugin::Plugin(Library* library, CCameraPlugin* descriptor)
     Log entry("Creating Plugin", Log::Notice);
     entry.write("name", getName(), Log::OwnLevel);
     createFolders();
+    gatherProfiles(inputProfiles_, R"(\inputprofile.xml)", R"(\data\)", R"(\InputProfiles)");
+    gatherProfiles(configProfiles_, R"(\configprofile.xml)", R"(/data\)", R"(\ConfigProfiles)");
     library_->registerPlugin(this);
 }
 
@@ -61,6 +63,23 @@ void Plugin::createFolders() const {
     folders.insert(folders.end(), {path, path + "\\InputProfiles", path + "\\ConfigProfiles"});
     for (const std::string& folder : folders)
         (void)Platform::createFolder(folder);
+}
+
+/// The shared file first, so that the user's own take the place of what comes with the tool.
+void Plugin::gatherProfiles(XMLFileManager& list, const char* sharedFile, const char* dataFolder,
+                            const char* folder) const {
+    const std::string documents = resolveDocumentsPath();
+    const std::string shared = readInstallValue("datapath");
+    const std::string key = descriptor_->getKey();
+    const std::string own = documents + dataFolder + key + folder;
+    if (!documents.empty()) // else it would be a folder of the machine's root
+        list.setDestinationPath(own);
+    if (!shared.empty())
+        list.addSourcePath(shared + "\\" + key + sharedFile);
+    if (!documents.empty())
+        list.addSourcePath(own);
+    list.addReadOnlyName(kFactorySettings);
+    list.reload();
 }
 
 PluginInstance* Plugin::getInstance(std::int32_t index) const {

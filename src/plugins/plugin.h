@@ -6,6 +6,7 @@
 #include "core/util/message_node.h"
 #include "data/tag.h"
 #include "plugins/c_camera_plugin.h"
+#include "unidevice/profile_managers.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -55,9 +56,16 @@ public:
     /// folders.
     [[nodiscard]] std::string getUserDataFolder() const;
 
+    /// The presets of all instances that have no list of their own; the shared file's and the
+    /// user's. They live as long as the plug-in.
+    [[nodiscard]] ConfigProfileManager& getConfigProfiles() { return configProfiles_; }
+    [[nodiscard]] InputProfileManager& getInputProfiles() { return inputProfiles_; }
+
 private:
     Plugin(Library* library, CCameraPlugin* descriptor);
     void createFolders() const;
+    void gatherProfiles(XMLFileManager& list, const char* sharedFile, const char* dataFolder,
+                        const char* folder) const;
     [[nodiscard]] bool hasInstance(const PluginInstance* instance) const;
     void closeGaps() const;
 
@@ -68,6 +76,9 @@ private:
     // torn down in the time that its instances need.
     mutable std::vector<PluginInstance*> instances_;
     std::int32_t instanceCount_ = 0; // without the gaps
+    // The input profiles go first.
+    ConfigProfileManager configProfiles_;
+    InputProfileManager inputProfiles_;
 };
 
 } // namespace MVR

@@ -7,6 +7,7 @@
 #include "support/core_fixture.h"
 #include "support/scripted_device.h"
 #include "support/scripted_tool.h"
+#include "unidevice/profile_managers.h"
 
 #include <gmock/gmock.h>
 
@@ -150,6 +151,32 @@ TEST_F(PluginInstanceTest, InputProfilesCarryBindingsAndParameters) {
         << "a property that the tool lacks doesn't count";
     EXPECT_EQ(a.control, nullptr);
     EXPECT_EQ(a.getValue(), 3);
+}
+
+TEST_F(PluginInstanceTest, AToolMayHaveListsOfItsOwn) {
+    ConfigProfileManager ownConfigs;
+    InputProfileManager ownInputs;
+    PluginInstance& tool = kind->place(*core, "Tool");
+    kind->onExtend = [&](ScriptedTool&, std::int32_t id, std::intptr_t) {
+        return id == 53   ? reinterpret_cast<std::intptr_t>(&ownConfigs)
+               : id == 54 ? reinterpret_cast<std::intptr_t>(&ownInputs)
+                          : 0;
+    };
+    EXPECT_EQ(&tool.getConfigProfiles(), &tool.getPlugin()->getConfigProfiles());
+    EXPECT_EQ(&tool.getInputProfiles(), &tool.getPlugin()->getInputProfiles());
+    kind->extensions = {53, 54};
+    EXPECT_EQ(&tool.getConfigProfiles(), &ownConfigs);
+    EXPECT_EQ(&tool.getInputProfiles(), &ownInputs);
+
+    EXPECT_EQ(ownConfigs.addElement(tool.getConfigProfile("Wide"), false, false), 0);
+    core->setInstanceConfigProfile("Tool", "Wide");
+    core->setInstanceConfigProfile("nobody", "Wide");
+    EXPECT_EQ(Log::getText().find("Unable to find profile"), std::string::npos);
+    core->setInstanceConfigProfile("Tool", "wide");
+    EXPECT_THAT(Log::getText(), testing::HasSubstr("Unable to find profile: Tool: wide"));
+
+    kind->onExtend = nullptr;
+    EXPECT_EQ(&tool.getInputProfiles(), &tool.getPlugin()->getInputProfiles()) << "answers null";
 }
 
 TEST_F(PluginInstanceTest, ToolSeesHostAndParents) {

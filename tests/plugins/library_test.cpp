@@ -8,7 +8,9 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <filesystem>
+#include <tuple>
 
 namespace {
 
@@ -102,6 +104,71 @@ TEST_F(LibraryTest, PluginsAreFoundByNameAndOldNameInOrder) {
     EXPECT_EQ(identifierOf(error), "PLUGIN_NOPARENTLIBRARY");
     EXPECT_EQ(Plugin::create(manager().getLibrary(2), nullptr, error), nullptr);
     EXPECT_EQ(identifierOf(error), "PLUGIN_NOHANDLER");
+}
+
+struct KeyedKind final : CCameraPlugin {
+    explicit KeyedKind(std::string storageKey) : key(std::move(storageKey)) {}
+    CCamera* create(CCamera::CreateParam*) override { return nullptr; }
+    std::string getName() override { return "Keyed"; }
+    std::string getKey() override { return key; }
+    std::string getDescription() override { return ""; }
+    std::string getCategory() override { return ""; }
+    std::string key;
+};
+
+std::string namesOf(const XMLFileManager& list) {
+    std::string names;
+    for (std::int32_t i = 0; i < list.elementCount(); ++i)
+        names += list.element(i)->name + ",";
+    return names;
+}
+
+TEST_F(LibraryTest, PresetsComeFromTheSharedFileThenFromTheUser) {
+    const std::string data = "documents/Oskelworks/Mirvane/data/core/prm/";
+    for (const auto& [root, file, ending] :
+         {std::array{"unidevice", "input", ".oip"}, std::array{"CameraConfig", "config", ".ocp"}}) {
+        const std::string kind = file == std::string("input") ? "Input" : "Config";
+        home.write(std::string("install/data/core/prm/") + file + "profile.xml",
+                   std::string("<") + root + "><profile name=\"Slow\"/><profile name=\"Fast\"/>" +
+                       "<profile name=\"FACTORY settings\"/></" + root + ">");
+        home.write(data + kind + "Profiles/mine" + ending,
+                   "<profile name=\"Slow\"><mine/></profile>");
+        home.write(data + kind + "Profiles/other.txt", "<profile name=\"Other\"/>");
+    }
+    std::int32_t error = 0;
+    Plugin* const tool = Plugin::create(manager().getLibrary(0), new KeyedKind("core/prm"), error);
+    const std::string own = home.documents() + "/data/core/prm/";
+    for (auto [list, folder, ending] : {std::tuple<XMLFileManager*, const char*, const char*>(
+                                            &tool->getInputProfiles(), "InputProfiles/", ".oip"),
+                                        {&tool->getConfigProfiles(), "ConfigProfiles/", ".ocp"}}) {
+        EXPECT_EQ(namesOf(*list), "Slow,Fast,");
+        EXPECT_EQ(list->findElement("Slow")->data.childCount("mine"), 1);
+        EXPECT_EQ(list->addElement(Tag("<profile name=\"Factory Settings\"/>"), true, false), 1);
+        EXPECT_EQ(list->addElement(Tag("<profile name=\"Fast\"/>"), true, false), 0);
+        EXPECT_TRUE(fs::exists(own + folder + "Fast" + ending));
+        EXPECT_EQ(list->removeElement("Slow"), 0);
+        EXPECT_FALSE(fs::exists(own + folder + "mine" + ending));
+        list->reload();
+        EXPECT_EQ(namesOf(*list), "Slow,Fast,") << "the shared one is back";
+        EXPECT_EQ(list->findElement("Slow")->data.childCount("mine"), 0);
+        EXPECT_EQ(list->removeElement("factory settings"), 1);
+    }
+    tool->destroy();
+
+    const auto parts = {"core", "core/prm", "a", "a/b", "a/b/InputProfiles", "a/b/ConfigProfiles"};
+    Plugin::create(manager().getLibrary(0), new KeyedKind("a\\b/"), error)->destroy();
+    for (const char* made : parts)
+        EXPECT_TRUE(fs::is_directory(home.documents() + "/data/" + made)) << made;
+}
+
+TEST_F(LibraryTest, WithoutFoldersPresetsAreKeptInTheListOnly) {
+    home.forgetRegistry();
+    std::int32_t error = 0;
+    Plugin* const tool = Plugin::create(manager().getLibrary(0), new KeyedKind("core/prm"), error);
+    EXPECT_EQ(tool->getInputProfiles().addElement(Tag("<profile name=\"A\"/>"), true, false), 0);
+    EXPECT_EQ(namesOf(tool->getInputProfiles()), "A,");
+    EXPECT_EQ(tool->getInputProfiles().elementFile("A"), "");
+    tool->destroy();
 }
 
 TEST_F(LibraryTest, NamesEndAtTheFirstDotBehindTheFirstCharacter) {

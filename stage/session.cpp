@@ -1,5 +1,6 @@
 #include "stage/session.h"
 
+#include "core/setting_ids.h"
 #include "plugins/c_interface.h"
 #include "unidevice/property.h"
 
@@ -8,8 +9,6 @@
 namespace Stage {
 
 namespace {
-
-constexpr std::int32_t kSilentModeSetting = 102;
 
 std::string describe(const Binding& binding) {
     std::string text = "\"" + binding.property + "\" can't be driven by " + binding.device;
@@ -42,7 +41,7 @@ bool Session::open(const InstallValues& values, std::string& error) {
     }
     // Nobody is there to answer a box.
     const bool isSilent = true;
-    core_->setProperty(kSilentModeSetting, &isSilent);
+    core_->setProperty(MVR::Setting::kSilentMode, &isSilent);
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "stage/take.h"
 
+#include "core/setting_ids.h"
 #include "stage/machine.h"
 #include "stage/scene/scene.h"
 #include "stage/session.h"
@@ -15,8 +16,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::int32_t kCountdownSetting = 105;
-constexpr std::int32_t kAutoExpandSetting = 109;
 /// The longest sleep: how soon a request to stop is seen.
 constexpr std::chrono::milliseconds kLongestSleep{20};
 
@@ -130,8 +129,9 @@ std::optional<TakeFigures> runTake(Session& session, const TakePlan& plan, const
                                    const ProgressCall& progress, std::string& error) {
     MVR::CoreInterface& core = session.getCore();
     // The core keeps its settings in the user's files; a take leaves them as they were.
-    const SettingForNow<std::int32_t> countdown(core, kCountdownSetting, plan.countdownSeconds);
-    const SettingForNow<bool> autoExpand(core, kAutoExpandSetting, plan.autoExpand);
+    const SettingForNow<std::int32_t> countdown(core, MVR::Setting::kStartCountdown,
+                                                plan.countdownSeconds);
+    const SettingForNow<bool> autoExpand(core, MVR::Setting::kAutoExpand, plan.autoExpand);
     core.setSlowMotion(plan.slowMotion);
 
     TakeFigures figures;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/core_sub_system.h"
+#include "core/setting_ids.h"
 #include "core/util/dynamic_object.h"
 #include "core/util/message_node.h"
 #include "data/tag.h"
@@ -12,18 +13,6 @@
 #include <vector>
 
 namespace MVR {
-
-/// Ids of the core's own settings.
-namespace Setting {
-constexpr std::int32_t kLogLevel = 101;       ///< string: "Disabled", "Low", "High" or "Debug"
-constexpr std::int32_t kSilentMode = 102;     ///< bool: message boxes answer themselves
-constexpr std::int32_t kRecentItems = 103;    ///< int: length of the recent list
-constexpr std::int32_t kStartCountdown = 105; ///< int: whole seconds before a take
-constexpr std::int32_t kEndCountdown = 106;   ///< int
-constexpr std::int32_t kReserved = 107;       ///< bool: kept in the files, read by nobody
-constexpr std::int32_t kCheckUpdates = 108;   ///< bool
-constexpr std::int32_t kAutoExpand = 109;     ///< bool: a take goes on behind the end of the range
-} // namespace Setting
 
 /// A flat list of typed properties, each known by an id, read from a shared file and then from the
 /// user's file, which wins and is written back at the end.

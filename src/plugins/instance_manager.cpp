@@ -3,6 +3,7 @@
 #include "core/core_implementation.h"
 #include "core/folders.h"
 #include "core/log.h"
+#include "core/setting_ids.h"
 #include "instance/plugin_instance.h"
 #include "platform/files.h"
 #include "plugins/extension_ids.h"
@@ -20,7 +21,6 @@
 namespace MVR {
 namespace {
 
-constexpr std::int32_t kRecentItemsSetting = 103;
 constexpr std::int32_t kDefaultRecentItems = 10;
 
 } // namespace
@@ -47,12 +47,11 @@ InstanceManager::~InstanceManager() {
 }
 
 void InstanceManager::initialize() {
-    root_ = createByType(RootPlugin::kName, "Mirvane", false);
+    root_.reset(createByType(RootPlugin::kName, "Mirvane", false));
 }
 
 void InstanceManager::destroyRoot() {
-    if (InstanceReference* const root = std::exchange(root_, nullptr))
-        root->destroy();
+    const Util::Owned<InstanceReference> root = std::move(root_); // there is none from here on
 }
 
 std::int32_t InstanceManager::getCatalogueSize() const {
@@ -88,7 +87,7 @@ std::vector<PluginInstance*> InstanceManager::getInstances(bool checkedOnly) con
     if (root_ == nullptr)
         return instances;
     GUI::TreeNode::walk(*root_, [&](GUI::TreeNode& node) {
-        if (&node != root_ && (!checkedOnly || node.isChecked()))
+        if (&node != root_.get() && (!checkedOnly || node.isChecked()))
             instances.push_back(static_cast<InstanceReference&>(node).getInstance());
         return false;
     });
@@ -147,7 +146,7 @@ void InstanceManager::addRecent(const Tag& data) {
 
 void InstanceManager::trimRecent() {
     std::int32_t limit = kDefaultRecentItems;
-    getCore()->getProperty(kRecentItemsSetting, &limit);
+    getCore()->getProperty(Setting::kRecentItems, &limit);
     while (getRecentCount() > std::max(limit, 0))
         recent_.pop_front();
 }

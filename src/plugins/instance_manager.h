@@ -4,6 +4,7 @@
 
 #include "core/core_sub_system.h"
 #include "core/util/dynamic_object.h"
+#include "core/util/thread_check.h"
 #include "data/tag.h"
 #include "instance/instance_names.h"
 
@@ -30,7 +31,10 @@ public:
     /// Creates the root, named "Mirvane".
     void initialize() override;
     /// Null before initialize() and after destroyRoot().
-    [[nodiscard]] InstanceReference* getRoot() const { return root_; }
+    [[nodiscard]] InstanceReference* getRoot() const {
+        Util::checkHostThread();
+        return root_.get();
+    }
     /// Destroys the whole tree. The host must have dropped its undo steps before.
     void destroyRoot();
 
@@ -65,7 +69,7 @@ public:
     [[nodiscard]] Tag getRecent() const;
     /// Makes `data` the newest entry, and takes an equal one out.
     void addRecent(const Tag& data);
-    /// Removes the oldest entries that are too many for setting 103.
+    /// Removes the oldest entries that are too many for Setting::kRecentItems.
     void trimRecent();
 
     /// The tools of the tree but the root, each before those below it; with `checkedOnly` those
@@ -86,8 +90,8 @@ private:
     void clearCatalogue();
 
     InstanceNames names_;
-    InstanceReference* root_ = nullptr; // owned; destroyed by destroyRoot
-    std::deque<Tag> recent_;            // oldest first
+    Util::Owned<InstanceReference> root_;
+    std::deque<Tag> recent_; // oldest first
     std::vector<Util::Owned<Instanciatable>> catalogue_;
     std::vector<std::string> prmFolders_; // where "*.prm" files lie
 };

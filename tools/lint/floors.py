@@ -5,8 +5,7 @@ import re
 from common import ROOT, Finding, cpp_files, read
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
-# The one header above that a .cpp of any floor may include, to reach the services of others; with
-# it come the headers of those services.
+# The one header above that a .cpp of any floor may include, to reach the services of others.
 DOOR = "core/core_implementation.h"
 TOOLKIT = re.compile(r"Q[A-Z]|Qt|X11/|xcb/|gtk/|windows\.h|GL/")
 MACHINE = re.compile(
@@ -41,11 +40,9 @@ def check_library_file(name, floors):
     if own is None:
         yield Finding(name, 0, "stands on no floor", "give its folder a line in tools/lint/floors.txt")
         return
-    includes = list(includes_of(name))
     is_source = name.endswith(".cpp")
-    through_door = is_source and any(target == DOOR for _, _, target in includes)
     back_end = path.startswith("platform/") and path.count("/") > 1
-    for number, is_system, target in includes:
+    for number, is_system, target in includes_of(name):
         if is_system:
             if not back_end and (MACHINE.match(target) or TOOLKIT.match(target)):
                 yield Finding(name, number, f"<{target}> belongs to an operating system or toolkit",
@@ -55,7 +52,7 @@ def check_library_file(name, floors):
         if above is None:
             yield Finding(name, number, f'"{target}" is no path from src/ with a floor',
                           "include by path from src/, and name the folder in tools/lint/floors.txt")
-        elif above > own and target != DOOR and not through_door:
+        elif above > own and target != DOOR:
             yield Finding(name, number, f'floor {own} includes "{target}" of floor {above}',
                           "move what is needed down, or hand it in from above by an interface"
                           + (f'; a .cpp may ask the core for it through "{DOOR}"'

@@ -63,7 +63,10 @@ void startDevices(std::intptr_t moduleHandle, std::intptr_t hostWindow) {
     info.moduleHandle = moduleHandle;
     info.hostWindow = hostWindow;
     info.log = MVR::Log::instance();
-    loadDriverLibraries(MVR::readInstallValue("datapath") + "/unidevice/", info);
+    const std::string data = MVR::readInstallValue("datapath");
+    if (!data.empty()) { // never the root of the file system
+        loadDriverLibraries(data + "/unidevice/", info);
+    }
 
     new EmulatedTrinaryDevice;
 }

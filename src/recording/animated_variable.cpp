@@ -1,8 +1,8 @@
 #include "recording/animated_variable.h"
 
 #include "core/log.h"
+#include "data/little_endian.h"
 
-#include <bit>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -11,29 +11,7 @@ namespace MVR::Util {
 
 namespace {
 
-using Bytes = unsigned char;
-
-template <class Word>
-void storeWord(Bytes* at, Word value) {
-    for (std::size_t i = 0; i < sizeof(Word); ++i)
-        at[i] = static_cast<Bytes>(value >> (8 * i));
-}
-
-template <class Word>
-Word loadWord(const Bytes* at) {
-    Word value = 0;
-    for (std::size_t i = 0; i < sizeof(Word); ++i)
-        value |= static_cast<Word>(static_cast<Word>(at[i]) << (8 * i));
-    return value;
-}
-
-void storeDouble(Bytes* at, double value) {
-    storeWord(at, std::bit_cast<std::uint64_t>(value));
-}
-
-double loadDouble(const Bytes* at) {
-    return std::bit_cast<double>(loadWord<std::uint64_t>(at));
-}
+using Bytes = std::uint8_t;
 
 /// The four numbers at the head of a block.
 struct Header {
@@ -44,15 +22,14 @@ struct Header {
 };
 
 Header loadHeader(const Bytes* at) {
-    return {loadWord<std::uint32_t>(at), loadWord<std::uint32_t>(at + 4),
-            loadWord<std::uint32_t>(at + 8), loadWord<std::uint32_t>(at + 12)};
+    return {loadLittle32(at), loadLittle32(at + 4), loadLittle32(at + 8), loadLittle32(at + 12)};
 }
 
 void storeHeader(Bytes* at, const Header& header) {
-    storeWord(at, header.headerSize);
-    storeWord(at + 4, header.bytesBehind);
-    storeWord(at + 8, header.version);
-    storeWord(at + 12, header.keyCount);
+    storeLittle32(at, header.headerSize);
+    storeLittle32(at + 4, header.bytesBehind);
+    storeLittle32(at + 8, header.version);
+    storeLittle32(at + 12, header.keyCount);
 }
 
 bool refuse(const char* reason) {
@@ -147,8 +124,8 @@ void AVar<double>::writeData(void* buffer, std::size_t size) const {
                 {kHeaderSize, sizeField, kBlockVersion, static_cast<std::uint32_t>(keys_.size())});
     at += kHeaderSize;
     for (std::size_t i = 0; i < keys_.size(); ++i) {
-        storeDouble(at, keys_[i].time);
-        storeDouble(at + 8, keys_[i].value);
+        storeLittleDouble(at, keys_[i].time);
+        storeLittleDouble(at + 8, keys_[i].value);
         at += kKeySize;
     }
 }
@@ -169,7 +146,7 @@ bool AVar<double>::readData(const void* buffer, std::size_t size) {
     for (std::uint32_t i = 0; i < header.keyCount; ++i) {
         Key key{-1.0, 0.0};
         if (isConsistent) {
-            key = {loadDouble(at), loadDouble(at + 8)};
+            key = {loadLittleDouble(at), loadLittleDouble(at + 8)};
             at += kKeySize;
             if (std::isnan(key.time) || (i > 0 && !(keys.back().time < key.time)))
                 return refuse("the times don't ascend");

@@ -9,7 +9,7 @@ import sys
 
 from common import ROOT, Finding, read
 
-_BLOCK = re.compile(r"(<!-- code: (\S+) -->\n```cpp\n)(.*?)(```\n)", re.DOTALL)
+_BLOCK = re.compile(r"(<!-- code: (\S+) -->\n```\w+\n)(.*?)(```\n)", re.DOTALL)
 
 
 def pages(files):

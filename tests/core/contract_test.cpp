@@ -53,10 +53,7 @@ TEST(ContractTest, TheCoresOperationsFollowThoseOfItsNode) {
                   slotOf(addPropertyOf<std::int32_t>()),
                   slotOf(addPropertyOf<bool>()),
                   slotOf(&CoreInterface::getProperty),
-                  slotOf(&CoreInterface::setProperty),
-                  slotOf(&CoreInterface::loadModel),
-                  slotOf(&CoreInterface::saveModel),
-                  slotOf(&CoreInterface::getCatalogue)},
+                  slotOf(&CoreInterface::setProperty)},
                  15); // 13 operations of the node, then its destructor's two
 }
 

@@ -15,6 +15,11 @@ namespace MVR::Platform {
 /// written. A path with a zero byte names nothing and gives an empty one.
 std::string foldPath(std::string_view path);
 
+/// Where a path leads: absolute, with every link, "." and ".." followed, and separators "/". Two
+/// paths of one file or folder give the same text. Empty if there is nothing at its end.
+/// Stands for GetFinalPathNameByHandleA.
+std::string canonicalPath(std::string_view path);
+
 /// Makes one folder; its parent must exist. True if the folder is there now, whoever made it.
 /// Stands for CreateDirectoryA.
 [[nodiscard]] bool createFolder(std::string_view path);
@@ -22,6 +27,8 @@ std::string foldPath(std::string_view path);
 struct FoundFile {
     std::string name; ///< without its folder
     bool isFolder;
+    /// False for what has no bytes of its own: a folder, a pipe, a device, a link to nothing.
+    bool isRegular;
 };
 
 /// What lies in a folder and fits the pattern: a folder path, then a last component with "*" (any

@@ -243,6 +243,15 @@ std::string foldPath(std::string_view path) {
     return folded;
 }
 
+std::string canonicalPath(std::string_view path) {
+    char canonical[PATH_MAX];
+    if (!realpath(foldPath(path).c_str(), canonical)) {
+        fail(errno);
+        return "";
+    }
+    return canonical;
+}
+
 bool createFolder(std::string_view path) {
     const std::string folder = foldPath(path);
     if (mkdir(folder.c_str(), 0777) == 0) {
@@ -266,7 +275,8 @@ std::vector<FoundFile> listFiles(std::string_view pattern) {
         if (fitsPattern(name, namePattern)) {
             std::error_code error;
             const bool isFolder = entry.is_directory(error);
-            found.push_back({std::move(name), isFolder});
+            const bool isRegular = entry.is_regular_file(error);
+            found.push_back({std::move(name), isFolder, isRegular});
         }
     });
     std::sort(found.begin(), found.end(),

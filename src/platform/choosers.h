@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace MVR::Platform {
 
@@ -61,5 +62,23 @@ constexpr std::int32_t defaultAnswer(std::uint32_t flags) {
 /// "platform/headless/desktop.h"), else by its default button. Stands for MessageBoxA.
 std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::string& title,
                         std::uint32_t flags);
+
+/// A line in the list of file types of a chooser.
+struct FileFilter {
+    std::string text;    ///< what the user reads
+    std::string pattern; ///< such as "*.prm"
+};
+
+struct FileChooser {
+    std::vector<FileFilter> filters; ///< the first is chosen at the start
+    std::string extension;           ///< added to a name without one, such as "prm"; may be empty
+    std::string folder;              ///< where the user begins
+};
+
+/// Let the user choose a file: one to read, or a name to write to. The full path, "" if the user
+/// gave up. Without a screen they are answered by what was scripted, else with "".
+/// Stand for GetOpenFileNameA and GetSaveFileNameA.
+std::string chooseFileToOpen(WindowHandle owner, const FileChooser& chooser);
+std::string chooseFileToSave(WindowHandle owner, const FileChooser& chooser);
 
 } // namespace MVR::Platform

@@ -3,7 +3,9 @@
 #include "platform/headless/state.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <utility>
 
 namespace MVR::Platform {
 
@@ -29,6 +31,37 @@ std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::
         state.messageBoxes.pop_front();
     }
     return answer;
+}
+
+namespace {
+
+std::string chooseFile(const FileChooser& chooser, bool isSave) {
+    Headless::State& state = Headless::getState();
+    std::string answer;
+    if (!state.fileAnswers.empty()) {
+        answer = std::move(state.fileAnswers.front());
+        state.fileAnswers.pop_front();
+    }
+    const std::size_t name = answer.find_last_of("/\\") + 1; // 0 without a folder
+    if (name < answer.size() && !chooser.extension.empty() &&
+        answer.find('.', name) == std::string::npos) {
+        answer += "." + chooser.extension;
+    }
+    state.fileChoosers.push_back({chooser, isSave, answer});
+    if (state.fileChoosers.size() > Headless::kFileChoosersKept) {
+        state.fileChoosers.pop_front();
+    }
+    return answer;
+}
+
+} // namespace
+
+std::string chooseFileToOpen(WindowHandle, const FileChooser& chooser) {
+    return chooseFile(chooser, false);
+}
+
+std::string chooseFileToSave(WindowHandle, const FileChooser& chooser) {
+    return chooseFile(chooser, true);
 }
 
 } // namespace MVR::Platform

@@ -67,4 +67,13 @@ void scriptMessageBoxAnswer(std::int32_t answer) {
     getState().messageBoxAnswers.push_back(answer);
 }
 
+std::vector<ShownFileChooser> fileChoosers() {
+    const std::deque<ShownFileChooser>& shown = getState().fileChoosers;
+    return {shown.begin(), shown.end()};
+}
+
+void scriptFileAnswer(const std::string& path) {
+    getState().fileAnswers.push_back(path);
+}
+
 } // namespace MVR::Platform::Headless

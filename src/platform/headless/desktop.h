@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/choosers.h"
 #include "platform/dialogs.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -66,5 +68,17 @@ std::vector<ShownMessageBox> messageBoxes();
 /// Answers one later box, the first scripted first; a box without such a button takes its default
 /// and uses the answer up.
 void scriptMessageBoxAnswer(std::int32_t answer);
+
+struct ShownFileChooser {
+    FileChooser chooser;
+    bool isSave;
+    std::string answer; ///< "" if the user gave up
+};
+/// Only the latest are kept.
+constexpr std::size_t kFileChoosersKept = 256;
+/// What was shown, oldest first.
+std::vector<ShownFileChooser> fileChoosers();
+/// Answers one later file chooser, the first scripted first.
+void scriptFileAnswer(const std::string& path);
 
 } // namespace MVR::Platform::Headless

@@ -82,6 +82,8 @@ struct State {
     UserHook userHook;
     std::deque<ShownMessageBox> messageBoxes;
     std::deque<std::int32_t> messageBoxAnswers;
+    std::deque<ShownFileChooser> fileChoosers;
+    std::deque<std::string> fileAnswers;
 };
 
 /// Made at the first call, freed by `releasePlatform`.

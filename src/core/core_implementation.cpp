@@ -228,6 +228,27 @@ bool CoreImplementation::setProperty(std::int32_t id, const void* value) {
     return settings_.setProperty(id, value);
 }
 
+std::int32_t CoreImplementation::loadModel(std::string path) {
+    return createFromFile(path, nullptr);
+}
+
+std::int32_t CoreImplementation::saveModel(std::string toolName, std::string path) {
+    InstanceReference* tool = getRoot();
+    if (tool != nullptr && !toolName.empty())
+        tool = tool->findInstance(toolName, false, nullptr);
+    ErrorCode& errors = *ErrorCode::instance();
+    if (tool == nullptr)
+        return errors.get("MODEL_NOTOOL", "There is no tool of that name", ErrorCode::Error);
+    if (!tool->saveModelFile(path))
+        return errors.get("MODEL_UNWRITABLE", "The model's file can't be written",
+                          ErrorCode::Error);
+    return 0;
+}
+
+Tag CoreImplementation::getCatalogue() {
+    return describeCatalogue();
+}
+
 void CoreImplementation::onKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt,
                                bool shift) {
     RecordManager::handleKey(virtualKey, pressed, ctrl, alt, shift);

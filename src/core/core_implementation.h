@@ -70,6 +70,9 @@ public:
     Util::MessageNode* addProperty(std::int32_t id, bool defaultValue) override;
     bool getProperty(std::int32_t id, void* value) override;
     bool setProperty(std::int32_t id, const void* value) override;
+    [[nodiscard]] std::int32_t loadModel(std::string path) override;
+    [[nodiscard]] std::int32_t saveModel(std::string toolName, std::string path) override;
+    Tag getCatalogue() override;
 
     // Hooks::KeyEventCallback
     void onKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt, bool shift) override;

@@ -55,6 +55,8 @@ public:
 
     /// The panel as layout tags; empty while none is being built.
     [[nodiscard]] const Tag& getTag() const { return layout_; }
+    /// True if a control was ever added.
+    [[nodiscard]] bool hasControls() const { return nextId_ > 0; }
     /// In order of the calls.
     [[nodiscard]] const std::vector<Binding>& getBindings() const { return bindings_; }
 

@@ -117,6 +117,8 @@ public:
     /// What the tool wants saved with it.
     Tag& getCustomData(Tag& out);
     void setCustomData(Tag data);
+    /// True if the tool described a panel with a control in it.
+    [[nodiscard]] bool hasPanel() const { return panelLayout_.hasControls(); }
     /// The host's time changed outside a take.
     void timeChanged(double time);
 

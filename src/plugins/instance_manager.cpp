@@ -6,13 +6,10 @@
 #include "core/setting_ids.h"
 #include "instance/plugin_instance.h"
 #include "platform/files.h"
-#include "plugins/extension_ids.h"
 #include "plugins/instance_reference.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/instanciatable.h"
-#include "plugins/library.h"
 #include "plugins/library_manager.h"
-#include "plugins/plugin.h"
 #include "plugins/root_plugin.h"
 
 #include <algorithm>
@@ -52,34 +49,6 @@ void InstanceManager::initialize() {
 
 void InstanceManager::destroyRoot() {
     const Util::Owned<InstanceReference> root = std::move(root_); // there is none from here on
-}
-
-std::int32_t InstanceManager::getCatalogueSize() const {
-    return static_cast<std::int32_t>(catalogue_.size());
-}
-
-InstanceManager::Instanciatable* InstanceManager::getCatalogueEntry(std::int32_t index) const {
-    return index >= 0 && index < getCatalogueSize()
-               ? catalogue_[static_cast<std::size_t>(index)].get()
-               : nullptr;
-}
-
-void InstanceManager::clearCatalogue() {
-    while (!catalogue_.empty())
-        catalogue_.pop_back();
-}
-
-void InstanceManager::buildCatalogue() {
-    clearCatalogue();
-    const LibraryManager& libraries = *LibraryManager::instance();
-    for (std::int32_t i = 0; i < libraries.getLibraryCount(); ++i) {
-        const Library& library = *libraries.getLibrary(i);
-        for (std::int32_t j = 0; j < library.getPluginCount(); ++j) {
-            Plugin* const plugin = library.getPlugin(j);
-            if (!plugin->getDescriptor()->supportsExtension(DescriptorExtension::kInternal))
-                catalogue_.emplace_back(new Instanciatable(plugin));
-        }
-    }
 }
 
 std::vector<PluginInstance*> InstanceManager::getInstances(bool checkedOnly) const {

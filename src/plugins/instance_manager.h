@@ -7,7 +7,9 @@
 #include "core/util/thread_check.h"
 #include "data/tag.h"
 #include "instance/instance_names.h"
+#include "plugins/instance_reference.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -15,7 +17,6 @@
 
 namespace MVR {
 
-class InstanceReference;
 class PluginInstance;
 
 /// Owns the tree of placed tools, the catalogue of what the user can create, and the list of what
@@ -41,9 +42,13 @@ public:
     [[nodiscard]] std::int32_t getCatalogueSize() const;
     /// Null if `index` is out of range. Valid until the next buildCatalogue().
     [[nodiscard]] Instanciatable* getCatalogueEntry(std::int32_t index) const;
-    /// Builds the catalogue anew from the loaded plug-ins that aren't internal.
+    /// Builds the catalogue anew: the loaded plug-ins that aren't internal, then the models of the
+    /// PRM folders. Ends all pointers to entries.
     void buildCatalogue();
     void addPrmFolder(const std::string& path) { prmFolders_.push_back(path); }
+    /// An element "Catalogue" with an element "entry" for each entry, in order; see
+    /// CoreInterface::getCatalogue().
+    [[nodiscard]] Tag describeCatalogue() const;
 
     /// Creates the tools that `data` describes, an element "MVR" with children "MVR_Plugin" or a
     /// single "MVR_Plugin", as the last children of `parent`, or of the root if it is null. All of
@@ -56,6 +61,9 @@ public:
     /// Moves `dragged` to the end of the children of `target` in one undo step. Does nothing if
     /// `target` is `dragged` or below it.
     void relocate(InstanceReference* dragged, InstanceReference* target);
+    /// Reads a model's file and creates its tools below `parent`, or the root if it is null; the
+    /// model becomes recent. See CoreInterface::loadModel() for the codes.
+    [[nodiscard]] std::int32_t createFromFile(const std::string& path, InstanceReference* parent);
 
     [[nodiscard]] std::int32_t getRecentCount() const;
     /// A copy; index 0 is the oldest. Out of range: an empty tag.
@@ -86,7 +94,31 @@ public:
     /// The names that tools of the tree use; kept by the instances.
     [[nodiscard]] InstanceNames& getNames() { return names_; }
 
+    // The tree's control, whose items stand for references.
+    /// The selected item's, null if there is none.
+    [[nodiscard]] InstanceReference* getSelected() const { return selected_.get(); }
+    /// Another item was selected, or none: its tool may select its object in the host.
+    void select(InstanceReference* reference);
+    /// A drag begins at an item; false if it has to end at once, as the root can't be moved.
+    [[nodiscard]] bool beginDrag(InstanceReference* reference);
+    [[nodiscard]] bool isDragging() const { return isDragging_; }
+    /// The mouse button is let go, over an item or none: relocates, unless Ctrl is held.
+    void endDrag(InstanceReference* target, bool isCtrlHeld);
+    /// The delete key: deletes the selected tool with its scene objects, but never the root.
+    void deleteSelected();
+    /// The label of an item is about to be edited: gives the text to begin with.
+    [[nodiscard]] std::string beginLabelEdit(InstanceReference& reference);
+    /// The edit ended; `text` is null if the user gave it up.
+    void endLabelEdit(InstanceReference* reference, const std::string* text);
+
 private:
+    struct Creation {
+        InstanceReference* first = nullptr;
+        std::size_t missing = 0; // tools of the data that could not be made
+    };
+
+    Creation createAll(const Tag& data, InstanceReference* parent, bool addToRecent);
+    void addModels(const std::string& folder);
     void clearCatalogue();
 
     InstanceNames names_;
@@ -94,6 +126,9 @@ private:
     std::deque<Tag> recent_; // oldest first
     std::vector<Util::Owned<Instanciatable>> catalogue_;
     std::vector<std::string> prmFolders_; // where "*.prm" files lie
+    InstanceReference::Watch selected_{nullptr};
+    InstanceReference::Watch dragged_{nullptr};
+    bool isDragging_ = false;
 };
 
 } // namespace MVR

@@ -11,6 +11,8 @@
 #include "plugins/instance_reference_restore.h"
 #include "plugins/plugin.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <initializer_list>
 #include <vector>
 
@@ -31,6 +33,22 @@ std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
     for (InstanceReference* reference : references)
         watches.emplace_back(reference);
     return watches;
+}
+
+/// The elements "MVR_Plugin" below an element, at any depth.
+std::size_t countTools(const Tag& top) {
+    std::size_t count = 0;
+    std::vector<const Tag*> waiting{&top};
+    while (!waiting.empty()) {
+        const Tag& tag = *waiting.back();
+        waiting.pop_back();
+        for (std::int32_t i = 0; i < tag.childCount(); ++i)
+            if (tag.child(i).hasName("MVR_Plugin")) {
+                ++count;
+                waiting.push_back(&tag.child(i));
+            }
+    }
+    return count;
 }
 
 Tag wrap(const Tag& data, Log& entry) {
@@ -75,6 +93,11 @@ void finishCreation(InstanceReference& holder, Log& entry) {
 
 InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* parent,
                                            bool addToRecent) {
+    return createAll(data, parent, addToRecent).first;
+}
+
+InstanceManager::Creation InstanceManager::createAll(const Tag& data, InstanceReference* parent,
+                                                     bool addToRecent) {
     Log entry("Creating instance", Log::Notice);
     if (parent == nullptr)
         parent = root_.get();
@@ -89,6 +112,10 @@ InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* p
     Util::Owned<InstanceReference> holder(new InstanceReference);
     adaptor.beginUndo("New Template");
     instantiateAll(getCore(), wrapper, *holder, entry);
+    std::vector<InstanceReference*> made;
+    holder->collectInstances(made);
+    const std::size_t wanted = countTools(wrapper) + 1; // with the holder
+    const std::size_t missing = wanted - std::min(wanted, made.size());
 
     entry.write("Setting object hierarchies");
     entry.write("Setting object attributes");
@@ -114,7 +141,7 @@ InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* p
     }
     holder.reset();
     adaptor.redraw();
-    return first;
+    return {first, missing};
 }
 
 InstanceReference* InstanceManager::createByType(const std::string& type, const std::string& name,

@@ -17,6 +17,7 @@ class AdaptorInterface;
 class CoreImplementation;
 class PluginInstance;
 class SceneNode;
+struct MenuItem;
 
 /// What a save writes, and what a pass of applyAttributes() reads. A pass ignores bits that it has
 /// no use for.
@@ -28,6 +29,8 @@ constexpr std::uint32_t kSelection = 0x00100;    ///< the scene nodes that the m
 constexpr std::uint32_t kCustomData = 0x01000;   ///< what the tool itself adds
 constexpr std::uint32_t kNoChildren = 0x10000;   ///< leaves out the tools below
 constexpr std::uint32_t kAnyNodeInfo = 0x007FF;  ///< any of these makes "nodeinfo" appear
+constexpr std::uint32_t kModel = 0x019CF;        ///< a model's file
+constexpr std::uint32_t kClone = 0x0194F;        ///< a copy within the scene
 constexpr std::uint32_t kScene = 0x0B848;        ///< the whole tree, for the host's scene
 constexpr std::uint32_t kDetached = 0x1B848;     ///< one tool, for the host to keep beside it
 } // namespace SaveMask
@@ -107,6 +110,21 @@ public:
     /// doesn't describe this tool. A failure further down is logged only.
     [[nodiscard]] std::int32_t applyAttributes(const Tag& data, std::uint32_t stages);
 
+    /// Writes this tool and those below as a model's file. False, with the reason in the log and
+    /// an old file whole, if that fails.
+    [[nodiscard]] bool saveModelFile(const std::string& path);
+    /// Asks the user for a file, writes the model and tells whether it was saved.
+    void savePrm();
+    /// A copy of this tool and those below beside it, with copies of the host's objects that hang
+    /// below their nodes, in one undo step. Null for the root, or if nothing came into being. If a
+    /// tool of the copy made other nodes, the user is told and the host's objects are left out.
+    InstanceReference* clone();
+    /// The items of the node's context menu.
+    [[nodiscard]] std::vector<MenuItem> getMenu() const;
+    /// Does what the menu's item of that command does; nothing for an unknown one. The reference
+    /// may be destroyed by it.
+    void runMenuCommand(std::int32_t command);
+
 private:
     struct Departure;
     struct Pass;
@@ -118,6 +136,7 @@ private:
     [[nodiscard]] std::int32_t applyToNodes(const Tag& nodeInfo, std::uint32_t stages);
     [[nodiscard]] std::int32_t applyParent(SceneNode& node, const Tag& parent);
     void applySelection(const Tag& nodeInfo);
+    void browse();
     PluginInstance* findOwner(const Tag& tag);
     void saveThis(Tag& out, std::uint32_t mask);
     Tag saveNodes(std::uint32_t mask);

@@ -1,13 +1,111 @@
 #include "plugins/instanciatable.h"
 
+#include "core/core_implementation.h"
+#include "data/xml_resources.h"
+#include "platform/files.h"
+#include "plugins/model_paths.h"
 #include "plugins/plugin.h"
 
-namespace MVR {
+#include <algorithm>
+#include <cstddef>
+#include <unordered_set>
+#include <utility>
 
-InstanceManager::Instanciatable::Instanciatable(Plugin* plugin)
-    : data_(plugin->getDefaultData("")), name_(plugin->getName()),
-      version_(plugin->getDescriptor()->getVersionText()),
+namespace MVR {
+namespace {
+
+constexpr std::uint16_t kToolPage = 196;
+constexpr std::uint16_t kModelPage = 197;
+constexpr const char* kPictureFile = R"(\mainicon_125_100.bmp)";
+constexpr const char* kSharedData = R"([SHAREDDATAPATH]\)";
+constexpr const char* kToolPicture = R"([SHAREDDATAPATH]\CORE\icons\icon_primitive_substitute.bmp)";
+constexpr const char* kModelPicture = R"([SHAREDDATAPATH]\CORE\icons\icon_prm_substitute.bmp)";
+
+constexpr std::size_t kModelSuffix = 4; // ".prm"
+
+/// The file's name without folder and suffix.
+std::string nameOfModel(const std::string& path) {
+    std::string name = path.substr(path.find_last_of("/\\") + 1);
+    name.resize(name.size() - std::min(name.size(), kModelSuffix));
+    return name;
+}
+
+} // namespace
+
+InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, Plugin* plugin)
+    : MessageNode("Instanciatable"), CoreSubSystem(owner), data_(plugin->getDefaultData("")),
+      name_(plugin->getName()), version_(plugin->getDescriptor()->getVersionText()),
       about_(plugin->getDescriptor()->getAbout()), categories_(plugin->getCategories()),
       plugin_(plugin) {}
+
+InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, Tag data,
+                                                const std::string& path)
+    : MessageNode("Instanciatable"), CoreSubSystem(owner), data_(std::move(data)), file_(path) {
+    if (data_.hasName("MVR_Plugin")) {
+        name_ = data_.child("name").value();
+        version_ = data_.child("version").value();
+        about_ = data_.child("about").value();
+        for (std::int32_t i = 0; i < data_.childCount(); ++i)
+            if (const Tag& child = data_.child(i);
+                child.hasName("category") && !child.value().empty())
+                categories_.push_back(child.value());
+    }
+    if (name_.empty())
+        name_ = nameOfModel(path);
+    if (version_.empty())
+        version_ = "1.0";
+    const std::string folder = data_.attribute("path");
+    if (data_.childCount("path") == 0)
+        data_.addChild(Tag::element("path", folder));
+    else
+        data_.child("path").addChild(Tag::textNode(folder));
+}
+
+void InstanceManager::Instanciatable::collectRequired(const Names& entries) {
+    required_.clear();
+    std::unordered_set<const Instanciatable*> known;
+    std::vector<const Tag*> waiting{&data_};
+    while (!waiting.empty()) {
+        const Tag& tag = *waiting.back();
+        waiting.pop_back();
+        if (&tag != &data_) {
+            const auto found = entries.find(tag.child("type").value());
+            if (found != entries.end() && known.insert(found->second).second)
+                required_.push_back(found->second);
+        }
+        const std::size_t first = waiting.size();
+        for (std::int32_t i = 0; i < tag.childCount(); ++i)
+            if (tag.child(i).hasName("MVR_Plugin"))
+                waiting.push_back(&tag.child(i));
+        std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
+    }
+}
+
+std::string InstanceManager::Instanciatable::findPicture() const {
+    if (plugin_ != nullptr) {
+        std::string picture = kSharedData + plugin_->getDescriptor()->getKey() + kPictureFile;
+        return Platform::fileExists(expandPathMacros(picture)) ? picture : kToolPicture;
+    }
+    // The file itself may hold an element "path", and lead anywhere by it.
+    std::string picture =
+        findModelFile(data_.attribute("path"), data_.child("path").value() + kPictureFile);
+    return picture.empty() ? kModelPicture : picture;
+}
+
+InstanceManager::Instanciatable::Page InstanceManager::Instanciatable::describePage() const {
+    Page page{plugin_ != nullptr ? kToolPage : kModelPage,
+              name_,
+              "Version: " + version_,
+              about_,
+              findPicture(),
+              {}};
+    for (const Instanciatable* entry : required_)
+        page.required.push_back(entry->name_);
+    return page;
+}
+
+InstanceReference* InstanceManager::Instanciatable::create() const {
+    return getCore()->create(data_, getCore()->getSelected(), true);
+}
 
 } // namespace MVR

@@ -1,38 +1,79 @@
 #pragma once
 
+#include "core/core_sub_system.h"
 #include "core/util/dynamic_object.h"
+#include "core/util/message_node.h"
 #include "data/tag.h"
 #include "plugins/instance_manager.h"
 
+#include <cstdint>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace MVR {
 
+class InstanceReference;
 class Plugin;
 
-/// One thing that the user can create, as the catalogue shows it.
-class InstanceManager::Instanciatable final : public Util::DynamicObject {
+/// One thing that the user can create, as the catalogue shows it: a kind of tool, or a model.
+class InstanceManager::Instanciatable final
+    : public Util::DynamicObject,
+      public Util::DynamicCreator<InstanceManager::Instanciatable>,
+      public Util::MessageNode,
+      public CoreSubSystem {
 public:
-    /// The entry of a tool.
-    explicit Instanciatable(Plugin* plugin);
+    /// Entries by their names; of one name the first.
+    using Names = std::unordered_map<std::string_view, Instanciatable*>;
 
-    [[nodiscard]] const std::string& getName() const { return name_; }
+    /// The entry of a tool.
+    Instanciatable(CoreImplementation* owner, Plugin* plugin);
+    /// The entry of a model, read from the file at `path`; of one that couldn't be read what came
+    /// before the fault.
+    Instanciatable(CoreImplementation* owner, Tag data, const std::string& path);
+
+    /// The name that the user sees.
+    [[nodiscard]] std::string getName() const override { return name_; }
     [[nodiscard]] const std::string& getVersion() const { return version_; }
     [[nodiscard]] const std::string& getAbout() const { return about_; }
     /// What InstanceManager::create() takes to create it.
     [[nodiscard]] const Tag& getData() const { return data_; }
+    /// Null for a model.
     [[nodiscard]] Plugin* getPlugin() const { return plugin_; }
+    /// The model's file; "" for a tool.
+    [[nodiscard]] const std::string& getFile() const { return file_; }
     /// Where the entry is filed.
     [[nodiscard]] const std::vector<std::string>& getCategories() const { return categories_; }
+    /// The entries of the tools that a model is made of, each once.
+    [[nodiscard]] const std::vector<Instanciatable*>& getRequired() const { return required_; }
+    /// Fills getRequired(), when all entries exist.
+    void collectRequired(const Names& entries);
+
+    /// What the entry's page of information shows.
+    struct Page {
+        std::uint16_t layout; ///< the number of its XML resource
+        std::string name;
+        std::string version;
+        std::string about;
+        std::string picture; ///< path macros not expanded
+        std::vector<std::string> required;
+    };
+    [[nodiscard]] Page describePage() const;
+    /// The page's button: creates this below the selected tool, and enters it as recent.
+    InstanceReference* create() const;
 
 private:
+    [[nodiscard]] std::string findPicture() const;
+
     Tag data_;
     std::string name_;
     std::string version_;
     std::string about_;
     std::vector<std::string> categories_;
-    Plugin* plugin_; // not owned
+    Plugin* plugin_ = nullptr; // not owned
+    std::string file_;
+    std::vector<Instanciatable*> required_;
 };
 
 } // namespace MVR

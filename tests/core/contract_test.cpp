@@ -53,7 +53,10 @@ TEST(ContractTest, TheCoresOperationsFollowThoseOfItsNode) {
                   slotOf(addPropertyOf<std::int32_t>()),
                   slotOf(addPropertyOf<bool>()),
                   slotOf(&CoreInterface::getProperty),
-                  slotOf(&CoreInterface::setProperty)},
+                  slotOf(&CoreInterface::setProperty),
+                  slotOf(&CoreInterface::loadModel),
+                  slotOf(&CoreInterface::saveModel),
+                  slotOf(&CoreInterface::getCatalogue)},
                  15); // 13 operations of the node, then its destructor's two
 }
 

@@ -23,7 +23,23 @@ void TestNode::release(SceneNode* handle) {
     if (handle == this) {
         linked = false;
         owner_ = nullptr;
+    } else {
+        --handles;
     }
+}
+
+void TestNode::setParent(SceneNode* node) {
+    if (parent != nullptr)
+        parent->children.erase(std::remove(parent->children.begin(), parent->children.end(), this),
+                               parent->children.end());
+    parent = static_cast<TestNode*>(node);
+    if (parent != nullptr)
+        parent->children.push_back(this);
+}
+
+SceneNode* TestNode::duplicate(std::int32_t) {
+    copies.push_back(std::make_unique<TestNode>(name_ + " copy", nullptr));
+    return give(copies.back().get());
 }
 
 void TestNode::destroy(std::int32_t deleteScene) {

@@ -3,8 +3,11 @@
 #include "plugins/scene_node.h"
 
 #include <array>
+#include <cstddef>
 #include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace MVR::Testing {
 
@@ -19,7 +22,10 @@ public:
     bool visible = true;
     bool selected = false;
     bool destroyed = false;
-    bool linked = true; ///< to its tool
+    bool linked = true;                            ///< to its tool
+    std::vector<TestNode*> children;               ///< kept by setParent()
+    std::vector<std::unique_ptr<TestNode>> copies; ///< made by duplicate()
+    int handles = 0;                               ///< given out and not given back
     std::map<double, std::array<double, 3>> positions;
     std::map<double, std::array<double, 4>> rotations;
 
@@ -29,9 +35,11 @@ public:
     void hide() override { visible = false; }
     bool isVisible() override { return visible; }
     void select() override { selected = true; }
-    SceneNode* getParent() override { return parent; }
-    std::int32_t getChildCount() override { return 0; }
-    SceneNode* getChild(std::int32_t) override { return nullptr; }
+    SceneNode* getParent() override { return give(parent); }
+    std::int32_t getChildCount() override { return static_cast<std::int32_t>(children.size()); }
+    SceneNode* getChild(std::int32_t index) override {
+        return give(children[static_cast<std::size_t>(index)]);
+    }
     void release(SceneNode* handle) override;
     std::intptr_t bindTest(CInterface*, std::string) override { return 0; }
     TransformAccess* getTransformAccess(double time) override { return getSnapshot(time); }
@@ -39,11 +47,11 @@ public:
     void setVisibilityController(VisibilityController*) override {}
     void releaseTransformAccess(TransformAccess*) override {}
     bool isSameNode(SceneNode* other) override { return other == this; }
-    void setParent(SceneNode* node) override { parent = static_cast<TestNode*>(node); }
+    void setParent(SceneNode* node) override;
     void setName(std::string newName) override { hostName = newName; }
     std::string getHostName() override { return hostName; }
     void destroy(std::int32_t deleteScene) override;
-    SceneNode* duplicate(std::int32_t) override { return nullptr; }
+    SceneNode* duplicate(std::int32_t flag) override;
     TransformSnapshot* getSnapshot(double time) override;
     HelperSnapshot* getHelperSnapshot() override { return nullptr; }
     MeshSnapshot* getMeshSnapshot(double) override { return nullptr; }
@@ -63,6 +71,11 @@ public:
     void setRotation(const double quaternion[4]) override;
 
 private:
+    SceneNode* give(TestNode* node) {
+        handles += node != nullptr;
+        return node;
+    }
+
     double time_ = 0;
 };
 

@@ -1,0 +1,131 @@
+#include "plugins/instance_reference.h"
+
+#include "core/adaptor_interface.h"
+#include "core/core_implementation.h"
+#include "instance/plugin_instance.h"
+#include "platform/choosers.h"
+#include "plugins/scene_node.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <unordered_set>
+
+namespace MVR {
+namespace {
+
+constexpr std::size_t kNoParent = static_cast<std::size_t>(-1);
+
+/// A node of the branch: those of its tools, then the host's objects below them, which are handles
+/// of the entry at `parent`, each behind it.
+struct BranchNode {
+    SceneNode* node;
+    std::size_t parent;
+};
+
+/// The scene below some tools.
+class Branch {
+public:
+    Branch(AdaptorInterface& adaptor, InstanceReference& top) {
+        std::vector<InstanceReference*> references;
+        top.collectInstances(references);
+        for (InstanceReference* reference : references) {
+            owners_.insert(reference->getInstance());
+            for (SceneNode* node : adaptor.getNodes(reference->getInstance()))
+                nodes_.push_back({node, kNoParent});
+        }
+        toolNodes_ = nodes_.size();
+    }
+    Branch(const Branch&) = delete;
+    Branch& operator=(const Branch&) = delete;
+    /// Gives the handles back, last first, so that none outlives the one that gave it.
+    ~Branch() {
+        for (; nodes_.size() > toolNodes_; nodes_.pop_back())
+            nodes_[nodes_.back().parent].node->release(nodes_.back().node);
+    }
+
+    /// Of the tools, before `collectHostObjects`; later of all.
+    [[nodiscard]] std::size_t size() const { return nodes_.size(); }
+    [[nodiscard]] std::size_t toolNodeCount() const { return toolNodes_; }
+    [[nodiscard]] const BranchNode& operator[](std::size_t index) const { return nodes_[index]; }
+    [[nodiscard]] bool owns(const SceneNode& node) const {
+        return node.getOwner() != nullptr && owners_.count(node.getOwner()) != 0;
+    }
+
+    /// Appends what hangs below the nodes and belongs to no tool of the branch, at any depth.
+    void collectHostObjects() {
+        for (std::size_t i = 0; i < nodes_.size(); ++i) {
+            const std::int32_t count = nodes_[i].node->getChildCount();
+            for (std::int32_t j = 0; j < count; ++j) {
+                SceneNode* const child = nodes_[i].node->getChild(j);
+                if (child != nullptr && owns(*child))
+                    nodes_[i].node->release(child);
+                else if (child != nullptr)
+                    nodes_.push_back({child, i});
+            }
+        }
+    }
+
+private:
+    std::vector<BranchNode> nodes_;
+    std::size_t toolNodes_ = 0;
+    std::unordered_set<const CInterface*> owners_;
+};
+
+/// Hangs the copies' nodes below the outer parents that the nodes of the source have.
+void copyOuterParents(const Branch& source, const Branch& copy) {
+    const std::size_t count = std::min(source.toolNodeCount(), copy.toolNodeCount());
+    for (std::size_t i = 0; i < count; ++i) {
+        SceneNode& node = *source[i].node;
+        SceneNode* const parent = node.getParent();
+        if (parent == nullptr)
+            continue;
+        if (!source.owns(*parent))
+            copy[i].node->setParent(parent);
+        node.release(parent);
+    }
+}
+
+/// Copies the source's host objects to the same places below the copy.
+void copyHostObjects(const Branch& source, const Branch& copy) {
+    std::vector<SceneNode*> copies;
+    copies.reserve(source.size());
+    for (std::size_t i = 0; i < copy.toolNodeCount(); ++i)
+        copies.push_back(copy[i].node);
+    for (std::size_t i = copies.size(); i < source.size(); ++i)
+        copies.push_back(source[i].node->duplicate(0));
+    for (std::size_t i = source.toolNodeCount(); i < source.size(); ++i)
+        if (copies[i] != nullptr && copies[source[i].parent] != nullptr)
+            copies[i]->setParent(copies[source[i].parent]);
+    for (std::size_t i = source.size(); i-- > source.toolNodeCount();)
+        if (copies[i] != nullptr)
+            source[i].node->release(copies[i]);
+}
+
+} // namespace
+
+InstanceReference* InstanceReference::clone() {
+    CoreImplementation* const core = getCore();
+    InstanceReference* const parent = getParentReference();
+    if (core == nullptr || parent == nullptr)
+        return nullptr;
+    AdaptorInterface& adaptor = *core->getAdaptor();
+    adaptor.beginUndo("Clone Oskel Tool"); // else the host's objects would be steps of their own
+    Tag data;
+    (void)save(data, SaveMask::kClone);
+    const Watch self(this); // a tool in the making may take this one away
+    InstanceReference* const made = core->create(data, parent, true);
+    if (made != nullptr && self.get() != nullptr) {
+        Branch source(adaptor, *this);
+        const Branch copy(adaptor, *made);
+        source.collectHostObjects();
+        copyOuterParents(source, copy);
+        if (copy.toolNodeCount() == source.toolNodeCount())
+            copyHostObjects(source, copy);
+        else
+            core->messageBox(0, "Primitive node count mismatch!", "", Platform::kButtonsOk);
+    }
+    adaptor.endUndo();
+    return made;
+}
+
+} // namespace MVR

@@ -25,6 +25,7 @@ bench  libbenchmark-dev    -                  Google Benchmark: times and median
 bench  libtinyxml2-dev     -                  Peer: tag text
 bench  libpugixml-dev      -                  Peer: tag text
 bench  zlib1g-dev          -                  Peer: the codec
+bench  libssl-dev          -                  Peer: OpenSSL's base64
 bench  libboost-dev        -                  Peer: Boost.Signals2, beside the message network
 bench  python3             python3            Prints the table
 fuzz   clang-14            clang++-14         libFuzzer comes with clang

@@ -1,0 +1,97 @@
+// Memory that is counted, and the measuring of what uses it. Replaces the process's allocation, so
+// it is included once in a program. "warm" topics use memory that the process has used before;
+// "fresh" ones give it back to the system ahead of each round, so that each page is touched for the
+// first time, as on the first load of a file.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+
+inline std::size_t liveBytes = 0;
+inline std::size_t peakBytes = 0;
+
+inline void* countedAllocate(std::size_t size) {
+    void* memory = std::malloc(size);
+    if (!memory)
+        std::abort();
+    liveBytes += malloc_usable_size(memory);
+    peakBytes = std::max(peakBytes, liveBytes);
+    return memory;
+}
+
+inline void countedFree(void* memory) {
+    liveBytes -= malloc_usable_size(memory);
+    std::free(memory);
+}
+
+void* operator new(std::size_t size) {
+    return countedAllocate(size);
+}
+void* operator new[](std::size_t size) {
+    return countedAllocate(size);
+}
+void operator delete(void* memory) noexcept {
+    countedFree(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    countedFree(memory);
+}
+void operator delete[](void* memory) noexcept {
+    countedFree(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    countedFree(memory);
+}
+
+inline std::uint32_t hashOf(std::string_view bytes) {
+    return static_cast<std::uint32_t>(
+        crc32(0, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size())));
+}
+
+// `work` gives the hash of its result, which is taken outside of the time.
+inline void measure(benchmark::State& state, bool fresh, const std::function<void()>& work,
+                    const std::function<std::uint32_t()>& hash = {}) {
+    // Else the allocator gives memory back on its own whenever much was freed, warm or not.
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    const std::size_t before = liveBytes;
+    peakBytes = liveBytes;
+    for (auto round : state) {
+        if (fresh) {
+            state.PauseTiming();
+            malloc_trim(0);
+            state.ResumeTiming();
+        }
+        work();
+    }
+    state.counters["peak_bytes"] = static_cast<double>(peakBytes - before);
+    if (hash)
+        state.counters["hash"] = hash();
+}
+
+using Bytes = std::unique_ptr<Bytef[]>;
+
+// zlib with no more than Huffman codes, in one call.
+inline std::size_t deflateHuffman(const std::string& text, Bytes& out) {
+    z_stream stream{};
+    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 15, 9, Z_HUFFMAN_ONLY);
+    const uLong bound = deflateBound(&stream, text.size());
+    out.reset(new Bytef[bound]);
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = out.get();
+    stream.avail_out = static_cast<uInt>(bound);
+    deflate(&stream, Z_FINISH);
+    deflateEnd(&stream);
+    return stream.total_out;
+}

@@ -21,8 +21,8 @@ inline const std::string& inputPath() {
 inline const std::string& writeInput(const std::uint8_t* bytes, std::size_t size) {
     static const int registered = std::atexit([] { std::remove(inputPath().c_str()); });
     std::FILE* const file = std::fopen(inputPath().c_str(), "wb");
-    if (registered != 0 || file == nullptr || std::fwrite(bytes, 1, size, file) != size ||
-        std::fclose(file) != 0)
+    if (registered != 0 || file == nullptr ||
+        (size > 0 && std::fwrite(bytes, 1, size, file) != size) || std::fclose(file) != 0)
         std::abort();
     return inputPath();
 }

@@ -1,0 +1,113 @@
+// Files of presets of any bytes: they are read whole or not at all, what was read goes onto a tool
+// and comes back from it, and saving or removing a preset leaves every other one where it was.
+
+#include "core/core_implementation.h"
+#include "core/entry.h"
+#include "core/log.h"
+#include "input_file.h"
+#include "instance/plugin_instance.h"
+#include "plugins/instance_reference.h"
+#include "support/test_adaptor.h"
+#include "unidevice/control.h"
+#include "unidevice/profile_managers.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <string>
+
+namespace {
+
+using namespace MVR;
+namespace fs = std::filesystem;
+
+void require(bool holds) {
+    if (!holds)
+        std::abort();
+}
+
+/// Attached as long as the process runs, with one tool.
+struct Host {
+    Host() {
+        setenv("MIRVANE_REGISTRY", writeInput(nullptr, 0).c_str(), 1); // no folders
+        libraryLoaded(Platform::ownModule());
+        auto* const core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
+        require(core != nullptr);
+        InstanceReference* const reference = core->createByType("Empty Plugin", "Tool", false);
+        require(reference != nullptr);
+        tool = reference->getInstance();
+        for (const char* name : {"Move", "Turn"})
+            tool->addProperty(name, UniDevice::finite | UniDevice::binary, nullptr);
+        Log::setThreshold(Log::Critical); // else the log of refusals fills the memory
+    }
+
+    MVR::Testing::RecordingAdaptor adaptor;
+    PluginInstance* tool = nullptr;
+};
+
+/// The files of an input; they go with this object.
+struct Folder {
+    explicit Folder(const std::string& input) : path(inputPath() + ".folder") {
+        fs::create_directory(path);
+        for (const char* name : {"/file.oip", "/file.ocp"})
+            fs::copy_file(input, path + name);
+    }
+    ~Folder() { fs::remove_all(path); }
+    std::string path;
+};
+
+using Names = std::multiset<std::string>;
+
+Names namesIn(ProfileManager& list, const std::string& path) {
+    Names names;
+    for (const Tag& preset : list.loadFile(path)) {
+        require(preset.kind() == Tag::Element && preset.hasName("profile"));
+        names.insert(list.elementName(preset));
+    }
+    require(names.size() <= static_cast<std::size_t>(ProfileManager::kMostProfiles));
+    return names;
+}
+
+void removeEach(ProfileManager& list, const std::string& folder, const std::string& file) {
+    const Names before = namesIn(list, file);
+    for (const std::string& name : std::set<std::string>(before.begin(), before.end())) {
+        Tag preset = Tag::element("profile");
+        preset.attributeRef("name") = name;
+        Names expected = namesIn(list, file);
+        const Names all = expected;
+        expected.erase(name);
+        list.removeFromFile(preset, file);
+        const Names left = namesIn(list, file);
+        require(left == expected || left == all); // all: what can't be written again stays
+        const std::string own = list.saveToFile(preset, folder);
+        if (own.empty())
+            continue;
+        require(fs::path(own).parent_path() == folder && namesIn(list, own).count(name) == 1);
+        list.removeFromFile(preset, own);
+        require(namesIn(list, own).count(name) == 0);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static Host& host = *new Host;
+    const Folder folder(writeInput(data, size));
+    InputProfileManager inputs;
+    ConfigProfileManager configs;
+    inputs.addSourcePath(folder.path);
+    inputs.reload();
+    for (std::int32_t i = 0; i < inputs.elementCount(); ++i) {
+        const Tag& preset = inputs.element(i)->data;
+        const std::int32_t missing = host.tool->applyInputProfile(preset);
+        require(missing >= 0 && missing <= preset.childCount());
+        require(host.tool->applyInputProfile(host.tool->getInputProfile("again")) == 0);
+    }
+    removeEach(inputs, folder.path, folder.path + "/file.oip");
+    removeEach(configs, folder.path, folder.path + "/file.ocp");
+    for (const auto& file : fs::directory_iterator(folder.path)) {
+        const std::string name = file.path().filename().string();
+        require(name == "file.oip" || name == "file.ocp" || name == ".mvr-lock");
+    }
+    return 0;
+}

@@ -19,8 +19,9 @@ class CoreImplementation;
 class Library;
 class PluginInstance;
 
-/// One kind of tool: owns its descriptor, lays out its folders, makes and keeps its instances. It
-/// lives as long as its library, its instances belong to one attachment each. Host thread only.
+/// One kind of tool: owns its descriptor, lays out its folders, keeps the presets that its
+/// instances share, makes and keeps the instances. It lives as long as its library, its instances
+/// belong to one attachment each. Host thread only.
 class Plugin final : public Util::DynamicObject, public Util::MessageNode {
 public:
     /// A new plug-in of `library`, which owns it; it owns `descriptor`. Without one of them: null,

@@ -5,6 +5,7 @@
 #include "platform/folder_lock.h"
 #include "platform/temporary_folder.h"
 #include "support/scripted_device.h"
+#include "support/vtable_slot.h"
 #include "unidevice/emulated_trinary_device.h"
 #include "unidevice/property.h"
 
@@ -266,6 +267,15 @@ TEST_F(ProfileListTest, AFolderThatSomebodyKeepsIsLeftAlone) {
     }
     inputs.removeFromFile(preset("a"), folder.path + "a.oip");
     EXPECT_FALSE(std::filesystem::exists(folder.path + "a.oip"));
+}
+
+TEST(ProfileContractTest, OrderOfVirtualOperationsIsFrozen) {
+    using MVR::Testing::slotOf;
+    using List = XMLFileManager;
+    EXPECT_THAT((std::vector{slotOf(&List::saveToFile), slotOf(&List::loadFile),
+                             slotOf(&List::removeFromFile), slotOf(&List::elementName),
+                             slotOf(&List::fileFilter)}),
+                testing::ElementsAre(0, 1, 2, 3, 4));
 }
 
 struct StoredProfilesTest : InputTest {};

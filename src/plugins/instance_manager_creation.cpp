@@ -146,7 +146,9 @@ InstanceManager::Creation InstanceManager::createAll(const Tag& data, InstanceRe
 
 InstanceReference* InstanceManager::createByType(const std::string& type, const std::string& name,
                                                  bool addToRecent) {
-    return create(Plugin::makeData(type, name), nullptr, addToRecent);
+    Tag data = Plugin::makeData(type);
+    data.addChild(Tag::element("name", name));
+    return create(data, nullptr, addToRecent);
 }
 
 void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* target) {

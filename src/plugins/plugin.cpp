@@ -134,15 +134,16 @@ std::vector<std::string> Plugin::getCategories() const {
 }
 
 Tag Plugin::getDefaultData(const std::string& name) const {
-    return makeData(getName(), name);
+    Tag data = makeData(getName());
+    if (!name.empty())
+        data.addChild(Tag::element("name", name));
+    return data;
 }
 
-Tag Plugin::makeData(const std::string& type, const std::string& name) {
+Tag Plugin::makeData(const std::string& type) {
     Tag data = Tag::element("MVR_Plugin");
     data.attributeRef("version") = kToolDataVersion;
     data.addChild(Tag::element("type", type));
-    if (!name.empty())
-        data.addChild(Tag::element("name", name));
     return data;
 }
 

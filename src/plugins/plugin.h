@@ -51,8 +51,8 @@ public:
     /// What InstanceManager::create() needs to make one tool of this kind from nothing; an empty
     /// `name` leaves the name open.
     [[nodiscard]] Tag getDefaultData(const std::string& name) const;
-    /// The same for a kind that needn't be there.
-    [[nodiscard]] static Tag makeData(const std::string& type, const std::string& name);
+    /// The same without a name, for a kind that needn't be there.
+    [[nodiscard]] static Tag makeData(const std::string& type);
     /// The user's folder for files of this kind of tool; ends in "\". Empty if there are no user's
     /// folders.
     [[nodiscard]] std::string getUserDataFolder() const;

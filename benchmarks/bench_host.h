@@ -70,9 +70,10 @@ private:
 };
 
 /// Attached for its life, with a home folder of its own and a quiet log.
-class BenchHost {
+template <class Adaptor>
+class BenchHostOf {
 public:
-    BenchHost() {
+    BenchHostOf() {
         std::string name =
             (std::filesystem::temp_directory_path() / "mirvane_bench_XXXXXX").string();
         home_ = mkdtemp(name.data());
@@ -90,9 +91,9 @@ public:
         core = static_cast<MVR::CoreImplementation*>(MVR::attachAdaptor(&adaptor));
         MVR::Log::setThreshold(MVR::Log::Error);
     }
-    BenchHost(const BenchHost&) = delete;
-    BenchHost& operator=(const BenchHost&) = delete;
-    ~BenchHost() {
+    BenchHostOf(const BenchHostOf&) = delete;
+    BenchHostOf& operator=(const BenchHostOf&) = delete;
+    ~BenchHostOf() {
         adaptor.clearUndo();
         (void)MVR::detachCore(core);
         MVR::libraryUnloading();
@@ -100,9 +101,14 @@ public:
         std::filesystem::remove_all(home_);
     }
 
-    BenchAdaptor adaptor;
+    /// The install folder and the user's documents.
+    const std::filesystem::path& getHome() const { return home_; }
+
+    Adaptor adaptor;
     MVR::CoreImplementation* core = nullptr;
 
 private:
     std::filesystem::path home_;
 };
+
+using BenchHost = BenchHostOf<BenchAdaptor>;

@@ -12,8 +12,8 @@ namespace MVR {
 
 /// The most bytes of a model's file: a mesh of some millions of vertices.
 constexpr std::uint64_t kMostModelBytes = std::uint64_t(256) << 20;
-/// The most bytes of its text when it is decompressed.
-constexpr std::size_t kMostModelTextBytes = std::size_t(1) << 30;
+/// The most bytes of its text when it is decompressed; a tree takes up to 14 times as many.
+constexpr std::size_t kMostModelTextBytes = std::size_t(256) << 20;
 
 /// The folder of a file as a full path, without a separator at its end.
 std::string folderOfFile(const std::string& path);

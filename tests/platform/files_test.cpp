@@ -134,7 +134,8 @@ TEST(Files, WritingKeepsPermissionsAndWritesThroughLinks) {
     EXPECT_EQ(canonicalPath(folder.path + "REAL\\..\\link2"), canonicalPath(target));
     EXPECT_EQ(canonicalPath(folder.path + "loop") + canonicalPath(folder.path + "none"), "");
     for (const FoundFile& file : listFiles(folder.path + "*"))
-        EXPECT_EQ(file.isRegular, file.name.find("link") == 0 || file.name == "dangling") << file.name;
+        EXPECT_EQ(file.isRegular, file.name.find("link") == 0 || file.name == "dangling")
+            << file.name;
 
     EXPECT_FALSE(writeFileAtomic(folder.path + "loop", "x"));
     EXPECT_FALSE(writeFileAtomic(folder.path + "real", "x"));

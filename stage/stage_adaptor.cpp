@@ -2,6 +2,7 @@
 
 #include "core/error_code.h"
 #include "core/log.h"
+#include "stage/import/merge.h"
 #include "stage/scene/scene.h"
 #include "stage/timeline.h"
 #include "stage/undo_list.h"
@@ -46,7 +47,8 @@ MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name
     const bool isNew = scene_.find(name, tool) == nullptr;
     auto* node = static_cast<StageNode*>(createNode(tool, std::move(name), kind, parent));
     if (isNew && mesh != 0) {
-        node->setMesh(*reinterpret_cast<const MVR::CMesh*>(mesh));
+        node->setMesh(
+            std::make_shared<const MVR::CMesh>(*reinterpret_cast<const MVR::CMesh*>(mesh)));
     }
     return node;
 }
@@ -56,6 +58,9 @@ MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name
 }
 
 std::vector<MVR::SceneNode*> StageAdaptor::getNodes(MVR::CInterface* tool) {
+    if (nodesListener_) {
+        nodesListener_(tool);
+    }
     std::vector<MVR::SceneNode*> nodes;
     for (const auto& node : scene_.getNodes()) {
         if (node->getOwner() == tool) {
@@ -65,19 +70,40 @@ std::vector<MVR::SceneNode*> StageAdaptor::getNodes(MVR::CInterface* tool) {
     return nodes;
 }
 
+/// The node of a tool that is gone: from a scene's file, which tells the tool, or from this run,
+/// where only the name is left: a tool's node is called after it, or after it and itself.
+StageNode* StageAdaptor::findSaved(const std::string& tool, const std::string& node) const {
+    StageNode* byName = nullptr;
+    for (const auto& free : scene_.getNodes()) {
+        if (free->getOwner() != nullptr || free->getName() != node) {
+            continue;
+        }
+        if (free->getSavedOwner() == tool) {
+            return free.get();
+        }
+        const std::string& sceneName = free->getSceneName();
+        if (free->getSavedOwner().empty() && byName == nullptr &&
+            (sceneName == tool || sceneName == tool + "_" + node)) {
+            byName = free.get();
+        }
+    }
+    return byName;
+}
+
 std::vector<MVR::SceneNode*> StageAdaptor::resolveNodes(MVR::Tag nodeInfo, std::string name,
                                                         MVR::CInterface* tool) {
-    // A tool's node is called after the tool in the scene, or after the tool and itself.
     std::vector<MVR::SceneNode*> nodes;
-    for (std::int32_t i = 0; i < nodeInfo.childCount("node"); ++i) {
-        const std::string nodeName = nodeInfo.child("node", i).attribute("name");
+    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i) {
+        if (!nodeInfo.child(i).hasName("node")) {
+            continue;
+        }
+        const std::string nodeName = nodeInfo.child(i).attribute("name");
         StageNode* found = scene_.find(nodeName, tool);
-        for (const std::string& hostName : {name + "_" + nodeName, name}) {
-            StageNode* free = found == nullptr ? scene_.findByHostName(hostName) : nullptr;
-            if (free != nullptr && free->getOwner() == nullptr && free->getName() == nodeName) {
-                free->setOwner(tool);
-                found = free;
-            }
+        if (found == nullptr) {
+            found = findSaved(name, nodeName);
+        }
+        if (found != nullptr) {
+            found->setOwner(tool);
         }
         nodes.push_back(found != nullptr ? found->toHandle() : nullptr);
     }
@@ -85,9 +111,15 @@ std::vector<MVR::SceneNode*> StageAdaptor::resolveNodes(MVR::Tag nodeInfo, std::
 }
 
 std::vector<MVR::SceneNode*> StageAdaptor::mergeFile(std::string path) {
-    MVR::Log(MVR::Log::Warning)
-        .write("The stage has no scene files of its own to merge", path, MVR::Log::OwnLevel);
-    return {};
+    std::vector<MVR::SceneNode*> nodes;
+    std::string error;
+    for (StageNode* node : mergeInto(scene_, path, error)) {
+        nodes.push_back(node);
+    }
+    if (nodes.empty()) {
+        MVR::Log(MVR::Log::Error).write("Unable to merge", error, MVR::Log::OwnLevel);
+    }
+    return nodes;
 }
 
 void StageAdaptor::beginUndo(std::string name) {

@@ -4,11 +4,13 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Stage {
 
 class Scene;
+class StageNode;
 class Timeline;
 class UndoList;
 
@@ -62,15 +64,22 @@ public:
     /// Called after each change of the time.
     void setTimeListener(std::function<void()> listener) { timeListener_ = std::move(listener); }
 
+    /// Called with each tool whose nodes the core asks for.
+    using NodesListener = std::function<void(MVR::CInterface* tool)>;
+    void setNodesListener(NodesListener listener) { nodesListener_ = std::move(listener); }
+
     /// The tools that have asked for a node to be made since the last call, in that order.
     [[nodiscard]] std::vector<MVR::CInterface*> takeNewTools();
 
 private:
+    StageNode* findSaved(const std::string& tool, const std::string& node) const;
+
     Scene& scene_;
     UndoList& undo_;
     Timeline& timeline_;
     std::vector<MVR::CInterface*> newTools_;
     std::function<void()> timeListener_;
+    NodesListener nodesListener_;
 };
 
 } // namespace Stage

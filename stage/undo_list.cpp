@@ -57,9 +57,9 @@ void UndoList::cancel() {
     }
     Step step = std::move(open_.back());
     open_.pop_back();
-    isRunning_ = true;
+    const bool wasRunning = std::exchange(isRunning_, true);
     takeBack(step);
-    isRunning_ = false;
+    isRunning_ = wasRunning;
     drop(step);
 }
 

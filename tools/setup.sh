@@ -13,7 +13,8 @@ build  cmake               cmake              Builds, tests and installs from on
 build  ninja-build         ninja              Runs the build
 build  liblo-dev           -                  OSC messages: the network driver and the sender
 build  pkg-config          pkg-config         Finds liblo
-build  libtinygltf-dev     -                  Writes glTF: the stage's export
+build  libtinygltf-dev     -                  Reads and writes glTF: the stage's merge and export
+build  libtinyobjloader-dev -                 Reads OBJ: the stage's merge
 build  nlohmann-json3-dev  -                  JSON, for the glTF library and the stage's files
 run    gnuplot-nox         gnuplot            Draws the recorded curves
 test   libgtest-dev        -                  GoogleTest: the tests

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <map>
@@ -38,7 +39,10 @@ public:
     std::string toText();
 
 private:
+    template <typename Number>
+    tinygltf::Accessor& addAccessor(const std::vector<Number>& numbers, std::size_t perItem);
     int addNumbers(const std::vector<float>& numbers, int type, std::size_t perItem);
+    int addMesh(const SharedMesh& mesh, const std::string& name);
     int addTimes(const std::vector<double>& times);
     void addChannel(tinygltf::Animation& animation, const char* path, int node, int times,
                     int values);
@@ -46,6 +50,7 @@ private:
 
     tinygltf::Model model_;
     std::map<const StageNode*, int> indices_;
+    std::map<SharedMesh, int> meshes_; // by index in the file; -1 for one without triangles
     double shift_;
 };
 
@@ -75,6 +80,9 @@ void GltfBuilder::addNodes(const std::vector<const StageNode*>& nodes, double st
         if (node->getKind() == MVR::kNodeCamera) {
             out.camera = addCamera(out.name);
         }
+        if (node->getMesh() != nullptr && node->isShown()) {
+            out.mesh = addMesh(node->getMesh(), out.name);
+        }
     }
     for (const StageNode* node : nodes) {
         const auto parent = indices_.find(node->getParentNode());
@@ -95,21 +103,81 @@ int GltfBuilder::addCamera(const std::string& name) {
     return static_cast<int>(model_.cameras.size()) - 1;
 }
 
-int GltfBuilder::addNumbers(const std::vector<float>& numbers, int type, std::size_t perItem) {
+template <typename Number>
+tinygltf::Accessor& GltfBuilder::addAccessor(const std::vector<Number>& numbers,
+                                             std::size_t perItem) {
     std::vector<unsigned char>& bytes = model_.buffers[0].data;
     tinygltf::BufferView& view = model_.bufferViews.emplace_back();
     view.buffer = 0;
     view.byteOffset = bytes.size();
-    view.byteLength = numbers.size() * sizeof(float);
+    view.byteLength = numbers.size() * sizeof(Number);
     bytes.resize(bytes.size() + view.byteLength);
     std::memcpy(bytes.data() + view.byteOffset, numbers.data(), view.byteLength);
 
     tinygltf::Accessor& accessor = model_.accessors.emplace_back();
     accessor.bufferView = static_cast<int>(model_.bufferViews.size()) - 1;
+    accessor.count = numbers.size() / perItem;
+    return accessor;
+}
+
+int GltfBuilder::addNumbers(const std::vector<float>& numbers, int type, std::size_t perItem) {
+    tinygltf::Accessor& accessor = addAccessor(numbers, perItem);
     accessor.componentType = TINYGLTF_COMPONENT_TYPE_FLOAT;
     accessor.type = type;
-    accessor.count = numbers.size() / perItem;
     return static_cast<int>(model_.accessors.size()) - 1;
+}
+
+/// The corners of the whole triangles whose vertices are there.
+std::vector<std::uint32_t> cornersOf(const MVR::CMesh& mesh) {
+    std::vector<std::uint32_t> corners;
+    corners.reserve(mesh.faces.size());
+    const auto isThere = [&mesh](std::int32_t index) {
+        return index >= 0 && static_cast<std::size_t>(index) < mesh.vertices.size();
+    };
+    for (std::size_t i = 0; i + 2 < mesh.faces.size(); i += 3) {
+        const auto first = mesh.faces.begin() + static_cast<std::ptrdiff_t>(i);
+        if (std::all_of(first, first + 3, isThere)) {
+            corners.insert(corners.end(), first, first + 3);
+        }
+    }
+    return corners;
+}
+
+int GltfBuilder::addMesh(const SharedMesh& mesh, const std::string& name) {
+    const auto [known, isNew] = meshes_.emplace(mesh, -1);
+    const std::vector<std::uint32_t> corners =
+        isNew ? cornersOf(*mesh) : std::vector<std::uint32_t>();
+    if (corners.empty()) {
+        return known->second;
+    }
+    std::vector<float> numbers;
+    numbers.reserve(mesh->vertices.size() * 3);
+    std::vector<double> least(3, std::numeric_limits<double>::max());
+    std::vector<double> most(3, std::numeric_limits<double>::lowest());
+    for (const auto& vertex : mesh->vertices) {
+        for (std::size_t i = 0; i < vertex.size(); ++i) {
+            numbers.push_back(toFinite(vertex[i], 0.0F));
+            least[i] = std::fmin(least[i], numbers.back());
+            most[i] = std::fmax(most[i], numbers.back());
+        }
+    }
+    tinygltf::Primitive primitive;
+    primitive.mode = TINYGLTF_MODE_TRIANGLES;
+    primitive.attributes["POSITION"] = addNumbers(numbers, TINYGLTF_TYPE_VEC3, 3);
+    model_.accessors.back().minValues = least;
+    model_.accessors.back().maxValues = most;
+    model_.bufferViews.back().target = TINYGLTF_TARGET_ARRAY_BUFFER;
+    tinygltf::Accessor& indices = addAccessor(corners, 1);
+    indices.componentType = TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT;
+    indices.type = TINYGLTF_TYPE_SCALAR;
+    model_.bufferViews.back().target = TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER;
+    primitive.indices = static_cast<int>(model_.accessors.size()) - 1;
+
+    tinygltf::Mesh& out = model_.meshes.emplace_back();
+    out.name = name;
+    out.primitives.push_back(std::move(primitive));
+    known->second = static_cast<int>(model_.meshes.size()) - 1;
+    return known->second;
 }
 
 int GltfBuilder::addTimes(const std::vector<double>& times) {

@@ -7,8 +7,11 @@ namespace Stage {
 
 class StageNode;
 
-/// The nodes as a glTF 2.0 file with its data inside: hierarchy, transforms, cameras, and one
-/// animation of position and rotation.
+/// The nodes as a glTF 2.0 file with its data inside: hierarchy, transforms, cameras, the triangles
+/// of meshes without texture coordinates, and one animation of position and rotation.
+///
+/// A node that is hidden keeps its place and shows no mesh. A triangle whose corner names no vertex
+/// is left out.
 ///
 /// A node whose parent isn't among `nodes` becomes a root. Rotations are brought to length 1 and
 /// to the sign that lies next to the key before, as the format's linear samplers need. Times are

@@ -3,6 +3,7 @@
 #include "stage/scene/stage_node.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace Stage {
 
@@ -66,11 +67,11 @@ void NodeTransform::setRotation(const double quaternion[4]) {
 }
 
 void NodeMesh::get(MVR::CMesh& mesh) {
-    mesh = node_.getMesh();
+    mesh = *node_.getMesh();
 }
 
 void NodeHelper::set(const MVR::CMesh& mesh) {
-    node_.setMesh(mesh);
+    node_.setMesh(std::make_shared<const MVR::CMesh>(mesh));
 }
 
 } // namespace Stage

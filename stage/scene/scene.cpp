@@ -31,16 +31,27 @@ StageNode* Scene::create(std::string name, MVR::CInterface* owner, std::intptr_t
     std::string hostName = uniqueName(name, nullptr);
     const auto node = std::make_shared<StageNode>(*this, std::move(name), owner, kind);
     node->hostName_ = std::move(hostName);
+    bring(node, parent);
+    return node.get();
+}
+
+StageNode& Scene::restore(NodeRecord record) {
+    record.sceneName = uniqueName(std::move(record.sceneName), nullptr);
+    const auto node = std::make_shared<StageNode>(*this, std::move(record));
+    bring(node, nullptr);
+    return *node;
+}
+
+void Scene::bring(const std::shared_ptr<StageNode>& node, StageNode* parent) {
     const std::size_t place = nodes_.size();
-    const auto bring = [this, node, parent, place] {
+    const auto act = [this, node, parent, place] {
         insert(node, place);
         node->hangBelow(parent, parent != nullptr ? parent->children_.size() : 0);
     };
-    bring();
+    act();
     if (undo_.isOpen()) {
-        undo_.add([this, node] { take(*node); }, bring);
+        undo_.add([this, node] { take(*node); }, act);
     }
-    return node.get();
 }
 
 void Scene::remove(StageNode& node) {
@@ -48,6 +59,9 @@ void Scene::remove(StageNode& node) {
         return;
     }
     undo_.begin("Delete " + node.getSceneName());
+    std::vector<StageNode*> others = selection_;
+    std::erase(others, &node);
+    setSelection(std::move(others));
     while (!node.children_.empty()) {
         hang(*node.children_.back(), node.parent_);
     }
@@ -88,12 +102,8 @@ StageNode* Scene::find(const std::string& name, const MVR::CInterface* owner) co
 }
 
 StageNode* Scene::findByHostName(const std::string& name) const {
-    for (const auto& node : nodes_) {
-        if (node->getSceneName() == name) {
-            return node.get();
-        }
-    }
-    return nullptr;
+    const auto found = byName_.find(name);
+    return found != byName_.end() ? found->second : nullptr;
 }
 
 bool Scene::contains(const MVR::SceneNode* node) const {
@@ -102,16 +112,31 @@ bool Scene::contains(const MVR::SceneNode* node) const {
 }
 
 std::string Scene::uniqueName(std::string name, const StageNode* self) const {
-    std::string result = name;
-    for (int number = 2;; ++number) {
-        const StageNode* other = findByHostName(result);
-        if (other == nullptr || other == self) {
-            return result;
-        }
+    const auto isFree = [&](const std::string& wanted) {
+        const StageNode* other = findByHostName(wanted);
+        return other == nullptr || other == self;
+    };
+    const auto numbered = [&name](int number) {
         char suffix[16];
         std::snprintf(suffix, sizeof suffix, "_%02d", number);
-        result = name + suffix;
+        return name + suffix;
+    };
+    if (isFree(name)) {
+        return name;
     }
+    // A free number behind a taken one, found by halving: a file may give thousands of nodes the
+    // same name.
+    int taken = 1;
+    int free = 2;
+    while (!isFree(numbered(free))) {
+        taken = free;
+        free *= 2;
+    }
+    while (free - taken > 1) {
+        const int middle = taken + (free - taken) / 2;
+        (isFree(numbered(middle)) ? free : taken) = middle;
+    }
+    return numbered(free);
 }
 
 void Scene::notifyKey(const StageNode& node, double time) const {
@@ -122,11 +147,37 @@ void Scene::notifyKey(const StageNode& node, double time) const {
 
 void Scene::select(StageNode& node) {
     if (std::find(selection_.begin(), selection_.end(), &node) == selection_.end()) {
-        selection_.push_back(&node);
+        std::vector<StageNode*> nodes = selection_;
+        nodes.push_back(&node);
+        setSelection(std::move(nodes));
     }
 }
 
+void Scene::setSelection(std::vector<StageNode*> nodes) {
+    if (nodes == selection_) {
+        return;
+    }
+    if (undo_.isOpen()) {
+        // A node that is selected in either state is in the scene whenever that state is.
+        undo_.add([this, old = selection_] { selection_ = old; },
+                  [this, nodes] { selection_ = nodes; });
+    }
+    selection_ = std::move(nodes);
+}
+
+bool Scene::forgetName(const StageNode& node) {
+    const auto [begin, end] = byName_.equal_range(node.getSceneName());
+    const auto found =
+        std::find_if(begin, end, [&node](const auto& entry) { return entry.second == &node; });
+    if (found == end) {
+        return false;
+    }
+    byName_.erase(found);
+    return true;
+}
+
 void Scene::insert(std::shared_ptr<StageNode> node, std::size_t index) {
+    noteName(*node);
     nodes_.insert(nodes_.begin() + static_cast<std::ptrdiff_t>(std::min(index, nodes_.size())),
                   std::move(node));
 }
@@ -137,6 +188,7 @@ void Scene::take(const StageNode& node) {
     if (found == nodes_.end()) {
         return;
     }
+    forgetName(node);
     std::erase(selection_, &node);
     while (!(*found)->children_.empty()) {
         (*found)->children_.back()->hangBelow(nullptr, 0);

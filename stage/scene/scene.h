@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace MVR {
@@ -28,6 +29,9 @@ public:
     /// act that can be undone, if a step is open.
     StageNode* create(std::string name, MVR::CInterface* owner, std::intptr_t kind,
                       StageNode* parent);
+    /// A node from a file, as a root. Its name in the scene is made unique. An act that can be
+    /// undone, if a step is open.
+    StageNode& restore(NodeRecord record);
     /// Takes a node out, an act that can be undone. Its children go to its parent.
     void remove(StageNode& node);
     /// Hangs `node` below `parent` (null: makes it a root), behind its other children.
@@ -51,8 +55,9 @@ public:
     void setKeyListener(KeyListener listener) { keyListener_ = std::move(listener); }
     void notifyKey(const StageNode& node, double time) const;
 
+    /// Acts that can be undone, if a step is open.
     void select(StageNode& node);
-    void clearSelection() { selection_.clear(); }
+    void clearSelection() { setSelection({}); }
     [[nodiscard]] const std::vector<StageNode*>& getSelection() const { return selection_; }
 
     [[nodiscard]] UndoList& getUndo() { return undo_; }
@@ -72,13 +77,21 @@ private:
         std::intptr_t endSnapshot(MVR::SceneNode* node) override;
     };
 
+    friend class StageNode; // which tells its names
+
+    void bring(const std::shared_ptr<StageNode>& node, StageNode* parent);
     void insert(std::shared_ptr<StageNode> node, std::size_t index);
     void take(const StageNode& node);
+    void setSelection(std::vector<StageNode*> nodes);
+    void noteName(StageNode& node) { byName_.emplace(node.getSceneName(), &node); }
+    /// False if the node isn't in the scene.
+    bool forgetName(const StageNode& node);
 
     UndoList& undo_;
     MeshHandler meshHandler_;
     TransformHandler transformHandler_;
     std::vector<std::shared_ptr<StageNode>> nodes_;
+    std::unordered_multimap<std::string, StageNode*> byName_; // by the names in the scene
     std::vector<StageNode*> selection_;
     KeyListener keyListener_;
     bool isRecording_ = false;

@@ -1,5 +1,6 @@
 #include "stage/scene/stage_node.h"
 
+#include "core/adaptor_interface.h"
 #include "plugins/extension_ids.h"
 #include "stage/scene/scene.h"
 #include "stage/undo_list.h"
@@ -26,6 +27,17 @@ StageNode::StageNode(Scene& scene, std::string name, MVR::CInterface* owner, std
     : SceneNode(std::move(name), owner), scene_(scene), kind_(kind) {
     meshHandler_ = &scene.getMeshHandler();
     transformHandler_ = &scene.getTransformHandler();
+}
+
+StageNode::StageNode(Scene& scene, NodeRecord record)
+    : StageNode(scene, std::move(record.name), nullptr, record.kind) {
+    hostName_ = std::move(record.sceneName);
+    savedOwner_ = std::move(record.tool);
+    rest_ = record.rest;
+    curves_ = std::move(record.curves);
+    mesh_ = std::move(record.mesh);
+    isVisible_ = record.isVisible;
+    highPolyNames_ = std::move(record.highPolyNames);
 }
 
 std::intptr_t StageNode::extend(std::int32_t code, std::intptr_t data) {
@@ -117,7 +129,16 @@ void StageNode::setParent(MVR::SceneNode* node) {
 }
 
 void StageNode::setName(std::string name) {
-    change(&StageNode::hostName_, scene_.uniqueName(std::move(name), this));
+    std::string unique = scene_.uniqueName(std::move(name), this);
+    if (unique == hostName_) {
+        return;
+    }
+    if (scene_.getUndo().isOpen()) {
+        const auto self = shared_from_this();
+        scene_.getUndo().add([self, old = hostName_] { self->rename(old); },
+                             [self, unique] { self->rename(unique); });
+    }
+    rename(unique);
 }
 
 void StageNode::destroy(std::int32_t deleteScene) {
@@ -141,7 +162,11 @@ MVR::SceneNode* StageNode::duplicate(std::int32_t flag) {
 
 MVR::MeshSnapshot* StageNode::getMeshSnapshot(double time) {
     (void)time; // Meshes don't change with time.
-    return &meshSnapshot_;
+    return mesh_ != nullptr ? &meshSnapshot_ : nullptr;
+}
+
+MVR::HelperSnapshot* StageNode::getHelperSnapshot() {
+    return kind_ == MVR::kNodeHelper ? &helper_ : nullptr;
 }
 
 std::intptr_t StageNode::getLensSnapshot(double time) {
@@ -250,8 +275,16 @@ void StageNode::setTransform(double time, const Transform& transform) {
     }
 }
 
+void StageNode::setMesh(SharedMesh mesh) {
+    if (mesh != nullptr && mesh->vertices.empty()) {
+        mesh = nullptr;
+    }
+    change(&StageNode::mesh_, std::move(mesh));
+}
+
 void StageNode::setOwner(MVR::CInterface* owner) {
     change(&StageNode::owner_, owner);
+    change(&StageNode::savedOwner_, std::string());
 }
 
 template <typename Class, typename Value>
@@ -265,6 +298,14 @@ void StageNode::change(Value Class::*member, Value value) {
                              [self, member, value] { (*self).*member = value; });
     }
     this->*member = std::move(value);
+}
+
+void StageNode::rename(const std::string& name) {
+    const bool isInScene = scene_.forgetName(*this);
+    hostName_ = name;
+    if (isInScene) {
+        scene_.noteName(*this);
+    }
 }
 
 void StageNode::hangBelow(StageNode* parent, std::size_t index) {

@@ -23,16 +23,35 @@ inline constexpr std::array<const char*, kCurveCount> kCurveNames = {"tx", "ty",
                                                                      "qy", "qz", "qw"};
 inline constexpr std::size_t kFirstRotationCurve = 3;
 using Curves = std::array<Curve, kCurveCount>;
+/// A mesh that isn't changed any more, only put in place of another; null for none.
+using SharedMesh = std::shared_ptr<const MVR::CMesh>;
+
+/// What a node is, but for its place among the others: what a file holds of it.
+struct NodeRecord {
+    std::string name;      ///< within its tool, or in the file that it was merged from
+    std::string sceneName; ///< in the scene
+    std::string tool;      ///< name of the tool that owns it; empty for a plain object
+    std::intptr_t kind = 0;
+    Transform rest;
+    Curves curves;
+    SharedMesh mesh;
+    bool isVisible = true;
+    std::vector<std::string> highPolyNames;
+};
 
 /// One object of the scene: a place below a parent, a transform at rest, seven curves that rule
 /// position and rotation where they have keys, a scale, a visibility, a mesh.
+///
+/// The "faces" of a mesh are the corners of triangles here, three indices each; so are its
+/// "textureFaces", and both lists have one entry a corner. Tools and models do the same.
 ///
 /// The scene owns it, and shares it with the undo list: an entry keeps the nodes that it may bring
 /// back. Changes made while an undo step is open can be undone.
 class StageNode final : public MVR::SceneNode, public std::enable_shared_from_this<StageNode> {
 public:
-    /// Made by Scene::create().
+    /// Made by Scene::create(), or by Scene::restore().
     StageNode(Scene& scene, std::string name, MVR::CInterface* owner, std::intptr_t kind);
+    StageNode(Scene& scene, NodeRecord record);
 
     // What core and tools call.
     std::intptr_t extend(std::int32_t code, std::intptr_t data) override;
@@ -56,7 +75,7 @@ public:
     void destroy(std::int32_t deleteScene) override;
     MVR::SceneNode* duplicate(std::int32_t flag) override;
     MVR::TransformSnapshot* getSnapshot(double time) override { return snapshot_.open(time); }
-    MVR::HelperSnapshot* getHelperSnapshot() override { return &helper_; }
+    MVR::HelperSnapshot* getHelperSnapshot() override;
     MVR::MeshSnapshot* getMeshSnapshot(double time) override;
     std::intptr_t getLensSnapshot(double time) override;
     void startRecording(double time) override;
@@ -70,7 +89,8 @@ public:
     [[nodiscard]] const std::vector<StageNode*>& getChildren() const { return children_; }
     [[nodiscard]] const Curves& getCurves() const { return curves_; }
     [[nodiscard]] const Transform& getRest() const { return rest_; }
-    [[nodiscard]] const MVR::CMesh& getMesh() const { return mesh_; }
+    /// Null for none; nodes that were copied from one another share it.
+    [[nodiscard]] const SharedMesh& getMesh() const { return mesh_; }
     [[nodiscard]] bool isShown() const { return isVisible_; }
 
     /// The transform below the parent; the rotation has length 1 where curves rule it, and is as it
@@ -84,8 +104,11 @@ public:
     void setRotation(double time, const Quaternion& rotation);
     void setTransform(double time, const Transform& transform);
 
-    void setMesh(const MVR::CMesh& mesh) { mesh_ = mesh; }
+    void setMesh(SharedMesh mesh);
     void setOwner(MVR::CInterface* owner);
+    /// The name that the owner had in the scene file that this node came from, until it is found
+    /// again; else empty.
+    [[nodiscard]] const std::string& getSavedOwner() const { return savedOwner_; }
     /// A handle of this node, which its taker gives back with release().
     MVR::SceneNode* toHandle();
     void closeSnapshot() { snapshot_.close(); }
@@ -98,6 +121,7 @@ private:
     void setKeys(double time, std::size_t firstCurve, const double* values, std::size_t count);
     Quaternion evaluateRotation(double time) const;
     void hangBelow(StageNode* parent, std::size_t index);
+    void rename(const std::string& name);
 
     Scene& scene_;
     std::intptr_t kind_;
@@ -106,7 +130,8 @@ private:
     std::vector<StageNode*> children_;
     Transform rest_;
     Curves curves_;
-    MVR::CMesh mesh_;
+    SharedMesh mesh_;
+    std::string savedOwner_;
     bool isVisible_ = true;
     std::int32_t handles_ = 0; // given out and not yet back
     NodeTransform snapshot_{*this};

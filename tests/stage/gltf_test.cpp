@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,15 @@ protected:
             rig->setPosition(time * 1e-7, {time, 0, 0}); // one time but for single precision
         }
         rig->setRotation(0, {0, 0, 0, 0});
+        // One mesh on two nodes, with corners that aren't there and a number that is none.
+        auto mesh = std::make_shared<MVR::CMesh>();
+        mesh->vertices = {{0, 0, 0}, {2, 0, 0}, {0, 3, NAN}, {1e300, 0, 0}};
+        mesh->faces = {0, 1, 2, 0, 1, 4, -1, 0, 1, 2, 1, 0, 0, 1};
+        rig->setMesh(mesh);
+        scene.findByHostName("Still")->setMesh(mesh);
+        StageNode* hidden = scene.create("Hidden", nullptr, MVR::kNodeHelper, nullptr);
+        hidden->setMesh(mesh);
+        hidden->hide();
         for (const auto& node : scene.getNodes()) {
             nodes.push_back(node.get());
         }
@@ -63,13 +73,21 @@ TEST_F(GltfTest, ReadsBackAsItWasMeant) {
     ASSERT_TRUE(reader.LoadASCIIFromString(&model, &error, &warning, text.data(),
                                            static_cast<unsigned>(text.size()), ""))
         << error;
-    ASSERT_EQ(model.nodes.size(), 3U);
+    ASSERT_EQ(model.nodes.size(), 4U);
     EXPECT_EQ(model.nodes[1].name, "bad ? \"name\"");
-    EXPECT_EQ(model.scenes[0].nodes, std::vector<int>{0});
+    EXPECT_EQ(model.scenes[0].nodes, (std::vector<int>{0, 3}));
     EXPECT_EQ(model.nodes[0].children, std::vector<int>{1});
     EXPECT_EQ(model.nodes[1].children, std::vector<int>{2});
     EXPECT_EQ(model.nodes[1].camera, 0);
     EXPECT_EQ(model.nodes[2].translation, (std::vector<double>{1, 2, 3}));
+    ASSERT_EQ(model.meshes.size(), 1U);
+    EXPECT_EQ(model.nodes[0].mesh, 0);
+    EXPECT_EQ(model.nodes[2].mesh, 0);
+    EXPECT_EQ(model.nodes[3].mesh, -1) << "hidden";
+    const tinygltf::Primitive& triangles = model.meshes[0].primitives[0];
+    EXPECT_EQ(numbers(model, triangles.attributes.at("POSITION")),
+              (std::vector<float>{0, 0, 0, 2, 0, 0, 0, 3, 0, 0, 0, 0}));
+    EXPECT_EQ(model.accessors[static_cast<std::size_t>(triangles.indices)].count, 6U);
     ASSERT_EQ(model.animations.size(), 1U);
     ASSERT_EQ(model.animations[0].channels.size(), 4U)
         << "two curves of two nodes, none of the third";

@@ -1,5 +1,6 @@
 #include "stage/scene/scene.h"
 
+#include "plugins/extension_ids.h"
 #include "stage/stage_adaptor.h"
 #include "stage/timeline.h"
 #include "stage/undo_list.h"
@@ -136,6 +137,64 @@ TEST_F(SceneTest, MakingHangingAndDeletingCanBeUndone) {
     ASSERT_TRUE(undo.redo());
     EXPECT_EQ(scene.getNodes().size(), 3U);
     EXPECT_EQ(hand.getParentNode(), &arm);
+}
+
+TEST_F(SceneTest, MeshesSelectionAndCopiesCanBeUndone) {
+    MVR::CMesh mesh;
+    mesh.vertices = {{1, 2, 3}};
+    StageNode& plain = make("Body");
+    StageNode& other = make("Other");
+    StageNode& camera = *scene.create("Camera", nullptr, MVR::kNodeCamera, nullptr);
+    EXPECT_EQ(camera.getHelperSnapshot(), nullptr) << "no object whose mesh can be replaced";
+    EXPECT_EQ(plain.getMeshSnapshot(0), nullptr) << "it has none";
+    other.select();
+    undo.begin("give a mesh, select both");
+    plain.getHelperSnapshot()->set(mesh);
+    plain.getMeshHandler()->endHelperSnapshot(&plain);
+    plain.extend(MVR::NodeCommand::kOpenSelection, 0);
+    plain.select();
+    camera.select();
+    camera.extend(MVR::NodeCommand::kCloseSelection, 0);
+    undo.end();
+    undo.begin("copy");
+    auto* copy = static_cast<StageNode*>(plain.duplicate(0));
+    copy->setParent(&camera);
+    undo.end();
+    plain.release(copy);
+    EXPECT_EQ(copy->getSceneName(), "Body_02");
+    MVR::CMesh read;
+    ASSERT_NE(copy->getMeshSnapshot(0), nullptr);
+    copy->getMeshSnapshot(0)->get(read);
+    EXPECT_EQ(read.vertices, mesh.vertices);
+
+    camera.destroy(1);
+    EXPECT_EQ(scene.getSelection(), std::vector<StageNode*>{&plain});
+    ASSERT_TRUE(undo.undo());
+    EXPECT_EQ(scene.getSelection(), (std::vector<StageNode*>{&plain, &camera}));
+    EXPECT_EQ(copy->getParentNode(), &camera);
+    ASSERT_TRUE(undo.undo());
+    EXPECT_EQ(scene.findByHostName("Body_02"), nullptr);
+    ASSERT_TRUE(undo.undo());
+    EXPECT_EQ(plain.getMeshSnapshot(0), nullptr);
+    EXPECT_EQ(scene.getSelection(), std::vector<StageNode*>{&other});
+    ASSERT_TRUE(undo.redo());
+    ASSERT_TRUE(undo.redo());
+    EXPECT_EQ(scene.findByHostName("Body_02"), copy);
+    EXPECT_EQ(copy->getParentNode(), &camera);
+
+    // A step that is cancelled inside another takes back its own part alone.
+    undo.begin("outer");
+    other.setName("Body");
+    undo.begin("inner");
+    other.setName("Gone");
+    other.hide();
+    undo.cancel();
+    undo.end();
+    EXPECT_EQ(other.getSceneName(), "Body_03");
+    EXPECT_TRUE(other.isShown());
+    ASSERT_TRUE(undo.undo());
+    EXPECT_EQ(scene.findByHostName("Other"), &other);
+    EXPECT_EQ(scene.findByHostName("Gone"), nullptr);
 }
 
 TEST_F(SceneTest, ToolsFindTheirNodesAndLetGoOfThem) {

@@ -1,0 +1,22 @@
+/// \file
+/// The words of a scene's file that its writer and its reader share.
+#pragma once
+
+#include "core/adaptor_interface.h"
+
+#include <cstdint>
+
+namespace Stage::SceneFormat {
+
+constexpr const char* kRoot = "MirvaneScene";
+constexpr const char* kVersion = "1";
+
+struct Kind {
+    const char* word;
+    std::intptr_t kind;
+};
+/// Kinds of node; another one is written as its number.
+constexpr Kind kKinds[] = {
+    {"helper", MVR::kNodeHelper}, {"camera", MVR::kNodeCamera}, {"light", MVR::kNodeLight}};
+
+} // namespace Stage::SceneFormat

@@ -123,8 +123,19 @@ void StageNode::setParent(MVR::SceneNode* node) {
             return; // A node can't hang below itself.
         }
     }
-    if (parent != parent_) {
-        scene_.hang(*this, parent);
+    if (parent == parent_) {
+        return;
+    }
+    const double time = 0.0; // where a parent is animated, this is when the place stays the same
+    const auto globalOf = [time](const StageNode* above) {
+        return above != nullptr ? above->evaluateGlobal(time) : toMatrix(Transform());
+    };
+    const Matrix before = globalOf(parent_);
+    const Matrix after = globalOf(parent);
+    scene_.hang(*this, parent);
+    if (before != after) { // else rounding would move it for nothing
+        const Matrix place = multiply(toMatrix(rest_), before);
+        change(&StageNode::rest_, toTransform(multiply(place, inverse(after))));
     }
 }
 

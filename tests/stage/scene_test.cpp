@@ -102,6 +102,15 @@ TEST_F(SceneTest, GlobalTransformsGoThroughAllParents) {
     for (std::size_t i = 0; i < read.size(); ++i) {
         EXPECT_NEAR(read[i], wanted[i], 1e-12);
     }
+    const Transform rest = below.getRest();
+    undo.begin("hang");
+    below.setParent(nullptr);
+    undo.end();
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        EXPECT_NEAR(below.evaluateGlobal(0)[i], wanted[i], 1e-12) << "it stays where it is";
+    }
+    ASSERT_TRUE(undo.undo());
+    EXPECT_EQ(below.getRest(), rest);
     above.setParent(&below);
     EXPECT_EQ(above.getParentNode(), nullptr) << "a node can't hang below itself";
 }

@@ -1,12 +1,16 @@
 // "Tracked Object": an object that stands where a tracking device says it stands.
 //
 // The smallest useful tool: seven inputs, one scene object, one key a frame. Position and rotation
-// are absolute and are written as they come in, so give its inputs a dead zone of 0.
+// are absolute and are written as they come in, so give its inputs a dead zone of 0. A model or a
+// saved scene may ask for a camera or a light in place of a plain object, in the tool's own
+// element: <customdata><kind>camera</kind></customdata>.
 
 #include "core/adaptor_interface.h"
 #include "core/export.h"
+#include "data/tag.h"
 #include "plugins/c_camera_plugin.h"
 #include "plugins/c_interface.h"
+#include "plugins/extension_ids.h"
 #include "unidevice/control.h"
 
 namespace {
@@ -14,9 +18,33 @@ namespace {
 constexpr std::int32_t kNoNode = 1; // the code of a failed step: anything but 0
 constexpr std::int32_t kKinds = UniDevice::finite | UniDevice::infinite;
 
+struct ObjectKind {
+    const char* word;
+    std::intptr_t kind;
+};
+// The first is that of a tool that isn't told another.
+constexpr ObjectKind kObjectKinds[] = {
+    {"object", MVR::kNodeHelper}, {"camera", MVR::kNodeCamera}, {"light", MVR::kNodeLight}};
+
 class TrackedObject final : public MVR::CCamera {
 public:
     using MVR::CCamera::CCamera;
+
+    // What is saved of the tool itself. It comes back before init().
+    std::intptr_t extend(std::int32_t id, std::intptr_t data) override {
+        auto* const tag = reinterpret_cast<MVR::Tag*>(data);
+        if (id == MVR::ToolExtension::kGetCustomData && objectKind_ != kObjectKinds) {
+            *tag = MVR::Tag::element("customdata");
+            tag->addChild(MVR::Tag::element("kind", objectKind_->word));
+        } else if (id == MVR::ToolExtension::kSetCustomData) {
+            for (const ObjectKind& known : kObjectKinds) {
+                if (tag->child("kind").value() == known.word) {
+                    objectKind_ = &known;
+                }
+            }
+        }
+        return 0;
+    }
 
     // Properties are asked for in init(), so that they exist when saved bindings are looked up.
     // The core owns them; they live as long as this tool.
@@ -35,7 +63,7 @@ public:
 
     // A new tool: make the object, and call it in the scene as the tool is called.
     std::int32_t create() override {
-        node_ = getInterface()->createNode("Object", MVR::kNodeHelper, 0);
+        node_ = getInterface()->createNode("Object", objectKind_->kind, 0);
         if (node_ == nullptr) {
             return kNoNode;
         }
@@ -73,6 +101,7 @@ private:
     UniDevice::Property* position_[3] = {};
     UniDevice::Property* rotation_[4] = {};
     MVR::SceneNode* node_ = nullptr; // the host's
+    const ObjectKind* objectKind_ = kObjectKinds;
 };
 
 class TrackedObjectPlugin final : public MVR::CCameraPlugin {
@@ -85,9 +114,8 @@ public:
     std::string getDescription() override { return "An object that follows a tracking device"; }
     std::string getCategory() override { return "Objects;Examples"; }
     std::string getAbout() override {
-        return "Takes an absolute position and rotation (a quaternion) and writes both as they "
-               "come "
-               "in.";
+        return "Takes an absolute position and rotation (a quaternion) and writes both as "
+               "they come in. The object may be a camera or a light.";
     }
     std::string getAuthor() override { return "Mirvane"; }
 };

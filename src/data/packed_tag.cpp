@@ -1,6 +1,7 @@
 #include "data/packed_tag.h"
 
 #include "data/base64_buffer.h"
+#include "data/little_endian.h"
 
 #include <string>
 #include <utility>
@@ -10,6 +11,13 @@ namespace {
 
 constexpr std::string_view kMark = "compressed";
 constexpr std::string_view kMarked = "1";
+
+/// A block of a single symbol, which no tree's text is. It is the one kind that can be far larger
+/// unpacked than packed.
+bool isRepetition(const ByteBuffer& block) {
+    constexpr std::size_t kSymbolCountAt = 8;
+    return block.size() >= kSymbolCountAt + 4 && loadLittle32(block.data() + kSymbolCountAt) == 1;
+}
 
 } // namespace
 
@@ -27,7 +35,7 @@ bool unpackTag(Tag& element) {
         return true;
     const Base64Buffer block(element.value());
     Tag tree;
-    if (tree.parse(block.bytes().decompress().view()) != 0)
+    if (isRepetition(block.bytes()) || tree.parse(block.bytes().decompress().view()) != 0)
         return false;
     element = std::move(tree);
     return true;

@@ -15,22 +15,21 @@ using Vector = std::array<double, 3>;
 constexpr std::size_t kBinarySize = sizeof(Matrix);
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 
-Matrix readBinary(const std::string& value) {
-    Matrix matrix = kIdentityMatrix;
+bool readBinary(const std::string& value, Matrix& matrix) {
     const Base64Buffer bytes(value);
-    if (bytes.size() == kBinarySize)
-        for (std::size_t i = 0; i < matrix.size(); ++i)
-            matrix[i] = loadLittleDouble(bytes.data() + i * sizeof(double));
-    return matrix;
+    if (bytes.size() != kBinarySize)
+        return false;
+    for (std::size_t i = 0; i < matrix.size(); ++i)
+        matrix[i] = loadLittleDouble(bytes.data() + i * sizeof(double));
+    return true;
 }
 
-Matrix readText(const std::string& value) {
-    Matrix matrix = kIdentityMatrix;
+bool readText(const std::string& value, Matrix& matrix) {
     NumberReader reader(value);
-    reader.read(matrix[0]);
+    bool isWhole = reader.read(matrix[0]);
     for (std::size_t i = 1; i < matrix.size(); ++i)
-        reader.readNext(matrix[i]);
-    return matrix;
+        isWhole = reader.readNext(matrix[i]) && isWhole;
+    return isWhole;
 }
 
 Matrix rotation(const Vector& axis, double degrees) {
@@ -94,15 +93,23 @@ Matrix multiply(const Matrix& a, const Matrix& b) {
 }
 
 Matrix readMatrix(const Tag& tag) {
+    Matrix matrix;
+    (void)readMatrix(tag, matrix);
+    return matrix;
+}
+
+bool readMatrix(const Tag& tag, Matrix& out) {
+    out = kIdentityMatrix;
     const std::string format = tag.attribute("format");
     const std::string& value = tag.value();
     if (format == "binary")
-        return readBinary(value);
+        return readBinary(value, out);
     if (format == "text")
-        return readText(value);
-    if (format == "component" || value.empty())
-        return readComponents(tag);
-    return value.find(',') != std::string::npos ? readText(value) : readBinary(value);
+        return readText(value, out);
+    if (format != "component" && !value.empty())
+        return value.find(',') != std::string::npos ? readText(value, out) : readBinary(value, out);
+    out = readComponents(tag);
+    return true;
 }
 
 Tag writeMatrix(const Matrix& matrix) {

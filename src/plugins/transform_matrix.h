@@ -24,6 +24,9 @@ Matrix multiply(const Matrix& a, const Matrix& b);
 ///   "scale" and "translate" (value: a vector). The last child acts first on a point.
 Matrix readMatrix(const Tag& tag);
 
+/// The same into `out`; false if a binary value has another size or a text too few numbers.
+[[nodiscard]] bool readMatrix(const Tag& tag, Matrix& out);
+
 /// An element "transform" in the binary form, without attributes.
 Tag writeMatrix(const Matrix& matrix);
 

@@ -70,10 +70,12 @@ public:
     /// All nodes of `tool`, in a stable order.
     virtual std::vector<SceneNode*> getNodes(CInterface* tool) = 0;
     /// For a tool from saved data: one node or null for each "node" element of `nodeInfo`, in
-    /// order. `name` is the tool's name in that data.
+    /// order. `name` is the tool's name in that data. Each node is given back by a release() of
+    /// itself, behind which it goes on as the tool's.
     virtual std::vector<SceneNode*> resolveNodes(Tag nodeInfo, std::string name,
                                                  CInterface* tool) = 0;
     /// Merges a file of the host's own format into the scene; the new nodes, empty on failure.
+    /// Their getName() is the one in the file. Each is given back by a release() of itself.
     virtual std::vector<SceneNode*> mergeFile(std::string path) = 0;
 
     /// Opens a step of the host's undo list. Steps nest; the outermost names the entry.

@@ -33,14 +33,15 @@ class CoreInterface : public Util::MessageNode {
 public:
     using Util::MessageNode::MessageNode;
 
-    /// The tree of tools, for the host to keep in its scene: types, names, check marks, bindings,
-    /// the tools' custom data and how their nodes hang together. Recorded values and the tools'
-    /// saved blocks are not in it so far: a take can be simulated again in the process that
-    /// recorded it, and a tool that is loaded is made anew.
+    /// The tree of tools, for the host to keep in its scene: types, names, check marks, panels,
+    /// bindings, the tools' custom data and saved blocks, the visibility of their nodes and the
+    /// recorded values, so that a take can be simulated again wherever the scene is opened.
     virtual Tag getConfiguration() = 0;
     /// The tools that have no node in the scene, for the host to keep beside it; a tag "MVR".
     virtual Tag getDetachedConfiguration() = 0;
-    /// Creates the tools that `configuration` describes.
+    /// Creates the tools that `configuration` describes, each with the scene nodes that it had,
+    /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out: the
+    /// user is told, and the log says which.
     virtual void loadConfiguration(Tag configuration) = 0;
     /// Destroys all tools, last first; their scene objects stay.
     virtual void deleteAllInstances() = 0;

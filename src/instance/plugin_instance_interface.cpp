@@ -18,9 +18,6 @@ struct NodeDataRecord {
     SceneNode* node;
 };
 
-// Asks for the packed form, which save() does not write so far: the result is the plain tree.
-constexpr std::uint32_t kPacked = 0x20000;
-
 template <class Record>
 Record* pointerTo(std::intptr_t data) {
     return reinterpret_cast<Record*>(data);
@@ -124,7 +121,7 @@ void PluginInstance::addMasterNodes(Tag& out) {
             if (reference->getParentReference() != nullptr)
                 master.addChild(Tag::element("childindex", reference->getPosition()));
             Tag configuration;
-            reference->save(configuration, SaveMask::kDetached | kPacked);
+            reference->save(configuration, SaveMask::kOwnRequest);
             master.addChild(std::move(configuration));
         }
         out.addChild(std::move(master));

@@ -50,11 +50,13 @@ public:
     [[nodiscard]] virtual std::int32_t init() { return 0; }
     /// Second step for a new tool: make its scene nodes. Non-zero stops the creation.
     [[nodiscard]] virtual std::int32_t create() { return 0; }
-    /// Second step for a tool from saved data, which CInterface::getSaveData() holds. Not called
-    /// so far: no saved blocks are read or written, and every tool goes through create().
+    /// Second step for a tool from a saved scene, in place of create(): the block that save() gave
+    /// is in CInterface::getSaveData(), and the scene nodes that it had are there. Non-zero stops
+    /// the creation.
     [[nodiscard]] virtual std::int32_t load() { return 0; }
-    /// The saved block is wanted: hand it to CInterface::setSaveData(). Non-zero: there is none.
-    /// Not called so far, as load().
+    /// The scene is saved: hand the block that load() needs to CInterface::setSaveData(); a tool
+    /// that needs none just returns 0. Non-zero: nothing is saved, and the tool is made anew by
+    /// create() when the scene is opened.
     [[nodiscard]] virtual std::int32_t save() { return 0; }
     /// Frees the object in the library that made it; the only way to free one.
     virtual void destroy() { delete this; }

@@ -3,11 +3,13 @@
 #include "core/core_implementation.h"
 #include "core/error_code.h"
 #include "core/log.h"
+#include "data/packed_tag.h"
 #include "instance/plugin_instance.h"
-#include "plugins/extension_ids.h"
 #include "plugins/instance_reference.h"
 #include "plugins/library_manager.h"
+#include "plugins/model_place.h"
 #include "plugins/plugin.h"
+#include "plugins/tool_start.h"
 
 #include <deque>
 #include <optional>
@@ -20,15 +22,18 @@ namespace {
 /// constructor and end().
 class ToolLoad {
 public:
-    ToolLoad(CoreImplementation* core, const Tag& data, const std::string& path)
-        : core_(core), data_(data), path_(path) {
+    /// `outermost` is the one that all others of the model hang below, null for that itself.
+    ToolLoad(CoreImplementation* core, Tag& data, const std::string& path,
+             const ToolLoad* outermost)
+        : core_(core), data_(data), path_(path), isUnpacked_(unpackTag(data)),
+          place_(outermost != nullptr ? outermost->place_ : ModelPlace(data, path)) {
         isMade_ = begin();
     }
 
     /// The data of the next tool below, null if there is none left.
-    const Tag* nextChild() {
+    Tag* nextChild() {
         while (isMade_ && nextChild_ < data_.childCount()) {
-            const Tag& child = data_.child(nextChild_++);
+            Tag& child = data_.child(nextChild_++);
             if (child.hasName("MVR_Plugin"))
                 return &child;
         }
@@ -63,12 +68,12 @@ private:
     bool begin();
     bool makeInstance(Plugin& plugin, const std::string& type);
     void applyStates();
-    bool startTool();
-    void logRefusal(const char* text, std::int32_t code);
 
     CoreImplementation* core_;
-    const Tag& data_;
+    Tag& data_;
     const std::string& path_;
+    bool isUnpacked_;
+    ModelPlace place_;
     std::optional<Log> entry_;
     InstanceReference::Watch reference_{nullptr}; // a tool, or the host's undo, may end it
     std::int32_t error_ = 0;
@@ -82,15 +87,19 @@ bool ToolLoad::begin() {
         error_ = errors().report("INVALIDOKFDATASTRUCTURE");
         return false;
     }
-    if (data_.attribute("compressed") == "1")
-        Log(Log::Warning).write("Packed tool data can't be read");
     std::string type = data_.child("type").value();
     if (type.empty())
         type = data_.child("pluginname").value();
+    const std::string& name = data_.child("name").value();
+    place_.setTool(name.empty() ? type : name);
+    if (!isUnpacked_)
+        place_.log("MVR_Plugin", "its packed text can't be read");
     entry_.emplace("Creating " + type, Log::Notice);
     Plugin* const plugin = LibraryManager::instance()->findPlugin(type);
     if (plugin == nullptr) {
         entry_->write("Could not find plugin type", type, Log::Warning);
+        if (isUnpacked_)
+            place_.log("type", "there is no such kind of tool: " + type);
         error_ = errors().report("PLUGINNOTFOUND");
         return false;
     }
@@ -98,7 +107,15 @@ bool ToolLoad::begin() {
     if (!makeInstance(*plugin, type))
         return false;
     applyStates();
-    return startTool();
+    if (reference_.get() == nullptr) { // the tool took itself away
+        adaptor().endUndo();
+        return false;
+    }
+    if (!ToolStart(*reference_.get(), data_, place_, *entry_).run(path_))
+        return false;
+    entry_->write("Entering highpoly loading routines");
+    reference_.get()->loadHighPoly(data_.child("highpoly"), path_);
+    return true;
 }
 
 bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
@@ -108,6 +125,7 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
         instance->destroy();
         adaptor().cancelUndo();
         entry_->write("Unable to instanciate plugin", type, Log::Error);
+        place_.log("MVR_Plugin", "the tool's library can't make it");
         error_ = errors().report("COULDNOTINSTANCIATEPLUGIN");
         return false;
     }
@@ -129,53 +147,15 @@ void ToolLoad::applyStates() {
     reference.getInstance()->setCustomData(data_.child("customdata"));
 }
 
-/// The first calls of the tool's life.
-bool ToolLoad::startTool() {
-    CCamera& tool = *reference_.get()->getInstance()->getCode();
-    {
-        Log entry("initializing plugin", Log::Notice);
-        std::string path = path_;
-        tool.extend(ToolExtension::kDataFolder, reinterpret_cast<std::intptr_t>(&path));
-        if (const std::int32_t code = tool.init(); code != 0) {
-            adaptor().cancelUndo();
-            logRefusal("instance init returned error", code);
-            if (reference_.get() != nullptr) // unless the host took it back with the step
-                reference_.get()->destroy();
-            return false;
-        }
-        entry.write("init returned successfully");
-    }
-    // So that nobody takes a tool made anew for the one that was saved.
-    if (!data_.child("savedata").isEmpty())
-        entry_->write("Saved data can't be read: the tool is made anew", Log::Warning);
-    {
-        Log entry("creating plugin", Log::Notice);
-        // A tool that fails here stays outside the tree, if the host doesn't take it back, until
-        // the core is detached.
-        if (const std::int32_t code = tool.create(); code != 0) {
-            logRefusal("instance create returned error", code);
-            adaptor().cancelUndo();
-            return false;
-        }
-    }
-    entry_->write("create returned successfully");
-    return true;
-}
-
-/// The tool refused its own making: no error of ours.
-void ToolLoad::logRefusal(const char* text, std::int32_t code) {
-    entry_->write(text, errors().find(code).getMessage(), Log::Error);
-}
-
 } // namespace
 
-Util::Owned<InstanceReference> instantiate(CoreImplementation* core, const Tag& data,
-                                           std::int32_t& error, const std::string& path) {
+Util::Owned<InstanceReference> instantiate(CoreImplementation* core, Tag& data, std::int32_t& error,
+                                           const std::string& path) {
     std::deque<ToolLoad> open; // not the machine's stack, which nested data could exhaust
-    open.emplace_back(core, data, path);
+    open.emplace_back(core, data, path, nullptr);
     while (true) {
-        if (const Tag* const child = open.back().nextChild()) {
-            open.emplace_back(core, *child, path);
+        if (Tag* const child = open.back().nextChild()) {
+            open.emplace_back(core, *child, path, &open.front());
             continue;
         }
         auto [reference, code] = open.back().end();

@@ -21,8 +21,12 @@ namespace {
 
 // The attribute passes of a creation, in their order: first those that change scene objects, then,
 // behind the host's undo step, those that don't.
-constexpr std::initializer_list<std::uint32_t> kUndoablePasses{0x884E, SaveMask::kParent};
-constexpr std::initializer_list<std::uint32_t> kLatePasses{0x0200, 0x0080, SaveMask::kSelection};
+constexpr std::initializer_list<std::uint32_t> kUndoablePasses{
+    SaveMask::kRecordedValues | SaveMask::kConfigProfile | SaveMask::kInputProfile |
+        SaveMask::kVisible | SaveMask::kMesh | SaveMask::kTransform,
+    SaveMask::kParent};
+constexpr std::initializer_list<std::uint32_t> kLatePasses{SaveMask::kNodes, SaveMask::kHighPoly,
+                                                           SaveMask::kSelection};
 
 /// References, each until it is destroyed: a tool may take itself away at any of its calls.
 std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
@@ -61,8 +65,7 @@ Tag wrap(const Tag& data, Log& entry) {
     return wrapper;
 }
 
-void instantiateAll(CoreImplementation* core, const Tag& wrapper, InstanceReference& holder,
-                    Log& entry) {
+void instantiateAll(CoreImplementation* core, Tag& wrapper, InstanceReference& holder, Log& entry) {
     const std::string path = wrapper.attribute("path");
     for (std::int32_t i = 0; i < wrapper.childCount(); ++i) {
         if (!wrapper.child(i).hasName("MVR_Plugin"))
@@ -84,9 +87,12 @@ void finishCreation(InstanceReference& holder, Log& entry) {
         if (each.get() != nullptr && each.get()->getInstance() != nullptr)
             each.get()->getInstance()->getCode()->extend(ToolExtension::kAfterCreate, 0);
     entry.write("Cleaning up");
-    for (const InstanceReference::Watch& each : created)
-        if (each.get() != nullptr && each.get()->getInstance() != nullptr)
-            each.get()->getInstance()->setUnderCreation(false);
+    for (const InstanceReference::Watch& each : created) {
+        if (each.get() == nullptr || each.get()->getInstance() == nullptr)
+            continue;
+        each.get()->getInstance()->setUnderCreation(false);
+        each.get()->nameHighPolyNodes();
+    }
 }
 
 } // namespace
@@ -102,7 +108,7 @@ InstanceManager::Creation InstanceManager::createAll(const Tag& data, InstanceRe
     if (parent == nullptr)
         parent = root_.get();
     entry.write("parent", parent != nullptr ? parent->getLabel() : "(NULL)", Log::OwnLevel);
-    const Tag wrapper = wrap(data, entry);
+    Tag wrapper = wrap(data, entry);
     if (addToRecent)
         addRecent(wrapper);
 

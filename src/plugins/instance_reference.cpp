@@ -75,6 +75,8 @@ InstanceReference::~InstanceReference() {
         own.emplace(this);
         destroyChildren(*own);
     }
+    for (SceneNode* node : highPolyNodes_) // of a creation that was broken off
+        node->release(node);
     Log log(Log::Notice);
     log.write("Notifying parent of destruction");
     if (InstanceReference* const parent = getParentReference())
@@ -158,6 +160,12 @@ void InstanceReference::setInTree(bool inTree) {
     instance_->updateNameUse();
     if (!inTree && instance_->isEnabled())
         instance_->withdrawDevice();
+}
+
+void InstanceReference::abandon() {
+    setInTree(false);
+    while (watches_ != nullptr) // no step of the host brings it back
+        watches_->set(nullptr);
 }
 
 void InstanceReference::remove(bool deleteScene) {

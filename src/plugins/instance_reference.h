@@ -5,10 +5,13 @@
 #include "core/util/dynamic_object.h"
 #include "data/tag.h"
 #include "gui/tree_node.h"
+#include "plugins/transform_matrix.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace MVR {
@@ -22,17 +25,26 @@ struct MenuItem;
 /// What a save writes, and what a pass of applyAttributes() reads. A pass ignores bits that it has
 /// no use for.
 namespace SaveMask {
-constexpr std::uint32_t kParent = 0x00001;       ///< per scene node: its parent
-constexpr std::uint32_t kVisible = 0x00008;      ///< per scene node: whether it is visible
-constexpr std::uint32_t kInputProfile = 0x00040; ///< the bindings of the input properties
-constexpr std::uint32_t kSelection = 0x00100;    ///< the scene nodes that the model selects
-constexpr std::uint32_t kCustomData = 0x01000;   ///< what the tool itself adds
-constexpr std::uint32_t kNoChildren = 0x10000;   ///< leaves out the tools below
-constexpr std::uint32_t kAnyNodeInfo = 0x007FF;  ///< any of these makes "nodeinfo" appear
-constexpr std::uint32_t kModel = 0x019CF;        ///< a model's file
-constexpr std::uint32_t kClone = 0x0194F;        ///< a copy within the scene
-constexpr std::uint32_t kScene = 0x0B848;        ///< the whole tree, for the host's scene
-constexpr std::uint32_t kDetached = 0x1B848;     ///< one tool, for the host to keep beside it
+constexpr std::uint32_t kParent = 0x00001;         ///< per scene node: its parent
+constexpr std::uint32_t kTransform = 0x00002;      ///< per scene node: its place in the world
+constexpr std::uint32_t kMesh = 0x00004;           ///< per scene node: its mesh
+constexpr std::uint32_t kVisible = 0x00008;        ///< per scene node: whether it is visible
+constexpr std::uint32_t kInputProfile = 0x00040;   ///< the bindings of the input properties
+constexpr std::uint32_t kHighPoly = 0x00080;       ///< the detailed model and what hangs where
+constexpr std::uint32_t kSelection = 0x00100;      ///< the scene nodes that the model selects
+constexpr std::uint32_t kNodes = 0x00200;          ///< only read: the scene nodes are made
+constexpr std::uint32_t kConfigProfile = 0x00800;  ///< the values of the tool's panel
+constexpr std::uint32_t kCustomData = 0x01000;     ///< what the tool itself adds
+constexpr std::uint32_t kSavedBlock = 0x02000;     ///< the tool's saved block
+constexpr std::uint32_t kRecordedValues = 0x08000; ///< the stored input of its takes
+constexpr std::uint32_t kNoChildren = 0x10000;     ///< leaves out the tools below
+constexpr std::uint32_t kPacked = 0x20000;         ///< packs the result, unless it is the root's
+constexpr std::uint32_t kAnyNodeInfo = 0x007FF;    ///< any of these makes "nodeinfo" appear
+constexpr std::uint32_t kModel = 0x019CF;          ///< a model's file
+constexpr std::uint32_t kClone = 0x0194F;          ///< a copy within the scene
+constexpr std::uint32_t kScene = 0x0B848;          ///< the whole tree, for the host's scene
+constexpr std::uint32_t kDetached = 0x1B848;       ///< one tool, for the host to keep beside it
+constexpr std::uint32_t kOwnRequest = 0x3B848;     ///< one tool, as it may ask of itself
 } // namespace SaveMask
 
 /// The tree's view of one placed tool: it gives the instance a place under a parent, a label, a
@@ -107,8 +119,26 @@ public:
     std::int32_t save(Tag& out, std::uint32_t mask);
     /// Applies those parts of `data` that depend on other tools to this tool and those below;
     /// `stages` are bits of SaveMask. 0, or the code of "INVALIDOKFDATASTRUCTURE" if `data`
-    /// doesn't describe this tool. A failure further down is logged only.
+    /// doesn't describe this tool, or a node's parent isn't there; what can be applied is. A
+    /// failure further down is logged only.
     [[nodiscard]] std::int32_t applyAttributes(const Tag& data, std::uint32_t stages);
+
+    /// Merges the first detailed model that `highPoly`, an element "highpoly", has for this host
+    /// and hides it; `path` is the folder of the model that names it. The element is kept.
+    void loadHighPoly(const Tag& highPoly, const std::string& path);
+    /// A merged node that waits for its name, of this reference or one above; null if there is
+    /// none.
+    [[nodiscard]] SceneNode* findHighPolyNode(const std::string& name) const;
+    /// The creation ends: the merged nodes take names that begin with the tool's.
+    void nameHighPolyNodes();
+    /// Shows or hides the scene nodes of this tool and those below.
+    void setLowPolyVisible(bool visible);
+    /// The same for the host's objects that hang below those nodes.
+    void setHighPolyVisible(bool visible);
+
+    /// The tool refused its creation: the reference stays outside the tree, beyond the host's undo
+    /// steps, until the attachment ends.
+    void abandon();
 
     /// Writes this tool and those below as a model's file. False, with the reason in the log and
     /// an old file whole, if that fails.
@@ -127,24 +157,40 @@ public:
 
 private:
     struct Departure;
-    struct Pass;
+    class AttributePass;
+    class TreeSave;
+
+    /// Nodes that the model selects, all of one tool.
+    struct SelectionGroup {
+        Watch owner;
+        std::vector<std::string> nodes;
+    };
 
     static void destroyChildren(Departure& top);
     void leaveTree(AdaptorInterface& adaptor, bool deleteScene);
-    [[nodiscard]] std::int32_t applyToThis(const Tag& data, std::uint32_t stages, bool& goesDown);
-    void applyInputs(const Tag& profile);
-    [[nodiscard]] std::int32_t applyToNodes(const Tag& nodeInfo, std::uint32_t stages);
-    [[nodiscard]] std::int32_t applyParent(SceneNode& node, const Tag& parent);
-    void applySelection(const Tag& nodeInfo);
     void browse();
-    PluginInstance* findOwner(const Tag& tag);
+    void addToSelection(InstanceReference& owner, const std::string& node);
     void saveThis(Tag& out, std::uint32_t mask);
+    void saveStates(Tag& out);
+    [[nodiscard]] bool saveBlocks(Tag& out, std::uint32_t mask);
     Tag saveNodes(std::uint32_t mask);
+    void saveHighPolyNames(SceneNode& node, Tag& out) const;
+    void saveSelection(Tag& nodeInfo);
+    [[nodiscard]] bool isForThisHost(const Tag& option) const;
+    void choosePostMerge(const Tag& highPoly, const Tag& option);
+    void mergeHighPoly(const std::string& file);
 
     PluginInstance* instance_ = nullptr; // not owned, but ended with the reference
     bool inTree_ = true;
-    bool isDeparting_ = false; // its children are gone and its entry in the log is open
-    Watch* watches_ = nullptr; // not owned
+    bool isDeparting_ = false;           // its children are gone and its entry in the log is open
+    Watch* watches_ = nullptr;           // not owned
+    Matrix postMerge_ = kIdentityMatrix; // for merged nodes that are roots
+    Tag highPolyTag_;                    // the element as it was read, for saving
+    std::vector<SceneNode*> highPolyNodes_; // merged, until they have their names; handles
+    std::unordered_map<std::string, SceneNode*> highPolyByName_; // the same
+    std::vector<SelectionGroup> selection_;
+    std::vector<Tag> selectTags_;                      // the elements that selection_ was read from
+    std::map<std::string, std::vector<Tag>> nodeTags_; // elements "hpnode" by the node's name
 };
 
 } // namespace MVR

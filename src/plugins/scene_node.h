@@ -69,8 +69,9 @@ public:
     virtual std::int32_t getChildCount() = 0;
     /// A handle of a child in the host; null if `index` is out of range.
     virtual SceneNode* getChild(std::int32_t index) = 0;
-    /// Gives a handle back. With this very node as `handle`: the tool behind it is going, the link
-    /// to the tool ends and the scene object stays.
+    /// Gives a handle back. With this very node as `handle` it gives back what resolveNodes() or
+    /// mergeFile() gave; if nothing of that is out the tool behind it is going, the link to the
+    /// tool ends and the scene object stays.
     virtual void release(SceneNode* handle) = 0;
     /// Non-zero if the adaptor must make the node anew for the tool behind `tool`, because the
     /// scene object of that saved name is not bound to it.
@@ -86,7 +87,8 @@ public:
     virtual void releaseTransformAccess(TransformAccess* access) = 0;
     /// True if `other` is the same object of the host.
     virtual bool isSameNode(SceneNode* other) = 0;
-    /// Hangs the node below `node`; null makes it a root.
+    /// Hangs the node below `node`; null makes it a root. It keeps its place in the world: a model
+    /// places its nodes there first and hangs them up then.
     virtual void setParent(SceneNode* node) = 0;
     /// Names the object in the host.
     virtual void setName(std::string name) = 0;

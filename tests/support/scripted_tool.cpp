@@ -88,16 +88,22 @@ std::int32_t ScriptedTool::init() {
 
 std::int32_t ScriptedTool::create() {
     note("create");
+    if (kind_.onCreate)
+        kind_.onCreate(*this);
     return kind_.createResult;
 }
 
 std::int32_t ScriptedTool::load() {
     note("load");
+    if (kind_.onLoad)
+        kind_.onLoad(*this);
     return kind_.loadResult;
 }
 
 std::int32_t ScriptedTool::save() {
     note("save");
+    if (kind_.onSave)
+        kind_.onSave(*this);
     return kind_.saveResult;
 }
 

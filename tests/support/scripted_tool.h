@@ -36,6 +36,9 @@ public:
     std::int32_t saveResult = 0;
     bool writesKeys = false; ///< record() writes the first property's value to its node "Node"
     std::function<void(ScriptedTool&)> onInit;
+    std::function<void(ScriptedTool&)> onCreate;
+    std::function<void(ScriptedTool&)> onLoad;
+    std::function<void(ScriptedTool&)> onSave;
     std::function<void(ScriptedTool&, double)> onStart;
     std::function<void(ScriptedTool&, double)> onRecord;
     std::function<void(ScriptedTool&, double)> onFinish;

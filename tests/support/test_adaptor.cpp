@@ -81,12 +81,15 @@ SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName, 
 }
 
 SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
-                                        std::intptr_t, std::intptr_t parent) {
+                                        std::intptr_t mesh, std::intptr_t parent) {
     if (SceneNode* const existing = createNode(tool, nodeName))
         return existing;
     note("createNode " + nodeName + " " + std::to_string(kind));
     nodes.push_back(std::make_unique<TestNode>(nodeName, tool));
     nodes.back()->setParent(reinterpret_cast<SceneNode*>(parent));
+    if (const auto* const given = reinterpret_cast<const CMesh*>(mesh);
+        given != nullptr && !given->vertices.empty())
+        nodes.back()->set(*given);
     return nodes.back().get();
 }
 
@@ -94,6 +97,12 @@ SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName) 
     for (SceneNode* node : getNodes(tool))
         if (node->getName() == nodeName)
             return node;
+    for (const auto& node : nodes) {
+        if (node->claim != tool || node->getName() != nodeName || node->getOwner() != nullptr)
+            continue;
+        node->setOwner(tool);
+        return node.get();
+    }
     return nullptr;
 }
 
@@ -105,14 +114,34 @@ std::vector<SceneNode*> RecordingAdaptor::getNodes(CInterface* tool) {
     return found;
 }
 
-std::vector<SceneNode*> RecordingAdaptor::resolveNodes(Tag nodeInfo, std::string, CInterface*) {
-    note("resolveNodes");
-    return std::vector<SceneNode*>(static_cast<std::size_t>(nodeInfo.childCount("node")));
+std::vector<SceneNode*> RecordingAdaptor::resolveNodes(Tag nodeInfo, std::string toolName,
+                                                       CInterface* tool) {
+    note("resolveNodes " + toolName);
+    std::vector<SceneNode*> found;
+    for (std::int32_t i = 0; i < nodeInfo.childCount("node"); ++i) {
+        const std::string nodeName = nodeInfo.child("node", i).attribute("name");
+        found.push_back(nullptr);
+        for (const auto& node : nodes) {
+            if (node->destroyed || node->getOwner() != nullptr || node->lastTool != toolName ||
+                node->getName() != nodeName)
+                continue;
+            node->claim = tool;
+            ++node->resolved;
+            found.back() = node.get();
+            break;
+        }
+    }
+    return found;
 }
 
 std::vector<SceneNode*> RecordingAdaptor::mergeFile(std::string path) {
     note("mergeFile " + path);
-    return {};
+    std::vector<SceneNode*> merged;
+    for (TestNode* node : onMerge ? onMerge(path) : std::vector<TestNode*>()) {
+        ++node->resolved;
+        merged.push_back(node);
+    }
+    return merged;
 }
 
 void RecordingAdaptor::beginUndo(std::string stepName) {

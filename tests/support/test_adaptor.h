@@ -5,6 +5,7 @@
 #include "plugins/c_undo.h"
 #include "support/test_node.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,6 +27,7 @@ public:
     double rangeEnd = 4;
     double frameRate = 25;
     Tag settingsLayout;
+    std::function<std::vector<TestNode*>(const std::string& path)> onMerge; ///< the file's nodes
 
     /// The undo list: names of the closed steps that can be undone, oldest first.
     std::vector<std::string> undoNames() const;

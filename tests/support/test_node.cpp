@@ -1,5 +1,7 @@
 #include "support/test_node.h"
 
+#include "instance/plugin_instance.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -20,11 +22,15 @@ void readKey(const std::map<double, std::array<double, Size>>& keys, double time
 } // namespace
 
 void TestNode::release(SceneNode* handle) {
-    if (handle == this) {
+    if (handle != this) {
+        --handles;
+    } else if (resolved > 0) {
+        --resolved;
+    } else {
+        if (owner_ != nullptr)
+            lastTool = static_cast<PluginInstance*>(owner_)->getName();
         linked = false;
         owner_ = nullptr;
-    } else {
-        --handles;
     }
 }
 
@@ -49,6 +55,19 @@ void TestNode::destroy(std::int32_t deleteScene) {
 
 TransformSnapshot* TestNode::getSnapshot(double time) {
     time_ = time;
+    ++snapshots;
+    return this;
+}
+
+HelperSnapshot* TestNode::getHelperSnapshot() {
+    ++snapshots;
+    return this;
+}
+
+MeshSnapshot* TestNode::getMeshSnapshot(double) {
+    if (mesh == nullptr)
+        return nullptr;
+    ++snapshots;
     return this;
 }
 
@@ -57,14 +76,14 @@ void TestNode::startRecording(double time) {
     rotations.erase(rotations.lower_bound(time), rotations.end());
 }
 
-void TestNode::get(double matrix[16]) {
-    for (int index = 0; index < 16; ++index)
-        matrix[index] = index % 5 == 0 ? 1 : 0;
-    getPosition(matrix + 12);
+void TestNode::get(double out[16]) {
+    std::copy(matrix.begin(), matrix.end(), out);
+    getPosition(out + 12);
 }
 
-void TestNode::set(const double matrix[16]) {
-    setPosition(matrix + 12);
+void TestNode::set(const double values[16]) {
+    std::copy(values, values + 16, matrix.begin());
+    setPosition(values + 12);
 }
 
 void TestNode::getPosition(double position[3]) {

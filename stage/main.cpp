@@ -10,11 +10,13 @@ namespace {
 constexpr const char* kHelp = R"(usage: mirvane-stage COMMAND [OPTIONS]
 
 The stage is a small host: it records tools that are driven by live input, simulates takes again,
-and writes them as glTF.
+keeps scenes and models, and writes glTF.
 
-  record    place tools, bind live input to them, record a take and write it
-  tools     list the tools that can be placed
-  devices   show what the input devices send
+  record      place tools, bind live input to them, record a take and write it
+  resimulate  run the takes of a saved scene again, with other settings
+  model       save tools as a model, load, list and show models
+  tools       list the tools that can be placed
+  devices     show what the input devices send
 
 mirvane-stage COMMAND --help tells more. --version tells the version.
 )";
@@ -32,6 +34,10 @@ int main(int count, char** arguments) {
     Stage::ExitCode code = Stage::ExitCode::Ok;
     if (command == "record") {
         code = Stage::recordCommand(rest);
+    } else if (command == "resimulate") {
+        code = Stage::resimulateCommand(rest);
+    } else if (command == "model") {
+        code = Stage::modelCommand(rest);
     } else if (command == "tools") {
         code = Stage::toolsCommand(rest);
     } else if (command == "devices") {

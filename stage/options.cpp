@@ -61,13 +61,17 @@ const char* meaning(ExitCode code) {
     case ExitCode::CoreOrToolMissing:
         return "the core, or a tool, is not there or can't be used";
     case ExitCode::BadBinding:
-        return "a property or a control that was named is not there";
+        return "a tool, a property or a control that was named is not there";
     case ExitCode::OutputNotWritten:
         return "a file could not be written; what it held before is whole";
     case ExitCode::CutShort:
         return "stopped by Ctrl+C before its end; what was recorded is kept";
     case ExitCode::CheckFailed:
         return "a check that was asked for failed";
+    case ExitCode::BadFile:
+        return "a scene, model or profile can't be read; the message tells where and why";
+    case ExitCode::Incomplete:
+        return "tools of a model, or parts of them, could not be made; the others are there";
     }
     return "";
 }
@@ -76,11 +80,18 @@ const char* meaning(ExitCode code) {
 
 bool readArguments(const std::vector<std::string>& words, const std::vector<Option>& options,
                    std::vector<Argument>& arguments, std::string& error) {
+    const auto isOperand = [](const Option& option) { return option.name[0] != '-'; };
+    auto operand = std::find_if(options.begin(), options.end(), isOperand);
     for (std::size_t i = 0; i < words.size(); ++i) {
         const std::string& word = words[i];
         if (word.rfind("-", 0) != 0) {
-            error = "\"" + word + "\" belongs to no option";
-            return false;
+            if (operand == options.end()) {
+                error = "\"" + word + "\" belongs to no option";
+                return false;
+            }
+            arguments.push_back({operand->name, word});
+            operand = std::find_if(operand + 1, options.end(), isOperand);
+            continue;
         }
         const std::size_t equals = word.find('=');
         const std::string name = word.substr(0, equals);
@@ -105,7 +116,10 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
         }
         arguments.push_back(std::move(argument));
     }
-    return true;
+    if (operand != options.end()) {
+        error = std::string(operand->name) + " is missing: " + operand->help;
+    }
+    return operand == options.end();
 }
 
 bool readNumber(const Argument& argument, double least, double& out, std::string& error) {

@@ -14,22 +14,25 @@ enum class ExitCode {
     OutputNotWritten = 4,
     CutShort = 5,
     CheckFailed = 6,
+    BadFile = 7,
+    Incomplete = 8,
 };
 
-/// One option of a command. A table of them is both what is read and what the help shows.
+/// One option of a command, or one operand: a word that must be given, in the order of the table. A
+/// table of them is both what is read and what the help shows.
 struct Option {
-    const char* name;     ///< with its dashes
-    const char* argument; ///< what follows it, for the help; null for an option that stands alone
+    const char* name;     ///< with its dashes; an operand's has none
+    const char* argument; ///< what follows it, for the help; null for what stands alone
     const char* help;     ///< lines end with "\n" where they are to be broken
 };
 
 struct Argument {
-    std::string name; ///< of the option
+    std::string name; ///< of the option or operand
     std::string value;
 };
 
-/// Reads "--name value", "--name=value" and "--name" by the table, in order. False, with a message
-/// for the user in `error`, for what the table doesn't have.
+/// Reads "--name value", "--name=value", "--name" and operands by the table, in order. False, with
+/// a message for the user in `error`, for what the table doesn't have, or if an operand is missing.
 [[nodiscard]] bool readArguments(const std::vector<std::string>& words,
                                  const std::vector<Option>& options,
                                  std::vector<Argument>& arguments, std::string& error);

@@ -1,7 +1,9 @@
 #include "stage/report.h"
 
+#include "stage/resimulation.h"
 #include "stage/scene/stage_node.h"
 #include "stage/text.h"
+#include "stage/tool_plan.h"
 
 #include <nlohmann/json.hpp>
 
@@ -78,16 +80,34 @@ std::string toTable(const Report& report) {
                       *report.isUndoGood ? "took the take away, brought it back" : "failed");
     }
     for (const ResimulationFigures& figures : report.resimulations) {
-        std::string label = "resimulated, unchanged";
-        for (std::size_t i = 0; i < figures.settings.size(); ++i) {
-            label = (i == 0 ? "resimulated, " : label + ", ") + figures.settings[i];
-        }
-        table += line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
-                      figures.difference.isSameFrames ? "same frames" : "other frames") +
-                 (figures.isCutShort ? line("", "stopped before its end")
-                                     : line("", "%.0f times real time", figures.timesRealTime));
+        table += toTable(figures);
     }
     return table;
+}
+
+ResimulationFigures describe(const std::vector<Setting>& settings,
+                             const CurveCopy::Difference& difference, const ResimulationRun& run,
+                             double span) {
+    ResimulationFigures figures;
+    for (const Setting& setting : settings) {
+        figures.settings.push_back(setting.toText());
+    }
+    figures.difference = difference;
+    figures.seconds = run.seconds;
+    figures.isCutShort = run.isCutShort;
+    figures.timesRealTime = run.seconds > 0.0 && !run.isCutShort ? span / run.seconds : 0.0;
+    return figures;
+}
+
+std::string toTable(const ResimulationFigures& figures) {
+    std::string label = "resimulated, unchanged";
+    for (std::size_t i = 0; i < figures.settings.size(); ++i) {
+        label = (i == 0 ? "resimulated, " : label + ", ") + figures.settings[i];
+    }
+    return line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
+                figures.difference.isSameFrames ? "same frames" : "other frames") +
+           (figures.isCutShort ? line("", "stopped before its end")
+                               : line("", "%.0f times real time", figures.timesRealTime));
 }
 
 std::string toJson(const Report& report) {

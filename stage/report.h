@@ -30,6 +30,17 @@ struct Report {
     std::vector<ResimulationFigures> resimulations;
 };
 
+struct ResimulationRun;
+struct Setting;
+
+/// The figures of a run over `span` seconds of scene time.
+ResimulationFigures describe(const std::vector<Setting>& settings,
+                             const CurveCopy::Difference& difference, const ResimulationRun& run,
+                             double span);
+
+/// The figures as lines for a person.
+std::string toTable(const ResimulationFigures& figures);
+
 /// The report as JSON text. Times are seconds unless the name says "ms".
 std::string toJson(const Report& report);
 

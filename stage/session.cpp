@@ -2,8 +2,11 @@
 
 #include "core/setting_ids.h"
 #include "plugins/c_interface.h"
+#include "stage/text.h"
 #include "unidevice/property.h"
 
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace Stage {
@@ -17,6 +20,27 @@ std::string describe(const Binding& binding) {
     }
     return text + ":" + binding.type + ":" + std::to_string(binding.index) +
            ": there is no such control (mirvane-stage devices lists what there is)";
+}
+
+/// The core writes six digits of a number; a resimulation is to give the same bytes.
+void writeExactSettings(MVR::Tag& tool, MVR::CInterface& access) {
+    MVR::Tag& profile = tool.child("inputprofile").child("profile");
+    for (std::int32_t i = 0; i < profile.childCount(); ++i) {
+        MVR::Tag& tag = profile.child(i);
+        const UniDevice::Property* property = access.findProperty(tag.attribute("name"));
+        if (property == nullptr) {
+            continue;
+        }
+        const std::pair<const char*, double> numbers[] = {{"multiplier", property->multiplier},
+                                                          {"exponent", property->exponent},
+                                                          {"deadzone", property->deadzone},
+                                                          {"offset", property->offset}};
+        for (const auto& [name, number] : numbers) {
+            if (MVR::Tag& element = tag.child(name); element.childCount() > 0) {
+                element.child(0).setName(toText(number));
+            }
+        }
+    }
 }
 
 } // namespace
@@ -54,6 +78,109 @@ void Session::close() {
     tools_.clear();
     core_->deleteAllInstances();
     library_.detach(std::exchange(core_, nullptr));
+}
+
+/// The configuration tells names, but no object; the core asks for the nodes of each tool as it
+/// writes it. Whether both tell of the same tools is seen by the names of the nodes.
+bool Session::readTools(PresentTools& out, std::string& error) {
+    std::unordered_set<MVR::CInterface*> known;
+    adaptor.setNodesListener([&](MVR::CInterface* tool) {
+        if (known.insert(tool).second) {
+            out.access.push_back(tool);
+        }
+    });
+    out.configuration = core_->getConfiguration();
+    adaptor.setNodesListener({});
+    out.tools = listTools(out.configuration);
+    bool isSame = out.tools.size() == out.access.size();
+    for (std::size_t i = 0; isSame && i < out.tools.size(); ++i) {
+        std::vector<std::string> nodes;
+        for (const MVR::SceneNode* node : adaptor.getNodes(out.access[i])) {
+            nodes.push_back(node->getName());
+        }
+        isSame = nodes == out.tools[i].nodes;
+    }
+    if (!isSame) {
+        error = "the core's configuration doesn't fit the tools whose nodes it asked for";
+    }
+    return isSame;
+}
+
+bool Session::openScene(const SceneData& data, std::string& error) {
+    bringScene(data, scene, timeline);
+    core_->loadConfiguration(data.configuration);
+    undo.clear();
+    (void)adaptor.takeNewTools();
+    PresentTools present;
+    if (!readTools(present, error)) {
+        return false;
+    }
+    std::unordered_map<std::string, MVR::CInterface*> byName;
+    for (std::size_t i = 0; i < present.tools.size(); ++i) {
+        byName.emplace(present.tools[i].plan.name, present.access[i]);
+    }
+    error.clear();
+    for (ListedTool& tool : listTools(data.configuration)) {
+        const auto found = byName.find(tool.plan.name);
+        if (found == byName.end()) {
+            error += (error.empty() ? "" : ", ") + ("\"" + tool.plan.name + "\" of type \"") +
+                     tool.plan.type + "\"";
+            continue;
+        }
+        tools_.push_back(
+            std::make_unique<PlacedTool>(PlacedTool{std::move(tool.plan), found->second}));
+        byName.erase(found);
+    }
+    if (!error.empty()) {
+        error = "these tools of the scene can't be made: " + error;
+    }
+    return error.empty();
+}
+
+std::optional<std::vector<const PlacedTool*>> Session::adoptTools(std::string& error) {
+    PresentTools present;
+    if (!readTools(present, error)) {
+        return std::nullopt;
+    }
+    std::unordered_set<const MVR::CInterface*> known;
+    for (const auto& tool : tools_) {
+        known.insert(tool->access);
+    }
+    std::vector<const PlacedTool*> adopted;
+    for (std::size_t i = 0; i < present.tools.size(); ++i) {
+        if (known.count(present.access[i]) == 0) {
+            tools_.push_back(std::make_unique<PlacedTool>(
+                PlacedTool{std::move(present.tools[i].plan), present.access[i]}));
+            adopted.push_back(tools_.back().get());
+        }
+    }
+    return adopted;
+}
+
+bool Session::saveScene(const std::string& path, std::string& error) {
+    PresentTools present;
+    if (!readTools(present, error)) {
+        return false;
+    }
+    ToolNames names;
+    for (std::size_t i = 0; i < present.tools.size(); ++i) {
+        names.emplace(present.access[i], present.tools[i].plan.name);
+    }
+    std::unordered_map<const MVR::CInterface*, const ToolPlan*> plans;
+    for (const auto& tool : tools_) {
+        plans.emplace(tool->access, &tool->plan);
+    }
+    std::size_t next = 0;
+    forEachTool(present.configuration, [&](MVR::Tag& tool) {
+        MVR::CInterface* access = present.access[next++];
+        writeExactSettings(tool, *access);
+        const auto plan = plans.find(access);
+        if (plan != plans.end()) {
+            keepBindings(tool, plan->second->bindings);
+        }
+    });
+    return writeSceneFile(path, takeScene(scene, timeline, names, std::move(present.configuration)),
+                          error);
 }
 
 const PlacedTool* Session::place(const ToolPlan& plan, std::string& error) {

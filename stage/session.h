@@ -3,12 +3,15 @@
 #include "stage/core_library.h"
 #include "stage/install_values.h"
 #include "stage/scene/scene.h"
+#include "stage/scene/scene_file.h"
 #include "stage/stage_adaptor.h"
 #include "stage/timeline.h"
+#include "stage/tool_list.h"
 #include "stage/tool_plan.h"
 #include "stage/undo_list.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,8 +31,10 @@ struct PlacedTool {
 /// One run of the host with the core attached.
 ///
 /// 1. open() loads and attaches the core.
-/// 2. place() for each tool, then take() and resimulate() as often as wanted.
-/// 3. close(), or the end of the object.
+/// 2. openScene(), if the scene isn't to be a new one.
+/// 3. place() for each tool, then take() and resimulate() as often as wanted.
+/// 4. saveScene(), as often as wanted.
+/// 5. close(), or the end of the object.
 class Session {
 public:
     Session() = default;
@@ -40,6 +45,18 @@ public:
     /// False, with the reason in `error`, if there is no core, or none that fits.
     [[nodiscard]] bool open(const InstallValues& values, std::string& error);
     void close();
+
+    /// Brings back a scene that was read from a file: nodes, time and tools, as getTools(). Nothing
+    /// of it can be undone. False, with the tools that can't be made in `error`; then the scene is
+    /// not to be saved, for they would be lost.
+    [[nodiscard]] bool openScene(const SceneData& data, std::string& error);
+    /// Writes the scene's file with all that goes on from here in another process. False, with the
+    /// reason in `error` and the old file whole, if it can't be written.
+    [[nodiscard]] bool saveScene(const std::string& path, std::string& error);
+
+    /// Takes the tools that the core made by itself, as for a model, into getTools(). The new ones;
+    /// nothing, with the reason in `error`, if they can't be told.
+    [[nodiscard]] std::optional<std::vector<const PlacedTool*>> adoptTools(std::string& error);
 
     /// Places a tool; null, with the reason in `error`, if the core can't make it. The result is
     /// valid until close().
@@ -65,6 +82,14 @@ public:
     StageAdaptor adaptor{scene, undo, timeline};
 
 private:
+    /// The tools as the core has them now.
+    struct PresentTools {
+        MVR::Tag configuration;
+        std::vector<ListedTool> tools;
+        std::vector<MVR::CInterface*> access; // of the tool at the same index
+    };
+    bool readTools(PresentTools& out, std::string& error);
+
     InstallValuesFile installValues_;
     CoreLibrary library_;
     MVR::CoreInterface* core_ = nullptr; // the core's; null when detached

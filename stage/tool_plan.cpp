@@ -23,6 +23,8 @@ bool names(const Setting& setting, const std::string& property) {
     return setting.property == property || setting.property == "*";
 }
 
+} // namespace
+
 MVR::Tag toControl(const Binding& binding) {
     MVR::Tag control = MVR::Tag::element("control");
     control.attributeRef("device") = binding.device;
@@ -31,8 +33,6 @@ MVR::Tag toControl(const Binding& binding) {
     control.attributeRef("index") = std::to_string(binding.index);
     return control;
 }
-
-} // namespace
 
 std::string Setting::toText() const {
     return (tool.empty() ? "" : tool + "/") + property + "." + name + "=" + Stage::toText(value);

@@ -12,6 +12,8 @@
 namespace Stage {
 
 ExitCode recordCommand(const std::vector<std::string>& words);
+ExitCode resimulateCommand(const std::vector<std::string>& words);
+ExitCode modelCommand(const std::vector<std::string>& words);
 ExitCode toolsCommand(const std::vector<std::string>& words);
 ExitCode devicesCommand(const std::vector<std::string>& words);
 

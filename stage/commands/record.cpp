@@ -1,8 +1,9 @@
+#include "plugins/c_interface.h"
+#include "plugins/extension_ids.h"
 #include "stage/commands/commands.h"
+#include "stage/commands/outputs.h"
 #include "stage/commands/record_options.h"
 #include "stage/curve_copy.h"
-#include "stage/export/curve_table.h"
-#include "stage/export/gltf_writer.h"
 #include "stage/input_log.h"
 #include "stage/machine.h"
 #include "stage/progress.h"
@@ -11,12 +12,8 @@
 #include "stage/session.h"
 #include "stage/take.h"
 
-#include "platform/files.h"
-
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 namespace Stage {
 
@@ -33,12 +30,13 @@ public:
 
 private:
     ExitCode checkOutputs() const;
+    ExitCode openScene();
     ExitCode placeTools();
     ExitCode checkSettings() const;
     ExitCode recordTake();
     ExitCode resimulateAll();
-    ExitCode writeFile(const std::string& path, const std::string& bytes) const;
     ExitCode writePass(const Pass& pass) const;
+    ExitCode saveScene();
     std::vector<const StageNode*> nodesToWrite() const;
 
     const RecordOptions& options_;
@@ -49,27 +47,28 @@ private:
     std::string inputTable_;
 };
 
-ExitCode fail(ExitCode code, const std::string& message) {
-    complain(message);
-    return code;
-}
-
 /// A take that can't be written is found out before it is played.
 ExitCode RecordRun::checkOutputs() const {
-    std::vector<std::string> paths = {options_.report, options_.logInput};
+    std::vector<std::string> paths = {options_.report, options_.logInput, options_.scene};
     for (const Pass& pass : options_.passes) {
         paths.push_back(pass.out);
         paths.push_back(pass.outCurves);
     }
-    for (const std::string& path : paths) {
-        const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-        std::error_code error;
-        if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
-            return fail(ExitCode::OutputNotWritten,
-                        "can't write " + path + ": there is no folder " + folder.string());
-        }
-        if (std::filesystem::is_directory(path, error)) {
-            return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
+    return Stage::checkOutputs(paths);
+}
+
+/// Brings back the scene that the take is to be added to, if there is one.
+ExitCode RecordRun::openScene() {
+    std::string error;
+    if (!options_.opened) {
+        return ExitCode::Ok;
+    }
+    if (!session_.openScene(*options_.opened, error)) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    for (const auto& tool : session_.getTools()) {
+        if (!session_.checkBindings(*tool, error)) {
+            return fail(ExitCode::BadBinding, error);
         }
     }
     return ExitCode::Ok;
@@ -120,22 +119,21 @@ std::vector<const StageNode*> RecordRun::nodesToWrite() const {
     return nodes;
 }
 
-ExitCode RecordRun::writeFile(const std::string& path, const std::string& bytes) const {
-    if (path.empty() || MVR::Platform::writeFileAtomic(path, bytes)) {
-        return ExitCode::Ok;
-    }
-    return fail(ExitCode::OutputNotWritten,
-                "can't write " + path + ": " + MVR::Platform::lastFileError());
+ExitCode RecordRun::writePass(const Pass& pass) const {
+    return writeNodes(nodesToWrite(), session_.timeline.getStart(), pass.out, pass.outCurves);
 }
 
-ExitCode RecordRun::writePass(const Pass& pass) const {
-    const std::vector<const StageNode*> nodes = nodesToWrite();
-    const ExitCode scene = pass.out.empty()
-                               ? ExitCode::Ok
-                               : writeFile(pass.out, toGltf(nodes, session_.timeline.getStart()));
-    const ExitCode curves =
-        pass.outCurves.empty() ? ExitCode::Ok : writeFile(pass.outCurves, toCurveTable(nodes));
-    return scene != ExitCode::Ok ? scene : curves;
+/// The scene without the probe, which is no part of it.
+ExitCode RecordRun::saveScene() {
+    if (options_.scene.empty()) {
+        return ExitCode::Ok;
+    }
+    if (probe_ != nullptr) {
+        probe_->extend(MVR::InterfaceExtension::kUnplug, 0);
+    }
+    std::string error;
+    return session_.saveScene(options_.scene, error) ? ExitCode::Ok
+                                                     : fail(ExitCode::OutputNotWritten, error);
 }
 
 ExitCode RecordRun::recordTake() {
@@ -194,16 +192,8 @@ ExitCode RecordRun::resimulateAll() {
         if (!run) {
             return fail(ExitCode::CoreOrToolMissing, error);
         }
-        ResimulationFigures figures;
-        for (const Setting& setting : pass.settings) {
-            figures.settings.push_back(setting.toText());
-        }
-        figures.difference = CurveCopy(report_.nodes).compare(take_);
-        figures.seconds = run->seconds;
-        figures.isCutShort = run->isCutShort;
-        figures.timesRealTime =
-            run->seconds > 0.0 && !run->isCutShort ? (end - start) / run->seconds : 0.0;
-        report_.resimulations.push_back(std::move(figures));
+        report_.resimulations.push_back(
+            describe(pass.settings, CurveCopy(report_.nodes).compare(take_), *run, end - start));
         if (const ExitCode code = writePass(pass); code != ExitCode::Ok) {
             worst = code;
         }
@@ -226,7 +216,10 @@ ExitCode RecordRun::run() {
     if (!session_.open(options_.install, error)) {
         return fail(ExitCode::CoreOrToolMissing, error);
     }
-    code = placeTools();
+    code = openScene();
+    if (code == ExitCode::Ok) {
+        code = placeTools();
+    }
     if (code != ExitCode::Ok) {
         return code;
     }
@@ -238,15 +231,15 @@ ExitCode RecordRun::run() {
     // From here on there is something to lose: each step is done whatever came of the one before.
     const ExitCode written = writePass(options_.passes.front());
     const ExitCode passes = resimulateAll();
-    const ExitCode report = writeFile(options_.report, toJson(report_));
-    const ExitCode input = writeFile(options_.logInput, inputTable_);
+    const ExitCode report = writeOutput(options_.report, toJson(report_));
+    const ExitCode input = writeOutput(options_.logInput, inputTable_);
     if (options_.printTable) {
         std::fputs(toTable(report_).c_str(), stdout);
     }
-    for (const ExitCode step : {written, passes, report, input, take}) {
-        if (step != ExitCode::Ok) {
-            return step;
-        }
+    const ExitCode scene = saveScene();
+    const ExitCode failure = firstFailure({written, passes, report, input, scene, take});
+    if (failure != ExitCode::Ok) {
+        return failure;
     }
     const bool hasEnd = !options_.take.autoExpand;
     return report_.take.isCutShort && hasEnd ? ExitCode::CutShort : ExitCode::Ok;
@@ -262,7 +255,7 @@ ExitCode recordCommand(const std::vector<std::string>& words) {
     std::string error;
     if (!readRecordOptions(words, options, error)) {
         complain(error);
-        return ExitCode::Usage;
+        return options.failure;
     }
     return RecordRun(options).run();
 }

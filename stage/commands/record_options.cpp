@@ -1,6 +1,7 @@
 #include "stage/commands/record_options.h"
 
 #include "stage/commands/commands.h"
+#include "stage/tool_list.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -21,7 +22,8 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok,
                                       ExitCode::BadBinding,
                                       ExitCode::OutputNotWritten,
                                       ExitCode::CutShort,
-                                      ExitCode::CheckFailed};
+                                      ExitCode::CheckFailed,
+                                      ExitCode::BadFile};
 
 std::vector<Option> recordOptions() {
     return withCommonOptions({
@@ -34,6 +36,11 @@ std::vector<Option> recordOptions() {
          "multiplier, exponent, deadzone or offset of a property;\n\"*\" means all that are bound. "
          "A dead zone of 0.1 holds\nunless it is set"},
         {"--bindings", "FILE", "lines \"bind ...\" and \"set ...\" as in these options"},
+        {"--open", "SCENE",
+         "begin from a scene that was saved: its tools with their\nbindings, its takes, range and "
+         "frame rate"},
+        {"--scene", "FILE",
+         "save the scene after all else: mirvane-stage resimulate\nand --open go on from there"},
         {"--start", "SECONDS", "start of the animation range and of the take (0)"},
         {"--end", "SECONDS", "end of the range (start + 10)"},
         {"--seconds", "N", "length of the take, in place of --end; it stops there"},
@@ -82,6 +89,9 @@ private:
                argument.name == "--set";
     }
     bool readOfTool(const Argument& argument, std::string& error);
+    bool addTool(const std::string& type);
+    bool open(const std::string& path, std::string& error);
+    std::vector<ToolPlan> knownTools() const;
     bool readOfPass(const Argument& argument);
     bool readOfTake(const Argument& argument, std::string& error);
 
@@ -92,7 +102,7 @@ private:
 
 bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
     if (argument.name == "--set" && options_.passes.size() > 1) {
-        return parseSetting(argument.value, options_.tools,
+        return parseSetting(argument.value, knownTools(),
                             options_.passes.back().settings.emplace_back(), error);
     }
     if (options_.passes.size() > 1) {
@@ -100,13 +110,7 @@ bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
         return false;
     }
     if (argument.name == "--tool") {
-        const auto ofType = std::count_if(
-            options_.tools.begin(), options_.tools.end(),
-            [&argument](const ToolPlan& tool) { return tool.type == argument.value; });
-        char number[24];
-        std::snprintf(number, sizeof number, "_%02d", static_cast<int>(ofType) + 1);
-        options_.tools.push_back({argument.value, argument.value + number, {}, {}});
-        return true;
+        return addTool(argument.value);
     }
     if (options_.tools.empty()) {
         error = argument.name + " belongs behind the --tool it is meant for";
@@ -128,6 +132,38 @@ bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
     }
     tool.name = argument.value;
     return true;
+}
+
+bool RecordReader::addTool(const std::string& type) {
+    const std::vector<ToolPlan> known = knownTools();
+    const auto ofType = std::count_if(known.begin(), known.end(),
+                                      [&type](const ToolPlan& tool) { return tool.type == type; });
+    char number[24];
+    std::snprintf(number, sizeof number, "_%02d", static_cast<int>(ofType) + 1);
+    options_.tools.push_back({type, type + number, {}, {}});
+    return true;
+}
+
+bool RecordReader::open(const std::string& path, std::string& error) {
+    SceneData& scene = options_.opened.emplace();
+    if (!readSceneFile(path, scene, error)) {
+        options_.failure = ExitCode::BadFile;
+        return false;
+    }
+    options_.start = scene.start;
+    options_.rate = scene.rate;
+    return true;
+}
+
+/// Those of the scene that was opened, and those that are placed.
+std::vector<ToolPlan> RecordReader::knownTools() const {
+    std::vector<ToolPlan> tools = options_.tools;
+    if (options_.opened) {
+        for (ListedTool& tool : listTools(options_.opened->configuration)) {
+            tools.push_back(std::move(tool.plan));
+        }
+    }
+    return tools;
 }
 
 bool RecordReader::readOfPass(const Argument& argument) {
@@ -152,6 +188,10 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
         options_.checkUndo = true;
     } else if (argument.name == "--table") {
         options_.printTable = true;
+    } else if (argument.name == "--open") {
+        return open(argument.value, error);
+    } else if (argument.name == "--scene") {
+        options_.scene = argument.value;
     } else if (argument.name == "--report") {
         options_.report = argument.value;
     } else if (argument.name == "--log-input") {
@@ -183,11 +223,14 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
 bool RecordReader::finish(std::string& error) {
     constexpr double kDefaultSeconds = 10.0;
     options_.end = end_.value_or(options_.start + seconds_.value_or(kDefaultSeconds));
+    if (options_.opened && !end_ && !seconds_ && options_.opened->end > options_.start) {
+        options_.end = options_.opened->end;
+    }
     if (seconds_) {
         options_.take.autoExpand = false;
     }
-    if (options_.tools.empty()) {
-        error = "give at least one --tool";
+    if (options_.tools.empty() && !options_.opened) {
+        error = "give at least one --tool, or --open a scene";
     } else if (end_ && seconds_) {
         error = "--end and --seconds both tell where the take ends: give one of them";
     } else if (options_.end <= options_.start) {
@@ -201,7 +244,8 @@ bool RecordReader::finish(std::string& error) {
 } // namespace
 
 std::string recordHelp() {
-    return "usage: mirvane-stage record --tool TYPE [OPTIONS] [--resimulate [OPTIONS]]...\n\n"
+    return "usage: mirvane-stage record --tool TYPE [OPTIONS] [--resimulate [OPTIONS]]...\n"
+           "       mirvane-stage record --open SCENE [OPTIONS] [--resimulate [OPTIONS]]...\n\n"
            "Records a take in real time. Each curve of a tool's objects gets a key at the start,\n"
            "which holds what stood there, and one for each frame: N + 1 keys for N frames.\n"
            "Ctrl+C stops the take and keeps it; a second one ends the program at once.\n\n" +
@@ -220,6 +264,9 @@ bool readRecordOptions(const std::vector<std::string>& words, RecordOptions& out
         return false;
     }
     RecordReader reader(out);
+    // The scene comes first: it tells what the others go on from.
+    std::stable_partition(arguments.begin(), arguments.end(),
+                          [](const Argument& argument) { return argument.name == "--open"; });
     for (const Argument& argument : arguments) {
         if (!reader.read(argument, error)) {
             return false;

@@ -2,6 +2,7 @@
 
 #include "stage/install_values.h"
 #include "stage/options.h"
+#include "stage/scene/scene_file.h"
 #include "stage/take.h"
 #include "stage/tool_plan.h"
 
@@ -26,11 +27,14 @@ struct RecordOptions {
     double end = 10.0;
     double rate = 25.0;
     bool checkUndo = false;
-    std::optional<Binding> latency; ///< the control that tells when a packet was sent
-    std::string report;             ///< JSON file; empty for none
-    std::string logInput;           ///< table of what the devices held; empty for none
-    bool printTable = false;        ///< of what was measured
-    std::vector<Pass> passes;       ///< the take first, then its resimulations
+    std::optional<Binding> latency;     ///< the control that tells when a packet was sent
+    std::optional<SceneData> opened;    ///< the scene that the take is added to
+    std::string scene;                  ///< file that the scene is saved to; empty for none
+    std::string report;                 ///< JSON file; empty for none
+    std::string logInput;               ///< table of what the devices held; empty for none
+    bool printTable = false;            ///< of what was measured
+    std::vector<Pass> passes;           ///< the take first, then its resimulations
+    ExitCode failure = ExitCode::Usage; ///< what reading the options fails with
 };
 
 std::string recordHelp();

@@ -1,0 +1,205 @@
+#include "stage/commands/model_commands.h"
+
+#include "core/error_code.h"
+#include "stage/commands/commands.h"
+#include "stage/commands/outputs.h"
+#include "stage/log_lines.h"
+#include "stage/session.h"
+
+#include <cstdio>
+#include <optional>
+
+namespace Stage {
+
+namespace {
+
+const std::vector<ExitCode> kSaveCodes = {ExitCode::Ok,
+                                          ExitCode::Usage,
+                                          ExitCode::CoreOrToolMissing,
+                                          ExitCode::BadBinding,
+                                          ExitCode::OutputNotWritten,
+                                          ExitCode::BadFile};
+const std::vector<ExitCode> kLoadCodes = {
+    ExitCode::Ok,      ExitCode::Usage,     ExitCode::CoreOrToolMissing, ExitCode::OutputNotWritten,
+    ExitCode::BadFile, ExitCode::Incomplete};
+
+std::vector<Option> saveOptions() {
+    return withCommonOptions({
+        {"SCENE", nullptr, "a scene that record, resimulate or model load saved"},
+        {"MODEL", nullptr, "the file to write, such as dolly.prm"},
+        {"--tool", "NAME", "this tool and all below it; else all tools"},
+    });
+}
+
+std::vector<Option> loadOptions() {
+    return withCommonOptions({
+        {"MODEL", nullptr, "a model's file, such as dolly.prm"},
+        {"--open", "SCENE", "make its tools in this scene; else in a new one"},
+        {"--scene", "FILE", "save the scene"},
+        {"--out", "FILE", "write the scene as glTF"},
+        {"--model", "FILE",
+         "write its first tool and all below it as a model again:\nso a hand-made text becomes one "
+         "of the program's own"},
+    });
+}
+
+std::string saveHelp() {
+    return "usage: mirvane-stage model save SCENE MODEL [OPTIONS]\n\n"
+           "Writes tools of a saved scene as a model: the tools, their settings and bindings, "
+           "their\nobjects with transforms and meshes. No recorded values.\n\n" +
+           describe(saveOptions()) + "\nexit codes\n" + describe(kSaveCodes) +
+           "\nexample\n  mirvane-stage model save shot.scene dolly.prm --tool Dolly\n";
+}
+
+std::string loadHelp() {
+    return "usage: mirvane-stage model load MODEL [OPTIONS]\n\n"
+           "Makes the tools of a model, and tells which came into being and what failed. What can\n"
+           "be made is made, and saved.\n\n" +
+           describe(loadOptions()) + "\nexit codes\n" + describe(kLoadCodes) +
+           "\nexample\n  mirvane-stage model load dolly.prm --open set.scene --scene set.scene\n";
+}
+
+/// What the two commands are told; each uses a part of it.
+struct ModelOptions {
+    InstallValues install;
+    std::string model;
+    std::string opened; ///< scene to begin with; empty for a new one
+    std::string tool;
+    std::string scene; ///< file that the scene is saved to; empty for none
+    std::string out;   ///< glTF file; empty for none
+    std::string copy;  ///< file that the model is written to again; empty for none
+};
+
+bool take(ModelOptions& options, const Argument& argument) {
+    std::string& value = argument.name == "MODEL"     ? options.model
+                         : argument.name == "--tool"  ? options.tool
+                         : argument.name == "--scene" ? options.scene
+                         : argument.name == "--out"   ? options.out
+                         : argument.name == "--model" ? options.copy
+                                                      : options.opened;
+    value = argument.value;
+    return true;
+}
+
+/// Attaches the core and brings back the scene, if there is one.
+ExitCode open(Session& session, const ModelOptions& options) {
+    std::string error;
+    SceneData data;
+    if (!options.opened.empty() && !readSceneFile(options.opened, data, error)) {
+        return fail(ExitCode::BadFile, error);
+    }
+    if (!session.open(options.install, error) ||
+        (!options.opened.empty() && !session.openScene(data, error))) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    return ExitCode::Ok;
+}
+
+void tellFaults(const std::string& model, const std::vector<std::string>& faults) {
+    for (const std::string& fault : faults) {
+        complain(model + ": " + fault);
+    }
+}
+
+/// What a code of loadModel() or saveModel() ends the program with.
+ExitCode toExitCode(std::int32_t code) {
+    if (code == 0) {
+        return ExitCode::Ok;
+    }
+    const std::string& identifier = MVR::ErrorCode::instance()->find(code).getIdentifier();
+    return identifier == "MODEL_NOTOOL"       ? ExitCode::BadBinding
+           : identifier == "MODEL_UNWRITABLE" ? ExitCode::OutputNotWritten
+           : identifier == "MODEL_UNREADABLE" || identifier == "MODEL_INVALID"
+               ? ExitCode::BadFile
+               : ExitCode::Incomplete;
+}
+
+ExitCode save(Session& session, const std::string& tool, const std::string& model) {
+    const LogLines log;
+    const ExitCode code = toExitCode(session.getCore().saveModel(tool, model));
+    if (code == ExitCode::BadBinding) {
+        return fail(code, "the scene has no tool named \"" + tool + "\"");
+    }
+    if (code != ExitCode::Ok) {
+        tellFaults(model, log.getFaults());
+    }
+    return code;
+}
+
+/// The end of a load: which tools there are now, and what went wrong on the way.
+void tellSummary(const ModelOptions& options, const std::vector<const PlacedTool*>& created,
+                 std::size_t faults) {
+    std::printf("%s: %zu tools created, %zu faults\n", options.model.c_str(), created.size(),
+                faults);
+    for (const PlacedTool* tool : created) {
+        std::printf("  %s (%s)\n", tool->plan.name.c_str(), tool->plan.type.c_str());
+    }
+}
+
+ExitCode load(Session& session, const ModelOptions& options) {
+    std::string error;
+    const LogLines log;
+    ExitCode result = toExitCode(session.getCore().loadModel(options.model));
+    const std::vector<std::string> faults = log.getFaults();
+    tellFaults(options.model, faults);
+    if (result == ExitCode::BadFile) {
+        return result;
+    }
+    const auto created = session.adoptTools(error);
+    if (!created) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    tellSummary(options, *created, faults.size());
+    if (!faults.empty()) {
+        result = ExitCode::Incomplete;
+    }
+    if (created->empty()) {
+        return result;
+    }
+    std::vector<const StageNode*> nodes;
+    for (const auto& node : session.scene.getNodes()) {
+        nodes.push_back(node.get());
+    }
+    ExitCode written = writeNodes(nodes, session.timeline.getStart(), options.out, {});
+    if (!options.scene.empty() && !session.saveScene(options.scene, error)) {
+        written = fail(ExitCode::OutputNotWritten, error);
+    }
+    if (!options.copy.empty()) {
+        written = firstFailure({written, save(session, created->front()->plan.name, options.copy)});
+    }
+    return firstFailure({written, result});
+}
+
+} // namespace
+
+ExitCode modelSaveCommand(const std::vector<std::string>& words) {
+    ModelOptions options;
+    const auto takeOne = [&options](const Argument& argument, std::string&) {
+        return take(options, argument);
+    };
+    if (const auto code = readCommand(words, saveOptions(), saveHelp(), options.install, takeOne)) {
+        return *code;
+    }
+    Session session;
+    if (const ExitCode code = firstFailure({checkOutputs({options.model}), open(session, options)});
+        code != ExitCode::Ok) {
+        return code;
+    }
+    return save(session, options.tool, options.model);
+}
+
+ExitCode modelLoadCommand(const std::vector<std::string>& words) {
+    ModelOptions options;
+    const auto takeOne = [&options](const Argument& argument, std::string&) {
+        return take(options, argument);
+    };
+    if (const auto code = readCommand(words, loadOptions(), loadHelp(), options.install, takeOne)) {
+        return *code;
+    }
+    Session session;
+    const ExitCode code = firstFailure(
+        {checkOutputs({options.scene, options.out, options.copy}), open(session, options)});
+    return code != ExitCode::Ok ? code : load(session, options);
+}
+
+} // namespace Stage

@@ -1,0 +1,116 @@
+#include "stage/commands/model_commands.h"
+
+#include "platform/files.h"
+#include "stage/commands/commands.h"
+#include "stage/commands/outputs.h"
+#include "stage/model_text.h"
+#include "stage/session.h"
+
+#include <cstdint>
+#include <cstdio>
+
+namespace Stage {
+
+namespace {
+
+/// The most bytes of a file that is shown; the core takes no larger model.
+constexpr std::uint64_t kMostShownBytes = std::uint64_t(256) << 20;
+
+const std::vector<ExitCode> kListCodes = {ExitCode::Ok, ExitCode::Usage,
+                                          ExitCode::CoreOrToolMissing};
+const std::vector<ExitCode> kShowCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::BadFile};
+
+std::string listHelp() {
+    return "usage: mirvane-stage model list [OPTIONS]\n\n"
+           "Lists what can be made, with version, category and file: first the kinds of tools, "
+           "then\nthe models of the shared and of the user's PRM folder.\n\n" +
+           describe(withCommonOptions({})) + "\nexit codes\n" + describe(kListCodes);
+}
+
+std::vector<Option> showOptions() {
+    return {
+        {"FILE", nullptr, "a model (.prm), a profile or any other file of the same form"},
+        {"--help", nullptr, "this text"},
+        {"--version", nullptr, "the version"},
+    };
+}
+
+std::string showHelp() {
+    return "usage: mirvane-stage model show FILE\n\n"
+           "Prints a model or a profile as its text, whatever its packing; packed elements too "
+           "are\n"
+           "shown as trees. Of a bad file it tells what is wrong, with line and column.\n\n" +
+           describe(showOptions()) + "\nexit codes\n" + describe(kShowCodes);
+}
+
+std::string join(const MVR::Tag& entry, const char* name) {
+    std::string text;
+    for (std::int32_t i = 0; i < entry.childCount(name); ++i) {
+        text += (text.empty() ? "" : ", ") + entry.child(name, i).value();
+    }
+    return text;
+}
+
+void print(const MVR::Tag& entry) {
+    std::string text = entry.child("name").value();
+    if (const std::string& version = entry.child("version").value(); !version.empty()) {
+        text += " " + version;
+    }
+    if (const std::string& about = entry.child("about").value(); !about.empty()) {
+        text += "\n  " + about;
+    }
+    for (const char* name : {"category", "type", "required", "file"}) {
+        if (const std::string words = join(entry, name); !words.empty()) {
+            text += std::string("\n  ") + name + " " + words;
+        }
+    }
+    std::printf("%s\n", text.c_str());
+}
+
+} // namespace
+
+ExitCode modelListCommand(const std::vector<std::string>& words) {
+    InstallValues values;
+    if (const auto code = readCommand(words, withCommonOptions({}), listHelp(), values)) {
+        return *code;
+    }
+    Session session;
+    std::string error;
+    if (!session.open(values, error)) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    const MVR::Tag catalogue = session.getCore().getCatalogue();
+    for (std::int32_t i = 0; i < catalogue.childCount(); ++i) {
+        print(catalogue.child(i));
+    }
+    if (catalogue.childCount() == 0) {
+        return fail(ExitCode::CoreOrToolMissing, "there are neither tools nor models");
+    }
+    return ExitCode::Ok;
+}
+
+ExitCode modelShowCommand(const std::vector<std::string>& words) {
+    InstallValues values;
+    std::string path;
+    const auto take = [&path](const Argument& argument, std::string&) {
+        path = argument.value;
+        return true;
+    };
+    if (const auto code = readCommand(words, showOptions(), showHelp(), values, take)) {
+        return *code;
+    }
+    std::string bytes;
+    if (!MVR::Platform::readFile(path, bytes, kMostShownBytes)) {
+        return fail(ExitCode::BadFile,
+                    "can't read " + path + ": " + MVR::Platform::lastFileError());
+    }
+    std::string text;
+    std::string error;
+    if (!toModelText(bytes, text, error)) {
+        return fail(ExitCode::BadFile, path + ": " + error);
+    }
+    std::fputs(text.c_str(), stdout);
+    return ExitCode::Ok;
+}
+
+} // namespace Stage

@@ -1,0 +1,57 @@
+#include "stage/commands/outputs.h"
+
+#include "platform/files.h"
+#include "stage/export/curve_table.h"
+#include "stage/export/gltf_writer.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace Stage {
+
+ExitCode fail(ExitCode code, const std::string& message) {
+    complain(message);
+    return code;
+}
+
+ExitCode checkOutputs(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+        const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+        std::error_code error;
+        if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
+            return fail(ExitCode::OutputNotWritten,
+                        "can't write " + path + ": there is no folder " + folder.string());
+        }
+        if (std::filesystem::is_directory(path, error)) {
+            return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
+        }
+    }
+    return ExitCode::Ok;
+}
+
+ExitCode writeOutput(const std::string& path, const std::string& bytes) {
+    if (path.empty() || MVR::Platform::writeFileAtomic(path, bytes)) {
+        return ExitCode::Ok;
+    }
+    return fail(ExitCode::OutputNotWritten,
+                "can't write " + path + ": " + MVR::Platform::lastFileError());
+}
+
+ExitCode writeNodes(const std::vector<const StageNode*>& nodes, double start,
+                    const std::string& out, const std::string& outCurves) {
+    const ExitCode scene = out.empty() ? ExitCode::Ok : writeOutput(out, toGltf(nodes, start));
+    const ExitCode curves =
+        outCurves.empty() ? ExitCode::Ok : writeOutput(outCurves, toCurveTable(nodes));
+    return firstFailure({scene, curves});
+}
+
+ExitCode firstFailure(std::initializer_list<ExitCode> codes) {
+    for (const ExitCode code : codes) {
+        if (code != ExitCode::Ok) {
+            return code;
+        }
+    }
+    return ExitCode::Ok;
+}
+
+} // namespace Stage

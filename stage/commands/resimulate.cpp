@@ -1,0 +1,173 @@
+#include "stage/commands/commands.h"
+#include "stage/commands/outputs.h"
+#include "stage/machine.h"
+#include "stage/report.h"
+#include "stage/resimulation.h"
+#include "stage/session.h"
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Stage {
+
+namespace {
+
+constexpr double kLeastTime = -1e6; // seconds; times are single numbers in a glTF file
+
+const std::vector<ExitCode> kCodes = {ExitCode::Ok,
+                                      ExitCode::Usage,
+                                      ExitCode::CoreOrToolMissing,
+                                      ExitCode::BadBinding,
+                                      ExitCode::OutputNotWritten,
+                                      ExitCode::CutShort,
+                                      ExitCode::BadFile};
+
+struct ResimulateOptions {
+    InstallValues install;
+    std::string path; ///< of the scene
+    std::vector<std::string> settings;
+    std::optional<double> start;
+    std::optional<double> end;
+    std::string out;
+    std::string outCurves;
+    std::string scene; ///< file that the scene is saved to; empty for none
+    bool printTable = false;
+};
+
+std::vector<Option> resimulateOptions() {
+    return withCommonOptions({
+        {"SCENE", nullptr, "a scene that record or model load saved"},
+        {"--set", "PROPERTY.SETTING=NUMBER",
+         "change multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all that are "
+         "bound, \"NAME/PROPERTY\"\none tool. May be given several times"},
+        {"--start", "SECONDS", "where the simulation starts (start of the scene's range)"},
+        {"--end", "SECONDS", "where it ends (end of the scene's range)"},
+        {"--out", "FILE", "write the scene as glTF"},
+        {"--out-curves", "FILE", "the same as a table of the keys, for plotting"},
+        {"--scene", "FILE", "save the scene with the changed settings; may be SCENE itself"},
+        {"--table", nullptr, "print how far the result is from what the scene held"},
+    });
+}
+
+std::string help() {
+    return "usage: mirvane-stage resimulate SCENE [OPTIONS]\n\n"
+           "Runs the takes of a saved scene again from the input that was recorded, with other\n"
+           "settings or with the same. No device is needed. SCENE stays as it is.\n\n" +
+           describe(resimulateOptions()) + "\nexit codes\n" + describe(kCodes) +
+           "\nexample\n"
+           "  mirvane-stage resimulate shot.scene --set \"Camera/Position X.multiplier=2\" \\\n"
+           "    --scene wide.scene --out wide.gltf\n";
+}
+
+bool take(ResimulateOptions& options, const Argument& argument, std::string& error) {
+    if (argument.name == "--start") {
+        return readNumber(argument, kLeastTime, options.start.emplace(), error);
+    }
+    if (argument.name == "--end") {
+        return readNumber(argument, kLeastTime, options.end.emplace(), error);
+    }
+    if (argument.name == "SCENE") {
+        options.path = argument.value;
+    } else if (argument.name == "--set") {
+        options.settings.push_back(argument.value);
+    } else if (argument.name == "--out") {
+        options.out = argument.value;
+    } else if (argument.name == "--out-curves") {
+        options.outCurves = argument.value;
+    } else if (argument.name == "--scene") {
+        options.scene = argument.value;
+    } else {
+        options.printTable = true;
+    }
+    return true;
+}
+
+/// Changes the settings for good: the scene that is saved has them.
+ExitCode change(Session& session, const std::vector<Setting>& settings) {
+    for (const Setting& setting : settings) {
+        const auto properties = session.findProperties(setting);
+        if (properties.empty()) {
+            return fail(ExitCode::BadBinding,
+                        "no tool has the property that \"" + setting.toText() + "\" is to change");
+        }
+        for (UniDevice::Property* property : properties) {
+            apply(setting, *property);
+        }
+    }
+    return ExitCode::Ok;
+}
+
+ExitCode run(const ResimulateOptions& options, const SceneData& data,
+             const std::vector<Setting>& settings) {
+    std::string error;
+    Session session;
+    if (!session.open(options.install, error) || !session.openScene(data, error)) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    if (const ExitCode code = change(session, settings); code != ExitCode::Ok) {
+        return code;
+    }
+    catchStopRequests();
+    const CurveCopy before(session.scene);
+    const double start = options.start.value_or(data.start);
+    const double end = options.end.value_or(data.end);
+    const auto run = resimulate(session, start, end, {}, error, isStopRequested);
+    if (!run) {
+        return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    std::vector<const StageNode*> nodes;
+    for (const auto& node : session.scene.getNodes()) {
+        nodes.push_back(node.get());
+    }
+    ExitCode written = writeNodes(nodes, data.start, options.out, options.outCurves);
+    if (!options.scene.empty() && !session.saveScene(options.scene, error)) {
+        written = fail(ExitCode::OutputNotWritten, error);
+    }
+    if (options.printTable) {
+        std::fputs(
+            toTable(describe(settings, CurveCopy(session.scene).compare(before), *run, end - start))
+                .c_str(),
+            stdout);
+    }
+    if (run->isCutShort) {
+        complain("stopped before its end; the frames that were done are kept");
+    }
+    return firstFailure({written, run->isCutShort ? ExitCode::CutShort : ExitCode::Ok});
+}
+
+} // namespace
+
+ExitCode resimulateCommand(const std::vector<std::string>& words) {
+    ResimulateOptions options;
+    const auto takeOne = [&options](const Argument& argument, std::string& error) {
+        return take(options, argument, error);
+    };
+    if (const auto code =
+            readCommand(words, resimulateOptions(), help(), options.install, takeOne)) {
+        return *code;
+    }
+    SceneData data;
+    std::string error;
+    if (!readSceneFile(options.path, data, error)) {
+        return fail(ExitCode::BadFile, error);
+    }
+    std::vector<ToolPlan> tools;
+    for (ListedTool& tool : listTools(data.configuration)) {
+        tools.push_back(std::move(tool.plan));
+    }
+    std::vector<Setting> settings;
+    for (const std::string& text : options.settings) {
+        if (!parseSetting(text, tools, settings.emplace_back(), error)) {
+            return fail(ExitCode::Usage, error);
+        }
+    }
+    if (options.end.value_or(data.end) <= options.start.value_or(data.start)) {
+        return fail(ExitCode::Usage, "the simulation ends before its first frame");
+    }
+    const ExitCode code = checkOutputs({options.out, options.outCurves, options.scene});
+    return code != ExitCode::Ok ? code : run(options, data, settings);
+}
+
+} // namespace Stage

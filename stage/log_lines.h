@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace Stage {
+
+/// Watches what the core's log tells from here on.
+class LogLines {
+public:
+    LogLines();
+
+    /// The texts of the lines since then that tell of an error or a warning, in order, each once.
+    /// Where some name the model, the tool and what of it failed, only those: the others repeat it.
+    [[nodiscard]] std::vector<std::string> getFaults() const;
+
+private:
+    std::size_t begin_;
+};
+
+} // namespace Stage

@@ -4,26 +4,48 @@
 #include <charconv>
 
 namespace MVR {
+namespace {
+
+bool isSign(char c) {
+    return c == '+' || c == '-';
+}
+
+// The characters that a stream takes for a number: it passes them even if they turn out to be none,
+// such as "-" or "1e".
+std::size_t numberSize(std::string_view text) {
+    bool hasDigit = false;
+    bool hasPoint = false;
+    bool hasExponent = false;
+    std::size_t at = !text.empty() && isSign(text[0]) ? 1 : 0;
+    for (; at < text.size(); ++at) {
+        const char c = text[at];
+        if (c >= '0' && c <= '9') {
+            hasDigit = true;
+        } else if (c == '.' && !hasPoint && !hasExponent) {
+            hasPoint = true;
+        } else if ((c == 'e' || c == 'E') && hasDigit && !hasExponent) {
+            hasExponent = true;
+            at += at + 1 < text.size() && isSign(text[at + 1]) ? 1 : 0;
+        } else {
+            break;
+        }
+    }
+    return at;
+}
+
+} // namespace
 
 bool NumberReader::read(double& out) {
     if (failed_)
         return false;
     left_.remove_prefix(std::min(left_.find_first_not_of(" \t\n\v\f\r"), left_.size()));
-    std::string_view number = left_;
-    const bool hasPlus = !number.empty() && number.front() == '+';
-    number.remove_prefix(hasPlus);
-    // Words that stand for no finite number, and a second sign, are left to fail here.
-    const std::size_t first = !hasPlus && !number.empty() && number.front() == '-' ? 1 : 0;
-    failed_ = number.size() == first ||
-              std::string_view("0123456789.").find(number[first]) == std::string_view::npos;
-    if (failed_)
-        return false;
+    std::string_view number = left_.substr(0, numberSize(left_));
+    left_.remove_prefix(number.size());
+    number.remove_prefix(!number.empty() && number.front() == '+');
     double value = 0.0;
-    const auto [behind, code] =
-        std::from_chars(number.data(), number.data() + number.size(), value);
-    left_.remove_prefix(static_cast<std::size_t>(behind - left_.data()) *
-                        (code != std::errc::invalid_argument));
-    failed_ = code != std::errc();
+    const char* const end = number.data() + number.size();
+    const auto [behind, code] = std::from_chars(number.data(), end, value);
+    failed_ = code != std::errc() || behind != end;
     if (!failed_)
         out = value;
     return !failed_;

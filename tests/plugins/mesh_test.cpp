@@ -110,11 +110,12 @@ TEST(CMeshTest, ReadsTextThatWasTypedByHand) {
     const CMesh mesh(Tag("<CMesh><facedata><face>7</face><note>8</note><face>x</face><face/>"
                          "</facedata><vertexdata><vertex>1 2;3</vertex><vertex> +1.5 ,\t-.5e1, 2"
                          "</vertex><vertex>4</vertex><vertex>1,,2</vertex><vertex>a5,6</vertex>"
-                         "<vertex>inf,nan,1e999</vertex><vertex/></vertexdata></CMesh>"));
+                         "<vertex>inf,nan,1e999</vertex><vertex/><vertex>8e,-,3</vertex>"
+                         "</vertexdata></CMesh>"));
     EXPECT_THAT(mesh.faces, ElementsAre(7, 0, 0));
     EXPECT_THAT(mesh.vertices,
                 ElementsAre(Vector{1, 2, 3}, Vector{1.5, -5, 2}, Vector{4, 0, 0}, Vector{1, 0, 2},
-                            Vector{0, 5, 6}, Vector{0, 0, 0}, Vector{0, 0, 0}));
+                            Vector{0, 5, 6}, Vector{0, 0, 0}, Vector{0, 0, 0}, Vector{0, 0, 3}));
     EXPECT_TRUE(same(CMesh(Tag("<Mesh><facedata><face>7</face></facedata></Mesh>")), CMesh()));
 }
 

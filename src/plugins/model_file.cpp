@@ -8,6 +8,8 @@
 namespace MVR {
 namespace {
 
+constexpr const char* kTooLarge = "its text is too large";
+
 bool refuse(const char* what, const std::string& path, const std::string& reason) {
     Log(Log::Error).write(what, path + ": " + reason, Log::OwnLevel);
     return false;
@@ -33,7 +35,7 @@ bool readModelFile(const std::string& path, Tag& out) {
     const ByteBuffer text = ByteBuffer(bytes.data(), bytes.size()).decompress();
     bytes = std::string();
     if (text.size() > kMostModelTextBytes)
-        return refuse(kUnreadable, path, "its text is too large");
+        return refuse(kUnreadable, path, kTooLarge);
     Tag::Place fault;
     const std::int32_t code = out.parse(text.view(), fault);
     if (!out.isEmpty())
@@ -50,7 +52,11 @@ bool writeModelFile(const std::string& path, const Tag& model) {
     std::string text;
     if (!TagWriter("\r\n", "\t").write(model, "", Tag::kMaxDepth, text))
         return refuse(kUnwritable, path, "too many nested elements");
+    if (text.size() > kMostModelTextBytes)
+        return refuse(kUnwritable, path, kTooLarge);
     const ByteBuffer block = ByteBuffer::compressed(text);
+    if (block.size() > kMostModelBytes)
+        return refuse(kUnwritable, path, kTooLarge);
     return block.writeFile(path) || refuse(kUnwritable, path, Platform::lastFileError());
 }
 

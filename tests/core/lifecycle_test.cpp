@@ -1,4 +1,5 @@
 #include "support/core_fixture.h"
+#include "support/golden.h"
 
 #include "core/error_code.h"
 #include "platform/keyboard_hook.h"
@@ -39,12 +40,8 @@ std::string withoutTimes(const std::string& text, const std::string& home) {
     return result;
 }
 
-/// Compares with the golden text; with MIRVANE_WRITE_GOLDEN set it is written instead.
-void expectGolden(const std::string& name, const std::string& text) {
-    const std::string path = std::string(GOLDEN_FOLDER) + "/" + name + ".txt";
-    if (std::getenv("MIRVANE_WRITE_GOLDEN") != nullptr)
-        std::ofstream(path, std::ios::binary) << text;
-    EXPECT_EQ(text, readText(path)) << path;
+void expectLog(const std::string& name, const std::string& text) {
+    expectGolden(std::string(GOLDEN_FOLDER) + "/" + name + ".txt", text);
 }
 
 struct LifecycleTest : testing::Test {
@@ -65,11 +62,11 @@ TEST_F(LifecycleTest, TheFourEdgesRunInTheirOrder) {
     home.write(std::string("documents/Oskelworks/Mirvane/data/Stage/settings.xml"),
                "<MVRConfig><element id=\"101\">Debug</element></MVRConfig>");
     libraryLoaded(Platform::ownModule());
-    expectGolden("load", logged());
+    expectLog("load", logged());
 
     CoreInterface* const core = attachAdaptor(&adaptor);
     ASSERT_NE(core, nullptr);
-    expectGolden("attach", logged());
+    expectLog("attach", logged());
     ASSERT_GE(adaptor.calls.size(), 4U); // then the root comes into being
     adaptor.calls.resize(4);
     EXPECT_THAT(adaptor.calls,
@@ -79,7 +76,7 @@ TEST_F(LifecycleTest, TheFourEdgesRunInTheirOrder) {
     logged();
 
     EXPECT_EQ(detachCore(core), 0);
-    expectGolden("detach", logged());
+    expectLog("detach", logged());
     EXPECT_THAT(adaptor.calls, ElementsAre("detachNotify", "releaseErrorCode", "releaseLog"));
 
     libraryUnloading();
@@ -87,7 +84,7 @@ TEST_F(LifecycleTest, TheFourEdgesRunInTheirOrder) {
     const std::size_t last = file.rfind("Shutting down CORE");
     ASSERT_NE(last, std::string::npos);
     const std::string tail = file.substr(file.rfind('\n', last) + 1);
-    expectGolden("unload", withoutTimes(tail, home.install().substr(0, home.install().rfind('/'))));
+    expectLog("unload", withoutTimes(tail, home.install().substr(0, home.install().rfind('/'))));
 }
 
 TEST_F(LifecycleTest, AnAdaptorOfAnotherVersionIsRefusedBeforeAnythingElse) {

@@ -1,0 +1,113 @@
+// What the user does in the tree, undone, done again and undone, with the host dropping its steps
+// at any point.
+
+#include "plugins/library_manager.h"
+#include "plugins/tree_test.h"
+#include "support/scripted_device.h"
+#include "support/scripted_tool.h"
+#include "unidevice/device_handler.h"
+
+#include <functional>
+
+namespace {
+
+using namespace MVR;
+using Testing::ScriptedPlugin;
+using Testing::ScriptedTool;
+
+struct UndoTest : Testing::TreeTest {
+    void SetUp() override {
+        TreeTest::SetUp();
+        rig = &ScriptedPlugin::add("Rig");
+        rig->properties = {"Move"};
+        rig->onInit = [](ScriptedTool& tool) {
+            CInterface::VirtualControlRecord record{"Speed", 0, UniDevice::finite};
+            tool.getInterface()->extend(41, reinterpret_cast<std::intptr_t>(&record));
+            tool.getInterface()->createNode("Node", kNodeHelper, 0);
+        };
+        axis = (new Testing::ScriptedDevice("Box"))->add("X"); // the handler's
+    }
+
+    InstanceReference& placeRig(const std::string& name, InstanceReference* below) {
+        const Tag data("<MVR_Plugin><type>Rig</type><name>" + name + "</name></MVR_Plugin>");
+        InstanceReference& reference = *core->create(data, below, false);
+        reference.getInstance()->findProperty("Move")->bind(axis);
+        return reference;
+    }
+    /// The tree, and the tools of it that aren't among the inputs or have lost their binding.
+    std::string state() const {
+        std::string text = tree();
+        const UniDevice::DeviceHandler& handler = *UniDevice::DeviceHandler::instance();
+        for (PluginInstance* tool : core->getInstances(false)) {
+            if (tool->getName().find("new") == 0)
+                continue;
+            if (handler.indexOf(tool) < 0)
+                text += ", no device " + tool->getName();
+            if (tool->findProperty("Move")->control != axis)
+                text += ", unbound " + tool->getName();
+        }
+        return text;
+    }
+    std::size_t devices() const { return UniDevice::DeviceHandler::instance()->devices.size(); }
+
+    ScriptedPlugin* rig = nullptr;      // the core's
+    UniDevice::Control* axis = nullptr; // its device's
+};
+
+TEST_F(UndoTest, EveryActComesAndGoesAndMayBeForgottenInEachState) {
+    const std::string start = "a(b(b1 b2) c) d";
+    const struct {
+        const char* name;
+        std::function<void()> act;
+        const char* done;
+    } acts[] = {
+        {"create",
+         [this] {
+             core->create(toolData("new", toolData("new2").toText("", "", "")), find("b"), false);
+         },
+         "a(b(b1 b2 new(new2)) c) d"},
+        {"delete", [this] { find("b")->remove(true); }, "a(c) d"},
+        {"move", [this] { core->relocate(find("b"), find("d")); }, "a(c) d(b(b1 b2))"},
+        {"move within", [this] { core->relocate(find("b"), find("a")); }, "a(c b(b1 b2)) d"},
+        {"clone",
+         [this] {
+             find("b")->clone()->setLabel("new"); // it has the bindings of its source
+             EXPECT_EQ(find("new")->getInstance()->findProperty("Move")->control, axis);
+         },
+         "a(b(b1 b2) c new(b1_01 b2_01)) d"},
+        {"unplug", [this] { find("b1")->getInstance()->unplug(false); }, "a(b(b2) c) d"},
+        {"unplug all", [this] { core->getRoot()->remove(false); }, ""},
+    };
+    for (const auto& each : acts)
+        for (int steps = 0; steps < 4; ++steps) {
+            InstanceReference& a = placeRig("a", nullptr);
+            InstanceReference& b = placeRig("b", &a);
+            placeRig("b1", &b);
+            placeRig("b2", &b);
+            placeRig("c", &a);
+            placeRig("d", nullptr);
+            adaptor.clearUndo();
+            ASSERT_EQ(state(), start);
+            const std::size_t allDevices = devices();
+            each.act();
+            EXPECT_EQ(state(), each.done) << each.name;
+            ASSERT_EQ(adaptor.undoNames().size(), 1U) << each.name;
+            for (int step = 1; step <= steps; ++step) {
+                EXPECT_TRUE(step % 2 == 1 ? adaptor.undo() : adaptor.redo());
+                EXPECT_EQ(state(), step % 2 == 1 ? start : each.done) << each.name << step;
+                if (step % 2 == 1) {
+                    EXPECT_EQ(devices(), allDevices);
+                }
+            }
+            const std::string before = state();
+            adaptor.clearUndo();
+            EXPECT_EQ(state(), before) << each.name << steps;
+            EXPECT_EQ(LibraryManager::instance()->getInstanceCount(core),
+                      static_cast<std::int32_t>(core->getInstances(false).size()) + 1)
+                << "with the root, and nothing waits any more";
+            core->deleteAllInstances();
+            adaptor.nodes.clear();
+        }
+}
+
+} // namespace

@@ -11,6 +11,7 @@
 #include "plugins/plugin.h"
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <fstream>
 #include <functional>
@@ -92,6 +93,9 @@ void saveAndLoad(benchmark::State& state, int count) {
     Rig rig(count);
     CoreImplementation& core = *rig.host.core;
     fillKeys(core);
+    // Else the allocator gives a large text back at once, and each round pays for new memory.
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
     std::size_t bytes = 0;
     const auto round = [&] {
         const std::string text = core.getConfiguration().toText("\n", "\t", "");

@@ -40,8 +40,8 @@ public:
     /// The tools that have no node in the scene, for the host to keep beside it; a tag "MVR".
     virtual Tag getDetachedConfiguration() = 0;
     /// Creates the tools that `configuration` describes, each with the scene nodes that it had,
-    /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out: the
-    /// user is told, and the log says which.
+    /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out:
+    /// the user is told, and the log says which.
     virtual void loadConfiguration(Tag configuration) = 0;
     /// Destroys all tools, last first; their scene objects stay.
     virtual void deleteAllInstances() = 0;

@@ -83,16 +83,18 @@ void instantiateAll(CoreImplementation* core, Tag& wrapper, InstanceReference& h
 void finishCreation(InstanceReference& holder, Log& entry) {
     entry.write("Sending after create event");
     const std::vector<InstanceReference::Watch> created = watchAll(holder);
-    for (const InstanceReference::Watch& each : created)
-        if (each.get() != nullptr && each.get()->getInstance() != nullptr)
-            each.get()->getInstance()->getCode()->extend(ToolExtension::kAfterCreate, 0);
+    // A tool, or the host, may end others on the way.
+    const auto forEach = [&created](auto act) {
+        for (const InstanceReference::Watch& each : created)
+            if (each.get() != nullptr && each.get()->getInstance() != nullptr)
+                act(*each.get());
+    };
+    forEach([](InstanceReference& each) {
+        each.getInstance()->getCode()->extend(ToolExtension::kAfterCreate, 0);
+    });
     entry.write("Cleaning up");
-    for (const InstanceReference::Watch& each : created) {
-        if (each.get() == nullptr || each.get()->getInstance() == nullptr)
-            continue;
-        each.get()->getInstance()->setUnderCreation(false);
-        each.get()->nameHighPolyNodes();
-    }
+    forEach([](InstanceReference& each) { each.getInstance()->setUnderCreation(false); });
+    forEach([](InstanceReference& each) { each.nameHighPolyNodes(); });
 }
 
 } // namespace

@@ -76,6 +76,7 @@ void Session::close() {
     // Objects in the undo list may point into tools, and are the core's own code.
     undo.clear();
     tools_.clear();
+    saved_.clear();
     core_->deleteAllInstances();
     library_.detach(std::exchange(core_, nullptr));
 }
@@ -120,17 +121,18 @@ bool Session::openScene(const SceneData& data, std::string& error) {
         byName.emplace(present.tools[i].plan.name, present.access[i]);
     }
     error.clear();
-    for (ListedTool& tool : listTools(data.configuration)) {
-        const auto found = byName.find(tool.plan.name);
+    forEachTool(data.configuration, [&](const MVR::Tag& tag) {
+        ToolPlan plan = listTool(tag).plan;
+        const auto found = byName.find(plan.name);
         if (found == byName.end()) {
-            error += (error.empty() ? "" : ", ") + ("\"" + tool.plan.name + "\" of type \"") +
-                     tool.plan.type + "\"";
-            continue;
+            error += (error.empty() ? "" : ", ") + ("\"" + plan.name + "\" of type \"") +
+                     plan.type + "\"";
+            return;
         }
-        tools_.push_back(
-            std::make_unique<PlacedTool>(PlacedTool{std::move(tool.plan), found->second}));
+        saved_.emplace(found->second, tag.child("inputprofile"));
+        tools_.push_back(std::make_unique<PlacedTool>(PlacedTool{std::move(plan), found->second}));
         byName.erase(found);
-    }
+    });
     if (!error.empty()) {
         error = "these tools of the scene can't be made: " + error;
     }
@@ -166,17 +168,12 @@ bool Session::saveScene(const std::string& path, std::string& error) {
     for (std::size_t i = 0; i < present.tools.size(); ++i) {
         names.emplace(present.access[i], present.tools[i].plan.name);
     }
-    std::unordered_map<const MVR::CInterface*, const ToolPlan*> plans;
-    for (const auto& tool : tools_) {
-        plans.emplace(tool->access, &tool->plan);
-    }
     std::size_t next = 0;
     forEachTool(present.configuration, [&](MVR::Tag& tool) {
         MVR::CInterface* access = present.access[next++];
         writeExactSettings(tool, *access);
-        const auto plan = plans.find(access);
-        if (plan != plans.end()) {
-            keepBindings(tool, plan->second->bindings);
+        if (const auto saved = saved_.find(access); saved != saved_.end()) {
+            keepBindings(tool.child("inputprofile"), saved->second);
         }
     });
     return writeSceneFile(path, takeScene(scene, timeline, names, std::move(present.configuration)),

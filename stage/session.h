@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace UniDevice {
@@ -94,6 +95,8 @@ private:
     CoreLibrary library_;
     MVR::CoreInterface* core_ = nullptr; // the core's; null when detached
     std::vector<std::unique_ptr<PlacedTool>> tools_;
+    /// "inputprofile" of the tools of the scene that was opened.
+    std::unordered_map<const MVR::CInterface*, MVR::Tag> saved_;
 };
 
 } // namespace Stage

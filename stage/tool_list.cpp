@@ -2,7 +2,7 @@
 
 #include "stage/text.h"
 
-#include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace Stage {
@@ -32,23 +32,6 @@ std::vector<Binding> listBindings(const Tag& profile) {
     return bindings;
 }
 
-ListedTool listTool(const Tag& tag) {
-    ListedTool tool;
-    tool.plan.type = tag.child("type").value();
-    if (tool.plan.type.empty()) {
-        tool.plan.type = tag.child("pluginname").value();
-    }
-    tool.plan.name = tag.child("name").value();
-    tool.plan.bindings = listBindings(tag.child("inputprofile").child("profile"));
-    const Tag& info = tag.child("nodeinfo");
-    for (std::int32_t i = 0; i < info.childCount(); ++i) {
-        if (info.child(i).hasName("node")) {
-            tool.nodes.push_back(info.child(i).attribute("name"));
-        }
-    }
-    return tool;
-}
-
 /// `Element` is Tag or const Tag.
 template <typename Element, typename Call>
 void walk(Element& configuration, const Call& call) {
@@ -69,27 +52,53 @@ void walk(Element& configuration, const Call& call) {
 
 } // namespace
 
+ListedTool listTool(const Tag& tag) {
+    ListedTool tool;
+    tool.plan.type = tag.child("type").value();
+    if (tool.plan.type.empty()) {
+        tool.plan.type = tag.child("pluginname").value();
+    }
+    tool.plan.name = tag.child("name").value();
+    tool.plan.bindings = listBindings(tag.child("inputprofile").child("profile"));
+    const Tag& info = tag.child("nodeinfo");
+    for (std::int32_t i = 0; i < info.childCount(); ++i) {
+        if (info.child(i).hasName("node")) {
+            tool.nodes.push_back(info.child(i).attribute("name"));
+        }
+    }
+    return tool;
+}
+
 std::vector<ListedTool> listTools(const Tag& configuration) {
     std::vector<ListedTool> tools;
     walk(configuration, [&tools](const Tag& tag) { tools.push_back(listTool(tag)); });
     return tools;
 }
 
+void forEachTool(const Tag& configuration, const std::function<void(const Tag& tool)>& call) {
+    walk(configuration, call);
+}
+
 void forEachTool(Tag& configuration, const std::function<void(Tag& tool)>& call) {
     walk(configuration, call);
 }
 
-void keepBindings(Tag& tool, const std::vector<Binding>& bindings) {
-    Tag& profile = tool.child("inputprofile").child("profile");
+void keepBindings(Tag& inputs, const Tag& saved) {
+    const Tag& savedProfile = saved.child("profile");
+    std::unordered_map<std::string, const Tag*> controls;
+    for (std::int32_t i = 0; i < savedProfile.childCount(); ++i) {
+        const Tag& property = savedProfile.child(i);
+        if (!property.child("control").attribute("device").empty()) {
+            controls.emplace(property.attribute("name"), &property.child("control"));
+        }
+    }
+    Tag& profile = inputs.child("profile");
     for (std::int32_t i = 0; i < profile.childCount(); ++i) {
         Tag& property = profile.child(i);
-        const auto binding =
-            std::find_if(bindings.begin(), bindings.end(), [&property](const Binding& each) {
-                return each.property == property.attribute("name");
-            });
-        if (property.hasName("property") && binding != bindings.end() &&
+        const auto control = controls.find(property.attribute("name"));
+        if (property.hasName("property") && control != controls.end() &&
             property.child("control").attribute("device").empty()) {
-            property.addChild(toControl(*binding));
+            property.addChild(*control->second);
         }
     }
 }

@@ -18,11 +18,17 @@ struct ListedTool {
 /// The tools of an element "MVR" or "MVR_Plugin", each before those below it.
 std::vector<ListedTool> listTools(const MVR::Tag& configuration);
 
-/// Puts back the bindings of a tool to controls that aren't there now: the core doesn't know them,
-/// but they are part of the scene. `tool` is one of the elements "MVR_Plugin".
-void keepBindings(MVR::Tag& tool, const std::vector<Binding>& bindings);
+/// Gives the properties that aren't bound in `inputs` the controls that they have in `saved`, both
+/// elements "inputprofile" of one tool: controls that aren't there now are unknown to the core, but
+/// part of the scene.
+void keepBindings(MVR::Tag& inputs, const MVR::Tag& saved);
+
+/// One element "MVR_Plugin", without those below it.
+ListedTool listTool(const MVR::Tag& tool);
 
 /// Calls `call` with each element "MVR_Plugin", in the order of listTools().
+void forEachTool(const MVR::Tag& configuration,
+                 const std::function<void(const MVR::Tag& tool)>& call);
 void forEachTool(MVR::Tag& configuration, const std::function<void(MVR::Tag& tool)>& call);
 
 } // namespace Stage

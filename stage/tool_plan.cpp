@@ -23,8 +23,6 @@ bool names(const Setting& setting, const std::string& property) {
     return setting.property == property || setting.property == "*";
 }
 
-} // namespace
-
 MVR::Tag toControl(const Binding& binding) {
     MVR::Tag control = MVR::Tag::element("control");
     control.attributeRef("device") = binding.device;
@@ -33,6 +31,8 @@ MVR::Tag toControl(const Binding& binding) {
     control.attributeRef("index") = std::to_string(binding.index);
     return control;
 }
+
+} // namespace
 
 std::string Setting::toText() const {
     return (tool.empty() ? "" : tool + "/") + property + "." + name + "=" + Stage::toText(value);

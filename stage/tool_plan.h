@@ -58,9 +58,6 @@ struct ToolPlan {
 /// Empty lines and lines that begin with "#" are skipped.
 [[nodiscard]] bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error);
 
-/// The binding as the element "control" of a property.
-MVR::Tag toControl(const Binding& binding);
-
 /// The plan as a configuration for CoreInterface::loadConfiguration().
 MVR::Tag toConfiguration(const ToolPlan& plan);
 

@@ -44,14 +44,34 @@ StageNode& Scene::restore(NodeRecord record) {
 
 void Scene::bring(const std::shared_ptr<StageNode>& node, StageNode* parent) {
     const std::size_t place = nodes_.size();
-    const auto act = [this, node, parent, place] {
-        insert(node, place);
-        node->hangBelow(parent, parent != nullptr ? parent->children_.size() : 0);
-    };
-    act();
-    if (undo_.isOpen()) {
-        undo_.add([this, node] { take(*node); }, act);
+    insert(node, place);
+    node->hangBelow(parent, parent != nullptr ? parent->children_.size() : 0);
+    if (!undo_.isOpen()) {
+        return;
     }
+    // It may be hung elsewhere without a step: a redo brings back how the undo found it.
+    struct Links {
+        StageNode* parent;
+        std::size_t index;
+        std::vector<StageNode*> children;
+    };
+    const auto links = std::make_shared<Links>();
+    undo_.add(
+        [this, node, links] {
+            *links = {node->parent_, node->getIndex(), node->children_};
+            take(*node);
+        },
+        [this, node, links, place] {
+            insert(node, place);
+            if (contains(links->parent)) {
+                node->hangBelow(links->parent, links->index);
+            }
+            for (StageNode* child : links->children) {
+                if (contains(child) && child->parent_ == nullptr) {
+                    child->hangBelow(node.get(), node->children_.size());
+                }
+            }
+        });
 }
 
 void Scene::remove(StageNode& node) {
@@ -76,12 +96,7 @@ void Scene::remove(StageNode& node) {
 
 void Scene::hang(StageNode& node, StageNode* parent) {
     StageNode* const oldParent = node.parent_;
-    std::size_t oldIndex = 0;
-    if (oldParent != nullptr) {
-        const auto& siblings = oldParent->children_;
-        oldIndex = static_cast<std::size_t>(std::find(siblings.begin(), siblings.end(), &node) -
-                                            siblings.begin());
-    }
+    const std::size_t oldIndex = node.getIndex();
     const std::size_t newIndex = parent != nullptr ? parent->children_.size() : 0;
     node.hangBelow(parent, newIndex);
     if (undo_.isOpen()) {

@@ -319,6 +319,15 @@ void StageNode::rename(const std::string& name) {
     }
 }
 
+std::size_t StageNode::getIndex() const {
+    if (parent_ == nullptr) {
+        return 0;
+    }
+    const auto& siblings = parent_->children_;
+    return static_cast<std::size_t>(std::find(siblings.begin(), siblings.end(), this) -
+                                    siblings.begin());
+}
+
 void StageNode::hangBelow(StageNode* parent, std::size_t index) {
     if (parent_ != nullptr) {
         std::erase(parent_->children_, this);

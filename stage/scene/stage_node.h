@@ -120,6 +120,8 @@ private:
     void change(Value Class::*member, Value value);
     void setKeys(double time, std::size_t firstCurve, const double* values, std::size_t count);
     Quaternion evaluateRotation(double time) const;
+    /// The place among the parent's children; 0 for a root.
+    std::size_t getIndex() const;
     void hangBelow(StageNode* parent, std::size_t index);
     void rename(const std::string& name);
 

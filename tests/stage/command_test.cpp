@@ -1,87 +1,16 @@
-#include "platform/files.h"
+#include "tests/stage/command_run.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+namespace Stage {
 namespace {
 
-constexpr const char* kBindings = R"(bind Position X=OSC:/camera/position:0
-bind Position Y=OSC:/camera/position:1
-bind Position Z=OSC:/camera/position:2
-bind Rotation X=OSC:/camera/rotation:0
-bind Rotation Y=OSC:/camera/rotation:1
-bind Rotation Z=OSC:/camera/rotation:2
-bind Rotation W=OSC:/camera/rotation:3
-set *.deadzone=0
-)";
-
-/// A UDP port of the loopback that nobody uses now.
-int freePort() {
-    const int handle = socket(AF_INET, SOCK_DGRAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    const bool isBound = bind(handle, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                         getsockname(handle, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    close(handle);
-    return isBound ? ntohs(address.sin_port) : 0;
-}
-
-/// Programs as a user runs them, each in a folder of its own.
-class CommandTest : public testing::Test {
+class CommandTest : public CommandRun {
 protected:
-    void SetUp() override {
-        folder = testing::TempDir() + "/command_test_" +
-                 testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-        port = std::to_string(freePort());
-        ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/osc.xml",
-                                                   "<osc><port>" + port + "</port></osc>"));
-        setenv("MIRVANE_OSC_CONFIG", (folder + "/osc.xml").c_str(), 1);
-        setenv("MIRVANE_CORE", CORE, 1);
-    }
-
-    /// Runs a shell command in the folder; its exit code.
-    int run(const std::string& command) {
-        const int status =
-            std::system(("cd '" + folder + "' && { " + command + "; } >stdout 2>stderr").c_str());
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    std::string read(const std::string& name) const {
-        std::string text;
-        EXPECT_TRUE(MVR::Platform::readFile(folder + "/" + name, text)) << name;
-        return text;
-    }
-    /// The numbers of a table of curves, without the name of the node.
-    std::vector<std::vector<double>> readTable(const std::string& name) const {
-        std::vector<std::vector<double>> rows;
-        std::istringstream lines(read(name));
-        std::string line;
-        std::getline(lines, line);
-        while (std::getline(lines, line)) {
-            std::istringstream fields(line.substr(line.find(',') + 1));
-            rows.emplace_back();
-            for (std::string field; std::getline(fields, field, ',');) {
-                rows.back().push_back(std::strtod(field.c_str(), nullptr));
-            }
-        }
-        return rows;
-    }
-
     /// Each key behind the first is what the device held at that frame, as "input.csv" tells.
     void expectKeysOfInput(const std::vector<std::vector<double>>& take) const {
         const auto input = readTable("input.csv");
@@ -94,9 +23,6 @@ protected:
             }
         }
     }
-
-    std::string folder;
-    std::string port;
 };
 
 TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
@@ -224,3 +150,4 @@ TEST_F(CommandTest, ToolsAndDevicesAreListed) {
 }
 
 } // namespace
+} // namespace Stage

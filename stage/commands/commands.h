@@ -17,6 +17,9 @@ ExitCode modelCommand(const std::vector<std::string>& words);
 ExitCode toolsCommand(const std::vector<std::string>& words);
 ExitCode devicesCommand(const std::vector<std::string>& words);
 
+/// The earliest time that a command takes, in seconds; times are single numbers in a glTF file.
+constexpr double kLeastTime = -1e6;
+
 void printVersion();
 
 /// Adds the options that every command has: --core, --data, --plugins, --documents, --help,

@@ -12,7 +12,6 @@ namespace Stage {
 
 namespace {
 
-constexpr double kLeastTime = -1e6;     // seconds; times are single numbers in a glTF file
 constexpr int kLongestCountdown = 3600; // seconds
 constexpr int kSlowest = 10;
 

@@ -14,15 +14,13 @@ namespace Stage {
 
 namespace {
 
-constexpr double kLeastTime = -1e6; // seconds; times are single numbers in a glTF file
-
 const std::vector<ExitCode> kCodes = {ExitCode::Ok,
                                       ExitCode::Usage,
+                                      ExitCode::BadFile,
                                       ExitCode::CoreOrToolMissing,
                                       ExitCode::BadBinding,
-                                      ExitCode::OutputNotWritten,
                                       ExitCode::CutShort,
-                                      ExitCode::BadFile};
+                                      ExitCode::OutputNotWritten};
 
 struct ResimulateOptions {
     InstallValues install;

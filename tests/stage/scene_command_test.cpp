@@ -27,6 +27,29 @@ protected:
                   0)
             << read("stderr");
     }
+    /// A good scene, "a.scene", and what a user may have in its place.
+    void writeBadFiles() {
+        record("a.scene");
+        const std::string scene = read("a.scene");
+        ASSERT_EQ(run(kStage + " model save a.scene m.prm --documents . && " + kStage +
+                      " model show m.prm"),
+                  0);
+        const std::string model = read("stdout");
+        write("cut.scene", scene.substr(0, scene.size() / 2));
+        write("other.scene", model);
+        write("no_tool.scene", change(scene, "Free Camera", "No Such"));
+        write("no_node.scene", change(scene, "<toolnode>Camera", "<toolnode>Gone"));
+        write("cut.prm", model.substr(0, model.size() / 2));
+        write("text.prm", "no model");
+        write("none.prm", "<MVR/>");
+        write("half.prm", change(model, "Free Camera", "No Such"));
+        write("link.prm",
+              change(model, "<parent/>", "<parent external=\"Nobody\">Camera</parent>"));
+        write("packed.prm", "<MVR>\n<MVR_Plugin compressed=\"1\">?</MVR_Plugin></MVR>");
+        const std::string text = "<a>\n<b></c></a>";
+        write("deep.prm", "<MVR compressed=\"1\">" +
+                              MVR::Base64Buffer(text.data(), text.size()).toText() + "</MVR>");
+    }
     static std::string change(std::string text, const std::string& from, const std::string& to) {
         EXPECT_NE(text.find(from), std::string::npos) << from;
         for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
@@ -155,25 +178,8 @@ TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
 }
 
 TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
-    record("a.scene");
+    writeBadFiles();
     const std::string scene = read("a.scene");
-    ASSERT_EQ(
-        run(kStage + " model save a.scene m.prm --documents . && " + kStage + " model show m.prm"),
-        0);
-    const std::string model = read("stdout");
-    write("cut.scene", scene.substr(0, scene.size() / 2));
-    write("other.scene", model);
-    write("no_tool.scene", change(scene, "Free Camera", "No Such"));
-    write("no_node.scene", change(scene, "<toolnode>Camera", "<toolnode>Gone"));
-    write("cut.prm", model.substr(0, model.size() / 2));
-    write("text.prm", "no model");
-    write("none.prm", "<MVR/>");
-    write("half.prm", change(model, "Free Camera", "No Such"));
-    write("link.prm", change(model, "<parent/>", "<parent external=\"Nobody\">Camera</parent>"));
-    write("packed.prm", "<MVR>\n<MVR_Plugin compressed=\"1\">?</MVR_Plugin></MVR>");
-    const std::string text = "<a>\n<b></c></a>";
-    write("deep.prm", "<MVR compressed=\"1\">" +
-                          MVR::Base64Buffer(text.data(), text.size()).toText() + "</MVR>");
     const std::string resimulate = kStage + " resimulate --documents . ";
     const std::string load = kStage + " model load --documents . --scene out.scene ";
     const std::string save = kStage + " model save --documents . ";
@@ -223,12 +229,18 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
     ASSERT_EQ(run(load + "half.prm"), 8);
     EXPECT_EQ(read("stdout"), "half.prm: 1 tools created, 1 faults\n  Object (Tracked Object)\n");
     EXPECT_EQ(run(resimulate + "out.scene"), 0);
+}
+
+TEST_F(SceneCommandTest, EachCommandHasHelp) {
     for (const char* command :
          {"resimulate", "model", "model save", "model load", "model list", "model show"}) {
         EXPECT_EQ(run(kStage + " " + command + " --help"), 0);
         EXPECT_EQ(read("stdout").rfind(std::string("usage: mirvane-stage ") + command, 0), 0U);
     }
+}
 
+TEST_F(SceneCommandTest, ASaveThatIsKilledLeavesTheOldScene) {
+    const std::string resimulate = kStage + " resimulate --documents . ";
     // Killed in the middle of writing, as by a limit on the size of files, it leaves the old scene.
     ASSERT_EQ(run("yes '<node>' | head -c 300000 >big.scene && cp big.scene old.scene"), 0);
     ASSERT_EQ(run(kStage + " record --documents . --countdown 0 --seconds 1.5 --rate 1000"

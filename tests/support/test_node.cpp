@@ -65,7 +65,7 @@ HelperSnapshot* TestNode::getHelperSnapshot() {
 }
 
 MeshSnapshot* TestNode::getMeshSnapshot(double) {
-    if (mesh == nullptr)
+    if (mesh.vertices.empty())
         return nullptr;
     ++snapshots;
     return this;

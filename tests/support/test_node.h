@@ -44,8 +44,8 @@ public:
     std::vector<std::int32_t> commands;            ///< of extend(); 0 for select()
     bool isRuled = false;                          ///< has a visibility controller
     int rulings = 0;                               ///< how often that was given back
-    std::unique_ptr<CMesh> mesh;
-    Matrix matrix = kIdentityMatrix; ///< in the world; its row 3 doesn't count
+    CMesh mesh;                                    ///< none without vertices
+    Matrix matrix = kIdentityMatrix;               ///< in the world; its row 3 doesn't count
     std::map<double, std::array<double, 3>> positions;
     std::map<double, std::array<double, 4>> rotations;
 
@@ -92,8 +92,8 @@ public:
     void setOwner(CInterface* tool) { owner_ = tool; }
 
     // The snapshots
-    void get(CMesh& out) override { out = *mesh; }
-    void set(const CMesh& newMesh) override { mesh = std::make_unique<CMesh>(newMesh); }
+    void get(CMesh& out) override { out = mesh; }
+    void set(const CMesh& newMesh) override { mesh = newMesh; }
     // Of the transform at the time of the last getSnapshot()
     void get(double out[16]) override;
     void set(const double values[16]) override;

@@ -1,0 +1,167 @@
+// The bytes of a model or a scene through the whole load, in a host with nodes, meshes and detailed
+// models, and with tools that keep a block: what came into being is saved with every bit of the
+// mask, comes back from that, goes with an undo and leaves nothing out.
+
+#include "core/core_implementation.h"
+#include "core/entry.h"
+#include "core/log.h"
+#include "data/byte_buffer.h"
+#include "input_file.h"
+#include "instance/plugin_instance.h"
+#include "plugins/c_camera_plugin.h"
+#include "plugins/core_library.h"
+#include "plugins/instance_reference.h"
+#include "plugins/plugin.h"
+#include "support/test_adaptor.h"
+#include "unidevice/control.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace MVR;
+using MVR::Testing::TestNode;
+
+constexpr std::uint32_t kEverything = 0x00FFFF;
+
+void require(bool holds) {
+    if (!holds)
+        std::abort();
+}
+
+/// Keeps a block, and refuses some.
+class Rig final : public CCamera {
+public:
+    using CCamera::CCamera;
+
+    std::int32_t init() override {
+        getInterface()->addProperty("Move", UniDevice::finite, nullptr);
+        return 0;
+    }
+    std::int32_t create() override {
+        return getInterface()->createNode("Node", 0, 0) != nullptr ? 0 : 1;
+    }
+    std::int32_t load() override {
+        const void* bytes = nullptr;
+        const std::int32_t size = getInterface()->getSaveData(&bytes);
+        block_.assign(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
+        return block_ == "refused" ? 1 : 0;
+    }
+    std::int32_t save() override {
+        getInterface()->setSaveData(block_.data(), static_cast<std::int32_t>(block_.size()));
+        return 0;
+    }
+
+private:
+    std::string block_;
+};
+
+/// Two kinds of tools; the selections of the one are saved.
+class RigPlugin final : public CCameraPlugin {
+public:
+    explicit RigPlugin(const char* name) : name_(name) {}
+    CCamera* create(CCamera::CreateParam* param) override { return new Rig(param); }
+    std::string getName() override { return name_; }
+    std::string getDescription() override { return "Keeps a block"; }
+    std::string getCategory() override { return "Tests"; }
+
+private:
+    const char* name_;
+};
+
+/// Where the models come from.
+std::string folder() {
+    return inputPath() + ".folder";
+}
+
+/// Attached as long as the process runs.
+struct Host {
+    Host() {
+        setenv("MIRVANE_REGISTRY", writeInput(nullptr, 0).c_str(), 1); // no folders
+        std::filesystem::create_directory(folder());
+        std::ofstream(folder() + "/detail.obj") << "o shell\n";
+        std::atexit([] { std::filesystem::remove_all(folder()); });
+        libraryLoaded(Platform::ownModule());
+        std::int32_t error = 0;
+        for (const char* name : {"Rig", "PRM"})
+            require(Plugin::create(CoreLibrary::instance(), new RigPlugin(name), error) != nullptr);
+        core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
+        require(core != nullptr);
+        Log::setThreshold(Log::Critical); // else the log of refusals fills the memory
+        adaptor.onMerge = [this](const std::string&) {
+            std::vector<TestNode*> merged;
+            for (const char* name : {"shell", "glass"}) {
+                adaptor.nodes.push_back(std::make_unique<TestNode>(name, nullptr));
+                adaptor.nodes.back()->setParent(merged.empty() ? nullptr : merged.front());
+                merged.push_back(adaptor.nodes.back().get());
+            }
+            return merged;
+        };
+    }
+
+    /// No circle, and nothing that was lent is out.
+    void checkNodes() const {
+        for (const auto& node : adaptor.nodes) {
+            require(node->handles == 0 && node->resolved == 0 && node->snapshots == 0);
+            const TestNode* slow = node.get();
+            for (const TestNode* each = slow; each != nullptr && each->parent != nullptr;
+                 each = each->parent->parent, slow = slow->parent)
+                require(each->parent != slow);
+        }
+    }
+    void clear() {
+        core->deleteAllInstances();
+        adaptor.clearUndo();
+        adaptor.nodes.clear();
+        adaptor.calls.clear();
+    }
+
+    MVR::Testing::RecordingAdaptor adaptor;
+    CoreImplementation* core = nullptr;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static Host& host = *new Host;
+    CoreImplementation& core = *host.core;
+    Tag model(std::string(ByteBuffer(data, size).decompress().view()));
+    if (!model.isEmpty())
+        model.attributeRef("path") = folder();
+    core.create(model, nullptr, false);
+    host.checkNodes();
+    const std::size_t count = core.getInstances(false).size();
+    core.getRoot()->setHighPolyVisible(true);
+    core.getRoot()->setLowPolyVisible(false);
+
+    Tag everything;
+    core.getRoot()->save(everything, kEverything);
+    const Tag configuration = core.getConfiguration();
+    Tag packed;
+    for (std::size_t i = 0; i < core.getRoot()->getChildren().size(); ++i)
+        core.getRoot()->getChildReference(i)->save(packed, SaveMask::kOwnRequest);
+    host.checkNodes();
+
+    // The scene stays and its tools come back to it, each to the nodes that it had.
+    core.deleteAllInstances();
+    host.adaptor.clearUndo();
+    core.loadConfiguration(configuration);
+    host.checkNodes();
+    require(core.getInstances(false).size() <= count);
+    while (host.adaptor.undo()) {
+    }
+    require(core.getInstances(false).empty());
+    while (host.adaptor.redo()) {
+    }
+    host.clear();
+    core.create(everything, nullptr, false);
+    core.create(packed, nullptr, false);
+    host.checkNodes();
+    host.clear();
+    return 0;
+}

@@ -114,7 +114,7 @@ bool ToolLoad::begin() {
     if (!ToolStart(*reference_.get(), data_, place_, *entry_).run(path_))
         return false;
     entry_->write("Entering highpoly loading routines");
-    reference_.get()->loadHighPoly(data_.child("highpoly"), path_);
+    reference_.get()->loadHighPoly(data_.child("highpoly"), path_, place_);
     return true;
 }
 

@@ -18,6 +18,7 @@ namespace MVR {
 
 class AdaptorInterface;
 class CoreImplementation;
+class ModelPlace;
 class PluginInstance;
 class SceneNode;
 struct MenuItem;
@@ -124,8 +125,9 @@ public:
     [[nodiscard]] std::int32_t applyAttributes(const Tag& data, std::uint32_t stages);
 
     /// Merges the first detailed model that `highPoly`, an element "highpoly", has for this host
-    /// and hides it; `path` is the folder of the model that names it. The element is kept.
-    void loadHighPoly(const Tag& highPoly, const std::string& path);
+    /// and hides it; `path` is the folder of the model that names it, `place` where the element
+    /// stands there. The element is kept.
+    void loadHighPoly(const Tag& highPoly, const std::string& path, const ModelPlace& place);
     /// A merged node that waits for its name, of this reference or one above; null if there is
     /// none.
     [[nodiscard]] SceneNode* findHighPolyNode(const std::string& name) const;
@@ -177,7 +179,7 @@ private:
     void saveHighPolyNames(SceneNode& node, Tag& out) const;
     void saveSelection(Tag& nodeInfo);
     [[nodiscard]] bool isForThisHost(const Tag& option) const;
-    void choosePostMerge(const Tag& highPoly, const Tag& option);
+    void choosePostMerge(const Tag& highPoly, const Tag& option, const ModelPlace& place);
     void mergeHighPoly(const std::string& file);
 
     PluginInstance* instance_ = nullptr; // not owned, but ended with the reference

@@ -5,6 +5,7 @@
 #include "core/log.h"
 #include "instance/plugin_instance.h"
 #include "plugins/model_paths.h"
+#include "plugins/model_place.h"
 #include "plugins/scene_node.h"
 
 #include <algorithm>
@@ -72,7 +73,8 @@ void treatMergedNode(SceneNode& node, const Matrix& postMerge) {
 
 } // namespace
 
-void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& path) {
+void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& path,
+                                     const ModelPlace& place) {
     Log entry("Loading highpoly model", Log::Notice);
     highPolyTag_ = highPoly;
     for (std::int32_t i = 0; i < highPoly.childCount(); ++i) {
@@ -85,7 +87,7 @@ void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& pat
         Log process("processing compatible option", Log::Notice);
         if (!option.child("noload").isEmpty())
             return process.write("Found flag for not loading the highpoly. highpoly CANCELED");
-        choosePostMerge(highPoly, option);
+        choosePostMerge(highPoly, option, place);
         const std::string& name = option.child("file").value();
         process.write("highpoly file path", path + "\\" + name, Log::OwnLevel);
         const std::string file = findModelFile(path, name);
@@ -112,20 +114,23 @@ bool InstanceReference::isForThisHost(const Tag& option) const {
     return isForThisHost;
 }
 
-void InstanceReference::choosePostMerge(const Tag& highPoly, const Tag& option) {
+void InstanceReference::choosePostMerge(const Tag& highPoly, const Tag& option,
+                                        const ModelPlace& place) {
     Log log(Log::Notice);
+    postMerge_ = kIdentityMatrix;
     const Tag& local = option.child("postmerge");
     const Tag& global = highPoly.child("postmerge");
-    if (!local.isEmpty()) {
+    if (!local.isEmpty())
         log.write("Using local postmerge transform");
-        postMerge_ = readMatrix(local);
-    } else if (!global.isEmpty()) {
+    else if (!global.isEmpty())
         log.write("Using global postmerge transform");
-        postMerge_ = readMatrix(global);
-    } else {
-        log.write("No postmerge transform neccessary");
+    else
+        return log.write("No postmerge transform neccessary");
+    const bool isWhole = readMatrix(local.isEmpty() ? global : local, postMerge_);
+    if (!isWhole || !isFinite(postMerge_))
+        place.log("postmerge", "it can't be read whole");
+    if (!isFinite(postMerge_))
         postMerge_ = kIdentityMatrix;
-    }
 }
 
 void InstanceReference::mergeHighPoly(const std::string& file) {

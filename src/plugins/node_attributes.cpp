@@ -5,8 +5,6 @@
 #include "plugins/c_mesh.h"
 #include "plugins/transform_matrix.h"
 
-#include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace MVR {
@@ -69,11 +67,9 @@ void NodeAttributes::applyTransform(const Tag& transform, const ModelPlace& plac
         entry.write("global reference");
     Matrix matrix;
     const bool isWhole = readMatrix(transform, matrix);
-    const bool isFinite = std::all_of(matrix.begin(), matrix.end(),
-                                      [](double number) { return std::isfinite(number); });
-    if (!isWhole || !isFinite)
+    if (!isWhole || !isFinite(matrix))
         place.log("transform of node " + node_.getName(), "it can't be read whole");
-    if (!isFinite)
+    if (!isFinite(matrix))
         return;
     TransformSnapshot* const snapshot = tool_.getSnapshot(&node_, tool_.getTime());
     if (snapshot == nullptr)

@@ -4,6 +4,7 @@
 #include "data/little_endian.h"
 #include "data/number_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -110,6 +111,11 @@ bool readMatrix(const Tag& tag, Matrix& out) {
         return value.find(',') != std::string::npos ? readText(value, out) : readBinary(value, out);
     out = readComponents(tag);
     return true;
+}
+
+bool isFinite(const Matrix& matrix) {
+    return std::all_of(matrix.begin(), matrix.end(),
+                       [](double number) { return std::isfinite(number); });
 }
 
 Tag writeMatrix(const Matrix& matrix) {

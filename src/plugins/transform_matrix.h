@@ -27,6 +27,9 @@ Matrix readMatrix(const Tag& tag);
 /// The same into `out`; false if a binary value has another size or a text too few numbers.
 [[nodiscard]] bool readMatrix(const Tag& tag, Matrix& out);
 
+/// False if a number of it is infinite or none at all: nothing can stand there.
+[[nodiscard]] bool isFinite(const Matrix& matrix);
+
 /// An element "transform" in the binary form, without attributes.
 Tag writeMatrix(const Matrix& matrix);
 

@@ -73,6 +73,9 @@ TEST_F(LoadingTest, EachFaultOfAModelIsOneLineAndTheRestIsMade) {
                        "</scale></transform>") +
              "</nodeinfo>",
          "tool Bad, transform of node n: it can't be read whole"},
+        {"<highpoly><postmerge>1,2,3</postmerge><option><compatible>Stage</compatible></option>"
+         "</highpoly>",
+         "tool Bad, postmerge: it can't be read whole"},
         {"<nodeinfo>" + node("n", "<CMesh>" + minusOneVertex + "</CMesh>") + "</nodeinfo>",
          "tool Bad, mesh of node n: it can't be read"},
         {"<nodeinfo><select external=\"None\">n</select></nodeinfo>",

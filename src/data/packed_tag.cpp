@@ -3,8 +3,10 @@
 #include "data/base64_buffer.h"
 #include "data/little_endian.h"
 
+#include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace MVR {
 namespace {
@@ -17,6 +19,25 @@ constexpr std::string_view kMarked = "1";
 bool isRepetition(const ByteBuffer& block) {
     constexpr std::size_t kSymbolCountAt = 8;
     return block.size() >= kSymbolCountAt + 4 && loadLittle32(block.data() + kSymbolCountAt) == 1;
+}
+
+/// True if elements `name` nested in `tree` are packed again. They are never written so, and each
+/// such level would make a small file several times larger.
+bool holdsPacked(const Tag& tree, std::string_view name) {
+    std::vector<const Tag*> waiting{&tree};
+    while (!waiting.empty()) {
+        const Tag& tag = *waiting.back();
+        waiting.pop_back();
+        for (std::int32_t i = 0; i < tag.childCount(); ++i) {
+            const Tag& child = tag.child(i);
+            if (!child.hasName(name))
+                continue;
+            if (child.attribute(kMark) == kMarked)
+                return true;
+            waiting.push_back(&child);
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -35,7 +56,8 @@ bool unpackTag(Tag& element) {
         return true;
     const Base64Buffer block(element.value());
     Tag tree;
-    if (isRepetition(block.bytes()) || tree.parse(block.bytes().decompress().view()) != 0)
+    if (isRepetition(block.bytes()) || tree.parse(block.bytes().decompress().view()) != 0 ||
+        holdsPacked(tree, element.name()))
         return false;
     element = std::move(tree);
     return true;

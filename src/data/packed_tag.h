@@ -11,7 +11,8 @@ namespace MVR {
 Tag packTag(const Tag& tree, std::string_view name);
 
 /// Puts the tree in place of its packed form. What isn't packed stays as it is, which is a success.
-/// False, with the element unchanged, if the text is no base64 or what comes out of it no tree.
+/// False, with the element unchanged, if the text is no base64, what comes out of it no tree, or
+/// such an element nested in the tree packed again.
 [[nodiscard]] bool unpackTag(Tag& element);
 
 } // namespace MVR

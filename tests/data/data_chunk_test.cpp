@@ -181,7 +181,8 @@ TEST(PackedTagTest, PacksATreeAndUnpacksIt) {
         EXPECT_EQ(tag, Tag(same));
     }
     for (const std::string& damaged : {std::string("PGE"), std::string("PG E"), encoded("<a><b>"),
-                                       encoded("text"), packed.value().substr(0, 120)}) {
+                                       encoded("text"), packed.value().substr(0, 120),
+                                       encoded("<a><a><a compressed=\"1\">PGEvPg==</a></a></a>")}) {
         Tag tag = Tag::element("a", damaged);
         tag.attributeRef("compressed") = "1";
         const Tag before = tag;

@@ -61,6 +61,57 @@ struct SavingTest : Testing::TreeTest {
         EXPECT_EQ(tool.save(tag, mask), 0);
         return tag;
     }
+    /// A tool with one of each thing that can be saved.
+    InstanceReference& placeOneOfEach() {
+        TestNode& outer = makeNode(placeRig("Other", nullptr), "Outer", nullptr);
+        const Tag data(
+            "<MVR_Plugin><type>PRM</type><name>Rig</name><visible>false</visible><expanded>"
+            "false</expanded><checked>false</checked><highpoly><option><compatible>None"
+            "</compatible><file>detail.obj</file></option></highpoly><nodeinfo>"
+            "<node name=\"Body\"><hpnode>shell</hpnode><hpnode>glass</hpnode></node>"
+            "<node name=\"Wheel\"/><node name=\"Hook\"/><select>Body</select>"
+            "<select>Wheel</select></nodeinfo></MVR_Plugin>");
+        InstanceReference& reference = *core->create(data, nullptr, false);
+        PluginInstance& tool = *reference.getInstance();
+        placeRig("Child", &reference);
+        TestNode& body = *adaptor.findNode("Body");
+        body.set(triangle());
+        move(body, 2);
+        body.getHighPolyNames() = {"shell", "", "new"};
+        makeNode(tool, "Wheel", &body).hide();
+        makeNode(tool, "Hook", &outer);
+        tool.findProperty("Move")->multiplier = 2.5;
+        tool.getRecordedValues().resize(2);
+        tool.getRecordedValues()[0].setKey(0.5, 0.1);
+        return reference;
+    }
+    /// Fifty tools on three levels, all of whose nodes hang below those of others.
+    InstanceReference& placeBranch() {
+        InstanceReference& top = *placeRig("Rig", nullptr).getReference();
+        std::vector<PluginInstance*> tools{top.getInstance()};
+        for (std::size_t i = 1; i < 50; ++i) // 7 below the first, 6 below each of those
+            tools.push_back(&placeRig("Tool_" + std::to_string(i),
+                                      i < 8 ? &top : tools[1 + (i - 8) / 6]->getReference()));
+        for (std::size_t i = 0; i < tools.size(); ++i) {
+            InstanceReference& reference = *tools[i]->getReference();
+            reference.setChecked(i % 3 != 0, false);
+            reference.setExpanded(i % 4 != 0);
+            reference.setShown(i % 5 != 0);
+            tools[i]->findProperty("Move")->multiplier = static_cast<double>(i);
+            TestNode& body = makeNode(*tools[i], "Body", nullptr);
+            TestNode& arm = makeNode(*tools[i], "Arm", &body);
+            move(body, static_cast<double>(i));
+            move(arm, -0.1 * static_cast<double>(i));
+            if (i % 2 == 0)
+                arm.set(triangle());
+            if (i % 3 == 0)
+                arm.hide();
+            body.getHighPolyNames() = {"shell_" + std::to_string(i)};
+            if (i > 0) // of a tool above, below or beside
+                body.setParent(tools[i * 7 % 50 < i ? i * 7 % 50 : i - 1]->createNode("Arm"));
+        }
+        return top;
+    }
     void expectNothingOut() const {
         for (const auto& node : adaptor.nodes)
             EXPECT_EQ(node->handles + node->resolved + node->snapshots, 0) << node->getName();
@@ -70,27 +121,8 @@ struct SavingTest : Testing::TreeTest {
 };
 
 TEST_F(SavingTest, EachBitOfTheMaskWritesJustItsElements) {
-    PluginInstance& other = placeRig("Other", nullptr);
-    TestNode& outer = makeNode(other, "Outer", nullptr);
-    const Tag data("<MVR_Plugin><type>PRM</type><name>Rig</name><visible>false</visible><expanded>"
-                   "false</expanded><checked>false</checked><highpoly><option><compatible>None"
-                   "</compatible><file>detail.obj</file></option></highpoly><nodeinfo>"
-                   "<node name=\"Body\"><hpnode>shell</hpnode><hpnode>glass</hpnode></node>"
-                   "<node name=\"Wheel\"/><node name=\"Hook\"/><select>Body</select>"
-                   "<select>Wheel</select></nodeinfo></MVR_Plugin>");
-    InstanceReference& reference = *core->create(data, nullptr, false);
-    PluginInstance& tool = *reference.getInstance();
-    placeRig("Child", &reference);
+    InstanceReference& reference = placeOneOfEach();
     TestNode& body = *adaptor.findNode("Body");
-    body.set(triangle());
-    move(body, 2);
-    body.getHighPolyNames() = {"shell", "", "new"};
-    makeNode(tool, "Wheel", &body).hide();
-    makeNode(tool, "Hook", &outer);
-    tool.findProperty("Move")->multiplier = 2.5;
-    tool.getRecordedValues().resize(2);
-    tool.getRecordedValues()[0].setKey(0.5, 0.1);
-
     for (const std::uint32_t mask : {0x0u,
                                      0x1u,
                                      0x2u,
@@ -127,10 +159,12 @@ TEST_F(SavingTest, EachBitOfTheMaskWritesJustItsElements) {
     const Tag none = saved(reference, SaveMask::kScene | SaveMask::kHighPoly);
     EXPECT_TRUE(none.child("savedata").isEmpty());
     EXPECT_EQ(none.child("nodeinfo").child(0).childCount("hpnode"), 2) << "as they were read";
-    other.getReference()->remove(false);
+    InstanceReference& other = *find("Other");
+    TestNode& outer = *adaptor.findNode("Outer");
+    other.remove(false);
     Log::setThreshold(Log::Notice);
     newLog();
-    outer.setOwner(&other); // it waits in the host's undo list
+    outer.setOwner(other.getInstance()); // it waits in the host's undo list
     EXPECT_EQ(saved(reference, 1).child("nodeinfo").child(2).toText("", "", ""),
               "<node name=\"Hook\"><parent/></node>");
     EXPECT_THAT(newLog(), HasSubstr("node's parent is not included in the list\n"));
@@ -158,29 +192,7 @@ void renameLinks(Tag& tag, const std::map<std::string, std::string>& names) {
 }
 
 TEST_F(SavingTest, ABranchOfFiftyToolsComesBackTwiceInEachForm) {
-    InstanceReference& top = *placeRig("Rig", nullptr).getReference();
-    std::vector<PluginInstance*> tools{top.getInstance()};
-    for (std::size_t i = 1; i < 50; ++i) // 7 below the first, 6 below each of those
-        tools.push_back(&placeRig("Tool_" + std::to_string(i),
-                                  i < 8 ? &top : tools[1 + (i - 8) / 6]->getReference()));
-    for (std::size_t i = 0; i < tools.size(); ++i) {
-        InstanceReference& reference = *tools[i]->getReference();
-        reference.setChecked(i % 3 != 0, false);
-        reference.setExpanded(i % 4 != 0);
-        reference.setShown(i % 5 != 0);
-        tools[i]->findProperty("Move")->multiplier = static_cast<double>(i);
-        TestNode& body = makeNode(*tools[i], "Body", nullptr);
-        TestNode& arm = makeNode(*tools[i], "Arm", &body);
-        move(body, static_cast<double>(i));
-        move(arm, -0.1 * static_cast<double>(i));
-        if (i % 2 == 0)
-            arm.set(triangle());
-        if (i % 3 == 0)
-            arm.hide();
-        body.getHighPolyNames() = {"shell_" + std::to_string(i)};
-        if (i > 0) // of a tool above, below or beside
-            body.setParent(tools[i * 7 % 50 < i ? i * 7 % 50 : i - 1]->createNode("Arm"));
-    }
+    InstanceReference& top = placeBranch();
     // What it selects is read back from a model only.
     Tag original = saved(top, SaveMask::kModel);
     for (const auto& [tool, node] : {std::pair("", "Arm"), {"", "Body"}, {"Tool_20", "Arm"}}) {

@@ -107,25 +107,29 @@ PluginInstance* PluginInstance::parentInstance() const {
 }
 
 /// Appends one "masternode" for this tool and each above it whose object is in the scene, the
-/// outermost first: what a tool needs to build its chain of parents again.
+/// outermost first: what a tool needs to build its chain of parents again. The tools are asked for
+/// their blocks from this one upwards.
 void PluginInstance::addMasterNodes(Tag& out) {
-    std::vector<PluginInstance*> chain{this};
-    for (PluginInstance* above = parentInstance();
-         above != nullptr && !adaptor()->getNodes(above).empty(); above = above->parentInstance())
-        chain.push_back(above);
-    for (auto each = chain.rbegin(); each != chain.rend(); ++each) {
+    AdaptorInterface& host = *adaptor();
+    std::vector<Tag> masters;
+    PluginInstance* each = this;
+    do {
         Tag master = Tag::element("masternode");
-        if (const PluginInstance* const parent = (*each)->parentInstance())
+        if (const PluginInstance* const parent = each->parentInstance())
             master.addChild(Tag::element("parent", parent->getName()));
-        if (InstanceReference* const reference = (*each)->reference_) {
+        const InstanceReference::Watch saved(each->reference_); // a tool may end as it is asked
+        if (InstanceReference* const reference = saved.get()) {
             if (reference->getParentReference() != nullptr)
                 master.addChild(Tag::element("childindex", reference->getPosition()));
             Tag configuration;
             reference->save(configuration, SaveMask::kOwnRequest);
             master.addChild(std::move(configuration));
         }
-        out.addChild(std::move(master));
-    }
+        each = saved.get() != nullptr ? each->parentInstance() : nullptr;
+        masters.push_back(std::move(master));
+    } while (each != nullptr && !host.getNodes(each).empty());
+    for (auto master = masters.rbegin(); master != masters.rend(); ++master)
+        out.addChild(std::move(*master));
 }
 
 void PluginInstance::addUndo(CUndo* object) {

@@ -193,8 +193,10 @@ TEST_F(PluginInstanceTest, ToolSeesHostAndParents) {
         if (withNode)
             outer.createNode("Body", 0, 0);
         Tag masters = Tag::element("list");
+        kind->calls.clear();
         door.extend(56, reinterpret_cast<std::intptr_t>(&masters));
         ASSERT_EQ(masters.childCount("masternode"), withNode ? 2 : 1);
+        EXPECT_EQ(kind->calls.front(), "Inner save");
         EXPECT_EQ(masters.child("masternode", withNode).child("parent").value(), "Outer");
         EXPECT_EQ(masters.child("masternode", withNode).child("childindex").value(), "0");
     }

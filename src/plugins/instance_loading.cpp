@@ -18,6 +18,18 @@
 namespace MVR {
 namespace {
 
+/// False if `data` is packed and there is no tool in it. It stays the element of a tool, so that it
+/// counts as one that failed.
+bool unpackTool(Tag& data) {
+    if (!data.hasName("MVR_Plugin"))
+        return true;
+    const bool isDecoded = unpackTag(data);
+    if (data.hasName("MVR_Plugin"))
+        return isDecoded;
+    data = Tag::element("MVR_Plugin");
+    return false;
+}
+
 /// One tool in the making, with its open entry in the log. Its tools below come between the
 /// constructor and end().
 class ToolLoad {
@@ -25,7 +37,7 @@ public:
     /// `outermost` is the one that all others of the model hang below, null for that itself.
     ToolLoad(CoreImplementation* core, Tag& data, const std::string& path,
              const ToolLoad* outermost)
-        : core_(core), data_(data), path_(path), isUnpacked_(unpackTag(data)),
+        : core_(core), data_(data), path_(path), isUnpacked_(unpackTool(data)),
           place_(outermost != nullptr ? outermost->place_ : ModelPlace(data, path)) {
         isMade_ = begin();
     }

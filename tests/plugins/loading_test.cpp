@@ -1,4 +1,5 @@
 #include "data/base64_buffer.h"
+#include "data/packed_tag.h"
 #include "platform/headless/desktop.h"
 #include "plugins/extension_ids.h"
 #include "plugins/plugin.h"
@@ -54,6 +55,8 @@ TEST_F(LoadingTest, EachFaultOfAModelIsOneLineAndTheRestIsMade) {
         {"<MVR_Plugin><type>None</type><name>Gone</name></MVR_Plugin>",
          "tool Gone, type: there is no such kind of tool: None"},
         {"<MVR_Plugin compressed=\"1\">AAAA</MVR_Plugin>",
+         "tool (unnamed), MVR_Plugin: its packed text can't be read"},
+        {packTag(Tag("<profile name=\"p\">x</profile>"), "MVR_Plugin").toText("", "", ""),
          "tool (unnamed), MVR_Plugin: its packed text can't be read"},
         {"<nodeinfo>" + node("n", "<parent>gone</parent>") + "</nodeinfo>",
          "tool Bad, parent of node n: the tool Bad has no node gone"},

@@ -106,7 +106,7 @@ std::string toTable(const ResimulationFigures& figures) {
     }
     return line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
                 figures.difference.isSameFrames ? "same frames" : "other frames") +
-           (figures.isCutShort ? line("", "stopped before its end")
+           (figures.isCutShort ? line("", "%s", "stopped before its end")
                                : line("", "%.0f times real time", figures.timesRealTime));
 }
 

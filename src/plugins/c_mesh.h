@@ -11,7 +11,7 @@ namespace MVR {
 
 /// A mesh that belongs to no host. A copy is deep. How the flat lists group into polygons is
 /// agreed between the adaptors that fill and read it; the core only carries them.
-class CMesh : public CExtendable {
+class CMesh final : public CExtendable {
 public:
     CMesh() = default;
     /// Reads an element "CMesh" in either form that `write` gives. The mesh is empty if the element

@@ -114,7 +114,7 @@ Tag CoreImplementation::getDetachedConfiguration() {
 }
 
 void CoreImplementation::loadConfiguration(Tag configuration) {
-    create(configuration, nullptr, false);
+    create(std::move(configuration), nullptr, false);
 }
 
 void CoreImplementation::deleteAllInstances() {

@@ -54,7 +54,7 @@ public:
     /// single "MVR_Plugin", as the last children of `parent`, or of the root if it is null. All of
     /// it is one undo step. The first of them, or null if none came into being. A tool that fails
     /// is left out. May run nested.
-    InstanceReference* create(const Tag& data, InstanceReference* parent, bool addToRecent);
+    InstanceReference* create(Tag data, InstanceReference* parent, bool addToRecent);
     /// Creates one tool of the kind `type` under the root.
     InstanceReference* createByType(const std::string& type, const std::string& name,
                                     bool addToRecent);
@@ -117,7 +117,7 @@ private:
         std::size_t missing = 0; // tools of the data that could not be made
     };
 
-    Creation createAll(const Tag& data, InstanceReference* parent, bool addToRecent);
+    Creation createAll(Tag data, InstanceReference* parent, bool addToRecent);
     void addModels(const std::string& folder);
     void clearCatalogue();
 

@@ -137,7 +137,7 @@ std::int32_t InstanceManager::createFromFile(const std::string& path, InstanceRe
         Log(Log::Error).write("No model in file", path, Log::OwnLevel);
         return errors.get("MODEL_INVALID", "The file holds no model", ErrorCode::Error);
     }
-    const Creation creation = createAll(model, parent, true);
+    const Creation creation = createAll(std::move(model), parent, true);
     if (creation.first == nullptr) {
         Log(Log::Error).write("Nothing created from model", path, Log::OwnLevel);
         return errors.get("MODEL_NOTHINGCREATED", "No tool of the model could be created",

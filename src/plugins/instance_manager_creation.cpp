@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <initializer_list>
+#include <utility>
 #include <vector>
 
 namespace MVR {
@@ -55,13 +56,13 @@ std::size_t countTools(const Tag& top) {
     return count;
 }
 
-Tag wrap(const Tag& data, Log& entry) {
+Tag wrap(Tag data, Log& entry) {
     if (data.hasName("MVR"))
         return data;
     entry.write("Wrapping data in MVR clause");
     Tag wrapper = Tag::element("MVR");
-    wrapper.addChild(data);
     wrapper.attributeRef("path") = data.attribute("path");
+    wrapper.addChild(std::move(data));
     return wrapper;
 }
 
@@ -99,18 +100,17 @@ void finishCreation(InstanceReference& holder, Log& entry) {
 
 } // namespace
 
-InstanceReference* InstanceManager::create(const Tag& data, InstanceReference* parent,
-                                           bool addToRecent) {
-    return createAll(data, parent, addToRecent).first;
+InstanceReference* InstanceManager::create(Tag data, InstanceReference* parent, bool addToRecent) {
+    return createAll(std::move(data), parent, addToRecent).first;
 }
 
-InstanceManager::Creation InstanceManager::createAll(const Tag& data, InstanceReference* parent,
+InstanceManager::Creation InstanceManager::createAll(Tag data, InstanceReference* parent,
                                                      bool addToRecent) {
     Log entry("Creating instance", Log::Notice);
     if (parent == nullptr)
         parent = root_.get();
     entry.write("parent", parent != nullptr ? parent->getLabel() : "(NULL)", Log::OwnLevel);
-    Tag wrapper = wrap(data, entry);
+    Tag wrapper = wrap(std::move(data), entry);
     if (addToRecent)
         addRecent(wrapper);
 
@@ -156,7 +156,7 @@ InstanceReference* InstanceManager::createByType(const std::string& type, const 
                                                  bool addToRecent) {
     Tag data = Plugin::makeData(type);
     data.addChild(Tag::element("name", name));
-    return create(data, nullptr, addToRecent);
+    return create(std::move(data), nullptr, addToRecent);
 }
 
 void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* target) {

@@ -3,7 +3,7 @@
 #include "core/adaptor_interface.h"
 #include "core/core_implementation.h"
 #include "core/log.h"
-#include "data/base64_buffer.h"
+#include "data/base64_codec.h"
 #include "data/packed_tag.h"
 #include "instance/plugin_instance.h"
 #include "plugins/node_attributes.h"
@@ -22,7 +22,13 @@ namespace {
 constexpr const char* kModelTool = "PRM"; // the kind of tool that a model's selection is saved with
 
 Tag blockElement(const char* name, const void* bytes, std::size_t size) {
-    return Tag::element(name, Base64Buffer(bytes, size).toText());
+    Base64Writer text(size);
+    text.append(bytes, size);
+    Tag element = Tag::element(name);
+    Tag value = Tag::textNode("");
+    value.setName("") = text.finish(); // moved: a scene holds many, and large ones
+    element.addChild(std::move(value));
+    return element;
 }
 
 /// How `node` of `instance` hangs in the scene: an empty element unless below a tool's node.

@@ -114,6 +114,11 @@ Tag CoreImplementation::getDetachedConfiguration() {
 }
 
 void CoreImplementation::loadConfiguration(Tag configuration) {
+    // Whoever wrote the scene could open any folder to its tools by this.
+    if (const std::string folder = configuration.attribute("path"); !folder.empty()) {
+        Log(Log::Warning).write("A configuration names no folder of models", folder, Log::OwnLevel);
+        configuration.attributeRef("path").clear();
+    }
     create(std::move(configuration), nullptr, false);
 }
 

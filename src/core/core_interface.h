@@ -41,7 +41,8 @@ public:
     virtual Tag getDetachedConfiguration() = 0;
     /// Creates the tools that `configuration` describes, each with the scene nodes that it had,
     /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out:
-    /// the user is told, and the log says which.
+    /// the user is told, and the log says which. A scene has no folder of models: files that its
+    /// tools name are looked for in the user's documents and the shared data only.
     virtual void loadConfiguration(Tag configuration) = 0;
     /// Destroys all tools, last first; their scene objects stay.
     virtual void deleteAllInstances() = 0;

@@ -85,6 +85,12 @@ TEST_F(CreationTest, ToolsLiveThroughTheirFirstCallsInOrder) {
                             "c from /models", "c init", "c create", "a_01 after in a",
                             "b after in a", "c after in a"));
     EXPECT_EQ(tree(), "a c a_01(b)");
+
+    rig->calls.clear();
+    data = rigData("d");
+    data.attributeRef("path") = "/models";
+    core->loadConfiguration(data);
+    EXPECT_EQ(rig->calls.at(1), "d from ") << "a scene names no folder";
 }
 
 TEST_F(CreationTest, ACreationIsUndoneRedoneAndDropped) {

@@ -1,6 +1,7 @@
 #include "instance/plugin_instance.h"
 
 #include "core/core_implementation.h"
+#include "plugins/instance_reference.h"
 #include "recording/variable_mod_undo.h"
 
 #include <algorithm>
@@ -14,7 +15,11 @@ const std::shared_ptr<PluginInstance::RecordedValues>& PluginInstance::sharedRec
 }
 
 void PluginInstance::prepareRecording(double time) {
+    const InstanceReference::Watch self(reference_);
     code_->startRecording(time);
+    // The tool may have left the tree, or ended the take: then nothing of it is for this one.
+    if (self.get() == nullptr || !isInTree() || !core_->isRecording())
+        return;
     for (SceneNode* node : adaptor()->getNodes(this))
         node->startRecording(time);
     const auto count = static_cast<std::size_t>(properties_.count());
@@ -56,8 +61,9 @@ void PluginInstance::step(double time) {
 }
 
 void PluginInstance::finishRecording(double time) {
+    const InstanceReference::Watch self(reference_);
     code_->finishRecording(time);
-    if (!controlsReplaced_)
+    if (self.get() == nullptr || !controlsReplaced_) // in this order: the tool may be gone
         return;
     controlsReplaced_ = false;
     for (std::size_t i = 0; i < temporaryControls_.size(); ++i)

@@ -137,6 +137,14 @@ TEST_F(ResimulationTest, ToolsAndDevicesMayGoInItsMidst) {
     expectCurve(curve, taken, 1);
     EXPECT_EQ(tool->findProperty("Axis")->control, nullptr);
     device->onUpdate = nullptr;
+
+    PluginInstance& shy = other.place(*core, "Shy");
+    UniDevice::Control* const own = device->add("Y");
+    shy.findProperty("Axis")->bind(own);
+    other.onStart = [](ScriptedTool& each, double) { each.getInterface()->extend(43, 0); };
+    EXPECT_EQ(core->resimulate(0, 4), 0);
+    EXPECT_FALSE(shy.isInTree());
+    EXPECT_EQ(shy.findProperty("Axis")->control, own) << "undo brings it back as it was";
 }
 
 } // namespace

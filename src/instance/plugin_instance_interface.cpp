@@ -147,7 +147,7 @@ UniDevice::Property* PluginInstance::findProperty(std::string propertyName) {
 }
 
 std::string PluginInstance::getDataPath() {
-    if (!code_->supportsExtension(ToolExtension::kDataPath))
+    if (code_ == nullptr || !code_->supportsExtension(ToolExtension::kDataPath)) // its last calls
         return plugin_->getUserDataFolder();
     std::string path;
     code_->extend(ToolExtension::kDataPath, reinterpret_cast<std::intptr_t>(&path));

@@ -129,8 +129,9 @@ ExitCode save(Session& session, const std::string& tool, const std::string& mode
 /// The end of a load: which tools there are now, and what went wrong on the way.
 void tellSummary(const ModelOptions& options, const std::vector<const PlacedTool*>& created,
                  std::size_t faults) {
-    std::printf("%s: %zu tools created, %zu faults\n", options.model.c_str(), created.size(),
-                faults);
+    const auto ending = [](std::size_t count) { return count == 1 ? "" : "s"; };
+    std::printf("%s: %zu tool%s created, %zu fault%s\n", options.model.c_str(), created.size(),
+                ending(created.size()), faults, ending(faults));
     for (const PlacedTool* tool : created) {
         std::printf("  %s (%s)\n", tool->plan.name.c_str(), tool->plan.type.c_str());
     }

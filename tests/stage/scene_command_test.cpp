@@ -143,7 +143,7 @@ TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
     ASSERT_EQ(run(kStage + " model load m.prm --open a.scene --scene b.scene --out b.gltf"
                            " --documents ."),
               0);
-    EXPECT_EQ(read("stdout"), "m.prm: 1 tools created, 0 faults\n  Camera_01 (Free Camera)\n");
+    EXPECT_EQ(read("stdout"), "m.prm: 1 tool created, 0 faults\n  Camera_01 (Free Camera)\n");
     EXPECT_EQ(read("stderr"), "");
     ASSERT_EQ(run(kStage + " model save b.scene all.prm --documents ."), 0) << read("stderr");
     ASSERT_EQ(run(kStage + " model show all.prm"), 0) << read("stderr");
@@ -227,7 +227,7 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
     EXPECT_TRUE(read("a.scene") == scene) << "as it was";
     // What can be made is made, saved and summed up.
     ASSERT_EQ(run(load + "half.prm"), 8);
-    EXPECT_EQ(read("stdout"), "half.prm: 1 tools created, 1 faults\n  Object (Tracked Object)\n");
+    EXPECT_EQ(read("stdout"), "half.prm: 1 tool created, 1 fault\n  Object (Tracked Object)\n");
     EXPECT_EQ(run(resimulate + "out.scene"), 0);
 }
 

@@ -1,5 +1,7 @@
 #include "instance/temporary_control.h"
 
+#include "data/tag.h"
+
 namespace MVR {
 
 namespace {
@@ -28,6 +30,12 @@ void TemporaryControl::giveBack(UniDevice::Property& property) {
     UniDevice::Control* const own = kept_;
     keep(nullptr);
     property.bind(own);
+}
+
+void TemporaryControl::toTag(Tag& out) const {
+    out = Tag();
+    if (kept_ != nullptr)
+        kept_->toTag(out);
 }
 
 void TemporaryControl::controlRemoved(UniDevice::Control* control) {

@@ -24,6 +24,10 @@ public:
     /// Gives `property` its own binding back.
     void giveBack(UniDevice::Property& property);
 
+    /// As the binding that is kept: a scene that is saved meanwhile holds the user's own. Empty if
+    /// there is none.
+    void toTag(Tag& out) const override;
+
     void controlRemoved(UniDevice::Control* control) override;
 
 private:

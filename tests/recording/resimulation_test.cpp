@@ -91,7 +91,9 @@ TEST_F(ResimulationTest, StopButtonKeepsWhatIsDone) {
     const auto record = kind->onRecord;
     kind->onRecord = [&](ScriptedTool& each, double time) {
         record(each, time);
-        clock.advance(100); // a slow tool: a few frames a slice
+        clock.advance(100);                          // a slow tool: a few frames a slice
+        const Tag saved = tool->getInputProfile(""); // as a host that saves the scene meanwhile
+        EXPECT_EQ(saved.child("property").child("control").attribute("type"), "X");
     };
     std::vector<std::int32_t> shown;
     Platform::Headless::setUserHook([&](Platform::DialogHandle dialog,

@@ -274,7 +274,7 @@ bool readTransform(const tinygltf::Node& from, Transform& to) {
         return false;
     }
     to = toTransform(matrix);
-    return true;
+    return isFinite(to); // the lengths of its rows may be too much
 }
 
 /// The nodes that the walk begins with, those of the file's scene.

@@ -135,7 +135,7 @@ void StageNode::setParent(MVR::SceneNode* node) {
     scene_.hang(*this, parent);
     if (before != after) { // else rounding would move it for nothing
         const Matrix place = multiply(toMatrix(rest_), before);
-        change(&StageNode::rest_, toTransform(multiply(place, inverse(after))));
+        setRest(toTransform(multiply(place, inverse(after))));
     }
 }
 
@@ -262,7 +262,7 @@ void StageNode::setPosition(double time, const Vector3& position) {
     }
     Transform rest = rest_;
     rest.position = position;
-    change(&StageNode::rest_, rest);
+    setRest(rest);
 }
 
 void StageNode::setRotation(double time, const Quaternion& rotation) {
@@ -273,7 +273,7 @@ void StageNode::setRotation(double time, const Quaternion& rotation) {
     }
     Transform rest = rest_;
     rest.rotation = rotation;
-    change(&StageNode::rest_, rest);
+    setRest(rest);
 }
 
 void StageNode::setTransform(double time, const Transform& transform) {
@@ -282,6 +282,12 @@ void StageNode::setTransform(double time, const Transform& transform) {
     Transform rest = rest_;
     rest.scale = transform.scale;
     if (!isSameScale(rest.scale, rest_.scale)) {
+        setRest(rest);
+    }
+}
+
+void StageNode::setRest(const Transform& rest) {
+    if (isFinite(rest)) { // else no scene's file would take it back
         change(&StageNode::rest_, rest);
     }
 }

@@ -99,7 +99,7 @@ public:
     [[nodiscard]] Matrix evaluateGlobal(double time) const;
 
     /// While a take runs these set one key at `time` on each curve that they name; else they change
-    /// the values at rest. The scale has no curve.
+    /// the values at rest, which stay if the new ones aren't finite. The scale has no curve.
     void setPosition(double time, const Vector3& position);
     void setRotation(double time, const Quaternion& rotation);
     void setTransform(double time, const Transform& transform);
@@ -118,6 +118,8 @@ private:
 
     template <typename Class, typename Value>
     void change(Value Class::*member, Value value);
+    /// What isn't finite leaves the node where it is.
+    void setRest(const Transform& rest);
     void setKeys(double time, std::size_t firstCurve, const double* values, std::size_t count);
     Quaternion evaluateRotation(double time) const;
     /// The place among the parent's children; 0 for a root.

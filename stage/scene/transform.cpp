@@ -1,5 +1,6 @@
 #include "stage/scene/transform.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -109,6 +110,14 @@ Transform toTransform(const Matrix& matrix) {
     }
     result.rotation = normalised(rotationOf(rotation));
     return result;
+}
+
+bool isFinite(const Transform& transform) {
+    const auto isWhole = [](const auto& numbers) {
+        return std::all_of(numbers.begin(), numbers.end(),
+                           [](double number) { return std::isfinite(number); });
+    };
+    return isWhole(transform.position) && isWhole(transform.rotation) && isWhole(transform.scale);
 }
 
 Matrix multiply(const Matrix& first, const Matrix& second) {

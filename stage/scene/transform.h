@@ -38,6 +38,9 @@ Matrix toMatrix(const Transform& transform);
 /// negative x scale.
 Transform toTransform(const Matrix& matrix);
 
+/// False if a number of it is infinite or none at all.
+[[nodiscard]] bool isFinite(const Transform& transform);
+
 Matrix multiply(const Matrix& first, const Matrix& second);
 
 /// The inverse of a matrix that scales, rotates and moves; one that flattens has none, and gives

@@ -19,6 +19,8 @@ ExitCode devicesCommand(const std::vector<std::string>& words);
 
 /// The earliest time that a command takes, in seconds; times are single numbers in a glTF file.
 constexpr double kLeastTime = -1e6;
+/// The latest end of a take. A scene's file takes later ones: a take may make its range longer.
+constexpr double kLatestTime = 1e6;
 
 void printVersion();
 

@@ -1,6 +1,8 @@
 #include "stage/commands/record_options.h"
 
 #include "stage/commands/commands.h"
+#include "stage/scene/scene_file.h"
+#include "stage/text.h"
 #include "stage/tool_list.h"
 
 #include <algorithm>
@@ -179,7 +181,6 @@ bool RecordReader::readOfPass(const Argument& argument) {
 }
 
 bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
-    constexpr double kLeastRate = 0.1;
     double number = 0.0;
     if (argument.name == "--no-auto-expand") {
         options_.take.autoExpand = false;
@@ -234,6 +235,10 @@ bool RecordReader::finish(std::string& error) {
         error = "--end and --seconds both tell where the take ends: give one of them";
     } else if (options_.end <= options_.start) {
         error = "the take ends before its first frame";
+    } else if (options_.end > kLatestTime) {
+        error = "the take must end by second " + toText(kLatestTime);
+    } else if (options_.rate > kHighestRate) {
+        error = "--rate must be at most " + toText(kHighestRate);
     } else {
         return true;
     }

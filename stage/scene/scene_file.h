@@ -21,6 +21,10 @@ class Timeline;
 /// The most bytes of a scene's file, and the most nodes in it.
 constexpr std::uint64_t kMostSceneBytes = std::uint64_t(1) << 30;
 constexpr std::size_t kMostSceneNodes = 1'000'000;
+/// Its frames per second, and how far from 0 its times may be, in seconds.
+constexpr double kLeastRate = 0.1;
+constexpr double kHighestRate = 1e5;
+constexpr double kLongestTime = 2e6;
 
 /// What a scene's file holds: the nodes with their curves, the time, and the core's tools.
 struct SceneData {

@@ -17,9 +17,6 @@ namespace {
 
 using MVR::Tag;
 
-constexpr double kLeastRate = 0.1;     // frames per second
-constexpr double kHighestRate = 1e5;   // frames per second
-constexpr double kLongestTime = 1e6;   // seconds, either way
 constexpr std::size_t kMostShown = 40; // bytes of a text in a message
 
 /// Turns a tree into a scene's data and checks all of it. The first fault ends the reading.

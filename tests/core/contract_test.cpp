@@ -11,19 +11,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 namespace {
 
 using namespace MVR;
-using MVR::Testing::slotOf;
+using MVR::Testing::expectSlots;
 using Host = AdaptorInterface;
-
-// The slots stand one after the other from `first` on.
-void expectInARow(const std::vector<std::ptrdiff_t>& slots, std::ptrdiff_t first) {
-    for (std::size_t index = 0; index < slots.size(); ++index)
-        EXPECT_EQ(slots[index], first + static_cast<std::ptrdiff_t>(index)) << index;
-}
 
 template <class T>
 Util::MessageNode* (CoreInterface::*addPropertyOf())(std::int32_t, T) {
@@ -31,33 +24,19 @@ Util::MessageNode* (CoreInterface::*addPropertyOf())(std::int32_t, T) {
 }
 
 TEST(ContractTest, TheCoresOperationsFollowThoseOfItsNode) {
-    expectInARow({slotOf(&CoreInterface::getConfiguration),
-                  slotOf(&CoreInterface::getDetachedConfiguration),
-                  slotOf(&CoreInterface::loadConfiguration),
-                  slotOf(&CoreInterface::deleteAllInstances),
-                  slotOf(&CoreInterface::openMainDialog),
-                  slotOf(&CoreInterface::closeMainDialog),
-                  slotOf(&CoreInterface::isMainDialogOpen),
-                  slotOf(&CoreInterface::update),
-                  slotOf(&CoreInterface::isRecording),
-                  slotOf(&CoreInterface::setUnlockedKeys),
-                  slotOf(&CoreInterface::startRecording),
-                  slotOf(&CoreInterface::stopRecording),
-                  slotOf(&CoreInterface::getSlowMotion),
-                  slotOf(&CoreInterface::setSlowMotion),
-                  slotOf(&CoreInterface::resimulate),
-                  slotOf(&CoreInterface::setInstanceChecked),
-                  slotOf(&CoreInterface::setInstanceConfigProfile),
-                  slotOf(addPropertyOf<double>()),
-                  slotOf(addPropertyOf<std::string>()),
-                  slotOf(addPropertyOf<std::int32_t>()),
-                  slotOf(addPropertyOf<bool>()),
-                  slotOf(&CoreInterface::getProperty),
-                  slotOf(&CoreInterface::setProperty),
-                  slotOf(&CoreInterface::loadModel),
-                  slotOf(&CoreInterface::saveModel),
-                  slotOf(&CoreInterface::getCatalogue)},
-                 15); // 13 operations of the node, then its destructor's two
+    // 13 operations of the node, then its destructor's two.
+    expectSlots(
+        "core", 15, &CoreInterface::getConfiguration, &CoreInterface::getDetachedConfiguration,
+        &CoreInterface::loadConfiguration, &CoreInterface::deleteAllInstances,
+        &CoreInterface::openMainDialog, &CoreInterface::closeMainDialog,
+        &CoreInterface::isMainDialogOpen, &CoreInterface::update, &CoreInterface::isRecording,
+        &CoreInterface::setUnlockedKeys, &CoreInterface::startRecording,
+        &CoreInterface::stopRecording, &CoreInterface::getSlowMotion, &CoreInterface::setSlowMotion,
+        &CoreInterface::resimulate, &CoreInterface::setInstanceChecked,
+        &CoreInterface::setInstanceConfigProfile, addPropertyOf<double>(),
+        addPropertyOf<std::string>(), addPropertyOf<std::int32_t>(), addPropertyOf<bool>(),
+        &CoreInterface::getProperty, &CoreInterface::setProperty, &CoreInterface::loadModel,
+        &CoreInterface::saveModel, &CoreInterface::getCatalogue);
 }
 
 TEST(ContractTest, TheAdaptorsOperationsStandInTheirPlaces) {
@@ -66,162 +45,69 @@ TEST(ContractTest, TheAdaptorsOperationsStandInTheirPlaces) {
     using Four = SceneNode* (Host::*)(CInterface*, Name, Value, Value);
     using Five = SceneNode* (Host::*)(CInterface*, Name, Value, Value, Value);
     using Two = SceneNode* (Host::*)(CInterface*, Name);
-    expectInARow({slotOf(&Host::getVersion),
-                  slotOf(&Host::setErrorCode),
-                  slotOf(&Host::releaseErrorCode),
-                  slotOf(&Host::setLog),
-                  slotOf(&Host::releaseLog),
-                  slotOf(&Host::reserved1),
-                  slotOf(&Host::getName),
-                  slotOf(&Host::reserved2),
-                  slotOf(&Host::reserved3),
-                  slotOf(&Host::getHostWindow),
-                  slotOf<Four>(&Host::createNode),
-                  slotOf<Five>(&Host::createNode),
-                  slotOf(&Host::reserved4),
-                  slotOf<Two>(&Host::createNode),
-                  slotOf(&Host::getNodes),
-                  slotOf(&Host::resolveNodes),
-                  slotOf(&Host::mergeFile),
-                  slotOf(&Host::beginUndo),
-                  slotOf(&Host::addUndo),
-                  slotOf(&Host::endUndo),
-                  slotOf(&Host::cancelUndo),
-                  slotOf(&Host::isUndoOpen),
-                  slotOf(&Host::undo),
-                  slotOf(&Host::getTime),
-                  slotOf(&Host::setTime),
-                  slotOf(&Host::getRange),
-                  slotOf(&Host::setRange),
-                  slotOf(&Host::getFrameRate),
-                  slotOf(&Host::getFrameStep),
-                  slotOf(&Host::redraw),
-                  slotOf(&Host::beginKeyboardCapture),
-                  slotOf(&Host::endKeyboardCapture),
-                  slotOf(&Host::recordingStarted),
-                  slotOf(&Host::reserved5),
-                  slotOf(&Host::recordingFinished),
-                  slotOf(&Host::detachNotify),
-                  slotOf(&Host::getSettingsLayout)},
-                 0);
+    expectSlots("host", 0, &Host::getVersion, &Host::setErrorCode, &Host::releaseErrorCode,
+                &Host::setLog, &Host::releaseLog, &Host::reserved1, &Host::getName,
+                &Host::reserved2, &Host::reserved3, &Host::getHostWindow, Four(&Host::createNode),
+                Five(&Host::createNode), &Host::reserved4, Two(&Host::createNode), &Host::getNodes,
+                &Host::resolveNodes, &Host::mergeFile, &Host::beginUndo, &Host::addUndo,
+                &Host::endUndo, &Host::cancelUndo, &Host::isUndoOpen, &Host::undo, &Host::getTime,
+                &Host::setTime, &Host::getRange, &Host::setRange, &Host::getFrameRate,
+                &Host::getFrameStep, &Host::redraw, &Host::beginKeyboardCapture,
+                &Host::endKeyboardCapture, &Host::recordingStarted, &Host::reserved5,
+                &Host::recordingFinished, &Host::detachNotify, &Host::getSettingsLayout);
 }
 
-// over 60 lines because it is a table
 TEST(ContractTest, TheOperationsOfToolsAndSceneStandInTheirPlaces) {
     using Kind = CCameraPlugin;
     using Door = CInterface;
     using Name = std::string;
     using Value = std::intptr_t;
-    const struct {
-        const char* name;
-        std::ptrdiff_t first;
-        std::vector<std::ptrdiff_t> slots;
-    } cases[] = {
-        {"tool",
-         0,
-         {slotOf(&CExtendable::extend), slotOf(&CExtendable::getExtensions),
-          slotOf(&CExtendable::supportsExtension), slotOf(&CCamera::startRecording),
-          slotOf(&CCamera::finishRecording), slotOf(&CCamera::record), slotOf(&CCamera::setTime),
-          slotOf(&CCamera::init), slotOf(&CCamera::create), slotOf(&CCamera::load),
-          slotOf(&CCamera::save), slotOf(&CCamera::destroy)}},
-        {"kind of tool",
-         3,
-         {slotOf(&Kind::create), slotOf(&Kind::getName), slotOf(&Kind::getKey),
-          slotOf(&Kind::getDescription), slotOf(&Kind::getCategory), slotOf(&Kind::getAbout),
-          slotOf(&Kind::getAuthor), slotOf(&Kind::getVersion), slotOf(&Kind::destroy)}},
-        {"a tool's way to the core",
-         3,
-         {slotOf(&Door::addUndo),
-          slotOf(&Door::addProperty),
-          slotOf(&Door::findProperty),
-          slotOf(&Door::beginPanel),
-          slotOf(&Door::endPanel),
-          slotOf(&Door::beginGroup),
-          slotOf(&Door::endGroup),
-          slotOf(&Door::addSpinnerInt),
-          slotOf(&Door::addSpinner),
-          slotOf(&Door::addCheck),
-          slotOf(&Door::addText),
-          slotOf(&Door::addCombo),
-          slotOf(&Door::addButton),
-          slotOf(&Door::openConfiguration),
-          slotOf(&Door::updatePanel),
-          slotOf(&Door::openInputDialog),
-          slotOf(&Door::getDataPath),
-          slotOf(&Door::setSaveData),
-          slotOf(&Door::getSaveData),
-          slotOf(&Door::clearSaveData),
-          slotOf(&Door::destroyNode),
-          slotOf<SceneNode* (Door::*)(Name)>(&Door::createNode),
-          slotOf<SceneNode* (Door::*)(Name, Value, Value)>(&Door::createNode),
-          slotOf<SceneNode* (Door::*)(Name, Value, Value, Value)>(&Door::createNode),
-          slotOf<void (Door::*)(Name, CMesh)>(&Door::createNode),
-          slotOf(&Door::getSnapshot),
-          slotOf(&Door::getHelperSnapshot),
-          slotOf(&Door::getMeshSnapshot),
-          slotOf(&Door::getLensSnapshot),
-          slotOf(&Door::nodeQuery1),
-          slotOf(&Door::nodeQuery2),
-          slotOf(&Door::nodeQuery3),
-          slotOf(&Door::nodeQuery4),
-          slotOf(&Door::nodeQuery5),
-          slotOf(&Door::getTime),
-          slotOf(&Door::getFrameRate),
-          slotOf(&Door::getFrameStep),
-          slotOf(&Door::redraw),
-          slotOf(&Door::messageBox)}},
-        {"what a tool hears of its panel", 0, {slotOf(&Door::Callback::changed)}},
-        {"choices of its panel", 0, {slotOf(&Door::ComboUpdater::update)}},
-        {"node",
-         0,
-         {slotOf(&SceneNode::extend),
-          slotOf(&SceneNode::show),
-          slotOf(&SceneNode::hide),
-          slotOf(&SceneNode::isVisible),
-          slotOf(&SceneNode::select),
-          slotOf(&SceneNode::getParent),
-          slotOf(&SceneNode::getChildCount),
-          slotOf(&SceneNode::getChild),
-          slotOf(&SceneNode::release),
-          slotOf(&SceneNode::bindTest),
-          slotOf(&SceneNode::getTransformAccess),
-          slotOf(&SceneNode::getVisibilityController),
-          slotOf(&SceneNode::setVisibilityController),
-          slotOf(&SceneNode::releaseTransformAccess),
-          slotOf(&SceneNode::isSameNode),
-          slotOf(&SceneNode::setParent),
-          slotOf(&SceneNode::setName),
-          slotOf(&SceneNode::getHostName),
-          slotOf(&SceneNode::destroy),
-          slotOf(&SceneNode::duplicate),
-          slotOf(&SceneNode::getSnapshot),
-          slotOf(&SceneNode::getHelperSnapshot),
-          slotOf(&SceneNode::getMeshSnapshot),
-          slotOf(&SceneNode::getLensSnapshot),
-          slotOf(&SceneNode::startRecording),
-          slotOf(&SceneNode::firstExtension),
-          slotOf(&SceneNode::secondExtension)}},
-        {"a node's meshes",
-         0,
-         {slotOf(&NodeMeshHandler::query), slotOf(&NodeMeshHandler::endMeshSnapshot),
-          slotOf(&NodeMeshHandler::endHelperSnapshot)}},
-        {"a node's transform", 0, {slotOf(&NodeTransformHandler::endSnapshot)}},
-        {"a node's queries", 0, {slotOf(&NodeQueryHandler::query)}},
-        {"transform",
-         0,
-         {slotOf(&TransformAccess::get), slotOf(&TransformAccess::set),
-          slotOf(&TransformSnapshot::getGlobal), slotOf(&TransformSnapshot::setGlobal),
-          slotOf(&TransformSnapshot::getPosition), slotOf(&TransformSnapshot::setPosition),
-          slotOf(&TransformSnapshot::getRotation), slotOf(&TransformSnapshot::setRotation)}},
-        {"mesh", 0, {slotOf(&MeshSnapshot::get)}},
-        {"helper", 0, {slotOf(&HelperSnapshot::set)}},
-        {"undo", 0, {slotOf(&CUndo::restore), slotOf(&CUndo::redo), slotOf(&CUndo::destroy)}},
-        {"what frees itself", 0, {slotOf(&Util::DynamicObject::destroy)}},
-    };
-    for (const auto& contract : cases) {
-        SCOPED_TRACE(contract.name);
-        expectInARow(contract.slots, contract.first);
-    }
+    using ByName = SceneNode* (Door::*)(Name);
+    using Three = SceneNode* (Door::*)(Name, Value, Value);
+    using Four = SceneNode* (Door::*)(Name, Value, Value, Value);
+    using WithMesh = void (Door::*)(Name, CMesh);
+    expectSlots("tool", 0, &CExtendable::extend, &CExtendable::getExtensions,
+                &CExtendable::supportsExtension, &CCamera::startRecording,
+                &CCamera::finishRecording, &CCamera::record, &CCamera::setTime, &CCamera::init,
+                &CCamera::create, &CCamera::load, &CCamera::save, &CCamera::destroy);
+    expectSlots("kind of tool", 3, &Kind::create, &Kind::getName, &Kind::getKey,
+                &Kind::getDescription, &Kind::getCategory, &Kind::getAbout, &Kind::getAuthor,
+                &Kind::getVersion, &Kind::destroy);
+    expectSlots(
+        "a tool's way to the core", 3, &Door::addUndo, &Door::addProperty, &Door::findProperty,
+        &Door::beginPanel, &Door::endPanel, &Door::beginGroup, &Door::endGroup,
+        &Door::addSpinnerInt, &Door::addSpinner, &Door::addCheck, &Door::addText, &Door::addCombo,
+        &Door::addButton, &Door::openConfiguration, &Door::updatePanel, &Door::openInputDialog,
+        &Door::getDataPath, &Door::setSaveData, &Door::getSaveData, &Door::clearSaveData,
+        &Door::destroyNode, ByName(&Door::createNode), Three(&Door::createNode),
+        Four(&Door::createNode), WithMesh(&Door::createNode), &Door::getSnapshot,
+        &Door::getHelperSnapshot, &Door::getMeshSnapshot, &Door::getLensSnapshot, &Door::nodeQuery1,
+        &Door::nodeQuery2, &Door::nodeQuery3, &Door::nodeQuery4, &Door::nodeQuery5, &Door::getTime,
+        &Door::getFrameRate, &Door::getFrameStep, &Door::redraw, &Door::messageBox);
+    expectSlots("what a tool hears of its panel", 0, &Door::Callback::changed);
+    expectSlots("choices of its panel", 0, &Door::ComboUpdater::update);
+    expectSlots(
+        "node", 0, &SceneNode::extend, &SceneNode::show, &SceneNode::hide, &SceneNode::isVisible,
+        &SceneNode::select, &SceneNode::getParent, &SceneNode::getChildCount, &SceneNode::getChild,
+        &SceneNode::release, &SceneNode::bindTest, &SceneNode::getTransformAccess,
+        &SceneNode::getVisibilityController, &SceneNode::setVisibilityController,
+        &SceneNode::releaseTransformAccess, &SceneNode::isSameNode, &SceneNode::setParent,
+        &SceneNode::setName, &SceneNode::getHostName, &SceneNode::destroy, &SceneNode::duplicate,
+        &SceneNode::getSnapshot, &SceneNode::getHelperSnapshot, &SceneNode::getMeshSnapshot,
+        &SceneNode::getLensSnapshot, &SceneNode::startRecording, &SceneNode::firstExtension,
+        &SceneNode::secondExtension);
+    expectSlots("a node's meshes", 0, &NodeMeshHandler::query, &NodeMeshHandler::endMeshSnapshot,
+                &NodeMeshHandler::endHelperSnapshot);
+    expectSlots("a node's transform", 0, &NodeTransformHandler::endSnapshot);
+    expectSlots("a node's queries", 0, &NodeQueryHandler::query);
+    expectSlots("transform", 0, &TransformAccess::get, &TransformAccess::set,
+                &TransformSnapshot::getGlobal, &TransformSnapshot::setGlobal,
+                &TransformSnapshot::getPosition, &TransformSnapshot::setPosition,
+                &TransformSnapshot::getRotation, &TransformSnapshot::setRotation);
+    expectSlots("mesh", 0, &MeshSnapshot::get);
+    expectSlots("helper", 0, &HelperSnapshot::set);
+    expectSlots("undo", 0, &CUndo::restore, &CUndo::redo, &CUndo::destroy);
+    expectSlots("what frees itself", 0, &Util::DynamicObject::destroy);
 }
 
 } // namespace

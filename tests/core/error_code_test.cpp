@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -66,25 +65,16 @@ TEST_F(ErrorCodeTest, ReportsAreLoggedByTheirType) {
 }
 
 TEST(ErrorCodeContract, TheOrderOfOperationsIsFrozen) {
-    using MVR::Testing::slotOf;
-    const std::vector<std::ptrdiff_t> slots = {
-        slotOf(&ErrorCode::getType),
-        slotOf(&ErrorCode::getValue),
-        slotOf(&ErrorCode::getIdentifier),
-        slotOf(&ErrorCode::getMessage),
-        slotOf(&ErrorCode::get),
-        slotOf(&ErrorCode::report),
-        slotOf(&ErrorCode::find),
-        slotOf<bool (ErrorCode::*)(const std::string&) const>(&ErrorCode::isRegistered),
-        slotOf<bool (ErrorCode::*)(std::int32_t) const>(&ErrorCode::isRegistered),
-        slotOf(&ErrorCode::registerCode),
-        slotOf(&ErrorCode::operator=),
-        slotOf<bool (ErrorCode::*)(std::int32_t) const>(&ErrorCode::operator==),
-        slotOf<bool (ErrorCode::*)(const ErrorCode&) const>(&ErrorCode::operator==),
-        slotOf(&ErrorCode::operator std::int32_t)};
+    using ByName = bool (ErrorCode::*)(const std::string&) const;
+    using ByValue = bool (ErrorCode::*)(std::int32_t) const;
+    using ByCode = bool (ErrorCode::*)(const ErrorCode&) const;
     // Behind the singleton's own operation and the two slots of the destructor.
-    for (std::size_t index = 0; index < slots.size(); ++index)
-        EXPECT_EQ(slots[index], static_cast<std::ptrdiff_t>(index) + 3) << index;
+    MVR::Testing::expectSlots(
+        "codes", 3, &ErrorCode::getType, &ErrorCode::getValue, &ErrorCode::getIdentifier,
+        &ErrorCode::getMessage, &ErrorCode::get, &ErrorCode::report, &ErrorCode::find,
+        ByName(&ErrorCode::isRegistered), ByValue(&ErrorCode::isRegistered),
+        &ErrorCode::registerCode, &ErrorCode::operator=, ByValue(&ErrorCode::operator==),
+        ByCode(&ErrorCode::operator==), &ErrorCode::operator std::int32_t);
 }
 
 } // namespace

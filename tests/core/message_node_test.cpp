@@ -160,17 +160,12 @@ TEST_F(MessageNodeTest, TheTraceTellsWhoSendsWhat) {
 }
 
 TEST(MessageNodeContract, TheOrderOfOperationsIsFrozen) {
-    using MVR::Testing::slotOf;
-    const std::vector<std::ptrdiff_t> slots = {
-        slotOf(&MessageNode::setName),      slotOf(&MessageNode::receive),
-        slotOf(&MessageNode::send),         slotOf(&MessageNode::broadcast),
-        slotOf(&MessageNode::listenTo),     slotOf(&MessageNode::stopListeningTo),
-        slotOf(&MessageNode::getName),      slotOf(&MessageNode::getSourceCount),
-        slotOf(&MessageNode::getSource),    slotOf(&MessageNode::getListenerCount),
-        slotOf(&MessageNode::getListener),  slotOf(&MessageNode::hasListener),
-        slotOf(&MessageNode::isListeningTo)};
-    for (std::size_t slot = 0; slot < slots.size(); ++slot)
-        EXPECT_EQ(slots[slot], static_cast<std::ptrdiff_t>(slot));
+    MVR::Testing::expectSlots("node", 0, &MessageNode::setName, &MessageNode::receive,
+                              &MessageNode::send, &MessageNode::broadcast, &MessageNode::listenTo,
+                              &MessageNode::stopListeningTo, &MessageNode::getName,
+                              &MessageNode::getSourceCount, &MessageNode::getSource,
+                              &MessageNode::getListenerCount, &MessageNode::getListener,
+                              &MessageNode::hasListener, &MessageNode::isListeningTo);
 }
 
 } // namespace

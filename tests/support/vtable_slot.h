@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <cstring>
 
@@ -13,6 +15,13 @@ std::ptrdiff_t slotOf(Operation operation) {
     static_assert(sizeof(operation) >= sizeof(word));
     std::memcpy(&word, &operation, sizeof(word));
     return (word - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+/// The operations of `what` stand in its table one after the other from the slot `first` on.
+template <class... Operations>
+void expectSlots(const char* what, std::ptrdiff_t first, Operations... operations) {
+    for (const std::ptrdiff_t slot : {slotOf(operations)...})
+        EXPECT_EQ(slot, first++) << what;
 }
 
 } // namespace MVR::Testing

@@ -270,12 +270,9 @@ TEST_F(ProfileListTest, AFolderThatSomebodyKeepsIsLeftAlone) {
 }
 
 TEST(ProfileContractTest, OrderOfVirtualOperationsIsFrozen) {
-    using MVR::Testing::slotOf;
     using List = XMLFileManager;
-    EXPECT_THAT((std::vector{slotOf(&List::saveToFile), slotOf(&List::loadFile),
-                             slotOf(&List::removeFromFile), slotOf(&List::elementName),
-                             slotOf(&List::fileFilter)}),
-                testing::ElementsAre(0, 1, 2, 3, 4));
+    Testing::expectSlots("list", 0, &List::saveToFile, &List::loadFile, &List::removeFromFile,
+                         &List::elementName, &List::fileFilter);
 }
 
 struct StoredProfilesTest : InputTest {};

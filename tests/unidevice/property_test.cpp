@@ -13,8 +13,8 @@
 namespace {
 
 using namespace UniDevice;
+using MVR::Testing::expectSlots;
 using MVR::Testing::ScriptedDevice;
-using MVR::Testing::slotOf;
 
 struct PropertyTest : InputTest {
     ScriptedDevice& stick = *new ScriptedDevice("Stick");
@@ -182,37 +182,20 @@ TEST_F(PropertyTest, SharedFieldsFollowTheTableOfOperationsInTheirOrder) {
 
 TEST(InputContractTest, OrderOfVirtualOperationsIsFrozen) {
     // A destructor takes two places.
-    EXPECT_EQ(slotOf(&Control::toTag), 0);
-    EXPECT_EQ(slotOf(&Control::matches), 1);
-    EXPECT_EQ(slotOf(&Control::getValue), 2);
-    EXPECT_EQ(slotOf(&Control::destroy), 3);
-    EXPECT_EQ(slotOf(&ControlTarget::controlRemoved), 0);
-    EXPECT_EQ(slotOf(&Property::controlRemoved), 0);
-    EXPECT_EQ(slotOf(&Property::getValue), 1);
-    EXPECT_EQ(slotOf(&Property::Factory::create), 0);
-
-    EXPECT_EQ(slotOf(&Driver::update), 0);
-    EXPECT_EQ(slotOf(&Driver::prepareDetection), 1);
-    EXPECT_EQ(slotOf(&Driver::detectControl), 2);
-    EXPECT_EQ(slotOf(&Driver::addDevice), 3);
-    EXPECT_EQ(slotOf(&Driver::removeDevice), 4);
-    EXPECT_EQ(slotOf(&Driver::device), 5);
-    EXPECT_EQ(slotOf(&Driver::deviceCount), 6);
-    EXPECT_EQ(slotOf(&Driver::activate), 7);
-    EXPECT_EQ(slotOf(&Driver::deactivate), 8);
-    EXPECT_EQ(slotOf(&Driver::destroy), 11);
-
-    EXPECT_EQ(slotOf(&Device::destroy), 0);
-    EXPECT_EQ(slotOf(&Device::toTag), 3);
-    EXPECT_EQ(slotOf(&Device::controlCount), 4);
-    EXPECT_EQ(slotOf(&Device::control), 5);
-    EXPECT_EQ(slotOf(&Device::update), 6);
-    EXPECT_EQ(slotOf(&Device::findControl), 7);
-    EXPECT_EQ(slotOf(&Device::prepareDetection), 8);
-    EXPECT_EQ(slotOf(&Device::detectControl), 9);
-    EXPECT_EQ(slotOf(&Device::resetControls), 10);
-    EXPECT_EQ(slotOf(&Device::activate), 11);
-    EXPECT_EQ(slotOf(&Device::deactivate), 12);
+    expectSlots("control", 0, &Control::toTag, &Control::matches, &Control::getValue,
+                &Control::destroy);
+    expectSlots("target", 0, &ControlTarget::controlRemoved);
+    expectSlots("property", 0, &Property::controlRemoved, &Property::getValue);
+    expectSlots("factory", 0, &Property::Factory::create);
+    expectSlots("driver", 0, &Driver::update, &Driver::prepareDetection, &Driver::detectControl,
+                &Driver::addDevice, &Driver::removeDevice, &Driver::device, &Driver::deviceCount,
+                &Driver::activate, &Driver::deactivate);
+    expectSlots("driver", 11, &Driver::destroy);
+    expectSlots("device", 0, &Device::destroy);
+    expectSlots("device", 3, &Device::toTag, &Device::controlCount, &Device::control,
+                &Device::update, &Device::findControl, &Device::prepareDetection,
+                &Device::detectControl, &Device::resetControls, &Device::activate,
+                &Device::deactivate);
 }
 
 } // namespace

@@ -5,10 +5,10 @@
 #include "data/base64_buffer.h"
 #include "data/data_chunk.h"
 #include "data/packed_tag.h"
+#include "require.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -19,11 +19,6 @@ namespace {
 using MVR::Base64Buffer;
 using MVR::Tag;
 using MVR::Util::DataChunk;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 void readChunk(const std::uint8_t* data, std::size_t size) {
     DataChunk chunk("before", "", 0);

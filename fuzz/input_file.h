@@ -18,6 +18,16 @@ inline const std::string& inputPath() {
     return path;
 }
 
+/// A folder beside it, which goes with the process, too.
+inline std::string inputFolder() {
+    static const std::string& path = *new std::string(inputPath() + ".folder");
+    static const int registered = std::atexit([] { std::filesystem::remove_all(path); });
+    if (registered != 0)
+        std::abort();
+    std::filesystem::create_directory(path);
+    return path;
+}
+
 inline const std::string& writeInput(const std::uint8_t* bytes, std::size_t size) {
     static const int registered = std::atexit([] { std::remove(inputPath().c_str()); });
     std::FILE* const file = std::fopen(inputPath().c_str(), "wb");

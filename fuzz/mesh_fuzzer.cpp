@@ -5,10 +5,10 @@
 #include "data/base64_buffer.h"
 #include "plugins/c_mesh.h"
 #include "plugins/transform_matrix.h"
+#include "require.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -16,11 +16,6 @@ namespace {
 
 using MVR::CMesh;
 using MVR::Tag;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 void readMesh(const Tag& tag, std::size_t inputSize) {
     const CMesh mesh(tag);

@@ -2,21 +2,11 @@
 // models, and with tools that keep a block: what came into being is saved with every bit of the
 // mask, comes back from that, goes with an undo and leaves nothing out.
 
-#include "core/core_implementation.h"
-#include "core/entry.h"
-#include "core/log.h"
 #include "data/byte_buffer.h"
-#include "input_file.h"
-#include "instance/plugin_instance.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/core_library.h"
+#include "host.h"
 #include "plugins/instance_reference.h"
-#include "plugins/plugin.h"
-#include "support/test_adaptor.h"
 #include "unidevice/control.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -28,11 +18,6 @@ using namespace MVR;
 using MVR::Testing::TestNode;
 
 constexpr std::uint32_t kEverything = 0x00FFFF;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 /// Keeps a block, and refuses some.
 class Rig final : public CCamera {
@@ -61,38 +46,12 @@ private:
     std::string block_;
 };
 
-/// Two kinds of tools; the selections of the one are saved.
-class RigPlugin final : public CCameraPlugin {
-public:
-    explicit RigPlugin(const char* name) : name_(name) {}
-    CCamera* create(CCamera::CreateParam* param) override { return new Rig(param); }
-    std::string getName() override { return name_; }
-    std::string getDescription() override { return "Keeps a block"; }
-    std::string getCategory() override { return "Tests"; }
-
-private:
-    const char* name_;
-};
-
-/// Where the models come from.
-std::string folder() {
-    return inputPath() + ".folder";
-}
-
-/// Attached as long as the process runs.
-struct Host {
-    Host() {
-        setenv("MIRVANE_REGISTRY", writeInput(nullptr, 0).c_str(), 1); // no folders
-        std::filesystem::create_directory(folder());
-        std::ofstream(folder() + "/detail.obj") << "o shell\n";
-        std::atexit([] { std::filesystem::remove_all(folder()); });
-        libraryLoaded(Platform::ownModule());
-        std::int32_t error = 0;
+/// With two kinds of tools, the selections of the one are saved; and a detailed model.
+struct ModelHost : Host {
+    ModelHost() {
         for (const char* name : {"Rig", "PRM"})
-            require(Plugin::create(CoreLibrary::instance(), new RigPlugin(name), error) != nullptr);
-        core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
-        require(core != nullptr);
-        Log::setThreshold(Log::Critical); // else the log of refusals fills the memory
+            addKind<Rig>(name);
+        std::ofstream(folder + "/detail.obj") << "o shell\n";
         adaptor.onMerge = [this](const std::string&) {
             std::vector<TestNode*> merged;
             for (const char* name : {"shell", "glass"}) {
@@ -114,28 +73,21 @@ struct Host {
                 require(each->parent != slow);
         }
     }
-    void clear() {
-        core->deleteAllInstances();
-        adaptor.clearUndo();
-        adaptor.nodes.clear();
-        adaptor.calls.clear();
-    }
 
-    MVR::Testing::RecordingAdaptor adaptor;
-    CoreImplementation* core = nullptr;
+    const std::string folder = inputFolder(); ///< where the models come from
 };
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static Host& host = *new Host;
+    static ModelHost& host = *new ModelHost;
     CoreImplementation& core = *host.core;
     Tag model(std::string(ByteBuffer(data, size).decompress().view()));
     if (!model.isEmpty())
-        model.attributeRef("path") = folder();
+        model.attributeRef("path") = host.folder;
     core.create(model, nullptr, false);
     host.checkNodes();
-    const std::size_t count = core.getInstances(false).size();
+    const std::size_t count = host.toolCount();
     core.getRoot()->setHighPolyVisible(true);
     core.getRoot()->setLowPolyVisible(false);
 
@@ -152,12 +104,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     host.adaptor.clearUndo();
     core.loadConfiguration(configuration);
     host.checkNodes();
-    require(core.getInstances(false).size() <= count);
-    while (host.adaptor.undo()) {
-    }
-    require(core.getInstances(false).empty());
-    while (host.adaptor.redo()) {
-    }
+    require(host.toolCount() <= count);
+    host.undoAll();
+    require(host.toolCount() == 0);
+    host.redoAll();
     host.clear();
     core.create(everything, nullptr, false);
     core.create(packed, nullptr, false);

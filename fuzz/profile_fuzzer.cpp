@@ -1,17 +1,11 @@
 // Files of presets of any bytes: they are read whole or not at all, what was read goes onto a tool
 // and comes back from it, and saving or removing a preset leaves every other one where it was.
 
-#include "core/core_implementation.h"
-#include "core/entry.h"
-#include "core/log.h"
-#include "input_file.h"
-#include "instance/plugin_instance.h"
+#include "host.h"
 #include "plugins/instance_reference.h"
-#include "support/test_adaptor.h"
 #include "unidevice/control.h"
 #include "unidevice/profile_managers.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -21,34 +15,21 @@ namespace {
 using namespace MVR;
 namespace fs = std::filesystem;
 
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
-
-/// Attached as long as the process runs, with one tool.
-struct Host {
-    Host() {
-        setenv("MIRVANE_REGISTRY", writeInput(nullptr, 0).c_str(), 1); // no folders
-        libraryLoaded(Platform::ownModule());
-        auto* const core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
-        require(core != nullptr);
+struct ToolHost : Host {
+    ToolHost() {
         InstanceReference* const reference = core->createByType("Empty Plugin", "Tool", false);
         require(reference != nullptr);
         tool = reference->getInstance();
         for (const char* name : {"Move", "Turn"})
             tool->addProperty(name, UniDevice::finite | UniDevice::binary, nullptr);
-        Log::setThreshold(Log::Critical); // else the log of refusals fills the memory
     }
 
-    MVR::Testing::RecordingAdaptor adaptor;
     PluginInstance* tool = nullptr;
 };
 
 /// The files of an input; they go with this object.
 struct Folder {
-    explicit Folder(const std::string& input) : path(inputPath() + ".folder") {
-        fs::create_directory(path);
+    explicit Folder(const std::string& input) : path(inputFolder()) {
         for (const char* name : {"/file.oip", "/file.ocp"})
             fs::copy_file(input, path + name);
     }
@@ -91,7 +72,7 @@ void removeEach(ProfileManager& list, const std::string& folder, const std::stri
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static Host& host = *new Host;
+    static ToolHost& host = *new ToolHost;
     const Folder folder(writeInput(data, size));
     InputProfileManager inputs;
     ConfigProfileManager configs;

@@ -2,9 +2,9 @@
 // tree comes back equal.
 
 #include "data/tag.h"
+#include "require.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -38,28 +38,23 @@ bool returns(const Tag& tag) {
     return true;
 }
 
-void check(bool holds) {
-    if (!holds)
-        std::abort();
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     Tag tag;
     const std::int32_t code = tag.parse(text);
-    check(code >= 0 && code <= 6 && code != 1);
-    check(Tag(text) == tag);
+    require(code >= 0 && code <= 6 && code != 1);
+    require(Tag(text) == tag);
     Tag copy = tag;
-    check(copy == tag);
+    require(copy == tag);
     const std::string written = tag.toText("", "", "");
-    check(copy.toText("", "", "") == written);
+    require(copy.toText("", "", "") == written);
     Tag again;
     const std::int32_t readAgain = again.parse(written);
     // The nesting of what is checked here is bounded by the input: each level writes all below.
     if (size < 4096 && tag.kind() == Tag::Element && returns(tag))
-        check(readAgain == 0 && again == tag);
+        require(readAgain == 0 && again == tag);
     again.addChild(std::move(copy));
     if (again.childCount() > 0)
         again.removeChild(again.child(again.childCount() / 2));

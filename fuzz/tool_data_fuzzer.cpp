@@ -1,29 +1,14 @@
 // Saved tools of any bytes in a host: they load as far as they go, are written and load again, go
 // with an undo, come back with a redo, and leave nothing behind.
 
-#include "core/core_implementation.h"
-#include "core/entry.h"
-#include "core/log.h"
-#include "input_file.h"
-#include "instance/plugin_instance.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/core_library.h"
-#include "plugins/instance_reference.h"
-#include "plugins/plugin.h"
-#include "support/test_adaptor.h"
+#include "host.h"
 #include "unidevice/control.h"
 
-#include <cstdlib>
 #include <string>
 
 namespace {
 
 using namespace MVR;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 /// Has one of each thing that saved data can hold.
 class Rig final : public CCamera {
@@ -61,55 +46,30 @@ private:
     volatile unsigned sum_ = 0;
 };
 
-class RigPlugin final : public CCameraPlugin {
-public:
-    CCamera* create(CCamera::CreateParam* param) override { return new Rig(param); }
-    std::string getName() override { return "Rig"; }
-    std::string getDescription() override { return "Has one of each"; }
-    std::string getCategory() override { return "Tests"; }
-};
-
-/// Attached as long as the process runs.
-struct Host {
-    Host() {
-        setenv("MIRVANE_REGISTRY", writeInput(nullptr, 0).c_str(), 1); // no folders
-        libraryLoaded(Platform::ownModule());
-        std::int32_t error = 0;
-        require(Plugin::create(CoreLibrary::instance(), new RigPlugin, error) != nullptr);
-        core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
-        require(core != nullptr);
-        Log::setThreshold(Log::Critical); // else the log of refusals fills the memory
-    }
-
-    MVR::Testing::RecordingAdaptor adaptor;
-    CoreImplementation* core = nullptr;
+struct RigHost : Host {
+    RigHost() { addKind<Rig>("Rig"); }
 };
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static Host& host = *new Host;
+    static RigHost& host = *new RigHost;
     CoreImplementation& core = *host.core;
     core.loadConfiguration(Tag(std::string(reinterpret_cast<const char*>(data), size)));
-    const std::size_t count = core.getInstances(false).size();
+    const std::size_t count = host.toolCount();
     for (PluginInstance* tool : core.getInstances(false))
         tool->applyInputProfile(tool->getInputProfile("again"));
 
     const Tag written = core.getConfiguration();
     core.deleteAllInstances();
     core.loadConfiguration(written);
-    require(core.getInstances(false).size() == count);
+    require(host.toolCount() == count);
     core.getDetachedConfiguration();
 
-    while (host.adaptor.undo()) {
-    }
-    require(core.getInstances(false).empty());
-    while (host.adaptor.redo()) {
-    }
-    require(core.getInstances(false).size() == count);
-    core.deleteAllInstances();
-    host.adaptor.clearUndo();
-    host.adaptor.nodes.clear();
-    host.adaptor.calls.clear();
+    host.undoAll();
+    require(host.toolCount() == 0);
+    host.redoAll();
+    require(host.toolCount() == count);
+    host.clear();
     return 0;
 }

@@ -3,21 +3,16 @@
 
 #include "core/log.h"
 #include "recording/animated_variable.h"
+#include "require.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 namespace {
 
 using Variable = MVR::Util::AVar_Linear<double>;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 bool sameKeys(const Variable& a, const Variable& b) {
     if (a.getKeys().size() != b.getKeys().size())

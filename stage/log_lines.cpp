@@ -31,11 +31,13 @@ std::vector<std::string> LogLines::getFaults() const {
             }
         }
     }
-    const auto isOther = [](const std::string& fault) {
-        return fault.rfind("Model ", 0) != 0 || fault.find(", tool ") == std::string::npos;
+    const auto isNamed = [](const std::string& fault) {
+        return fault.rfind("Model ", 0) == 0 && fault.find(", tool ") != std::string::npos;
     };
-    if (!std::all_of(faults.begin(), faults.end(), isOther)) {
-        std::erase_if(faults, isOther);
+    if (std::any_of(faults.begin(), faults.end(), isNamed)) {
+        std::erase_if(faults, [&isNamed](const std::string& fault) {
+            return !isNamed(fault) && fault.rfind(kMergeFault, 0) != 0;
+        });
     }
     return faults;
 }

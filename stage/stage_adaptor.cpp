@@ -3,6 +3,7 @@
 #include "core/error_code.h"
 #include "core/log.h"
 #include "stage/import/merge.h"
+#include "stage/log_lines.h"
 #include "stage/scene/scene.h"
 #include "stage/timeline.h"
 #include "stage/undo_list.h"
@@ -117,7 +118,7 @@ std::vector<MVR::SceneNode*> StageAdaptor::mergeFile(std::string path) {
         nodes.push_back(node);
     }
     if (nodes.empty()) {
-        MVR::Log(MVR::Log::Error).write("Unable to merge", error, MVR::Log::OwnLevel);
+        MVR::Log(MVR::Log::Error).write(kMergeFault, error, MVR::Log::OwnLevel);
     }
     return nodes;
 }

@@ -94,6 +94,8 @@ void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& pat
         if (!file.empty())
             return mergeHighPoly(file);
         process.write("highpoly file not found");
+        if (!name.empty())
+            place.log("highpoly", "there is no file that it may use: " + name);
     }
 }
 

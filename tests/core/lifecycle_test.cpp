@@ -1,7 +1,6 @@
 #include "support/core_fixture.h"
 #include "support/golden.h"
 
-#include "core/error_code.h"
 #include "platform/keyboard_hook.h"
 #include "support/scripted_tool.h"
 
@@ -154,11 +153,7 @@ TEST_F(LifecycleTest, AHostThatForgetsToDetachStillGetsAWholeLog) {
     libraryUnloading();
 }
 
-struct CoreInterfaceTest : CoreTest {
-    std::string codeName(std::int32_t code) {
-        return ErrorCode::instance()->find(code).getIdentifier();
-    }
-};
+using CoreInterfaceTest = CoreTest;
 
 TEST_F(CoreInterfaceTest, BoxesAnswerThemselvesInSilentMode) {
     const struct {
@@ -174,9 +169,9 @@ TEST_F(CoreInterfaceTest, BoxesAnswerThemselvesInSilentMode) {
 }
 
 TEST_F(CoreInterfaceTest, WithoutALayoutTheMainDialogStaysClosed) {
-    EXPECT_EQ(codeName(core->openMainDialog(0)), "NOMAINDLGCOMPONENT");
+    EXPECT_EQ(identifierOf(core->openMainDialog(0)), "NOMAINDLGCOMPONENT");
     EXPECT_FALSE(core->isMainDialogOpen());
-    EXPECT_EQ(codeName(core->closeMainDialog()), "MAINDLG_NOTOPEN");
+    EXPECT_EQ(identifierOf(core->closeMainDialog()), "MAINDLG_NOTOPEN");
     EXPECT_THAT(Log::getText(), HasSubstr("(WARNING): Return value: The main dialog is not open"));
 }
 
@@ -194,20 +189,12 @@ TEST_F(CoreInterfaceTest, TheButtonsOfTheDialogReachTheRecorder) {
     EXPECT_THAT(adaptor.calls, IsSupersetOf({"beginUndo Resimulating", "endUndo"}));
 }
 
-TEST_F(CoreInterfaceTest, AnEmptyTreeGivesAnEmptyConfiguration) {
-    EXPECT_EQ(core->getDetachedConfiguration(), Tag::element("MVR"));
-    EXPECT_EQ(core->getConfiguration().name(), "MVR");
-    core->setInstanceChecked("nobody", true);
-    core->setInstanceConfigProfile("nobody", "nothing");
-    core->update(1.5);
-    core->deleteAllInstances();
-}
-
 TEST_F(CoreInterfaceTest, TheHostsTimeReachesTheToolsThatAreChecked) {
     ScriptedPlugin& kind = ScriptedPlugin::add("Rig");
     for (const char* name : {"A", "B", "C"})
         kind.place(*core, name);
     core->setInstanceChecked("B", false);
+    core->setInstanceChecked("nobody", false);
     core->update(1.5);
     EXPECT_THAT(kind.calls, testing::AllOf(Contains("A setTime 1.5"), Contains("C setTime 1.5"),
                                            Not(Contains("B setTime 1.5"))));

@@ -1,12 +1,12 @@
 #include "platform/files.h"
 
+#include "support/full_disk.h"
 #include "temporary_folder.h"
 
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -148,18 +148,11 @@ TEST(Files, WritingKeepsPermissionsAndWritesThroughLinks) {
 TEST(Files, AFullDiskLeavesTheOldFileAndNothingElse) {
     TemporaryFolder folder;
     folder.add("take.xml", "old");
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit tight = before;
-    tight.rlim_cur = 100000;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const bool written = writeFileAtomic(folder.path + "take.xml", std::string(200000, 'x'));
-    const std::string reason = lastFileError();
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, oldHandler);
-    EXPECT_FALSE(written);
-    EXPECT_EQ(reason, "File too large");
+    {
+        const MVR::Testing::FullDisk disk(100000);
+        EXPECT_FALSE(writeFileAtomic(folder.path + "take.xml", std::string(200000, 'x')));
+        EXPECT_EQ(lastFileError(), "File too large");
+    }
     EXPECT_EQ(listed(folder.path + "*"), "take.xml ");
     EXPECT_EQ(folder.read("take.xml"), "old");
 }

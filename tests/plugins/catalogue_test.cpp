@@ -58,6 +58,9 @@ TEST_F(CatalogueTest, ModelsOfferWhatTheirFilesSay) {
     EXPECT_THAT(build(), ElementsAre("Rig", "Dolly", "Half", "two", "", "Packed"));
     EXPECT_THAT(newLog(), HasSubstr("c.prm: line 1, column 35: a close tag of another element"));
 
+    EXPECT_EQ(core->getCatalogueEntry(6), nullptr);
+    EXPECT_EQ(entry(0).getVersion(), "0.1.0");
+    EXPECT_THAT(entry(0).getCategories(), ElementsAre("Tests"));
     EXPECT_EQ(entry(1).getVersion() + entry(1).getAbout(), "2.1Rolls");
     EXPECT_THAT(entry(1).getCategories(), ElementsAre("Rigs", "Cars"));
     EXPECT_THAT(requiredBy(entry(1)), ElementsAre("Rig", "two"));

@@ -12,7 +12,9 @@ namespace {
 
 using namespace MVR;
 using testing::ElementsAre;
+using Testing::expectInOrder;
 using testing::HasSubstr;
+using Testing::identifierOf;
 using testing::Not;
 using Testing::ScriptedPlugin;
 using Testing::ScriptedTool;
@@ -30,14 +32,9 @@ struct CreationTest : Testing::TreeTest {
         return wrapper;
     }
     static Tag rigData(const std::string& name, const std::string& more = "") {
-        return Tag("<MVR_Plugin><type>Rig</type><name>" + name + "</name>" + more +
-                   "</MVR_Plugin>");
+        return Tag(rigText(name, more));
     }
     std::int32_t toolCount() const { return LibraryManager::instance()->getInstanceCount(core); }
-    static std::string identifierOf(std::int32_t code) {
-        return ErrorCode::instance()->find(code).getIdentifier();
-    }
-
     ScriptedPlugin* rig = nullptr; // the core's
 };
 
@@ -74,9 +71,7 @@ TEST_F(CreationTest, ToolsLiveThroughTheirFirstCallsInOrder) {
     };
     core->createByType("Rig", "a", false);
     rig->calls.clear();
-    Tag data =
-        wrapped({rigData("a", "<customdata>x</customdata>" + rigData("b").toText("", "", "")),
-                 rigData("c")});
+    Tag data = wrapped({rigData("a", "<customdata>x</customdata>" + rigText("b")), rigData("c")});
     data.attributeRef("path") = "/models";
     core->create(data, nullptr, false);
     EXPECT_THAT(rig->calls,
@@ -94,8 +89,7 @@ TEST_F(CreationTest, ToolsLiveThroughTheirFirstCallsInOrder) {
 }
 
 TEST_F(CreationTest, ACreationIsUndoneRedoneAndDropped) {
-    core->create(wrapped({rigData("a", rigData("b").toText("", "", "")), rigData("c")}), nullptr,
-                 false);
+    core->create(wrapped({rigData("a", rigText("b")), rigData("c")}), nullptr, false);
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(adaptor.undo());
         EXPECT_EQ(tree(), "");
@@ -143,8 +137,7 @@ TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsMade) {
         EXPECT_EQ(toolCount(), each.isMade ? 3 : 1) << each.line;
         EXPECT_THAT(newLog(), HasSubstr(each.line));
     }
-    EXPECT_EQ(core->create(wrapped({rigData("r"), toolData("a", rigData("s").toText("", "", ""))}),
-                           nullptr, false)
+    EXPECT_EQ(core->create(wrapped({rigData("r"), toolData("a", rigText("s"))}), nullptr, false)
                   ->getInstanceName(),
               "a");
     EXPECT_EQ(tree(), "a");
@@ -170,8 +163,7 @@ TEST_F(CreationTest, ToolsMayCreateAndRemoveToolsOnTheWay) {
         return std::intptr_t{0};
     };
     EXPECT_EQ(
-        core->create(wrapped({rigData("maker"), rigData("shy", rigData("x").toText("", "", ""))}),
-                     nullptr, false)
+        core->create(wrapped({rigData("maker"), rigData("shy", rigText("x"))}), nullptr, false)
             ->getInstanceName(),
         "maker");
     EXPECT_EQ(tree(), "made maker");
@@ -210,22 +202,9 @@ TEST_F(CreationTest, TheRecentListKeepsTheNewestWithoutDoubles) {
     EXPECT_EQ(core->getRecent().childCount(), 0);
 }
 
-TEST_F(CreationTest, TheCatalogueOffersWhatIsNotInternal) {
-    core->buildCatalogue();
-    ASSERT_EQ(core->getCatalogueSize(), 1);
-    const InstanceManager::Instanciatable& entry = *core->getCatalogueEntry(0);
-    EXPECT_EQ(entry.getName(), "Rig");
-    EXPECT_EQ(entry.getVersion(), "0.1.0");
-    EXPECT_THAT(entry.getCategories(), ElementsAre("Tests"));
-    EXPECT_EQ(core->create(entry.getData(), nullptr, false)->getLabel(), "Rig_01 - Rig");
-    EXPECT_EQ(core->getCatalogueEntry(1), nullptr);
-}
-
 TEST_F(CreationTest, DetachDestroysChildrenBeforeTheirParentAndWhatWasLost) {
-    core->create(
-        wrapped({rigData("a", rigData("b").toText("", "", "") + rigData("c").toText("", "", "")),
-                 rigData("d")}),
-        nullptr, false);
+    core->create(wrapped({rigData("a", rigText("b") + rigText("c")), rigData("d")}), nullptr,
+                 false);
     adaptor.clearUndo();
     PluginInstance* const lost =
         LibraryManager::instance()->findPlugin("Rig")->createInstance(core, "lost");
@@ -235,16 +214,12 @@ TEST_F(CreationTest, DetachDestroysChildrenBeforeTheirParentAndWhatWasLost) {
     newLog();
     core->destroyRoot();
     EXPECT_THAT(rig->calls, ElementsAre("d destroy", "b destroy", "c destroy", "a destroy"));
-    std::string log = newLog();
-    for (const char* line :
-         {"\tDestroying InstanceReference\n", "name: Mirvane\n", "Destroying children\n",
-          "\t\tDestroying InstanceReference\n", "name: d\n", "Notifying parent of destruction\n",
-          "Unregistering reference\n", "target: d\n", "Destroying PluginInstance: d\n", "name: a\n",
-          "name: b\n", "target: b\n", "target: c\n", "target: a\n", "target: Mirvane\n"}) {
-        const std::size_t at = log.find(line);
-        ASSERT_NE(at, std::string::npos) << line;
-        log.erase(0, at);
-    }
+    expectInOrder(newLog(),
+                  {"\tDestroying InstanceReference\n", "name: Mirvane\n", "Destroying children\n",
+                   "\t\tDestroying InstanceReference\n", "name: d\n",
+                   "Notifying parent of destruction\n", "Unregistering reference\n", "target: d\n",
+                   "Destroying PluginInstance: d\n", "name: a\n", "name: b\n", "target: b\n",
+                   "target: c\n", "target: a\n", "target: Mirvane\n"});
     LibraryManager::instance()->destroyInstances(core);
     EXPECT_EQ(toolCount(), 0);
 }

@@ -1,10 +1,7 @@
-#include "core/entry.h"
-#include "core/error_code.h"
-#include "core/log.h"
 #include "plugins/library.h"
 #include "plugins/library_manager.h"
 #include "plugins/plugin.h"
-#include "support/temp_home.h"
+#include "support/core_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -16,7 +13,9 @@ namespace {
 
 using namespace MVR;
 using testing::ElementsAre;
+using Testing::expectInOrder;
 using testing::HasSubstr;
+using Testing::identifierOf;
 using testing::Not;
 namespace fs = std::filesystem;
 
@@ -40,9 +39,6 @@ struct LibraryTest : testing::Test {
         return names;
     }
     static LibraryManager& manager() { return *LibraryManager::instance(); }
-    static std::string identifierOf(std::int32_t code) {
-        return ErrorCode::instance()->find(code).getIdentifier();
-    }
 
     Testing::TempHome home;
     std::string folder = home.install() + "/plugins/";
@@ -188,18 +184,14 @@ TEST_F(LibraryTest, UnloadDestroysLibrariesAndPluginsLastFirst) {
     libraryUnloading();
     isLoaded = false;
     const std::string log = Testing::readText(home.documents() + "/data/Core/core.log");
-    std::size_t at = log.find("Shutting down CORE");
-    for (const char* line :
-         {"Destroying library: fake_sound", "Removing plugins. Plugins in library: 2",
-          "Destroying plugin: Fake 1", "unregistering plugin from library", "library: fake_sound",
-          "plugin: Fake 1", "Destroying CPlugin", "Destroying plugin: Fake 0",
-          "unregistering self from librarymanager", "Destroying library: fake_empty",
-          "Destroying internal library", "Destroying library: Core",
-          "Destroying plugin: Empty Plugin", "Destroying plugin: Root", "Shutdown Complete"}) {
-        ASSERT_NE(at, std::string::npos);
-        at = log.find(line, at);
-        EXPECT_NE(at, std::string::npos) << line;
-    }
+    expectInOrder(log, {"Shutting down CORE", "Destroying library: fake_sound",
+                        "Removing plugins. Plugins in library: 2", "Destroying plugin: Fake 1",
+                        "unregistering plugin from library", "library: fake_sound",
+                        "plugin: Fake 1", "Destroying CPlugin", "Destroying plugin: Fake 0",
+                        "unregistering self from librarymanager", "Destroying library: fake_empty",
+                        "Destroying internal library", "Destroying library: Core",
+                        "Destroying plugin: Empty Plugin", "Destroying plugin: Root",
+                        "Shutdown Complete"});
 }
 
 } // namespace

@@ -25,9 +25,6 @@ struct LoadingTest : Testing::TreeTest {
         TreeTest::SetUp();
         rig = &ScriptedPlugin::add("Rig");
     }
-    static std::string rigText(const std::string& name, const std::string& more) {
-        return "<MVR_Plugin><type>Rig</type><name>" + name + "</name>" + more + "</MVR_Plugin>";
-    }
     static std::string node(const std::string& name, const std::string& more) {
         return "<node name=\"" + name + "\">" + more + "</node>";
     }
@@ -35,16 +32,6 @@ struct LoadingTest : Testing::TreeTest {
         return "<option><compatible>No</compatible><compatible>" + host + "</compatible>" + rest +
                "</option>";
     }
-    TestNode& makePlain(const std::string& name, TestNode* parent) {
-        adaptor.nodes.push_back(std::make_unique<TestNode>(name, nullptr));
-        adaptor.nodes.back()->setParent(parent);
-        return *adaptor.nodes.back();
-    }
-    void expectNothingOut() const {
-        for (const auto& each : adaptor.nodes)
-            EXPECT_EQ(each->handles + each->resolved + each->snapshots, 0) << each->getName();
-    }
-
     void expectNoCircle() const {
         for (const auto& made : adaptor.nodes) {
             const TestNode* above = made.get();
@@ -61,7 +48,7 @@ struct LoadingTest : Testing::TreeTest {
     /// The tool "Bad" of the model "Top" has one thing wrong with it, and the rest is made.
     void expectOneFault(const std::string& more, const std::string& line) {
         newLog();
-        Tag data("<MVR>" + rigText("Top", rigText("Bad", more)) + rigText("Good", "") + "</MVR>");
+        Tag data("<MVR>" + rigText("Top", rigText("Bad", more)) + rigText("Good") + "</MVR>");
         data.attributeRef("path") = "/models";
         InstanceReference* const top = core->create(data, nullptr, false);
         ASSERT_NE(top, nullptr) << line;
@@ -90,7 +77,7 @@ struct LoadingTest : Testing::TreeTest {
         EXPECT_THAT(position, testing::Each(0)) << "it goes with its parent";
         EXPECT_EQ(car.findHighPolyNode("shell"), nullptr) << "it has its name";
 
-        makePlain("deep", &glass);
+        adaptor.makeNode("deep", &glass);
         car.setHighPolyVisible(true);
         EXPECT_TRUE(shell.visible && glass.visible && adaptor.findNode("deep")->visible);
         car.setLowPolyVisible(false);
@@ -165,15 +152,10 @@ TEST_F(LoadingTest, EachFaultOfAModelIsOneLineAndTheRestIsMade) {
 
 TEST_F(LoadingTest, AToolResumesWithItsNodesAndBlock) {
     std::string block;
-    rig->onLoad = [&block](ScriptedTool& tool) {
-        const void* bytes = nullptr;
-        const std::int32_t size = tool.getInterface()->getSaveData(&bytes);
-        block =
-            "block " + std::string(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
-    };
+    rig->onLoad = [&block](ScriptedTool& tool) { block = "block " + tool.readSaveData(); };
     const std::string nodes = "<nodeinfo>" + node("a", "") + node("b", "") + "</nodeinfo>";
     for (const char* name : {"a", "b"})
-        makePlain(name, nullptr).lastTool = "Saved";
+        adaptor.makeNode(name, nullptr).lastTool = "Saved";
     place("Saved"); // the name in the scene is taken, the data still finds its own nodes
 
     InstanceReference* const made = load("<savedata>YQBi</savedata>" + nodes, 0);
@@ -195,8 +177,8 @@ TEST_F(LoadingTest, AToolResumesWithItsNodesAndBlock) {
 
 TEST_F(LoadingTest, AToolThatCannotResumeIsLeftOutAndTold) {
     place("Saved");
-    makePlain("a", nullptr).lastTool = "Saved";
-    makePlain("b", nullptr).lastTool = "Other";
+    adaptor.makeNode("a", nullptr).lastTool = "Saved";
+    adaptor.makeNode("b", nullptr).lastTool = "Other";
     bool silent = false;
     core->setProperty(102, &silent);
     EXPECT_EQ(load("<savedata/><nodeinfo>" + node("a", "") + node("b", "") + node("c", "") +
@@ -276,8 +258,8 @@ TEST_F(LoadingTest, TheFirstDetailedModelForThisHostIsMergedHiddenAndNamed) {
     std::string merged;
     adaptor.onMerge = [&](const std::string& path) {
         merged = path.substr(path.rfind('/') + 1);
-        TestNode& shell = makePlain("shell", nullptr);
-        TestNode& glass = makePlain("glass", &shell);
+        TestNode& shell = adaptor.makeNode("shell", nullptr);
+        TestNode& glass = adaptor.makeNode("glass", &shell);
         return std::vector<TestNode*>{&shell, &glass};
     };
     for (const auto& each : cases) {

@@ -23,13 +23,6 @@ struct MenuTest : Testing::TreeTest {
         return *kind->place(*core, name).getReference();
     }
     void setSilent(bool silent) const { core->setProperty(102, &silent); }
-    /// A scene object below `parent`, of a tool or of nobody.
-    TestNode& makeNode(const std::string& name, InstanceReference* tool, TestNode* parent) {
-        adaptor.nodes.push_back(
-            std::make_unique<TestNode>(name, tool != nullptr ? tool->getInstance() : nullptr));
-        adaptor.nodes.back()->setParent(parent);
-        return *adaptor.nodes.back();
-    }
     static std::string belowOf(const TestNode& node) {
         std::string text;
         for (const TestNode* child : node.children) {
@@ -118,15 +111,15 @@ TEST_F(MenuTest, ACloneBringsTheHostsObjectsAlongInOneUndoStep) {
     // Each tool makes the node "N"; below that of "a" hang host objects and that of its child.
     kind->onInit = [](Testing::ScriptedTool& tool) { tool.getInterface()->createNode("N", 0, 0); };
     InstanceReference& a = placeRig("a");
-    core->create(Tag("<MVR_Plugin><type>Rig</type><name>b</name></MVR_Plugin>"), &a, false);
+    core->create(Tag(rigText("b")), &a, false);
     TestNode& nodeA = *adaptor.nodes[0];
     TestNode& nodeB = *adaptor.nodes[1];
-    TestNode& outer = makeNode("outer", nullptr, nullptr);
+    TestNode& outer = adaptor.makeNode("outer", nullptr);
     nodeA.setParent(&outer);
     nodeB.setParent(&nodeA);
-    TestNode& box = makeNode("box", nullptr, &nodeA);
-    makeNode("lid", nullptr, &box);
-    makeNode("hat", nullptr, &nodeB);
+    TestNode& box = adaptor.makeNode("box", &nodeA);
+    adaptor.makeNode("lid", &box);
+    adaptor.makeNode("hat", &nodeB);
     adaptor.clearUndo();
 
     InstanceReference* const copy = a.clone();

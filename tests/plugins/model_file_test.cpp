@@ -2,24 +2,20 @@
 #include "plugins/model_file.h"
 #include "plugins/model_paths.h"
 #include "plugins/tree_test.h"
-#include "support/scripted_tool.h"
+#include "support/full_disk.h"
 
-#include <csignal>
 #include <filesystem>
-#include <sys/resource.h>
 
 namespace {
 
 using namespace MVR;
 using testing::HasSubstr;
+using Testing::identifierOf;
 using testing::StartsWith;
 namespace fs = std::filesystem;
 
 struct ModelFileTest : Testing::TreeTest {
     std::string path(const std::string& name) const { return home.documents() + "/" + name; }
-    static std::string identifierOf(std::int32_t code) {
-        return ErrorCode::instance()->find(code).getIdentifier();
-    }
 };
 
 TEST_F(ModelFileTest, AModelReachesNoFileButItsOwn) {
@@ -132,16 +128,10 @@ TEST_F(ModelFileTest, AFailedSaveLeavesTheOldFileWhole) {
     const std::string old = Testing::readText(path("a.prm"));
     for (int i = 0; i < 200; ++i)
         place("more" + std::to_string(i), find("a"));
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit full = before;
-    full.rlim_cur = 1000;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
-    const std::int32_t code = core->saveModel("a", path("a.prm"));
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, oldHandler);
-    EXPECT_EQ(identifierOf(code), "MODEL_UNWRITABLE");
+    {
+        const Testing::FullDisk disk(1000);
+        EXPECT_EQ(identifierOf(core->saveModel("a", path("a.prm"))), "MODEL_UNWRITABLE");
+    }
     EXPECT_EQ(Testing::readText(path("a.prm")), old);
     EXPECT_TRUE(Platform::listFiles(path(".mvr-*")).empty());
     EXPECT_EQ(identifierOf(core->saveModel("none", path("n.prm"))), "MODEL_NOTOOL");

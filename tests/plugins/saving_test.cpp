@@ -112,10 +112,6 @@ struct SavingTest : Testing::TreeTest {
         }
         return top;
     }
-    void expectNothingOut() const {
-        for (const auto& node : adaptor.nodes)
-            EXPECT_EQ(node->handles + node->resolved + node->snapshots, 0) << node->getName();
-    }
 
     ScriptedPlugin* rig = nullptr; // the core's
 };

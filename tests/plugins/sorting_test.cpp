@@ -7,6 +7,7 @@
 namespace {
 
 using namespace MVR;
+using Testing::expectInOrder;
 using testing::HasSubstr;
 
 struct SortingTest : Testing::TreeTest {
@@ -55,14 +56,9 @@ TEST_F(SortingTest, LogsWhatItVisits) {
     Log::setThreshold(Log::Notice);
     newLog();
     sorted();
-    std::string log = newLog();
-    for (const char* line :
-         {"Before sort: A\nB\n", "  Node: below B\n", "    Parent: main\n", "  Node: main\n",
-          "    add: B\n", "    add: A\n", "After sort: B\nA\n"}) {
-        const std::size_t at = log.find(line);
-        ASSERT_NE(at, std::string::npos) << line;
-        log.erase(0, at);
-    }
+    expectInOrder(newLog(),
+                  {"Before sort: A\nB\n", "  Node: below B\n", "    Parent: main\n",
+                   "  Node: main\n", "    add: B\n", "    add: A\n", "After sort: B\nA\n"});
 }
 
 TEST_F(SortingTest, ALongChainIsSorted) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/error_code.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_reference.h"
 #include "support/core_fixture.h"
@@ -18,6 +17,9 @@ protected:
     static Tag toolData(const std::string& name, const std::string& more = "") {
         return Tag("<MVR_Plugin><type>Empty Plugin</type><name>" + name + "</name>" + more +
                    "</MVR_Plugin>");
+    }
+    static std::string rigText(const std::string& name, const std::string& more = "") {
+        return "<MVR_Plugin><type>Rig</type><name>" + name + "</name>" + more + "</MVR_Plugin>";
     }
     InstanceReference* place(const std::string& name, InstanceReference* parent = nullptr) {
         return core->create(toolData(name), parent, false);
@@ -37,6 +39,11 @@ protected:
             text += below.empty() ? "" : "(" + below + ")";
         }
         return text;
+    }
+    /// All that was lent of the scene's objects has been given back.
+    void expectNothingOut() const {
+        for (const auto& each : adaptor.nodes)
+            EXPECT_EQ(each->handles + each->resolved + each->snapshots, 0) << each->getName();
     }
     /// What was logged since the last call.
     std::string newLog() {

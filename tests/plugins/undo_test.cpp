@@ -29,8 +29,7 @@ struct UndoTest : Testing::TreeTest {
     }
 
     InstanceReference& placeRig(const std::string& name, InstanceReference* below) {
-        const Tag data("<MVR_Plugin><type>Rig</type><name>" + name + "</name></MVR_Plugin>");
-        InstanceReference& reference = *core->create(data, below, false);
+        InstanceReference& reference = *core->create(Tag(rigText(name)), below, false);
         reference.getInstance()->findProperty("Move")->bind(axis);
         return reference;
     }

@@ -25,14 +25,7 @@ protected:
 
     void SetUp() override {
         CoreTest::SetUp();
-        ASSERT_NE(core, nullptr);
-        kind = &ScriptedPlugin::add("Probe");
-        kind->properties = {"Axis"};
-        kind->onRecord = [this](ScriptedTool& each, double time) {
-            curve.emplace_back(time, each.read(0));
-        };
-        device = new ScriptedDevice("Box");
-        axis = device->add("X");
+        makeKindAndDevice();
         device->onUpdate = [this] { device->set("X", std::sin(++sample * 0.1)); };
         tool = &kind->place(*core);
         tool->findProperty("Axis")->bind(axis);
@@ -42,6 +35,17 @@ protected:
         adaptor.clearUndo();
         threshold = Log::getThreshold();
         core->setStartCountdown(0);
+    }
+
+    void makeKindAndDevice() {
+        ASSERT_NE(core, nullptr);
+        kind = &ScriptedPlugin::add("Probe");
+        kind->properties = {"Axis"};
+        kind->onRecord = [this](ScriptedTool& each, double time) {
+            curve.emplace_back(time, each.read(0));
+        };
+        device = new ScriptedDevice("Box");
+        axis = device->add("X");
     }
 
     /// Lets time pass, a millisecond at a time.
@@ -57,6 +61,14 @@ protected:
     }
 
     void start() { ASSERT_EQ(core->startRecording(), 0); }
+
+    /// A take of the next milliseconds; what the tool read.
+    Curve take(int milliseconds) {
+        start();
+        pass(milliseconds);
+        core->stopRecording();
+        return std::exchange(curve, {});
+    }
 
     /// The frames that the tool got, as numbers of the grid.
     std::vector<long> frames() const {

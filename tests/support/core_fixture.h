@@ -2,6 +2,7 @@
 
 #include "core/core_implementation.h"
 #include "core/entry.h"
+#include "core/error_code.h"
 #include "core/log.h"
 #include "platform/clock.h"
 #include "support/temp_home.h"
@@ -10,8 +11,22 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace MVR::Testing {
+
+inline std::string identifierOf(std::int32_t code) {
+    return ErrorCode::instance()->find(code).getIdentifier();
+}
+
+/// Each line stands in the text at or behind the one before it.
+inline void expectInOrder(const std::string& text, const std::vector<const char*>& lines) {
+    std::size_t at = 0;
+    for (const char* line : lines) {
+        at = text.find(line, at);
+        ASSERT_NE(at, std::string::npos) << line;
+    }
+}
 
 /// An attached core: loaded and attached before each test, detached and unloaded after it, with a
 /// home of its own and the clock in the test's hand.

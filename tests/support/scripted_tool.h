@@ -34,14 +34,8 @@ public:
     std::int32_t createResult = 0;
     std::int32_t loadResult = 0;
     std::int32_t saveResult = 0;
-    bool writesKeys = false; ///< record() writes the first property's value to its node "Node"
-    std::function<void(ScriptedTool&)> onInit;
-    std::function<void(ScriptedTool&)> onCreate;
-    std::function<void(ScriptedTool&)> onLoad;
-    std::function<void(ScriptedTool&)> onSave;
-    std::function<void(ScriptedTool&, double)> onStart;
-    std::function<void(ScriptedTool&, double)> onRecord;
-    std::function<void(ScriptedTool&, double)> onFinish;
+    std::function<void(ScriptedTool&)> onInit, onCreate, onLoad, onSave;
+    std::function<void(ScriptedTool&, double)> onStart, onRecord, onFinish;
     std::function<std::intptr_t(ScriptedTool&, std::int32_t, std::intptr_t)> onExtend;
 
     CCamera* create(CCamera::CreateParam* param) override;
@@ -64,21 +58,27 @@ public:
     ScriptedPlugin& getKind() const { return kind_; }
     /// The mapped value of its property at `index` now.
     double read(std::size_t index) const;
+    /// The block that it was saved with.
+    std::string readSaveData();
 
     std::intptr_t extend(std::int32_t id, std::intptr_t data) override;
     std::vector<std::int32_t> getExtensions() override { return kind_.extensions; }
-    void startRecording(double time) override;
-    void finishRecording(double time) override;
-    void record(double time) override;
-    void setTime(double time) override { note("setTime", time); }
+    void startRecording(double time) override { actAt("startRecording", time, kind_.onStart); }
+    void finishRecording(double time) override { actAt("finishRecording", time, kind_.onFinish); }
+    void record(double time) override { actAt("record", time, kind_.onRecord); }
+    void setTime(double time) override { actAt("setTime", time, nullptr); }
     std::int32_t init() override;
-    std::int32_t create() override;
-    std::int32_t load() override;
-    std::int32_t save() override;
+    std::int32_t create() override { return act("create", kind_.onCreate, kind_.createResult); }
+    std::int32_t load() override { return act("load", kind_.onLoad, kind_.loadResult); }
+    std::int32_t save() override { return act("save", kind_.onSave, kind_.saveResult); }
 
 private:
+    using Act = std::function<void(ScriptedTool&)>;
+    using ActAt = std::function<void(ScriptedTool&, double)>;
+
     void note(const std::string& call);
-    void note(const std::string& call, double time);
+    void actAt(const char* call, double time, const ActAt& act);
+    std::int32_t act(const char* call, const Act& act, const std::int32_t& result);
 
     ScriptedPlugin& kind_;
     std::vector<UniDevice::Property*> properties_; // the core's

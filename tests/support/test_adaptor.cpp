@@ -42,37 +42,18 @@ void RecordingAdaptor::clearUndo() {
         steps_.pop_back();
 }
 
+TestNode& RecordingAdaptor::makeNode(const std::string& nodeName, TestNode* parent,
+                                     CInterface* tool) {
+    nodes.push_back(std::make_unique<TestNode>(nodeName, tool));
+    nodes.back()->setParent(parent);
+    return *nodes.back();
+}
+
 TestNode* RecordingAdaptor::findNode(const std::string& nodeName) const {
     for (const auto& node : nodes)
         if (!node->destroyed && node->getName() == nodeName)
             return node.get();
     return nullptr;
-}
-
-std::int32_t RecordingAdaptor::getVersion() {
-    note("getVersion");
-    return version;
-}
-
-void RecordingAdaptor::setErrorCode(ErrorCode* table) {
-    note(table != nullptr ? "setErrorCode" : "setErrorCode null");
-}
-
-void RecordingAdaptor::releaseErrorCode() {
-    note("releaseErrorCode");
-}
-
-void RecordingAdaptor::setLog(Log* log) {
-    note(log != nullptr ? "setLog" : "setLog null");
-}
-
-void RecordingAdaptor::releaseLog() {
-    note("releaseLog");
-}
-
-std::intptr_t RecordingAdaptor::getHostWindow() {
-    note("getHostWindow");
-    return 0;
 }
 
 SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
@@ -192,39 +173,10 @@ void RecordingAdaptor::setTime(double newTime) {
     time = newTime;
 }
 
-void RecordingAdaptor::getRange(double* start, double* end) {
-    *start = rangeStart;
-    *end = rangeEnd;
-}
-
 void RecordingAdaptor::setRange(double start, double end) {
     note("setRange " + text(start) + " " + text(end));
     rangeStart = start;
     rangeEnd = end;
-}
-
-void RecordingAdaptor::redraw() {
-    note("redraw");
-}
-
-void RecordingAdaptor::beginKeyboardCapture() {
-    note("beginKeyboardCapture");
-}
-
-void RecordingAdaptor::endKeyboardCapture() {
-    note("endKeyboardCapture");
-}
-
-void RecordingAdaptor::recordingStarted(const std::vector<CInterface*>& tools) {
-    note("recordingStarted " + std::to_string(tools.size()));
-}
-
-void RecordingAdaptor::recordingFinished() {
-    note("recordingFinished");
-}
-
-void RecordingAdaptor::detachNotify() {
-    note("detachNotify");
 }
 
 } // namespace MVR::Testing

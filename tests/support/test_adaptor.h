@@ -35,15 +35,23 @@ public:
     bool redo();
     /// Drops all steps, as a host does before it detaches.
     void clearUndo();
+    /// A scene object, of a tool or of nobody.
+    TestNode& makeNode(const std::string& nodeName, TestNode* parent, CInterface* tool = nullptr);
     TestNode* findNode(const std::string& nodeName) const;
 
-    std::int32_t getVersion() override;
-    void setErrorCode(ErrorCode* table) override;
-    void releaseErrorCode() override;
-    void setLog(Log* log) override;
-    void releaseLog() override;
+    std::int32_t getVersion() override {
+        note("getVersion");
+        return version;
+    }
+    void setErrorCode(ErrorCode* table) override { note(table ? "setErrorCode" : "no table"); }
+    void releaseErrorCode() override { note("releaseErrorCode"); }
+    void setLog(Log* log) override { note(log ? "setLog" : "no log"); }
+    void releaseLog() override { note("releaseLog"); }
     std::string getName() override { return name; }
-    std::intptr_t getHostWindow() override;
+    std::intptr_t getHostWindow() override {
+        note("getHostWindow");
+        return 0;
+    }
     SceneNode* createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
                           std::intptr_t parent) override;
     SceneNode* createNode(CInterface* tool, std::string nodeName, std::intptr_t kind,
@@ -61,16 +69,21 @@ public:
     bool undo() override;
     double getTime() override { return time; }
     void setTime(double newTime) override;
-    void getRange(double* start, double* end) override;
+    void getRange(double* start, double* end) override {
+        *start = rangeStart;
+        *end = rangeEnd;
+    }
     void setRange(double start, double end) override;
     double getFrameRate() override { return frameRate; }
     double getFrameStep() override { return 1 / frameRate; }
-    void redraw() override;
-    void beginKeyboardCapture() override;
-    void endKeyboardCapture() override;
-    void recordingStarted(const std::vector<CInterface*>& tools) override;
-    void recordingFinished() override;
-    void detachNotify() override;
+    void redraw() override { note("redraw"); }
+    void beginKeyboardCapture() override { note("beginKeyboardCapture"); }
+    void endKeyboardCapture() override { note("endKeyboardCapture"); }
+    void recordingStarted(const std::vector<CInterface*>& tools) override {
+        note("recordingStarted " + std::to_string(tools.size()));
+    }
+    void recordingFinished() override { note("recordingFinished"); }
+    void detachNotify() override { note("detachNotify"); }
     Tag getSettingsLayout() override { return settingsLayout; }
 
 private:

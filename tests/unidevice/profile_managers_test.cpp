@@ -4,13 +4,12 @@
 #include "input_test.h"
 #include "platform/folder_lock.h"
 #include "platform/temporary_folder.h"
+#include "support/full_disk.h"
 #include "support/scripted_device.h"
 #include "support/vtable_slot.h"
 #include "unidevice/emulated_trinary_device.h"
 #include "unidevice/property.h"
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -197,16 +196,10 @@ TEST_F(ProfileListTest, AFailedSaveLeavesTheOldFileWhole) {
     Tag larger = preset("a");
     larger.addChild(Tag::element("property", std::string(1000, 'x')));
 
-    struct rlimit whole {};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &whole), 0);
-    std::signal(SIGXFSZ, SIG_IGN);
-    const struct rlimit full { 100, whole.rlim_max }; // the disk is full after so many bytes
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
-    const std::int32_t result = inputs.addElement(larger, true, false);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &whole), 0);
-    std::signal(SIGXFSZ, SIG_DFL);
-
-    EXPECT_EQ(result, 0);
+    {
+        const Testing::FullDisk disk(100);
+        EXPECT_EQ(inputs.addElement(larger, true, false), 0);
+    }
     EXPECT_EQ(inputs.elementFile("a"), "");
     EXPECT_EQ(inputs.findElement("a")->data, larger) << "it is in the list all the same";
     EXPECT_EQ(folder.read("a.oip"), before);

@@ -1,13 +1,10 @@
 #include "platform/files.h"
 #include "plugins/c_interface.h"
-#include "stage/session.h"
+#include "tests/stage/session_test.h"
 #include "unidevice/property.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <sstream>
 #include <string>
 
@@ -18,20 +15,9 @@ const std::string kModels = MODELS;
 const std::string kFiles = FILES;
 
 /// The models of examples/, and the one that docs/formats.md shows, on the stage.
-class ExampleModels : public testing::Test {
+class ExampleModels : public SessionTest {
 protected:
-    void SetUp() override {
-        home = testing::TempDir() + "/example_models_test";
-        std::filesystem::remove_all(home);
-        std::filesystem::create_directories(home);
-        setenv("MIRVANE_OSC_CONFIG", (home + "/none.xml").c_str(), 1);
-        InstallValues values;
-        values.core = CORE;
-        values.documents = home;
-        ASSERT_TRUE(session.open(values, error)) << error;
-    }
-
-    std::string read(const std::string& path) const {
+    static std::string read(const std::string& path) {
         std::string bytes;
         EXPECT_TRUE(MVR::Platform::readFile(path, bytes)) << path;
         return bytes;
@@ -73,10 +59,6 @@ protected:
     }
 
     static double rounded(double value) { return std::round(value * 1e6) / 1e6 + 0.0; }
-
-    std::string home;
-    std::string error;
-    Session session;
 };
 
 TEST_F(ExampleModels, HaveTheirToolsObjectsAndLinksAndAreSavedAlike) {
@@ -104,18 +86,19 @@ TEST_F(ExampleModels, HaveTheirToolsObjectsAndLinksAndAreSavedAlike) {
         ASSERT_EQ(session.getCore().loadModel(path), 0) << model.file;
         EXPECT_EQ(describeTools(session.getCore().getConfiguration()), model.tools);
         EXPECT_EQ(describeScene(), model.scene) << model.file;
-        ASSERT_EQ(session.getCore().saveModel(model.top, home + "/again.prm"), 0);
-        EXPECT_EQ(read(home + "/again.prm"), read(path)) << model.file;
+        ASSERT_EQ(session.getCore().saveModel(model.top, folder.path + "again.prm"), 0);
+        EXPECT_EQ(folder.read("again.prm"), read(path)) << model.file;
         ASSERT_TRUE(session.undo.undo());
         EXPECT_EQ(describeScene(), "") << model.file;
     }
 }
 
 TEST_F(ExampleModels, AreMadeAgainByteForByte) {
-    const std::string script = "MIRVANE_STAGE='" STAGE "' '" + kModels + "make.sh' '" + home + "'";
+    const std::string script =
+        "MIRVANE_STAGE='" STAGE "' '" + kModels + "make.sh' '" + folder.path + "'";
     ASSERT_EQ(std::system(script.c_str()), 0);
     for (const char* file : {"dolly.prm", "vehicle.prm", "handheld.prm"}) {
-        EXPECT_EQ(read(home + "/" + file), read(kModels + file)) << file;
+        EXPECT_EQ(folder.read(file), read(kModels + file)) << file;
     }
 }
 
@@ -135,8 +118,7 @@ TEST_F(ExampleModels, ThatOfTheDocumentationIsReadAsItSays) {
 
     std::string nameless = read(kFiles + "example_model.xml");
     nameless.erase(nameless.find("<name>Arm</name>"), 16);
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(home + "/nameless.prm", nameless));
-    ASSERT_EQ(session.getCore().loadModel(home + "/nameless.prm"), 0);
+    ASSERT_EQ(session.getCore().loadModel(folder.add("nameless.prm", nameless)), 0);
     EXPECT_EQ(describeTools(session.getCore().getConfiguration()),
               "Tracked Object_01 (Tracked Object: 0; Arm camera (Tracked Object: 0; ) unchecked)");
     EXPECT_EQ(describeScene(), "Tracked Object_01 0 at 0 0 0\nArm camera 1 at 0 0 0\n");

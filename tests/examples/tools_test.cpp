@@ -1,41 +1,15 @@
-#include "stage/session.h"
-#include "stage/take.h"
-
-#include <gtest/gtest.h>
+#include "tests/stage/session_test.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace Stage {
 namespace {
 
-/// The example tools in a real take of ten frames, 0.4 seconds. Nothing is bound: an unbound
-/// property reads its offset.
-class ExampleTools : public testing::Test {
+/// The example tools in a real take of ten frames, 0.4 seconds.
+class ExampleTools : public SessionTest {
 protected:
-    void SetUp() override {
-        const std::string home = testing::TempDir() + "/example_tools_test";
-        std::filesystem::create_directories(home);
-        setenv("MIRVANE_OSC_CONFIG", (home + "/none.xml").c_str(), 1);
-        InstallValues values;
-        values.core = CORE;
-        values.documents = home;
-        ASSERT_TRUE(session.open(values, error)) << error;
-    }
-
-    void place(const char* type, const char* name, const std::vector<Setting>& settings) {
-        ASSERT_NE(session.place({type, name, {}, settings}, error), nullptr) << error;
-    }
-    void record() {
-        session.timeline.setRange(0, 0.4);
-        TakePlan plan;
-        plan.countdownSeconds = 0;
-        plan.autoExpand = false;
-        ASSERT_TRUE(runTake(session, plan, nullptr, {}, error)) << error;
-    }
     void expectEnd(const char* name, const Vector3& position, const Quaternion& rotation) {
         const StageNode* node = session.scene.findByHostName(name);
         ASSERT_NE(node, nullptr) << name;
@@ -49,8 +23,6 @@ protected:
     }
 
     const double half = std::sqrt(0.5);
-    Session session;
-    std::string error;
 };
 
 TEST_F(ExampleTools, MoveTheirObjectsAsTheyTell) {
@@ -80,7 +52,7 @@ TEST_F(ExampleTools, MoveTheirObjectsAsTheyTell) {
     for (const auto& tool : cases) {
         place(tool.tool, tool.name, tool.settings);
     }
-    record();
+    take(0, 0.4);
     for (const auto& tool : cases) {
         expectEnd(tool.name, tool.position, tool.rotation);
     }
@@ -91,7 +63,7 @@ TEST_F(ExampleTools, TheFreeCameraStartsWhereItStands) {
     StageNode* turned = session.scene.findByHostName("turned");
     ASSERT_NE(turned, nullptr);
     turned->setTransform(0, {{0, 5, 0}, {0, half, 0, half}, kNoScale});
-    record();
+    take(0, 0.4);
     expectEnd("turned", {-4, 5, 0}, {0, half, 0, half}); // to the left is forward
 }
 

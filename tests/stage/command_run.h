@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/files.h"
+#include "platform/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -44,27 +44,20 @@ inline int freePort() {
 class CommandRun : public testing::Test {
 protected:
     void SetUp() override {
-        folder = testing::TempDir() + "/command_run_" +
-                 testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-        port = std::to_string(freePort());
-        ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/osc.xml",
-                                                   "<osc><port>" + port + "</port></osc>"));
-        setenv("MIRVANE_OSC_CONFIG", (folder + "/osc.xml").c_str(), 1);
+        const std::string osc = folder.add("osc.xml", "<osc><port>" + port + "</port></osc>");
+        setenv("MIRVANE_OSC_CONFIG", osc.c_str(), 1);
         setenv("MIRVANE_CORE", CORE, 1);
     }
 
     /// Runs a shell command in the folder; its exit code.
     int run(const std::string& command) {
-        const int status =
-            std::system(("cd '" + folder + "' && { " + command + "; } >stdout 2>stderr").c_str());
+        const int status = std::system(
+            ("cd '" + folder.path + "' && { " + command + "; } >stdout 2>stderr").c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
     std::string read(const std::string& name) const {
-        std::string text;
-        EXPECT_TRUE(MVR::Platform::readFile(folder + "/" + name, text)) << name;
-        return text;
+        EXPECT_TRUE(std::filesystem::exists(folder.path + name)) << name;
+        return folder.read(name);
     }
     /// The numbers of a table of curves, without the name of the node.
     std::vector<std::vector<double>> readTable(const std::string& name) const {
@@ -82,8 +75,8 @@ protected:
         return rows;
     }
 
-    std::string folder;
-    std::string port;
+    TemporaryFolder folder;
+    const std::string port = std::to_string(freePort());
 };
 
 } // namespace Stage

@@ -26,7 +26,7 @@ protected:
 };
 
 TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/camera.txt", kBindings));
+    folder.add("camera.txt", kBindings);
     const int code =
         run(SENDER " --quiet --loop --port " + port +
             " & sender=$!; " STAGE " record --documents . --tool 'Tracked Object' --name Camera"
@@ -118,7 +118,8 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
                   " kill -INT $pid; wait $pid"),
               5);
     EXPECT_NE(read("short.csv"), "");
-    for (const char* command : {"", "record", "tools", "devices"}) {
+    for (const std::string command : {"", "record", "tools", "devices", "resimulate", "model",
+                                      "model save", "model load", "model list", "model show"}) {
         EXPECT_EQ(run(std::string(STAGE) + " " + command + " --help"), 0);
         EXPECT_EQ(read("stdout").rfind("usage: mirvane-stage ", 0), 0U) << command;
         EXPECT_EQ(run(std::string(STAGE) + " " + command + " --version"), 0);
@@ -128,13 +129,12 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
 
 TEST_F(CommandTest, ToolsAndDevicesAreListed) {
     // A library that is none must not hide the others.
-    std::filesystem::create_directories(folder + "/plugins");
+    folder.add("plugins/a_text.so", "no library");
     for (const char* name : {"tracked_object.so", "free_camera.so"}) {
         std::filesystem::create_symlink(std::filesystem::path(CORE).parent_path() / "plugins" /
                                             name,
-                                        folder + "/plugins/" + name);
+                                        folder.path + "plugins/" + name);
     }
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/plugins/a_text.so", "no library"));
     ASSERT_EQ(run(STAGE " tools --plugins plugins"), 0) << read("stderr");
     EXPECT_EQ(read("stdout").rfind("Free Camera 0.1.0\n  A camera that is flown", 0), 0U)
         << read("stdout");

@@ -1,7 +1,7 @@
 #include "stage/export/gltf_writer.h"
 
 #include "core/adaptor_interface.h"
-#include "platform/files.h"
+#include "platform/temporary_folder.h"
 #include "stage/export/curve_table.h"
 #include "stage/scene/scene.h"
 #include "stage/undo_list.h"
@@ -124,12 +124,10 @@ TEST_F(GltfTest, PassesTheOfficialValidator) {
     }
     ASSERT_TRUE(std::filesystem::exists(NODE_MODULES "/gltf-validator"))
         << "./dev setup installs it";
-    const std::string folder = testing::TempDir() + "/gltf_test";
-    std::filesystem::create_directories(folder);
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/take.gltf", toGltf(nodes, -1)));
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/empty.gltf", toGltf({nodes[2]}, 0)));
-    const std::string command = "NODE_PATH=" NODE_MODULES " " NODE " " VALIDATE_GLTF " " + folder +
-                                "/take.gltf " + folder + "/empty.gltf";
+    TemporaryFolder folder;
+    const std::string command = "NODE_PATH=" NODE_MODULES " " NODE " " VALIDATE_GLTF " " +
+                                folder.add("take.gltf", toGltf(nodes, -1)) + " " +
+                                folder.add("empty.gltf", toGltf({nodes[2]}, 0));
     EXPECT_EQ(std::system(command.c_str()), 0);
 }
 

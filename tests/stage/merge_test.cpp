@@ -1,7 +1,7 @@
 #include "stage/import/merge.h"
 
 #include "core/adaptor_interface.h"
-#include "platform/files.h"
+#include "platform/temporary_folder.h"
 #include "stage/export/gltf_writer.h"
 #include "stage/import/gltf_reader.h"
 #include "stage/scene/scene.h"
@@ -24,16 +24,6 @@ constexpr const char* kSquareBytes =
 
 class MergeTest : public testing::Test {
 protected:
-    void SetUp() override {
-        folder = testing::TempDir() + "/merge_test_" +
-                 testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder + "/inside");
-    }
-    std::string write(const std::string& name, const std::string& bytes) {
-        EXPECT_TRUE(MVR::Platform::writeFileAtomic(folder + "/" + name, bytes));
-        return folder + "/" + name;
-    }
     /// A glTF file around these nodes; the buffer of 54 bytes is a square's.
     static std::string gltf(const std::string& nodes, const std::string& uri,
                             const std::string& indices = R"("count":6)") {
@@ -58,7 +48,7 @@ protected:
         R"([{"name":"Rig","children":[1,2],"matrix":[0,1,0,0,-1,0,0,0,0,0,1,0,5,6,7,1]},)"
         R"({"name":"Body","mesh":0,"translation":[1,2,3],"scale":[2,2,2]},)"
         R"({"mesh":0,"camera":0}])";
-    std::string folder;
+    TemporaryFolder folder;
     std::string error;
     UndoList undo;
     Scene scene{undo};
@@ -66,11 +56,11 @@ protected:
 
 TEST_F(MergeTest, AGltfFileComesInWithHierarchyTransformsAndMeshes) {
     scene.create("Body", nullptr, MVR::kNodeHelper, nullptr);
-    for (const std::string& path :
-         {write("car.gltf", gltf(kRig, dataUri())), write("near.GLTF", gltf(kRig, "square.bin"))}) {
+    for (const std::string& path : {folder.add("car.gltf", gltf(kRig, dataUri())),
+                                    folder.add("near.GLTF", gltf(kRig, "square.bin"))}) {
         const char square[] = "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x80?\0\0\0\0\0\0\0\0\0\0\x80?\0\0\x80?"
                               "\0\0\0\0\0\0\0\0\0\0\x80?\0\0\0\0\0\1\2\0\2\3";
-        write("square.bin", std::string(square, 54));
+        folder.add("square.bin", std::string(square, 54));
         const auto nodes = merge(path);
         ASSERT_EQ(nodes.size(), 3U) << error;
         EXPECT_EQ(nodes[0]->getSceneName(), "Rig");
@@ -96,14 +86,15 @@ TEST_F(MergeTest, AGltfFileComesInWithHierarchyTransformsAndMeshes) {
         ASSERT_TRUE(undo.undo());
     }
     // What the stage writes comes back, also in the binary form.
-    const auto nodes = merge(folder + "/car.gltf");
+    const auto nodes = merge(folder.path + "car.gltf");
     tinygltf::Model model;
     tinygltf::TinyGLTF library;
     std::string text = toGltf({nodes.begin(), nodes.end()}, 0);
     ASSERT_TRUE(library.LoadASCIIFromString(&model, &error, &error, text.data(),
                                             static_cast<unsigned>(text.size()), ""));
-    ASSERT_TRUE(library.WriteGltfSceneToFile(&model, folder + "/car.glb", true, true, true, true));
-    const auto again = merge(folder + "/car.glb");
+    ASSERT_TRUE(
+        library.WriteGltfSceneToFile(&model, folder.path + "car.glb", true, true, true, true));
+    const auto again = merge(folder.path + "car.glb");
     ASSERT_EQ(again.size(), 3U) << error;
     EXPECT_EQ(again[1]->getMesh()->faces, nodes[1]->getMesh()->faces);
     EXPECT_EQ(again[1]->getRest(), nodes[1]->getRest());
@@ -111,9 +102,9 @@ TEST_F(MergeTest, AGltfFileComesInWithHierarchyTransformsAndMeshes) {
 
 TEST_F(MergeTest, AnObjFileComesInAsTriangles) {
     const auto nodes =
-        merge(write("shed.obj", "mtllib ../../etc/passwd\nv 0 0 0\nv 1 0 0\nv 1 1 0\n"
-                                "v 0 1 0\nvt 0 0\nvt 1 0\nvt 1 1\nf 1 2 3 4\n"
-                                "o Roof\nv 0 0.1 5\nf 5/1 -4/2 2/3\no Empty\n"));
+        merge(folder.add("shed.obj", "mtllib ../../etc/passwd\nv 0 0 0\nv 1 0 0\nv 1 1 0\n"
+                                     "v 0 1 0\nvt 0 0\nvt 1 0\nvt 1 1\nf 1 2 3 4\n"
+                                     "o Roof\nv 0 0.1 5\nf 5/1 -4/2 2/3\no Empty\n"));
     ASSERT_EQ(nodes.size(), 2U) << error;
     EXPECT_EQ(nodes[0]->getSceneName(), "shed") << "what has no name is called after the file";
     EXPECT_EQ(nodes[0]->getMesh()->faces.size(), 6U);
@@ -127,8 +118,9 @@ TEST_F(MergeTest, AnObjFileComesInAsTriangles) {
 }
 
 TEST_F(MergeTest, ABadFileGivesNothingAndSaysWhy) {
-    write("outside.bin", std::string(54, '\0'));
-    std::filesystem::create_symlink(folder + "/outside.bin", folder + "/inside/link.bin");
+    folder.add("outside.bin", std::string(54, '\0'));
+    std::filesystem::create_directory(folder.path + "inside");
+    std::filesystem::create_symlink(folder.path + "outside.bin", folder.path + "inside/link.bin");
     std::string deep(100'000, '[');
     const struct {
         const char* name;
@@ -161,7 +153,7 @@ TEST_F(MergeTest, ABadFileGivesNothingAndSaysWhy) {
         {"inside/a.obj", "\xff\xfe no file", "no nodes"},
     };
     for (const auto& bad : cases) {
-        const auto nodes = merge(write(bad.name, bad.bytes));
+        const auto nodes = merge(folder.add(bad.name, bad.bytes));
         if (bad.reason == nullptr) {
             EXPECT_EQ(nodes.size(), 1U) << error;
             EXPECT_TRUE(undo.undo());
@@ -169,27 +161,27 @@ TEST_F(MergeTest, ABadFileGivesNothingAndSaysWhy) {
         }
         EXPECT_TRUE(nodes.empty()) << bad.bytes;
         EXPECT_NE(error.find(bad.reason), std::string::npos) << bad.bytes << "\n" << error;
-        EXPECT_EQ(error.find(folder), 0U) << "names the file: " << error;
+        EXPECT_EQ(error.find(folder.path), 0U) << "names the file: " << error;
     }
 }
 
 TEST_F(MergeTest, AHostileFileDoesNoHarm) {
-    EXPECT_TRUE(merge(folder + "/none.obj").empty());
+    EXPECT_TRUE(merge(folder.path + "none.obj").empty());
     std::string face = "v 0 0 0\n\r\nf";
     for (int i = 0; i < 2000; ++i) {
         face += " 1";
     }
-    EXPECT_TRUE(merge(write("huge.obj", face)).empty());
+    EXPECT_TRUE(merge(folder.add("huge.obj", face)).empty());
     EXPECT_NE(error.find("line 3"), std::string::npos) << error;
 
     // Cut at each byte, or with a byte changed, a file is refused or read; it does no harm.
     const std::string good = gltf(kRig, dataUri());
     for (std::size_t i = 0; i < good.size(); ++i) {
         std::vector<ImportedNode> nodes;
-        EXPECT_FALSE(readGltf(good.substr(0, i), folder, nodes, error)) << i;
+        EXPECT_FALSE(readGltf(good.substr(0, i), folder.path, nodes, error)) << i;
         std::string changed = good;
         changed[i] = changed[i] == '9' ? '-' : '9';
-        (void)readGltf(changed, folder, nodes, error);
+        (void)readGltf(changed, folder.path, nodes, error);
     }
 }
 

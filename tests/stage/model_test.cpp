@@ -1,13 +1,8 @@
 #include "core/core_interface.h"
-#include "platform/files.h"
 #include "plugins/c_interface.h"
 #include "plugins/extension_ids.h"
-#include "stage/session.h"
+#include "tests/stage/session_test.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -27,46 +22,26 @@ constexpr const char* kRig = R"(<MVR_Plugin version="2.5">
       <parent external="Rig">Object</parent><visible>false</visible></node></nodeinfo>
   </MVR_Plugin></MVR_Plugin>)";
 
-class ModelTest : public testing::Test {
+class ModelTest : public SessionTest {
 protected:
     void SetUp() override {
-        folder = testing::TempDir() + "/model_test_" +
-                 testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-        setenv("MIRVANE_OSC_CONFIG", (folder + "/none.xml").c_str(), 1);
-        ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/rig.prm", kRig));
-        ASSERT_TRUE(MVR::Platform::writeFileAtomic(folder + "/body.obj",
-                                                   "o Body\nv 0 0 0\nv 5 0 0\nv 0 5 0\nf 1 2 3\n"
-                                                   "o Loose\nv 0 0 9\nf 1 2 4\n"));
-        open();
-    }
-    void open() {
-        InstallValues values;
-        values.core = CORE;
-        values.documents = folder;
-        ASSERT_TRUE(session.open(values, error)) << error;
+        SessionTest::SetUp();
+        folder.add("body.obj", "o Body\nv 0 0 0\nv 5 0 0\nv 0 5 0\nf 1 2 3\n"
+                               "o Loose\nv 0 0 9\nf 1 2 4\n");
     }
     /// All that a scene's file would hold now.
     std::string getState() {
-        EXPECT_TRUE(session.saveScene(folder + "/state.scene", error)) << error;
-        std::string text;
-        EXPECT_TRUE(MVR::Platform::readFile(folder + "/state.scene", text));
-        return text;
-    }
-    void expectState(const std::string& wanted) {
-        EXPECT_TRUE(getState() == wanted) << folder << " holds what came out";
+        EXPECT_TRUE(session.saveScene(folder.path + "state.scene", error)) << error;
+        return folder.read("state.scene");
     }
     StageNode* find(const std::string& name) { return session.scene.findByHostName(name); }
 
-    std::string folder;
-    std::string error;
-    Session session;
+    const std::string rig = folder.add("rig.prm", kRig);
 };
 
 TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
     const std::string empty = getState();
-    ASSERT_EQ(session.getCore().loadModel(folder + "/rig.prm"), 0);
+    ASSERT_EQ(session.getCore().loadModel(rig), 0);
     const auto tools = session.adoptTools(error);
     ASSERT_TRUE(tools && tools->size() == 2) << error;
     ASSERT_NE(find("Rig"), nullptr);
@@ -82,9 +57,9 @@ TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
 
     EXPECT_EQ(session.undo.getUndoCount(), 1U);
     ASSERT_TRUE(session.undo.undo());
-    expectState(empty);
+    EXPECT_EQ(getState(), empty);
     ASSERT_TRUE(session.undo.redo());
-    expectState(loaded);
+    EXPECT_EQ(getState(), loaded);
 
     // The tools with their objects, and what hangs below those.
     (*tools)[0]->access->extend(MVR::InterfaceExtension::kUnplug, 0);
@@ -94,14 +69,14 @@ TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
     EXPECT_EQ(find("Rig_Body"), nullptr);
     EXPECT_EQ(find("Camera"), nullptr);
     ASSERT_TRUE(session.undo.undo());
-    expectState(loaded);
+    EXPECT_EQ(getState(), loaded);
     ASSERT_TRUE(session.undo.redo());
-    expectState(deleted);
+    EXPECT_EQ(getState(), deleted);
     ASSERT_TRUE(session.undo.undo());
     ASSERT_TRUE(session.undo.undo());
-    expectState(empty);
+    EXPECT_EQ(getState(), empty);
     ASSERT_TRUE(session.undo.redo());
-    expectState(loaded);
+    EXPECT_EQ(getState(), loaded);
 }
 
 TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
@@ -118,7 +93,7 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
     };
     for (const bool isDeleted : {false, true}) {
         for (const auto& state : cases) {
-            ASSERT_EQ(session.getCore().loadModel(folder + "/rig.prm"), 0);
+            ASSERT_EQ(session.getCore().loadModel(rig), 0);
             const auto tools = session.adoptTools(error);
             ASSERT_TRUE(tools && tools->size() == 2) << error;
             if (isDeleted) {
@@ -133,33 +108,28 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
                 session.scene.remove(*session.scene.getNodes().back());
             }
             session.undo.clear();
-            open();
+            open(session);
         }
     }
 }
 
 TEST_F(ModelTest, ASceneGoesOnAsIfItHadNeverBeenClosed) {
-    ASSERT_EQ(session.getCore().loadModel(folder + "/rig.prm"), 0);
+    ASSERT_EQ(session.getCore().loadModel(rig), 0);
     session.timeline.setRange(0, 0.4);
     ASSERT_EQ(session.getCore().resimulate(0, 0.4), 0);
     const std::string saved = getState();
     SceneData data;
-    ASSERT_TRUE(readSceneFile(folder + "/state.scene", data, error)) << error;
+    ASSERT_TRUE(readSceneFile(folder.path + "state.scene", data, error)) << error;
 
     Session other;
     session.close();
-    InstallValues values;
-    values.core = CORE;
-    values.documents = folder;
-    ASSERT_TRUE(other.open(values, error)) << error;
+    open(other);
     ASSERT_TRUE(other.openScene(data, error)) << error;
     EXPECT_EQ(other.undo.getUndoCount(), 0U);
     EXPECT_EQ(other.getTools().size(), 2U);
     EXPECT_NE(other.scene.findByHostName("Rig")->getOwner(), nullptr) << "found again";
-    ASSERT_TRUE(other.saveScene(folder + "/again.scene", error)) << error;
-    std::string again;
-    ASSERT_TRUE(MVR::Platform::readFile(folder + "/again.scene", again));
-    EXPECT_TRUE(again == saved) << folder;
+    ASSERT_TRUE(other.saveScene(folder.path + "again.scene", error)) << error;
+    EXPECT_EQ(folder.read("again.scene"), saved);
 }
 
 } // namespace

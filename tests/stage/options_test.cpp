@@ -1,10 +1,11 @@
 #include "stage/commands/record_options.h"
 
-#include "platform/files.h"
+#include "platform/temporary_folder.h"
 #include "stage/text.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,32 +15,16 @@ namespace {
 TEST(RecordOptions, OptionsBelongToWhatStandsBeforeThem) {
     RecordOptions options;
     std::string error;
-    ASSERT_TRUE(readRecordOptions({"--tool",
-                                   "Free Camera",
-                                   "--bind",
-                                   "Pan=Pad#1:axis:x:3",
-                                   "--set=Pan.offset=-2.5",
-                                   "--tool=Free Camera",
-                                   "--name",
-                                   "B",
-                                   "--seconds",
-                                   "2",
-                                   "--rate",
-                                   "60",
-                                   "--out",
-                                   "a.gltf",
-                                   "--latency-bind",
-                                   "OSC:/sent:0",
-                                   "--resimulate",
-                                   "--set",
-                                   "B/*.multiplier=2",
-                                   "--out",
-                                   "b.gltf",
-                                   "--resimulate",
-                                   "--set",
-                                   "Free Camera/Pan.exponent=+1e1"},
-                                  options, error))
-        << error;
+    std::vector<std::string> words;
+    std::istringstream line(
+        "--tool|Free Camera|--bind|Pan=Pad#1:axis:x:3|--set=Pan.offset=-2.5|"
+        "--tool=Free Camera|--name|B|--seconds|2|--rate|60|--out|a.gltf|--latency-bind|OSC:/sent:0|"
+        "--resimulate|--set|B/*.multiplier=2|--out|b.gltf|"
+        "--resimulate|--set|Free Camera/Pan.exponent=+1e1");
+    for (std::string word; std::getline(line, word, '|');) {
+        words.push_back(word);
+    }
+    ASSERT_TRUE(readRecordOptions(words, options, error)) << error;
     ASSERT_EQ(options.tools.size(), 2U);
     EXPECT_EQ(options.tools[0].name, "Free Camera_01");
     EXPECT_EQ(options.tools[1].name, "B");
@@ -96,9 +81,10 @@ TEST(RecordOptions, WrongOnesAreToldInTheUsersWords) {
 }
 
 TEST(ToolPlan, AFileSaysTheSameAsTheOptions) {
-    const std::string path = testing::TempDir() + "/bindings.txt";
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(
-        path, "# a rig\r\n\r\nbind A = OSC:/a:1\nset *.deadzone=0\n  set A.deadzone = 0.5"));
+    TemporaryFolder folder;
+    const std::string path =
+        folder.add("bindings.txt",
+                   "# a rig\r\n\r\nbind A = OSC:/a:1\nset *.deadzone=0\n  set A.deadzone = 0.5");
     ToolPlan plan{"T", "T_01", {}, {}};
     std::string error;
     ASSERT_TRUE(readPlanFile(path, plan, error)) << error;
@@ -116,8 +102,7 @@ TEST(ToolPlan, AFileSaysTheSameAsTheOptions) {
         {std::string(10'001, '\n'), "bindings.txt:10001: a file of bindings has at most 10000"},
         {std::string((1 << 20) + 1, '#'), "bindings.txt: File too large"}};
     for (const auto& [text, message] : wrongs) {
-        ASSERT_TRUE(MVR::Platform::writeFileAtomic(path, text));
-        EXPECT_FALSE(readPlanFile(path, plan, error));
+        EXPECT_FALSE(readPlanFile(folder.add("bindings.txt", text), plan, error));
         EXPECT_NE(error.find(message), std::string::npos) << error;
     }
 }

@@ -1,7 +1,7 @@
 #include "stage/scene/scene_file.h"
 
 #include "core/adaptor_interface.h"
-#include "platform/files.h"
+#include "platform/temporary_folder.h"
 #include "stage/scene/scene.h"
 #include "stage/timeline.h"
 #include "stage/undo_list.h"
@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -19,9 +18,6 @@ namespace {
 class SceneFileTest : public testing::Test {
 protected:
     void SetUp() override {
-        folder = testing::TempDir() + "/scene_file_test";
-        std::filesystem::create_directories(folder);
-        path = folder + "/a.scene";
         StageNode& hand =
             *scene.create("> odd \"one\" \xff <&amp;", tool, MVR::kNodeCamera, nullptr);
         StageNode& rig = *scene.create("Rig", nullptr, 17, nullptr);
@@ -42,19 +38,14 @@ protected:
         timeline.setTime(0.5);
         configuration.addChild(MVR::Tag::element("MVR_Plugin")).addChild(MVR::Tag::element("x", 1));
     }
-    std::string read() const {
-        std::string text;
-        EXPECT_TRUE(MVR::Platform::readFile(path, text));
-        return text;
-    }
 
     UndoList undo;
     Scene scene{undo};
     Timeline timeline;
     MVR::CInterface* const tool = reinterpret_cast<MVR::CInterface*>(&timeline);
     MVR::Tag configuration = MVR::Tag::element("MVR");
-    std::string folder;
-    std::string path;
+    TemporaryFolder folder;
+    const std::string path = folder.path + "a.scene";
     std::string error;
 };
 
@@ -62,7 +53,7 @@ TEST_F(SceneFileTest, AllOfASceneComesBackToTheLastBit) {
     ASSERT_TRUE(
         writeSceneFile(path, takeScene(scene, timeline, {{tool, "Hand"}}, configuration), error))
         << error;
-    const std::string first = read();
+    const std::string first = folder.read("a.scene");
     SceneData data;
     ASSERT_TRUE(readSceneFile(path, data, error)) << error;
     EXPECT_EQ(data.configuration, configuration);
@@ -85,13 +76,13 @@ TEST_F(SceneFileTest, AllOfASceneComesBackToTheLastBit) {
     other.getNodes()[0]->setOwner(tool);
     ASSERT_TRUE(writeSceneFile(
         path, takeScene(other, otherTime, {{tool, "Hand"}}, data.configuration), error));
-    EXPECT_EQ(read(), first);
+    EXPECT_EQ(folder.read("a.scene"), first);
 }
 
 TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
     ASSERT_TRUE(
         writeSceneFile(path, takeScene(scene, timeline, {{tool, "Hand"}}, configuration), error));
-    const std::string good = read();
+    const std::string good = folder.read("a.scene");
     const struct {
         const char* from;
         const char* to;
@@ -125,26 +116,26 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         std::string text = good;
         ASSERT_NE(text.find(bad.from), std::string::npos) << bad.from;
         text.replace(text.find(bad.from), std::string(bad.from).size(), bad.to);
-        ASSERT_TRUE(MVR::Platform::writeFileAtomic(path, text));
+        folder.add("a.scene", text);
         EXPECT_FALSE(readSceneFile(path, data, error)) << bad.to;
         EXPECT_NE(error.find(bad.reason), std::string::npos) << bad.to << "\n" << error;
         EXPECT_EQ(error.find(path), 0U) << error;
     }
     for (std::size_t i = 0; i + 1 < good.size(); i += 1 + good.size() / 500) {
-        ASSERT_TRUE(MVR::Platform::writeFileAtomic(path, good.substr(0, i)));
+        folder.add("a.scene", good.substr(0, i));
         EXPECT_FALSE(readSceneFile(path, data, error)) << i;
     }
-    EXPECT_FALSE(readSceneFile(folder + "/none.scene", data, error));
+    EXPECT_FALSE(readSceneFile(folder.path + "none.scene", data, error));
     EXPECT_TRUE(data.rate == 7 && data.nodes.empty()) << "as it was";
 }
 
 TEST_F(SceneFileTest, AFailedSaveLeavesTheOldFile) {
-    ASSERT_TRUE(MVR::Platform::writeFileAtomic(path, "old"));
+    folder.add("a.scene", "old");
     // An attribute with ">" can't be read back.
     configuration.child(0).attributeRef("name") = "a > b";
     EXPECT_FALSE(writeSceneFile(path, takeScene(scene, timeline, {}, configuration), error));
     EXPECT_NE(error.find("could not be read again"), std::string::npos) << error;
-    EXPECT_EQ(read(), "old");
+    EXPECT_EQ(folder.read("a.scene"), "old");
     configuration.child(0).attributeRef("name") = "";
     EXPECT_FALSE(writeSceneFile("/dev/full", takeScene(scene, timeline, {}, configuration), error));
     EXPECT_NE(error.find("No space left"), std::string::npos) << error;

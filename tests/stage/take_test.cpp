@@ -3,43 +3,23 @@
 #include "stage/curve_copy.h"
 #include "stage/export/curve_table.h"
 #include "stage/resimulation.h"
-#include "stage/session.h"
-
-#include <gtest/gtest.h>
+#include "tests/stage/session_test.h"
 
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace Stage {
 namespace {
 
-/// The host with the real core and the example tools. Nothing is bound: an offset moves a tool.
-class TakeTest : public testing::Test {
+/// A tracked object and a camera that flies.
+class TakeTest : public SessionTest {
 protected:
     void SetUp() override {
-        const std::string home = testing::TempDir() + "/take_test_" +
-                                 testing::UnitTest::GetInstance()->current_test_info()->name();
-        std::filesystem::create_directories(home);
-        // No take of this test needs the network.
-        setenv("MIRVANE_OSC_CONFIG", (home + "/none.xml").c_str(), 1);
-        InstallValues values;
-        values.core = CORE;
-        values.documents = home;
-        ASSERT_TRUE(session.open(values, error)) << error;
-        ASSERT_NE(session.place({"Tracked Object", "Object", {}, {{"", "Position X", "offset", 3}}},
-                                error),
-                  nullptr)
-            << error;
-        ASSERT_NE(session.place({"Free Camera",
-                                 "Camera",
-                                 {},
-                                 {{"", "Move X", "offset", 5}, {"", "Pan", "offset", 90}}},
-                                error),
-                  nullptr)
-            << error;
+        SessionTest::SetUp();
+        place("Tracked Object", "Object", {{"", "Position X", "offset", 3}});
+        place("Free Camera", "Camera", {{"", "Move X", "offset", 5}, {"", "Pan", "offset", 90}});
         ASSERT_EQ(session.scene.getNodes().size(), 2U);
         object = session.scene.findByHostName("Object");
         camera = session.scene.findByHostName("Camera");
@@ -47,21 +27,8 @@ protected:
         ASSERT_NE(camera, nullptr);
     }
 
-    TakeFigures take(double start, double end) {
-        session.timeline.setRange(start, end);
-        session.timeline.setTime(session.timeline.getStart());
-        TakePlan plan;
-        plan.countdownSeconds = 0;
-        plan.autoExpand = false;
-        const auto figures = runTake(session, plan, nullptr, {}, error);
-        EXPECT_TRUE(figures) << error;
-        return figures.value_or(TakeFigures());
-    }
-
     std::string table() const { return toCurveTable({object, camera}); }
 
-    Session session;
-    std::string error;
     StageNode* object = nullptr;
     StageNode* camera = nullptr;
 };
@@ -165,19 +132,6 @@ TEST_F(TakeTest, CtrlCStopsATakeWithoutEndAndKeepsIt) {
         return isKept && isGrown ? 0 : 1;
     };
     EXPECT_EXIT(std::exit(run()), testing::ExitedWithCode(0), "");
-}
-
-TEST_F(TakeTest, AMissingToolOrControlIsNamed) {
-    EXPECT_EQ(session.place({"No Such Tool", "x", {}, {}}, error), nullptr);
-    EXPECT_NE(error.find("No Such Tool"), std::string::npos);
-    const auto check = [this](const Binding& binding) {
-        const PlacedTool* tool = session.place({"Tracked Object", "Bound", {binding}, {}}, error);
-        return tool == nullptr || session.checkBindings(*tool, error);
-    };
-    EXPECT_FALSE(check({"Position W", "OSC", 0, "/a", 0}));
-    EXPECT_NE(error.find("has no property \"Position W\""), std::string::npos) << error;
-    EXPECT_FALSE(check({"Position X", "No Device", 0, "/a", 0}));
-    EXPECT_NE(error.find("No Device:/a:0"), std::string::npos) << error;
 }
 
 } // namespace

@@ -8,8 +8,6 @@
 
 #include <gmock/gmock.h>
 
-#include <string>
-
 namespace {
 
 using namespace MVR;

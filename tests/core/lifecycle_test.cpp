@@ -6,10 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <string>
-#include <vector>
 
 namespace {
 

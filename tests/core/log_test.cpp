@@ -7,7 +7,6 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 

@@ -4,16 +4,13 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
 #include <limits>
 #include <string>
-#include <vector>
 
 namespace {
 
 using namespace MVR;
 using namespace MVR::Testing;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 constexpr const char* kSharedFile = "install/data/Stage/settings.xml";

@@ -1,7 +1,6 @@
 #include "tests/stage/session_test.h"
 
 #include <cmath>
-#include <string>
 #include <vector>
 
 namespace Stage {

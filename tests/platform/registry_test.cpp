@@ -66,28 +66,13 @@ private:
 
 TEST_F(Registry, TheNamedFileServesBothHivesAlone) {
     const std::string longest(kRegistryBufferBytes - 1, 'x');
-    set("MIRVANE_REGISTRY", folder_.add("Registry.ini", "stray=1\n"
-                                                        "# comment=1\n"
-                                                        "[" +
-                                                            kInstall +
-                                                            "]\r\n"
-                                                            "  path = /opt/a = b \r\n"
-                                                            "PATH=second\n"
-                                                            "no value here\n"
-                                                            "[broken\n"
-                                                            "datapath=/lost\n"
-                                                            "[software\\oskelworks\\LENSETTA]\n"
-                                                            "pluginpath=\n"
-                                                            "longest=" +
-                                                            longest +
-                                                            "\n"
-                                                            "toolong=" +
-                                                            longest +
-                                                            "x\n"
-                                                            "[" +
-                                                            kShell +
-                                                            "]\n"
-                                                            "Personal=/home/me"));
+    const std::string install = "stray=1\n# comment=1\n[" + kInstall +
+                                "]\r\n  path = /opt/a = b \r\nPATH=second\nno value here\n"
+                                "[broken\ndatapath=/lost\n";
+    const std::string again = "[software\\oskelworks\\LENSETTA]\npluginpath=\nlongest=" + longest +
+                              "\ntoolong=" + longest + "x\n";
+    const std::string shell = "[" + kShell + "]\nPersonal=/home/me";
+    set("MIRVANE_REGISTRY", folder_.add("Registry.ini", install + again + shell));
     EXPECT_EQ(machine("path"), "/opt/a = b");
     EXPECT_EQ(machine("datapath"), "<value>");
     EXPECT_EQ(machine("PluginPath"), "");

@@ -6,8 +6,6 @@
 #include "plugins/tree_test.h"
 #include "support/scripted_tool.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 using namespace MVR;
@@ -15,7 +13,6 @@ using testing::ElementsAre;
 using Testing::expectInOrder;
 using testing::HasSubstr;
 using Testing::identifierOf;
-using testing::Not;
 using Testing::ScriptedPlugin;
 using Testing::ScriptedTool;
 

@@ -16,7 +16,6 @@ using testing::ElementsAre;
 using Testing::expectInOrder;
 using testing::HasSubstr;
 using Testing::identifierOf;
-using testing::Not;
 namespace fs = std::filesystem;
 
 struct LibraryTest : testing::Test {

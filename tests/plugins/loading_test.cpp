@@ -7,7 +7,6 @@
 #include "unidevice/profile_managers.h"
 
 #include <array>
-#include <memory>
 #include <string>
 #include <vector>
 

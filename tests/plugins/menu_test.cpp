@@ -9,7 +9,6 @@ namespace {
 
 using namespace MVR;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using Testing::TestNode;
 namespace Headless = Platform::Headless;
 

@@ -15,7 +15,6 @@ namespace MVR {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pointwise;
 using Util::DataChunk;
 using Vector = std::array<double, 3>;

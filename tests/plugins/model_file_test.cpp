@@ -11,7 +11,6 @@ namespace {
 using namespace MVR;
 using testing::HasSubstr;
 using Testing::identifierOf;
-using testing::StartsWith;
 namespace fs = std::filesystem;
 
 struct ModelFileTest : Testing::TreeTest {

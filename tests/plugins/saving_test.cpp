@@ -119,26 +119,12 @@ struct SavingTest : Testing::TreeTest {
 TEST_F(SavingTest, EachBitOfTheMaskWritesJustItsElements) {
     InstanceReference& reference = placeOneOfEach();
     TestNode& body = *adaptor.findNode("Body");
-    for (const std::uint32_t mask : {0x0u,
-                                     0x1u,
-                                     0x2u,
-                                     0x4u,
-                                     0x8u,
-                                     0x40u,
-                                     0x80u,
-                                     0x100u,
-                                     0x200u,
-                                     0x800u,
-                                     0x1000u,
-                                     0x2000u,
-                                     0x8000u,
-                                     0x10000u,
-                                     0x30000u,
-                                     SaveMask::kModel,
-                                     SaveMask::kClone,
-                                     SaveMask::kScene,
-                                     SaveMask::kDetached,
-                                     SaveMask::kOwnRequest}) {
+    std::vector<std::uint32_t> masks{0x0,   0x1,   0x2,    0x4,    0x8,    0x40,    0x80,   0x100,
+                                     0x200, 0x800, 0x1000, 0x2000, 0x8000, 0x10000, 0x30000};
+    for (const std::uint32_t all : {SaveMask::kModel, SaveMask::kClone, SaveMask::kScene,
+                                    SaveMask::kDetached, SaveMask::kOwnRequest})
+        masks.push_back(all);
+    for (const std::uint32_t mask : masks) {
         char name[32];
         std::snprintf(name, sizeof name, "save_%05x.xml", mask);
         Testing::expectGolden(std::string(GOLDEN_FOLDER) + "/" + name,

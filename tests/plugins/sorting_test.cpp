@@ -1,14 +1,11 @@
 #include "plugins/tree_test.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 
 namespace {
 
 using namespace MVR;
 using Testing::expectInOrder;
-using testing::HasSubstr;
 
 struct SortingTest : Testing::TreeTest {
     /// Hangs a node of `child` below the first of `parent`.

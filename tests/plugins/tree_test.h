@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 
 #include <string>
-#include <vector>
 
 namespace MVR::Testing {
 

@@ -55,6 +55,12 @@ protected:
             ("cd '" + folder.path + "' && { " + command + "; } >stdout 2>stderr").c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
+    /// A command that ends with this code and tells why in these words, among others.
+    void expectFailure(const std::string& command, int code, const std::string& words) {
+        EXPECT_EQ(run(command), code) << command << "\n" << read("stderr");
+        EXPECT_NE(read("stderr").find(words), std::string::npos) << command << "\n"
+                                                                 << read("stderr");
+    }
     std::string read(const std::string& name) const {
         EXPECT_TRUE(std::filesystem::exists(folder.path + name)) << name;
         return folder.read(name);

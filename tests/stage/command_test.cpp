@@ -106,9 +106,7 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
         {STAGE " devices --data .", 2, "no devices"},
     };
     for (const auto& failure : cases) {
-        EXPECT_EQ(run(failure.command), failure.code) << failure.command << "\n" << read("stderr");
-        EXPECT_NE(read("stderr").find(failure.words), std::string::npos) << failure.command << "\n"
-                                                                         << read("stderr");
+        expectFailure(failure.command, failure.code, failure.words);
         EXPECT_EQ(read("stdout"), "") << failure.command;
     }
     // Ctrl+C, once the program listens to it: signal 2 among those that it catches.

@@ -11,7 +11,6 @@
 #include <tiny_gltf.h>
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 

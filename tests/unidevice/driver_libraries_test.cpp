@@ -43,19 +43,16 @@ struct DriverLibrariesTest : testing::Test {
 
     std::string unidevice() const { return folder.path + "data/unidevice/"; }
 
-    static std::vector<std::string> deviceNames() {
+    template <class Named>
+    static std::vector<std::string> namesOf(const std::vector<Named*>& list) {
         std::vector<std::string> names;
-        for (const Device* device : DeviceHandler::instance()->devices) {
-            names.push_back(device->name);
+        for (const Named* each : list) {
+            names.push_back(each->name);
         }
         return names;
     }
-    static std::vector<std::string> driverNames() {
-        std::vector<std::string> names;
-        for (const Driver* driver : DeviceHandler::instance()->drivers) {
-            names.push_back(driver->name);
-        }
-        return names;
+    static std::vector<std::string> deviceNames() {
+        return namesOf(DeviceHandler::instance()->devices);
     }
 
     TemporaryFolder folder;
@@ -86,7 +83,7 @@ TEST_F(DriverLibrariesTest, StartsTheBuiltInDevicesAroundThoseOfTheLibraries) {
     startDevices(0x100000, 0x20);
     unsetenv("MIRVANE_REGISTRY");
     EXPECT_THAT(deviceNames(), ElementsAre("Keyboard", "Fake", "TrinaryEmulator"));
-    EXPECT_THAT(driverNames(), ElementsAre("dummydriver", "fake"));
+    EXPECT_THAT(namesOf(DeviceHandler::instance()->drivers), ElementsAre("dummydriver", "fake"));
     Device* fake = DeviceHandler::instance()->findDevice("Fake", 0);
     ASSERT_NE(fake, nullptr);
     EXPECT_EQ(fake->control(0)->value, 0x100000 + 0x20 + 1203);

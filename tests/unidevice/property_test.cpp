@@ -5,8 +5,6 @@
 #include "support/vtable_slot.h"
 
 #include <clocale>
-#include <limits>
-#include <memory>
 #include <type_traits>
 #include <vector>
 

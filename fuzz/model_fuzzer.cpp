@@ -8,7 +8,6 @@
 #include "unidevice/control.h"
 
 #include <fstream>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -53,13 +52,8 @@ struct ModelHost : Host {
             addKind<Rig>(name);
         std::ofstream(folder + "/detail.obj") << "o shell\n";
         adaptor.onMerge = [this](const std::string&) {
-            std::vector<TestNode*> merged;
-            for (const char* name : {"shell", "glass"}) {
-                adaptor.nodes.push_back(std::make_unique<TestNode>(name, nullptr));
-                adaptor.nodes.back()->setParent(merged.empty() ? nullptr : merged.front());
-                merged.push_back(adaptor.nodes.back().get());
-            }
-            return merged;
+            TestNode& shell = adaptor.makeNode("shell", nullptr);
+            return std::vector<TestNode*>{&shell, &adaptor.makeNode("glass", &shell)};
         };
     }
 

@@ -104,8 +104,8 @@ void InstanceManager::addModels(const std::string& folder) {
     const ModelListing listing(folder);
     for (const std::string& path : listing.getFiles()) {
         Tag data;
-        (void)readModelFile(path,
-                            data); // a damaged one is listed too: creating it shows the damage
+        // A damaged one is listed too: creating it shows the damage.
+        (void)readModelFile(path, data);
         catalogue_.emplace_back(new Instanciatable(getCore(), std::move(data), path));
     }
 }

@@ -132,6 +132,8 @@ TEST_F(LoadingTest, EachFaultOfAModelIsOneLineAndTheRestIsMade) {
         {"<highpoly><postmerge>1,2,3</postmerge><option><compatible>Stage</compatible></option>"
          "</highpoly>",
          "tool Bad, postmerge: it can't be read whole"},
+        {"<highpoly><option><compatible>Stage</compatible><file>a.obj</file></option></highpoly>",
+         "tool Bad, highpoly: there is no file that it may use: a.obj"},
         {"<nodeinfo>" + node("n", "<CMesh>" + minusOneVertex + "</CMesh>") + "</nodeinfo>",
          "tool Bad, mesh of node n: it can't be read"},
         {"<nodeinfo><select external=\"None\">n</select></nodeinfo>",

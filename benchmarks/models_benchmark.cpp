@@ -13,6 +13,8 @@
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -23,7 +25,6 @@ namespace {
 using namespace MVR;
 
 constexpr int kProperties = 8;
-constexpr int kKeys = 125; // of each property: 1,000 of a tool
 constexpr int kModels = 10000;
 constexpr int kSortedTools = 5000;
 constexpr double kSortSeconds = 0.1;
@@ -79,11 +80,19 @@ std::size_t hashOf(const std::vector<PluginInstance*>& tools) {
     return hash & 0xffffffff;
 }
 
+/// Of each property, so that a tool has 1,000. With MIRVANE_BENCH_KEYS=1000 each property has them,
+/// which takes 8 GB of memory.
+int keysOfProperty() {
+    const char* const asked = std::getenv("MIRVANE_BENCH_KEYS");
+    return asked != nullptr ? std::max(1, std::atoi(asked)) : 125;
+}
+
 void fillKeys(CoreImplementation& core) {
+    const int keys = keysOfProperty();
     for (PluginInstance* tool : core.getInstances(false)) {
         tool->getRecordedValues().resize(kProperties);
         for (auto& values : tool->getRecordedValues())
-            for (int i = 0; i < kKeys; ++i)
+            for (int i = 0; i < keys; ++i)
                 values.setKey(i / 60.0, i % 7);
     }
 }
@@ -94,8 +103,8 @@ void saveAndLoad(benchmark::State& state, int count) {
     CoreImplementation& core = *rig.host.core;
     fillKeys(core);
     // Else the allocator gives a large text back at once, and each round pays for new memory.
-    mallopt(M_MMAP_THRESHOLD, 1 << 30);
-    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, -1);
     std::size_t bytes = 0;
     const auto round = [&] {
         const std::string text = core.getConfiguration().toText("\n", "\t", "");

@@ -9,6 +9,7 @@
 #include "plugins/library_manager.h"
 #include "plugins/model_place.h"
 #include "plugins/plugin.h"
+#include "plugins/root_plugin.h"
 #include "plugins/tool_start.h"
 
 #include <deque>
@@ -108,7 +109,8 @@ bool ToolLoad::begin() {
         place_.log("MVR_Plugin", "its packed text can't be read");
     entry_.emplace("Creating " + type, Log::Notice);
     Plugin* const plugin = LibraryManager::instance()->findPlugin(type);
-    if (plugin == nullptr) {
+    // A second root would be saved as one, and what is below it lost.
+    if (plugin == nullptr || (type == RootPlugin::kName && core_->getRoot() != nullptr)) {
         entry_->write("Could not find plugin type", type, Log::Warning);
         if (isUnpacked_)
             place_.log("type", "there is no such kind of tool: " + type);

@@ -107,6 +107,8 @@ TEST_F(LoadingTest, EachFaultOfAModelIsOneLineAndTheRestIsMade) {
     } const cases[] = {
         {"<MVR_Plugin><type>None</type><name>Gone</name></MVR_Plugin>",
          "tool Gone, type: there is no such kind of tool: None"},
+        {"<MVR_Plugin><type>Root</type><name>Gone</name></MVR_Plugin>",
+         "tool Gone, type: there is no such kind of tool: Root"},
         {"<MVR_Plugin compressed=\"1\">AAAA</MVR_Plugin>",
          "tool (unnamed), MVR_Plugin: its packed text can't be read"},
         {packTag(Tag("<profile name=\"p\">x</profile>"), "MVR_Plugin").toText("", "", ""),

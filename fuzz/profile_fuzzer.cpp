@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -30,8 +31,13 @@ struct ToolHost : Host {
 /// The files of an input; they go with this object.
 struct Folder {
     explicit Folder(const std::string& input) : path(inputFolder()) {
-        for (const char* name : {"/file.oip", "/file.ocp"})
-            fs::copy_file(input, path + name);
+        for (const char* name : {"/file.oip", "/file.ocp"}) {
+            std::error_code error;
+            do // the fuzzer's own clock interrupts calls
+                fs::copy_file(input, path + name, fs::copy_options::overwrite_existing, error);
+            while (error == std::errc::interrupted);
+            require(!error);
+        }
     }
     ~Folder() { fs::remove_all(path); }
     std::string path;

@@ -17,6 +17,8 @@
 #include <string>
 #include <string_view>
 
+// Only while a round is counted, which isn't one of those that are timed: counting takes time.
+inline bool countsMemory = false;
 inline std::size_t liveBytes = 0;
 inline std::size_t peakBytes = 0;
 
@@ -24,13 +26,16 @@ inline void* countedAllocate(std::size_t size) {
     void* memory = std::malloc(size);
     if (!memory)
         std::abort();
-    liveBytes += malloc_usable_size(memory);
-    peakBytes = std::max(peakBytes, liveBytes);
+    if (countsMemory) {
+        liveBytes += malloc_usable_size(memory);
+        peakBytes = std::max(peakBytes, liveBytes);
+    }
     return memory;
 }
 
 inline void countedFree(void* memory) {
-    liveBytes -= malloc_usable_size(memory);
+    if (countsMemory)
+        liveBytes -= malloc_usable_size(memory);
     std::free(memory);
 }
 
@@ -64,8 +69,11 @@ inline void measure(benchmark::State& state, bool fresh, const std::function<voi
     // Else the allocator gives memory back on its own whenever much was freed, warm or not.
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
-    const std::size_t before = liveBytes;
-    peakBytes = liveBytes;
+    // What was allocated earlier and is freed in the round must not count below zero.
+    const std::size_t before = liveBytes = peakBytes = std::size_t{1} << 40;
+    countsMemory = true;
+    work();
+    countsMemory = false;
     for (auto round : state) {
         if (fresh) {
             state.PauseTiming();

@@ -132,34 +132,35 @@ const std::string& Tag::value() const {
 std::string Tag::attribute(std::string_view key) const {
     if (attributes_)
         for (const Attribute& attribute : *attributes_)
-            if (attribute.key == key)
+            if (attributes_->key(attribute) == key)
                 return attribute.value;
     return std::string();
 }
 
 std::string& Tag::attributeRef(std::string_view key) {
     assert(this != &sharedEmpty());
-    if (!attributes_)
-        attributes_ = AttributeBlock::create(1);
-    Attribute* place =
-        std::lower_bound(attributes_->begin(), attributes_->end(), key,
-                         [](const Attribute& a, std::string_view k) { return a.key < k; });
-    if (place != attributes_->end() && place->key == key)
+    AttributeBlock* const old = attributes_;
+    Attribute* const begin = old ? old->begin() : nullptr;
+    Attribute* const end = old ? old->end() : nullptr;
+    Attribute* const place =
+        std::lower_bound(begin, end, key, [old](const Attribute& a, std::string_view wanted) {
+            return old->key(a) < wanted;
+        });
+    if (place != end && old->key(*place) == key)
         return place->value;
-    const auto index = place - attributes_->begin();
-    Attribute added{std::string(key), std::string()}; // `key` may lie in the block that goes.
-    if (attributes_->count == attributes_->capacity) {
-        AttributeBlock* larger = AttributeBlock::create(attributes_->capacity * 2);
-        std::uninitialized_move(attributes_->begin(), attributes_->end(), larger->begin());
-        larger->count = attributes_->count;
-        TagRelease release;
-        destroyAttributes(release);
-        attributes_ = larger;
-    }
-    new (attributes_->end()) Attribute(std::move(added));
-    ++attributes_->count;
-    std::rotate(attributes_->begin() + index, attributes_->end() - 1, attributes_->end());
-    return attributes_->begin()[index].value;
+    const std::string ownKey(key); // `key` may lie in a value that moves.
+    AttributeBlock* const larger =
+        AttributeBlock::create(old ? old->count + 1 : 1, (old ? old->keyBytes : 0) + key.size());
+    const auto move = [&](Attribute& a) {
+        larger->add(old->key(a), {}).value = std::move(a.value);
+    };
+    std::for_each(begin, place, move);
+    std::string& added = larger->add(ownKey, {}).value;
+    std::for_each(place, end, move);
+    TagRelease release;
+    destroyAttributes(release);
+    attributes_ = larger;
+    return added;
 }
 
 std::int32_t Tag::childCount(std::string_view name) const {
@@ -269,10 +270,9 @@ void Tag::copyOwn(const Tag& other) {
         lastBlock_ = ChildBlock::create(other.childCount_, nullptr);
     if (!other.attributes_)
         return;
-    attributes_ = AttributeBlock::create(other.attributes_->count);
-    std::uninitialized_copy(other.attributes_->begin(), other.attributes_->end(),
-                            attributes_->begin());
-    attributes_->count = other.attributes_->count;
+    attributes_ = AttributeBlock::create(other.attributes_->count, other.attributes_->keyBytes);
+    for (const Attribute& attribute : *other.attributes_)
+        attributes_->add(other.attributes_->key(attribute), attribute.value);
 }
 
 bool Tag::sameOwn(const Tag& other) const {
@@ -283,8 +283,9 @@ bool Tag::sameOwn(const Tag& other) const {
         return false;
     return count == 0 ||
            std::equal(attributes_->begin(), attributes_->end(), other.attributes_->begin(),
-                      [](const Attribute& a, const Attribute& b) {
-                          return a.key == b.key && a.value == b.value;
+                      [&](const Attribute& a, const Attribute& b) {
+                          return attributes_->key(a) == other.attributes_->key(b) &&
+                                 a.value == b.value;
                       });
 }
 

@@ -30,6 +30,7 @@ void TagRelease::flush() noexcept {
 TagPool::Place TagPool::allocate(std::size_t size, TagPool* pool) {
     if (!pool || size > kLargestPooled)
         return {::operator new(size), TagBlock::kNoPage};
+    size = (size + alignof(std::string) - 1) / alignof(std::string) * alignof(std::string);
     while (pool->free_ < kHeadSize + size)
         pool->openPage();
     // From the end down: trees are freed in the opposite order, so upwards in memory.
@@ -52,10 +53,11 @@ void TagPool::closePage() noexcept {
         releasePage(page_, kOpen - std::exchange(blocks_, 0u));
 }
 
-Tag::AttributeBlock* Tag::AttributeBlock::create(std::uint32_t capacity, TagPool* pool) {
+Tag::AttributeBlock* Tag::AttributeBlock::create(std::uint32_t capacity, std::size_t room,
+                                                 TagPool* pool) {
     static_assert(sizeof(AttributeBlock) % alignof(Attribute) == 0);
-    const TagPool::Place place =
-        TagPool::allocate(sizeof(AttributeBlock) + capacity * sizeof(Attribute), pool);
+    const std::size_t items = capacity * sizeof(Attribute);
+    const TagPool::Place place = TagPool::allocate(sizeof(AttributeBlock) + items + room, pool);
     return new (place.memory) AttributeBlock(place.pageOffset, capacity);
 }
 

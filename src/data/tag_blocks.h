@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -87,23 +88,43 @@ private:
 };
 
 struct Tag::Attribute {
-    std::string key;
     std::string value;
+    std::uint32_t keyStart; // In the keys of its block.
+    std::uint32_t keySize;
 };
 
-// One block, replaced by a larger one as it grows.
+// Sorted by key. The keys, which never change, stand behind the items, so that an item is small. A
+// block is as large as what it holds: for a new key all goes into a larger one.
 struct alignas(std::string) Tag::AttributeBlock : TagBlock {
     std::uint32_t count = 0;
     std::uint32_t capacity;
+    std::uint32_t keyBytes = 0; // Of the items so far.
 
     Attribute* begin() { return reinterpret_cast<Attribute*>(this + 1); }
     Attribute* end() { return begin() + count; }
+    std::string_view key(const Attribute& attribute) {
+        return {keys() + attribute.keyStart, attribute.keySize};
+    }
 
-    static AttributeBlock* create(std::uint32_t capacity, TagPool* pool = nullptr);
+    // Adds an item behind the others. There must be room for it and its key.
+    Attribute& add(std::string_view key, std::string_view value) {
+        std::memcpy(keys() + keyBytes, key.data(), key.size());
+        auto* added = new (end())
+            Attribute{std::string(value), keyBytes, static_cast<std::uint32_t>(key.size())};
+        keyBytes += added->keySize;
+        ++count;
+        return *added;
+    }
+
+    // `room` is the number of bytes of all keys.
+    static AttributeBlock* create(std::uint32_t capacity, std::size_t room,
+                                  TagPool* pool = nullptr);
 
 private:
-    AttributeBlock(std::uint32_t pageOffset, std::uint32_t room)
-        : TagBlock(pageOffset), capacity(room) {}
+    AttributeBlock(std::uint32_t pageOffset, std::uint32_t items)
+        : TagBlock(pageOffset), capacity(items) {}
+
+    char* keys() { return reinterpret_cast<char*>(begin() + capacity); }
 };
 
 // Children never move to another block when one is added: references to them stay valid. The blocks

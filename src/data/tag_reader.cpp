@@ -1,11 +1,11 @@
 #include "data/tag_reader.h"
 
 #include "core/log.h"
+#include "data/byte_scan.h"
 #include "data/tag_blocks.h"
 #include "platform/files.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <istream>
 #include <locale>
@@ -32,22 +32,6 @@ constexpr std::size_t kSmallText = 4096;
 // memory twice.
 constexpr std::size_t kSiblingsAtOnce = 256;
 
-enum ByteClass : unsigned char { kOther = 0, kSpace = 1, kEquals = 2 };
-
-constexpr std::array<unsigned char, 256> classifyBytes() {
-    std::array<unsigned char, 256> classes{};
-    for (char space : {' ', '\t', '\n', '\v', '\f', '\r'})
-        classes[static_cast<unsigned char>(space)] = kSpace;
-    classes['='] = kEquals;
-    return classes;
-}
-
-constexpr std::array<unsigned char, 256> kClasses = classifyBytes();
-
-unsigned classOf(char c) {
-    return kClasses[static_cast<unsigned char>(c)];
-}
-
 int hexDigit(char c) {
     if (c >= '0' && c <= '9')
         return c - '0';
@@ -56,23 +40,6 @@ int hexDigit(char c) {
     if (c >= 'A' && c <= 'F')
         return c - 'A' + 10;
     return -1;
-}
-
-const char* find(const char* at, const char* end, char wanted) {
-    const void* found = at == end ? nullptr : std::memchr(at, wanted, end - at);
-    return found ? static_cast<const char*>(found) : end;
-}
-
-const char* skipSpace(const char* at, const char* end) {
-    while (at != end && classOf(*at) == kSpace)
-        ++at;
-    return at;
-}
-
-const char* skipWord(const char* at, const char* end) {
-    while (at != end && classOf(*at) != kSpace)
-        ++at;
-    return at;
 }
 
 std::string_view view(const char* begin, const char* end) {
@@ -102,9 +69,9 @@ void decodeInto(std::string_view markup, std::string& out) {
     const char* at = markup.data();
     const char* const end = at + markup.size();
     while (at != end) {
-        const char* reference = find(at, end, '&');
+        const char* reference = findByte(at, end, '&');
         while (reference != end && (end - reference < 2 || reference[1] != '#'))
-            reference = find(reference + 1, end, '&');
+            reference = findByte(reference + 1, end, '&');
         out.append(at, reference);
         at = reference == end ? end : decodeReference(reference, end, out);
     }
@@ -113,7 +80,7 @@ void decodeInto(std::string_view markup, std::string& out) {
 } // namespace
 
 TagReader::TagReader(std::string_view text)
-    : begin_(text.data()), at_(begin_), end_(find(at_, at_ + text.size(), '\0')) {}
+    : begin_(text.data()), at_(begin_), end_(findByte(at_, at_ + text.size(), '\0')) {}
 
 std::int32_t TagReader::failAt(const char* place, std::int32_t code) {
     fault_ = place;
@@ -128,37 +95,96 @@ Tag::Place TagReader::faultPlace() const {
             static_cast<std::int32_t>(1 + before.size() - lineStart)};
 }
 
-// Puts what stands between the brackets of a tag, of which the first is at `first`, into `token`.
-void TagReader::cutTag(Token& token, const char* first) {
-    const char* begin = first + 1;
-    token.kind = TokenKind::Open;
-    if (begin != end_ && (*begin == '/' || *begin == '!')) {
-        token.kind = *begin == '/' ? TokenKind::Close : TokenKind::Comment;
-        ++begin;
-    }
-    const char* last = find(begin, end_, '>');
-    at_ = last == end_ ? end_ : last + 1;
-    if (last != end_ && last != begin && last[-1] == '/' && token.kind != TokenKind::Comment) {
-        token.kind = TokenKind::Empty;
-        --last;
-    }
-    token.text = view(begin, last);
-}
-
 bool TagReader::next(Token& token) {
     while (at_ != end_) {
         const char* first = skipSpace(at_, end_);
         if (first == end_ || *first != '<') {
-            const char* last = find(first, end_, '<');
-            token = {TokenKind::Text, view(at_, last)};
-            at_ = last;
+            cutText(token, first);
             return true;
         }
-        cutTag(token, first);
-        if (!token.text.empty())
+        if (cutTag(token, first + 1))
             return true;
     }
     return false;
+}
+
+// Cuts the text that begins at `at_`; `first` is its first byte that is no space.
+void TagReader::cutText(Token& token, const char* first) {
+    const char* last = findAny(first, end_, '<', '&');
+    const bool hasReference = last != end_ && *last == '&';
+    if (hasReference)
+        last = findByte(last, end_, '<');
+    token = {TokenKind::Text, hasReference, view(at_, last), nullptr};
+    at_ = last;
+}
+
+// Cuts what stands between the brackets of a tag, from `begin` on. False if nothing does.
+bool TagReader::cutTag(Token& token, const char* begin) {
+    if (begin == end_ || (*begin != '/' && *begin != '!'))
+        return cutElement(token, begin);
+    const bool closes = *begin++ == '/';
+    const char* const last = findByte(begin, end_, '>');
+    if (closes && last != end_ && last != begin && last[-1] == '/')
+        return cutElement(token, begin);
+    const bool hasReference = findByte(begin, last, '&') != last;
+    token = {closes ? TokenKind::Close : TokenKind::Comment, hasReference, view(begin, last),
+             nullptr};
+    endTag(last);
+    return last != begin;
+}
+
+bool TagReader::cutElement(Token& token, const char* begin) {
+    const char* at = findSpaceOr(begin, end_, '>', '&');
+    token = {TokenKind::Open, at != end_ && *at == '&', {}, nullptr};
+    if (token.hasReference)
+        at = findSpaceOr(at + 1, end_, '>');
+    const char* nameEnd = at;
+    if (at == begin) // Blanks ahead of the first word: no name, and the word is passed.
+        at = findSpaceOr(skipSpace(at, end_), end_, '>');
+    attributes_.clear();
+    if (at != end_ && *at != '>')
+        at = scanAttributes(token, at);
+    const char* last = at;
+    if (at != end_ && at != begin && at[-1] == '/') {
+        token.kind = TokenKind::Empty;
+        nameEnd = std::min(nameEnd, --last);
+    }
+    token.text = view(begin, nameEnd);
+    endTag(at);
+    return last != begin;
+}
+
+// Goes on behind the bracket at `last`, which may be the end of the text.
+void TagReader::endTag(const char* last) {
+    at_ = last == end_ ? end_ : last + 1;
+}
+
+// Gives the place of the bracket that ends the tag, or the end of the text.
+const char* TagReader::scanAttributes(Token& token, const char* at) {
+    while (at != end_ && *at != '>') {
+        if (*at == '/' && end_ - at > 1 && at[1] == '>')
+            return at + 1;
+        const char* const key = skipSpace(at, end_);
+        if (key != end_ && *key == '?')
+            return findByte(key, end_, '>');
+        at = findSpaceOr(key, end_, '=', '>');
+        const char* const keyEnd = at;
+        bool hasReference = false;
+        if (end_ - at > 1 && *at == '=' && (at[1] == '"' || at[1] == '\'')) {
+            const char quote = at[1];
+            at = findAny(keyEnd + 2, end_, quote, '>', '&');
+            hasReference = at != end_ && *at == '&';
+            if (hasReference)
+                at = findAny(at + 1, end_, quote, '>');
+        }
+        if (at == keyEnd || at == end_ || *at == '>') {
+            token.fault = key;
+            return findByte(at, end_, '>');
+        }
+        attributes_.push_back({view(key, keyEnd), view(keyEnd + 2, at), hasReference});
+        ++at;
+    }
+    return at;
 }
 
 std::int32_t TagReader::readInto(Tag& root) {
@@ -167,7 +193,7 @@ std::int32_t TagReader::readInto(Tag& root) {
         return kNoRoot;
     if (token.kind != TokenKind::Open && token.kind != TokenKind::Empty)
         return failAt(token.text.data(), kNoRoot);
-    if (token.text.front() == '?' && !next(token))
+    if (token.text.substr(0, 1) == "?" && !next(token))
         return kBadAttribute;
     Node& first = nodes_.emplace_back();
     std::int32_t code = fill(first, token);
@@ -267,71 +293,45 @@ void TagReader::makeTag(const Node& node, Tag* place) {
 
 std::int32_t TagReader::fill(Node& node, const Token& token) {
     node.text = token.text;
-    const char* const begin = token.text.data();
-    const char* const end = begin + token.text.size();
-    const char* nameEnd = end;
+    node.hasReference = token.hasReference;
     switch (token.kind) {
     case TokenKind::Text:
         node.kind = Tag::Text;
-        break;
+        return kSuccess;
     case TokenKind::Comment:
         node.kind = Tag::Comment;
-        break;
+        return kSuccess;
     case TokenKind::Close:
-        return failAt(begin, kNoRoot);
+        return failAt(token.text.data(), kNoRoot);
     case TokenKind::Open:
     case TokenKind::Empty:
-        node.kind = Tag::Element;
-        nameEnd = skipWord(begin, end);
-        node.text = view(begin, nameEnd);
-        if (nameEnd == begin) // Blanks ahead of the first word: no name, and the word is passed.
-            nameEnd = skipWord(skipSpace(begin, end), end);
+        break;
     }
-    node.hasReference = find(node.text.data(), node.text.data() + node.text.size(), '&') !=
-                        node.text.data() + node.text.size();
-    if (nameEnd == end)
-        return kSuccess;
-    const std::int32_t code = scanAttributes(nameEnd, end);
-    storeAttributes(node);
-    return code;
-}
-
-std::int32_t TagReader::scanAttributes(const char* at, const char* end) {
-    attributes_.clear();
-    while (at != end) {
-        at = skipSpace(at, end);
-        if (at != end && *at == '?')
-            return kSuccess;
-        const char* const key = at;
-        while (at != end && classOf(*at) == kOther)
-            ++at;
-        if (end - at < 2 || *at != '=' || (at[1] != '"' && at[1] != '\''))
-            return failAt(key, kBadAttribute);
-        const char* const keyEnd = at;
-        const char* const value = at + 2;
-        at = find(value, end, at[1]);
-        if (at == end)
-            return failAt(key, kBadAttribute);
-        attributes_.push_back({view(key, keyEnd), view(value, at)});
-        ++at;
-    }
-    return kSuccess;
+    node.kind = Tag::Element;
+    if (!attributes_.empty())
+        storeAttributes(node);
+    return token.fault ? failAt(token.fault, kBadAttribute) : kSuccess;
 }
 
 void TagReader::storeAttributes(Node& node) {
-    if (attributes_.empty())
-        return;
     // Our own files have them in order.
     const auto disorder = [](const RawAttribute& a, const RawAttribute& b) {
-        return a.key >= b.key;
+        if (a.key.empty() || b.key.empty() || a.key[0] == b.key[0])
+            return a.key >= b.key;
+        return static_cast<unsigned char>(a.key[0]) > static_cast<unsigned char>(b.key[0]);
     };
     if (std::adjacent_find(attributes_.begin(), attributes_.end(), disorder) != attributes_.end())
         orderAttributes();
-    node.attributes =
-        Tag::AttributeBlock::create(static_cast<std::uint32_t>(attributes_.size()), &pool_);
+    std::size_t keyBytes = 0;
+    for (const RawAttribute& raw : attributes_)
+        keyBytes += raw.key.size();
+    node.attributes = Tag::AttributeBlock::create(static_cast<std::uint32_t>(attributes_.size()),
+                                                  keyBytes, &pool_);
     for (const RawAttribute& raw : attributes_) {
-        new (node.attributes->end()) Tag::Attribute{std::string(raw.key), decode(raw.value)};
-        ++node.attributes->count;
+        Tag::Attribute& added =
+            node.attributes->add(raw.key, raw.hasReference ? std::string_view() : raw.value);
+        if (raw.hasReference)
+            added.value = decode(raw.value);
     }
 }
 
@@ -347,9 +347,6 @@ void TagReader::orderAttributes() {
 }
 
 std::string TagReader::decode(std::string_view markup) {
-    const char* const end = markup.data() + markup.size();
-    if (find(markup.data(), end, '&') == end)
-        return std::string(markup);
     if (markup.size() <= kSmallText) {
         decodeInto(markup, decoded_);
         return decoded_;
@@ -397,7 +394,7 @@ std::int32_t Tag::load(const std::string& path) {
     const char* const end = text.data() + text.size();
     char* out = text.data();
     for (const char* line = out; line != end;) {
-        const char* next = find(line, end, '\n');
+        const char* next = findByte(line, end, '\n');
         const char* lineEnd = next != end && next != line && next[-1] == '\r' ? next - 1 : next;
         std::memmove(out, line, lineEnd - line);
         out += lineEnd - line;

@@ -23,11 +23,14 @@ private:
     enum class TokenKind { Text, Open, Close, Empty, Comment };
     struct Token {
         TokenKind kind;
-        std::string_view text; // Not decoded; never empty.
+        bool hasReference;     // In `text`.
+        std::string_view text; // Not decoded. Of an element its name, which alone may be empty.
+        const char* fault;     // In its attributes; null for none.
     };
     struct RawAttribute {
         std::string_view key;
         std::string_view value; // Not decoded.
+        bool hasReference;      // In `value`.
     };
 
     // A node of which all is known but what comes below it.
@@ -41,7 +44,11 @@ private:
     };
 
     bool next(Token& token);
-    void cutTag(Token& token, const char* first);
+    void cutText(Token& token, const char* first);
+    bool cutTag(Token& token, const char* begin);
+    bool cutElement(Token& token, const char* begin);
+    void endTag(const char* last);
+    const char* scanAttributes(Token& token, const char* at);
     std::int32_t readChildren();
     std::int32_t readChild(const Token& token);
     bool closes(const Node& node, std::string_view closeTag);
@@ -50,7 +57,6 @@ private:
     void makeTag(const Node& node, Tag* place);
     std::int32_t fill(Node& node, const Token& token);
     std::int32_t failAt(const char* place, std::int32_t code);
-    std::int32_t scanAttributes(const char* at, const char* end);
     void storeAttributes(Node& node);
     void orderAttributes();
     std::string decode(std::string_view markup);

@@ -154,7 +154,7 @@ void TagWriter::attributes(const Tag& element) {
         const bool hasBoth = hasDouble && attribute.value.find('\'') != std::string::npos;
         const char quote = hasDouble && !hasBoth ? '\'' : '"';
         out_->push_back(' ');
-        out_->append(attribute.key).append({'=', quote});
+        out_->append(element.attributes_->key(attribute)).append({'=', quote});
         encode(attribute.value, hasBoth ? kEncodedWithQuote : kEncoded, *out_);
         out_->push_back(quote);
     }

@@ -89,6 +89,20 @@ TEST(TagTest, ParsesTheDialect) {
     }
 }
 
+TEST(TagTest, TextsOfEachLengthComeBack) {
+    for (std::size_t size = 0; size <= 40; ++size) {
+        for (std::size_t place = 0; place <= size; ++place) {
+            std::string value(size, 'v');
+            value.insert(place, "&");
+            Tag tag = Tag::element(std::string(size + 1, 'n'), value);
+            tag.attributeRef(std::string(size, 'k')) = value;
+            tag.attributeRef(value) = std::string(place, '\'');
+            const std::string text = tag.toText("\n", "\t", std::string(size, ' '));
+            EXPECT_EQ(Tag(text), tag) << text;
+        }
+    }
+}
+
 TEST(TagTest, TellsWhereAFaultIs) {
     struct {
         const char* text;

@@ -1,5 +1,6 @@
 #include "stage/scene/scene.h"
 
+#include "stage/text.h"
 #include "stage/undo_list.h"
 
 #include <algorithm>
@@ -136,6 +137,9 @@ std::string Scene::uniqueName(std::string name, const StageNode* self) const {
         std::snprintf(suffix, sizeof suffix, "_%02d", number);
         return name + suffix;
     };
+    if (trimmed(name).empty()) {
+        name = "Object"; // a file couldn't hold blanks alone, nor a user see them
+    }
     if (isFree(name)) {
         return name;
     }

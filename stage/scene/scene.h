@@ -44,7 +44,8 @@ public:
     [[nodiscard]] StageNode* findByHostName(const std::string& name) const;
     /// True if the pointer is that of a node in the scene; nothing is read through it.
     [[nodiscard]] bool contains(const MVR::SceneNode* node) const;
-    /// `name`, or `name` with "_02" or a higher number if another node than `self` has it.
+    /// `name`, or `name` with "_02" or a higher number if another node than `self` has it. Blanks
+    /// alone count as "Object".
     [[nodiscard]] std::string uniqueName(std::string name, const StageNode* self) const;
 
     /// While set, writing a transform sets keys.

@@ -16,6 +16,11 @@ namespace {
 
 using MVR::Tag;
 
+/// Text of blanks alone would not be read again.
+Tag toTag(const char* name, const std::string& text) {
+    return Tag::element(name, trimmed(text).empty() ? "" : text);
+}
+
 template <typename Numbers>
 Tag toTag(const char* name, const Numbers& numbers) {
     std::string text;
@@ -48,12 +53,12 @@ Tag toTag(const SceneData::Node& node, const SceneData& data) {
     const NodeRecord& record = node.record;
     Tag tag = Tag::element("node");
     // Names are texts: an attribute can't hold every byte.
-    tag.addChild(Tag::element("name", record.sceneName));
+    tag.addChild(toTag("name", record.sceneName));
     tag.addChild(Tag::element("kind", toKindText(record.kind)));
     if (!record.tool.empty()) {
-        tag.addChild(Tag::element("tool", record.tool));
+        tag.addChild(toTag("tool", record.tool));
     }
-    tag.addChild(Tag::element("toolnode", record.name));
+    tag.addChild(toTag("toolnode", record.name));
     if (node.parent >= 0) {
         const auto parent = static_cast<std::size_t>(node.parent);
         tag.addChild(Tag::element("parent", data.nodes[parent].record.sceneName));
@@ -63,7 +68,7 @@ Tag toTag(const SceneData::Node& node, const SceneData& data) {
     tag.addChild(toTag("rotation", record.rest.rotation));
     tag.addChild(toTag("scale", record.rest.scale));
     for (const std::string& name : record.highPolyNames) {
-        tag.addChild(Tag::element("highpoly", name));
+        tag.addChild(toTag("highpoly", name));
     }
     if (record.mesh != nullptr) {
         tag.addChild(record.mesh->write(false));

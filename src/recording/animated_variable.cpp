@@ -44,16 +44,14 @@ AVar<double>::Key AVar_Linear<double>::interpolate(const Key& a, const Key& b, d
 }
 
 std::size_t AVar<double>::lowerBound(double time) const {
-    const auto fits = [this, time](std::size_t index) {
-        return (index == 0 || keys_[index - 1].time < time) &&
-               (index == keys_.size() || !(keys_[index].time < time));
-    };
     // A resimulation asks for the same key again, or for the next.
-    for (std::size_t guess = cursor_; guess <= keys_.size() && guess < cursor_ + 2; ++guess)
-        if (fits(guess))
-            return cursor_ = guess;
+    const std::size_t count = keys_.size();
+    if (cursor_ <= count && (cursor_ == 0 || keys_[cursor_ - 1].time < time))
+        for (std::size_t guess = cursor_; guess <= count && guess < cursor_ + 2; ++guess)
+            if (guess == count || !(keys_[guess].time < time))
+                return cursor_ = guess;
     std::size_t low = 0;
-    std::size_t high = keys_.size();
+    std::size_t high = count;
     while (low < high) {
         const std::size_t middle = (low + high) / 2;
         if (keys_[middle].time < time)

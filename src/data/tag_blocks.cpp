@@ -49,8 +49,9 @@ void TagPool::openPage() {
 }
 
 void TagPool::closePage() noexcept {
+    free_ = 0; // should no other page be had
     if (page_)
-        releasePage(page_, kOpen - std::exchange(blocks_, 0u));
+        releasePage(std::exchange(page_, nullptr), kOpen - std::exchange(blocks_, 0u));
 }
 
 Tag::AttributeBlock* Tag::AttributeBlock::create(std::uint32_t capacity, std::size_t room,

@@ -2,6 +2,7 @@
 
 #include "data/tag_blocks.h"
 #include "data/tag_reader.h"
+#include "platform/byte_scan.h"
 
 #include <algorithm>
 #include <cassert>
@@ -71,8 +72,8 @@ void Tag::destroyBlocks() noexcept {
         pending = block->next;
         // A tree of some size lies in no cache: ask for all that the block leads to at once.
         for (const Tag& child : *block) {
-            __builtin_prefetch(child.lastBlock_);
-            __builtin_prefetch(child.attributes_);
+            Platform::prefetch(child.lastBlock_);
+            Platform::prefetch(child.attributes_);
         }
         for (Tag& child : *block) {
             if (child.lastBlock_)

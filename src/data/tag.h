@@ -31,7 +31,7 @@ public:
         None = 0,    ///< Nothing was read or made.
         Element = 1, ///< `name()` is the element's name.
         Text = 2,    ///< `name()` is the character data.
-        Comment = 4  ///< `name()` is the comment's body as it was read.
+        Comment = 4  ///< `name()` is the comment's body, references decoded.
     };
 
     Tag() noexcept = default;
@@ -104,7 +104,8 @@ public:
     /// Sets the text and gives a writable reference to it.
     std::string& setName(std::string_view name);
     /// Appends a copy and gives a reference to it. A child without text and children is not added:
-    /// the result is then this Tag.
+    /// the result is then this Tag. What is moved in may be this Tag or stand below it, never
+    /// above.
     Tag& addChild(const Tag& child);
     Tag& addChild(Tag&& child);
     /// Removes the first child of the same kind, text and attributes; its children don't count.
@@ -117,7 +118,7 @@ public:
     /// 0: success. 2: no root, or a close tag where a node was expected. 3: the text ended inside
     /// an element. 4: a close tag of another element. 5: a fault in an attribute, or nothing where
     /// a node was expected. 6: more levels than `kMaxDepth`; logged. On failure the Tag keeps what
-    /// was complete before the fault.
+    /// was complete before the fault, of the root's own attributes too.
     [[nodiscard]] std::int32_t parse(std::string_view xmlText);
     /// Where in a text something stands: its line from 1, and the byte in that line from 1.
     struct Place {

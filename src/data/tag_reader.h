@@ -24,7 +24,7 @@ private:
     struct Token {
         TokenKind kind;
         bool hasReference;     // In `text`.
-        std::string_view text; // Not decoded. Of an element its name, which alone may be empty.
+        std::string_view text; // Not decoded. An element's name; only this may be empty.
         const char* fault;     // In its attributes; null for none.
     };
     struct RawAttribute {

@@ -53,7 +53,7 @@ Tag toTag(const SceneData::Node& node, const SceneData& data) {
     const NodeRecord& record = node.record;
     Tag tag = Tag::element("node");
     // Names are texts: an attribute can't hold every byte.
-    tag.addChild(toTag("name", record.sceneName));
+    tag.addChild(Tag::element("name", record.sceneName));
     tag.addChild(Tag::element("kind", toKindText(record.kind)));
     if (!record.tool.empty()) {
         tag.addChild(toTag("tool", record.tool));

@@ -8,19 +8,19 @@
 #include <emmintrin.h>
 #endif
 
-namespace MVR {
-
-// Search in text, in steps of several bytes: most of what is looked for in structured text stands
-// less than a step away, where a call of `memchr` costs more than its work.
+/// Search in text, in steps of as many bytes as the processor compares at once: most of what is
+/// looked for in structured text stands less than a step away, where a call of `memchr` costs more
+/// than its work. Nothing is read behind `end`.
+namespace MVR::Platform {
 
 constexpr std::ptrdiff_t kScanStep = 16;
 
-// Space, and tab to carriage return.
+/// Space, and tab to carriage return.
 constexpr bool isSpace(char c) {
     return c == ' ' || static_cast<unsigned char>(c - '\t') < 5;
 }
 
-// A bit for each of the bytes of one step, the first byte's lowest.
+/// A bit for each of the bytes of one step, the first byte's lowest.
 using ScanHits = std::uint32_t;
 
 #if defined(__SSE2__)
@@ -67,6 +67,7 @@ private:
 
 #endif
 
+/// The place of the lowest bit; there must be one.
 inline std::ptrdiff_t firstHit(ScanHits hits) {
 #if defined(__GNUC__)
     return __builtin_ctz(hits);
@@ -78,7 +79,16 @@ inline std::ptrdiff_t firstHit(ScanHits hits) {
 #endif
 }
 
-// The first of the `wanted` bytes, or `end`.
+/// Asks for memory that is read soon. A hint: any address will do.
+inline void prefetch(const void* at) {
+#if defined(__GNUC__)
+    __builtin_prefetch(at);
+#else
+    static_cast<void>(at);
+#endif
+}
+
+/// The first of the `wanted` bytes, or `end`.
 template <typename... Bytes>
 const char* findAny(const char* at, const char* end, Bytes... wanted) {
     for (; end - at >= kScanStep; at += kScanStep) {
@@ -91,7 +101,7 @@ const char* findAny(const char* at, const char* end, Bytes... wanted) {
     return at;
 }
 
-// The first space or one of the `wanted` bytes, or `end`.
+/// The first space or one of the `wanted` bytes, or `end`.
 template <typename... Bytes>
 const char* findSpaceOr(const char* at, const char* end, Bytes... wanted) {
     for (; end - at >= kScanStep; at += kScanStep) {
@@ -104,15 +114,15 @@ const char* findSpaceOr(const char* at, const char* end, Bytes... wanted) {
     return at;
 }
 
-// The first byte that is no space, or `end`. Byte by byte: indentation is much the same from line
-// to line, so that a processor guesses its end, where it would wait for that of a step.
+/// The first byte that is no space, or `end`. Byte by byte: indentation is much the same from line
+/// to line, so that a processor guesses its end, where it would wait for that of a step.
 inline const char* skipSpace(const char* at, const char* end) {
     while (at != end && isSpace(*at))
         ++at;
     return at;
 }
 
-// The first `wanted` byte, or `end`; it may be far.
+/// The first `wanted` byte, or `end`; it may be far.
 inline const char* findByte(const char* at, const char* end, char wanted) {
     if (end - at < kScanStep)
         return findAny(at, end, wanted);
@@ -122,4 +132,4 @@ inline const char* findByte(const char* at, const char* end, char wanted) {
     return found ? static_cast<const char*>(found) : end;
 }
 
-} // namespace MVR
+} // namespace MVR::Platform

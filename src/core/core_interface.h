@@ -61,18 +61,22 @@ public:
     /// The keys that reach the host during a take; replaces the whole table. A key outside 0 to
     /// 255 is skipped.
     virtual void setUnlockedKeys(const std::vector<UnlockedKey>& keys) = 0;
-    /// Starts a take at the host's current time; the code of "ALREADYRECORDING" while one runs.
+    /// Starts a take at the host's current time; the code of "ALREADYRECORDING" while one runs, and
+    /// until the host's undo step of the last one is closed, so in `recordingFinished` too.
     [[nodiscard]] virtual std::int32_t startRecording() = 0;
-    /// Ends the take; test isRecording() first. Always 0.
+    /// Ends the take, or a resimulation after its present frame. Nothing happens when neither runs.
+    /// Always 0.
     virtual std::int32_t stopRecording() = 0;
     /// 1 is real time, each step more halves the speed.
     virtual std::int32_t getSlowMotion() = 0;
     /// 1 to 10 is what users are offered; takes effect at the next frame, also in a running take.
-    /// Others are taken as they come: one below 1 runs faster than real time, and from about 1000
-    /// on, either way, the time of a take stands still.
+    /// Others are taken as they come: one below 1 runs faster than real time, as far as three
+    /// frames an event allow, and leaves time to later takes; from about 1000 on the time of a take
+    /// stands still.
     virtual void setSlowMotion(std::int32_t slowMotion) = 0;
-    /// Runs the checked tools again from `start` to `end`; returns when it is done or the user
-    /// stopped it. The code of "ALREADYRECORDING" while a take runs.
+    /// Runs the checked tools again for the frames behind `start` up to `end`; returns when it is
+    /// done or was stopped. The code of "ALREADYRECORDING" as above, that of "RESIMULATE_BADRANGE"
+    /// for a span that is no number or has more than 2e9 frames.
     [[nodiscard]] virtual std::int32_t resimulate(double start, double end) = 0;
     /// Checks or unchecks a tool and all below it; an unknown name does nothing.
     virtual void setInstanceChecked(std::string name, bool checked) = 0;

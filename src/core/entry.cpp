@@ -90,6 +90,12 @@ CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
 }
 
 std::int32_t detachCore(CoreInterface* core) {
+    if (core != nullptr && core == attachedCore && attachedCore->isResimulating()) {
+        // Its dialog stands on the stack, with what detaching destroys.
+        Log(Log::Error).write("Unable to detach during a resimulation, which is stopped first");
+        attachedCore->stopRecording();
+        return ErrorCode::instance()->get("ALREADYRECORDING", "Already recording", ErrorCode::Error);
+    }
     Hooks::detachKeyHook();
     Log log("Unlinking adaptor from CORE and deleting CORE interface", Log::Notice);
     if (core == nullptr)

@@ -25,8 +25,9 @@ void libraryLoaded(Platform::LibraryHandle module);
 /// adaptor is attached.
 CoreInterface* attachAdaptor(AdaptorInterface* adaptor);
 
-/// Ends the attachment that `attachAdaptor` gave. Null, or what isn't attached, is only logged.
-/// Always 0.
+/// Ends the attachment that `attachAdaptor` gave. Null, or what isn't attached, is only logged. 0;
+/// or, with all as it was, the code of "ALREADYRECORDING" during a resimulation, which is told to
+/// stop.
 std::int32_t detachCore(CoreInterface* core);
 
 /// The export `pumpEvents`; see "core/host_event.h".

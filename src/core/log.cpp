@@ -64,13 +64,14 @@ Log::Log() : store_(std::make_unique<Store>()) {}
 Log::Log(std::int32_t level) : depth_(instance()->depth_), level_(level) {}
 
 Log::Log(std::string_view text, std::int32_t level)
-    : scoped_(1), depth_(++instance()->depth_), level_(level) {
+    : raised_(instance()), depth_(++raised_->depth_), level_(level) {
     writeLine(text, {}, {}, level);
 }
 
 Log::~Log() {
-    if (scoped_ != 0)
-        --instance()->depth_;
+    // Another log may have been adopted since; the raised one may be gone then.
+    if (raised_ != nullptr && raised_ == instance())
+        --raised_->depth_;
     endFile();
 }
 

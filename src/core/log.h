@@ -72,7 +72,7 @@ private:
                    std::int32_t level) const;
 
     std::unique_ptr<Store> store_; // null but in the singleton
-    std::int32_t scoped_ = 0;
+    Log* raised_ = nullptr;        // the log whose depth this entry raised
     std::int32_t depth_ = -1;     // the singleton's: the depth of the whole log
     std::int32_t level_ = Notice; // the singleton's: the threshold
 };

@@ -10,6 +10,7 @@
 #include <istream>
 #include <locale>
 #include <sstream>
+#include <utility>
 
 namespace MVR {
 
@@ -94,6 +95,11 @@ void decodeInto(std::string_view markup, std::string& out) {
 
 TagReader::TagReader(std::string_view text)
     : begin_(text.data()), at_(begin_), end_(findByte(at_, at_ + text.size(), '\0')) {}
+
+// Holds nothing by now unless memory ran out.
+TagReader::~TagReader() {
+    drop(0);
+}
 
 std::int32_t TagReader::failAt(const char* place, std::int32_t code) {
     fault_ = place;
@@ -215,10 +221,8 @@ std::int32_t TagReader::readInto(Tag& root) {
         code = readChildren();
     }
     // A close tag in place of the root leaves nothing.
-    if (nodes_[0].kind != Tag::None) {
-        root.~Tag();
-        makeTag(nodes_[0], &root);
-    }
+    if (nodes_[0].kind != Tag::None)
+        root = makeTag(nodes_[0]);
     return code;
 }
 
@@ -278,7 +282,7 @@ void TagReader::keepChildren(std::size_t parent) {
             block = Tag::ChildBlock::create(std::max(left, owner.childCount), block, &pool_);
             owner.lastBlock = block;
         }
-        makeTag(nodes_[i], block->end());
+        new (block->end()) Tag(makeTag(nodes_[i]));
         ++block->count;
         ++owner.childCount;
     }
@@ -295,13 +299,15 @@ void TagReader::drop(std::size_t first) {
     nodes_.resize(first);
 }
 
-void TagReader::makeTag(const Node& node, Tag* place) {
-    Tag* tag = new (place) Tag(node.kind, node.hasReference ? std::string_view() : node.text);
+// The node holds nothing then.
+Tag TagReader::makeTag(Node& node) {
+    Tag tag(node.kind, node.hasReference ? std::string_view() : node.text);
     if (node.hasReference)
-        tag->text_ = decode(node.text);
-    tag->attributes_ = node.attributes;
-    tag->lastBlock_ = node.lastBlock;
-    tag->childCount_ = node.childCount;
+        tag.text_ = decode(node.text);
+    tag.attributes_ = std::exchange(node.attributes, nullptr);
+    tag.lastBlock_ = std::exchange(node.lastBlock, nullptr);
+    tag.childCount_ = node.childCount;
+    return tag;
 }
 
 std::int32_t TagReader::fill(Node& node, const Token& token) {

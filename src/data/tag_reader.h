@@ -13,6 +13,9 @@ class TagReader {
 public:
     // The text ends at its first zero byte. It must outlive the reader.
     explicit TagReader(std::string_view text);
+    TagReader(const TagReader&) = delete;
+    TagReader& operator=(const TagReader&) = delete;
+    ~TagReader();
 
     // Reads the root element into an empty Tag; the codes are those of `Tag::parse`.
     [[nodiscard]] std::int32_t readInto(Tag& root);
@@ -54,7 +57,7 @@ private:
     bool closes(const Node& node, std::string_view closeTag);
     void keepChildren(std::size_t parent);
     void drop(std::size_t first);
-    void makeTag(const Node& node, Tag* place);
+    Tag makeTag(Node& node);
     std::int32_t fill(Node& node, const Token& token);
     std::int32_t failAt(const char* place, std::int32_t code);
     void storeAttributes(Node& node);

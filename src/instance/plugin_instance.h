@@ -230,6 +230,7 @@ private:
     std::shared_ptr<RecordedValues> recordedValues_;
     std::vector<std::unique_ptr<TemporaryControl>> temporaryControls_; // by property
     bool controlsReplaced_ = false; // the temporary controls are in place
+    bool isPrepared_ = false;       // prepareRecording() without finishRecording() so far
     CoreImplementation* core_;
     std::string savedBlock_;
     PanelLayout panelLayout_;

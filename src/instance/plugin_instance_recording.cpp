@@ -5,6 +5,7 @@
 #include "recording/variable_mod_undo.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace MVR {
 
@@ -16,6 +17,7 @@ const std::shared_ptr<PluginInstance::RecordedValues>& PluginInstance::sharedRec
 
 void PluginInstance::prepareRecording(double time) {
     const InstanceReference::Watch self(reference_);
+    isPrepared_ = true;
     code_->startRecording(time);
     // The tool may have left the tree, or ended the take: then nothing of it is for this one.
     if (self.get() == nullptr || !isInTree() || !core_->isRecording())
@@ -61,6 +63,8 @@ void PluginInstance::step(double time) {
 }
 
 void PluginInstance::finishRecording(double time) {
+    if (!std::exchange(isPrepared_, false)) // never started, or being finished
+        return;
     const InstanceReference::Watch self(reference_);
     code_->finishRecording(time);
     if (self.get() == nullptr || !controlsReplaced_) // in this order: the tool may be gone

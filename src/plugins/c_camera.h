@@ -40,7 +40,8 @@ public:
 
     /// A take or a resimulation starts. What stands at `time` may be read here, and is kept.
     virtual void startRecording(double time) { (void)time; }
-    /// The take has ended; `time` is its last time.
+    /// Once for each startRecording: the take or resimulation has ended. `time` may lie a frame
+    /// behind the last one that was recorded; a tool that writes here writes there.
     virtual void finishRecording(double time) { (void)time; }
     /// One frame: read the input properties, move the scene nodes. Must not block.
     virtual void record(double time) { (void)time; }

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace MVR {
 
@@ -77,7 +78,7 @@ void RecordManager::forEachInstance(Operation operation) {
 }
 
 std::int32_t RecordManager::startRecording() {
-    if (recording_)
+    if (isBusy())
         return alreadyRecording();
     const Log entry("Start recording", Log::Notice);
     adaptor()->beginUndo("Record");
@@ -102,20 +103,21 @@ std::int32_t RecordManager::startRecording() {
     if (!isRunning(take))
         return 0;
     armTimer(kFrameTimer, adaptor()->getFrameStep());
+    savedLogThreshold_ = Log::getThreshold(); // a tool may have set another
     Log::setThreshold(Log::Error);
     return 0;
 }
 
 void RecordManager::prepare(double time) {
-    std::vector<PluginInstance*> sorted =
-        getCore()->sortForRecording(getCore()->getInstances(true));
+    // Kept before the host is told: it may delete tools.
+    instances_ = getCore()->sortForRecording(getCore()->getInstances(true));
     const std::uint32_t take = take_;
-    adaptor()->recordingStarted(toolsOf(sorted));
+    adaptor()->recordingStarted(toolsOf(instances_));
     if (!isRunning(take)) // the host stopped it
         return;
     Log entry("Preparing recording", Log::Notice);
-    instances_ = std::move(sorted);
     entry.write("Activating UniDevice");
+    devicesActive_ = true;
     UniDevice::DeviceHandler::instance()->activate();
     entry.write("initalizing plugins");
     forEachInstance([time](PluginInstance& instance) { instance.prepareRecording(time); });
@@ -138,7 +140,7 @@ std::int32_t RecordManager::stopRecording() {
         finishing.write("finishing plugins");
         finish(currentTime_);
         finishing.write("Deactivating UniDevice");
-        UniDevice::DeviceHandler::instance()->deactivate();
+        deactivateDevices();
     }
     adaptor()->setTime(currentTime_);
     recording_ = false;
@@ -155,6 +157,11 @@ void RecordManager::finish(double time) {
     std::fill(instances_.begin(), instances_.end(), nullptr);
     if (walks_ == 0)
         instances_.clear();
+}
+
+void RecordManager::deactivateDevices() {
+    if (std::exchange(devicesActive_, false))
+        UniDevice::DeviceHandler::instance()->deactivate();
 }
 
 void RecordManager::simulate(double time) {
@@ -204,6 +211,8 @@ void RecordManager::runDueFrames(std::uint32_t take) {
             stopRecording();
             return;
         }
+        if (!isRunning(take)) // the host stopped it as its range grew
+            return;
         if (currentTime_ > startTime_) {
             closeCountdownWindow();
             simulate(currentTime_);
@@ -241,7 +250,7 @@ void RecordManager::closeCountdownWindow() {
 
 void RecordManager::handleKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt,
                               bool shift) {
-    if (pressed || !recording_ || resimulating_)
+    if (pressed || !recording_ || resimulating_ || stopping_)
         return;
     if (virtualKey == kKeySpace || virtualKey == kKeyEscape) {
         stopRecording();
@@ -281,7 +290,7 @@ std::int32_t RecordManager::getSlowMotion() const {
 }
 
 std::int32_t RecordManager::resimulate(double start, double end) {
-    if (recording_)
+    if (isBusy())
         return alreadyRecording();
     const double frameRate = adaptor()->getFrameRate();
     const double frames = (end - start) * frameRate;
@@ -303,6 +312,7 @@ std::int32_t RecordManager::resimulate(double start, double end) {
     savedSlowMotion_ = slowMotionFactor_;
     slowMotionFactor_ = 1.0;
     prepare(startTime_);
+    savedLogThreshold_ = Log::getThreshold(); // a tool may have set another
     Log::setThreshold(Log::Error);
     ResimulationDialog(this).run(getCore()->getWindow());
     Log::setThreshold(savedLogThreshold_);
@@ -338,7 +348,7 @@ void RecordManager::finishResimulation() {
     slowMotionFactor_ = savedSlowMotion_;
     recording_ = false;
     resimulating_ = false;
-    UniDevice::DeviceHandler::instance()->deactivate();
+    deactivateDevices();
     adaptor()->recordingFinished();
     adaptor()->endUndo();
     stopping_ = false;

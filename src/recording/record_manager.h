@@ -35,10 +35,11 @@ public:
     static constexpr double kMostFrames = 2e9;
 
     explicit RecordManager(CoreImplementation* core);
-    /// A take that still runs is stopped, so that the host's undo step is closed.
+    /// A take that still runs is stopped, so that the host's undo step is closed. Not allowed during
+    /// a resimulation, whose dialog stands on the stack.
     ~RecordManager() override;
 
-    /// 0, or the code of "ALREADYRECORDING" while a take or a resimulation runs.
+    /// 0, or the code of "ALREADYRECORDING" while a take or a resimulation runs or is being ended.
     [[nodiscard]] std::int32_t startRecording();
     /// Ends a take, and makes a resimulation end after its present frame. Nothing happens when
     /// neither runs. Always 0.
@@ -82,6 +83,7 @@ private:
     void prepare(double time);
     void simulate(double time);
     void finish(double time);
+    void deactivateDevices();
     void runDueFrames(std::uint32_t take);
     bool expandRange();
     void showCountdown();
@@ -89,6 +91,8 @@ private:
     template <class Operation>
     void forEachInstance(Operation operation);
     [[nodiscard]] AdaptorInterface* adaptor() const;
+    // Until the host's undo step is closed.
+    [[nodiscard]] bool isBusy() const { return recording_ || stopping_; }
     [[nodiscard]] bool isRunning(std::uint32_t take) const { return recording_ && take_ == take; }
 
     Platform::WindowHandle countdownWindow_ = 0;
@@ -110,6 +114,7 @@ private:
     std::int32_t walks_ = 0;     // walks over instances_ that are under way
     bool inEvent_ = false;       // a timer event runs; those that come in its midst wait
     bool stopping_ = false;      // stopRecording or finishResimulation runs
+    bool devicesActive_ = false; // for this take or resimulation
     bool stopRequested_ = false; // the resimulation is to end before its next step
 };
 

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -146,6 +147,15 @@ TEST_F(MessageNodeTest, ANodeThatGoesTellsItsListenersAndLeavesNoLink) {
     EXPECT_EQ(above.getListenerCount(), 0);
     for (const auto& listener : listeners)
         EXPECT_EQ(listener->getSourceCount(), 0);
+
+    // The last user leaves, and is freed for that.
+    above.action = [this, isFreed = false](Message& message) mutable {
+        if (message.id == StoppedListening && !std::exchange(isFreed, true))
+            listeners[0].reset();
+    };
+    ASSERT_EQ(listeners[0]->listenTo(&above), 0);
+    EXPECT_EQ(listeners[0]->stopListeningTo(&above), 0);
+    EXPECT_EQ(above.getListenerCount(), 0);
 }
 
 TEST_F(MessageNodeTest, TheTraceTellsWhoSendsWhat) {

@@ -7,8 +7,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
+#include <string>
+#include <utility>
 
 namespace MVR::Testing {
 namespace {
@@ -246,6 +249,70 @@ TEST_F(RecordManagerTest, ToolsMayActInTheMidstOfAFrame) {
     start();
     EXPECT_FALSE(core->isRecording());
     EXPECT_EQ(Log::getThreshold(), threshold);
+}
+
+// A tool is started and finished once each, or neither, whoever removes it at whatever moment; one
+// that is destroyed just isn't finished.
+TEST_F(RecordManagerTest, ToolsMayGoWhileATakeBeginsOrEnds) {
+    ScriptedPlugin& other = ScriptedPlugin::add("Other");
+    PluginInstance* victim = nullptr;
+    const std::vector<std::function<void()>> removals{
+        [&] { victim->extend(43, 0); }, // its undo step keeps it
+        [&] { victim->getReference()->remove(true); },
+        [&] { victim->destroy(); },
+    };
+    for (const auto& removal : removals)
+        for (const std::string moment : {"recordingStarted 2", "start", "finish", "own finish"}) {
+            victim = &other.place(*core);
+            other.calls.clear();
+            bool isDone = false;
+            const auto removeOnce = [&](const std::string& now) {
+                if (now == moment && !std::exchange(isDone, true))
+                    removal();
+            };
+            adaptor.onCall = removeOnce;
+            kind->onStart = [&](ScriptedTool&, double) { removeOnce("start"); };
+            kind->onFinish = [&](ScriptedTool&, double) { removeOnce("finish"); };
+            if (&removal == &removals.front()) // it may not destroy itself
+                other.onFinish = [&](ScriptedTool&, double) { removeOnce("own finish"); };
+            start();
+            pass(100);
+            core->stopRecording();
+            const auto count = [&other](const std::string& part) {
+                return std::count_if(other.calls.begin(), other.calls.end(), [&](const auto& call) {
+                    return call.find(part) != std::string::npos;
+                });
+            };
+            const bool isStarted = moment == "finish" || moment == "own finish";
+            const bool isDestroyed = &removal == &removals.back() && moment == "finish";
+            EXPECT_EQ(count("startRecording"), isStarted ? 1 : 0) << moment;
+            EXPECT_EQ(count("finishRecording"), isStarted && !isDestroyed ? 1 : 0) << moment;
+            adaptor.onCall = nullptr;
+            kind->onStart = kind->onFinish = other.onFinish = nullptr;
+            adaptor.clearUndo();
+            core->deleteAllInstances();
+            tool = &kind->place(*core);
+        }
+}
+
+TEST_F(RecordManagerTest, NoTakeBeginsBeforeTheLastOnesStepIsClosed) {
+    int refused = 0;
+    adaptor.onCall = [&](const std::string& call) {
+        if (call != "recordingFinished")
+            return;
+        refused += identifierOf(core->startRecording()) == "ALREADYRECORDING";
+        refused += identifierOf(core->resimulate(0, 1)) == "ALREADYRECORDING";
+    };
+    kind->onFinish = [this](ScriptedTool&, double) { // a message box, in which the user goes on
+        Platform::deliverKey(kCtrl, true, false);
+        Platform::deliverKey('Z', false, false);
+        Platform::deliverKey(kCtrl, false, false);
+    };
+    take(100);
+    EXPECT_EQ(refused, 2);
+    EXPECT_FALSE(core->isRecording());
+    EXPECT_EQ(countCalls("undo"), 0);
+    EXPECT_EQ(countCalls("beginUndo Record"), 1);
 }
 
 TEST_F(RecordManagerTest, TimesBeyondReasonEndNowhere) {

@@ -1,3 +1,4 @@
+#include "core/entry.h"
 #include "platform/dialog_templates.h"
 #include "platform/headless/desktop.h"
 #include "plugins/instance_reference.h"
@@ -117,6 +118,14 @@ TEST_F(ResimulationTest, ToolsAndDevicesMayGoInItsMidst) {
     EXPECT_EQ(curve.size(), 5u);
     EXPECT_EQ(std::count(other.calls.begin(), other.calls.end(), "Other_01 record 0.08"), 1);
     EXPECT_EQ(other.calls.back(), "Other_01 finishRecording 0.12");
+
+    curve.clear();
+    kind->onRecord = [&](ScriptedTool& each, double time) { // as a host that is closed meanwhile
+        record(each, time);
+        EXPECT_EQ(identifierOf(detachCore(core)), "ALREADYRECORDING");
+    };
+    EXPECT_EQ(core->resimulate(0, 4), 0);
+    EXPECT_EQ(curve.size(), 1u);
 
     curve.clear();
     kind->onRecord = [&](ScriptedTool& each, double time) {

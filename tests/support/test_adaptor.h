@@ -28,6 +28,7 @@ public:
     double frameRate = 25;
     Tag settingsLayout;
     std::function<std::vector<TestNode*>(const std::string& path)> onMerge; ///< the file's nodes
+    std::function<void(const std::string& call)> onCall; ///< what the host does in its own calls
 
     /// The undo list: names of the closed steps that can be undone, oldest first.
     std::vector<std::string> undoNames() const;
@@ -92,7 +93,11 @@ private:
         std::vector<Util::Owned<CUndo>> objects;
     };
 
-    void note(std::string line) { calls.push_back(std::move(line)); }
+    void note(const std::string& line) {
+        calls.push_back(line);
+        if (onCall)
+            onCall(line);
+    }
 
     std::vector<Step> undone_;
     std::vector<Step> steps_; // the last is the open one while depth_ is above 0

@@ -35,7 +35,7 @@ std::int32_t linkMismatch() {
 
 } // namespace
 
-// A broadcast under way. It goes backwards, so what is appended stays out of it; the node corrects
+// A broadcast under way, or a message whose handler may destroy the node. It goes backwards, so what is appended stays out of it; the node corrects
 // the count when it loses a listener that is still to be called.
 struct MessageNode::Walk {
     explicit Walk(MessageNode* sender)
@@ -127,7 +127,10 @@ std::int32_t MessageNode::stopListeningTo(MessageNode* node) {
         return ErrorCode::instance()->report("MESSAGE_LINKMISMATCH");
     Message leaving(StoppedListening, 0, 0,
                     getName() + " has stopped listening to " + node->getName());
+    const Walk self(this);
     const std::int32_t code = send(node, leaving);
+    if (self.node == nullptr) // the handler destroyed this node
+        return code;
     const auto source = findLast(sources_, node);
     if (source != sources_.end()) { // the handler may have ended the link itself
         sources_.erase(source);

@@ -14,7 +14,8 @@ std::atomic<int> stopRequests{0};
 static_assert(std::atomic<int>::is_always_lock_free, "a signal handler changes it");
 
 void countStopRequest(int signal) {
-    if (stopRequests.fetch_add(1) > 0) {
+    // A terminal that closes sends its signal twice, by way of the shell.
+    if (stopRequests.fetch_add(1) > 0 && signal != SIGHUP) {
         std::signal(signal, SIG_DFL);
         std::raise(signal);
         return;
@@ -44,6 +45,9 @@ void SharedLibrary::free() {
 void catchStopRequests() {
     std::signal(SIGINT, countStopRequest);
     std::signal(SIGTERM, countStopRequest);
+    if (std::signal(SIGHUP, countStopRequest) == SIG_IGN) { // as nohup wants it
+        std::signal(SIGHUP, SIG_IGN);
+    }
 }
 
 bool isStopRequested() {

@@ -114,6 +114,10 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
             error = name + " needs a value: " + option->argument;
             return false;
         }
+        if (option->argument != nullptr && argument.value.empty()) { // an unset shell variable
+            error = name + " must not be empty";
+            return false;
+        }
         arguments.push_back(std::move(argument));
     }
     if (operand != options.end()) {

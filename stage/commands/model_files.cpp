@@ -182,7 +182,8 @@ ExitCode modelSaveCommand(const std::vector<std::string>& words) {
         return *code;
     }
     Session session;
-    if (const ExitCode code = firstFailure({checkOutputs({options.model}), open(session, options)});
+    if (const ExitCode code =
+            firstFailure({checkOutputs({options.model}, {options.opened}), open(session, options)});
         code != ExitCode::Ok) {
         return code;
     }
@@ -198,8 +199,9 @@ ExitCode modelLoadCommand(const std::vector<std::string>& words) {
         return *code;
     }
     Session session;
-    const ExitCode code = firstFailure(
-        {checkOutputs({options.scene, options.out, options.copy}), open(session, options)});
+    const ExitCode code =
+        firstFailure({checkOutputs({options.scene, options.out, options.copy}, {options.model}),
+                      open(session, options)});
     return code != ExitCode::Ok ? code : load(session, options);
 }
 

@@ -4,6 +4,7 @@
 #include "stage/export/curve_table.h"
 #include "stage/export/gltf_writer.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -14,7 +15,39 @@ ExitCode fail(ExitCode code, const std::string& message) {
     return code;
 }
 
-ExitCode checkOutputs(const std::vector<std::string>& paths) {
+namespace {
+
+/// The file that a path names, whichever way; empty for none and for a device.
+std::filesystem::path fileOf(const std::string& path) {
+    std::error_code error;
+    const bool isDevice =
+        std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error);
+    if (path.empty() || isDevice) {
+        return {};
+    }
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
+}
+
+} // namespace
+
+ExitCode checkOutputs(const std::vector<std::string>& paths,
+                      const std::vector<std::string>& sources) {
+    std::vector<std::filesystem::path> taken;
+    for (const std::string& source : sources) {
+        taken.push_back(fileOf(source));
+    }
+    for (const std::string& path : paths) {
+        const std::filesystem::path file = fileOf(path);
+        const auto same = std::find(taken.begin(), taken.end(), file);
+        if (!file.empty() && same != taken.end()) {
+            const bool isSource = same - taken.begin() < static_cast<long>(sources.size());
+            return fail(ExitCode::Usage,
+                        path + (isSource ? " is read here, and would be replaced by another kind "
+                                           "of file"
+                                         : " would be written twice"));
+        }
+        taken.push_back(file);
+    }
     for (const std::string& path : paths) {
         const std::filesystem::path folder = std::filesystem::path(path).parent_path();
         std::error_code error;

@@ -15,8 +15,10 @@ class StageNode;
 ExitCode fail(ExitCode code, const std::string& message);
 
 /// Finds out beforehand what can't be written: a path whose folder isn't there, or that is a
-/// folder. Empty paths are passed over.
-[[nodiscard]] ExitCode checkOutputs(const std::vector<std::string>& paths);
+/// folder; and what must not be: two outputs in one file, or one in the place of `sources`, files
+/// of other kinds that are read. Empty paths are passed over.
+[[nodiscard]] ExitCode checkOutputs(const std::vector<std::string>& paths,
+                                    const std::vector<std::string>& sources = {});
 
 /// Replaces a file, or does nothing for an empty path.
 [[nodiscard]] ExitCode writeOutput(const std::string& path, const std::string& bytes);

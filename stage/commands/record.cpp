@@ -49,12 +49,15 @@ private:
 
 /// A take that can't be written is found out before it is played.
 ExitCode RecordRun::checkOutputs() const {
-    std::vector<std::string> paths = {options_.report, options_.logInput, options_.scene};
+    std::vector<std::string> paths = {options_.report, options_.logInput};
     for (const Pass& pass : options_.passes) {
         paths.push_back(pass.out);
         paths.push_back(pass.outCurves);
     }
-    return Stage::checkOutputs(paths);
+    // The scene may take the place of the one that was opened, which it goes on from.
+    const ExitCode besides = Stage::checkOutputs(paths, {options_.openedPath});
+    paths.push_back(options_.scene);
+    return firstFailure({besides, Stage::checkOutputs(paths)});
 }
 
 /// Brings back the scene that the take is to be added to, if there is one.
@@ -227,6 +230,9 @@ ExitCode RecordRun::run() {
     const ExitCode take = recordTake();
     if (take == ExitCode::CoreOrToolMissing) {
         return take;
+    }
+    if (report_.take.isCutShort && report_.take.frames == 0) {
+        return fail(ExitCode::CutShort, "stopped before the first frame; nothing is written");
     }
     // From here on there is something to lose: each step is done whatever came of the one before.
     const ExitCode written = writePass(options_.passes.front());

@@ -127,8 +127,8 @@ bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
     if (argument.name == "--bindings") {
         return readPlanFile(argument.value, tool, error);
     }
-    if (argument.value.empty()) {
-        error = "--name must not be empty";
+    if (argument.value.find_first_not_of(" \t\r\n\v\f") == std::string::npos) {
+        error = "--name must not be blank";
         return false;
     }
     tool.name = argument.value;
@@ -151,6 +151,7 @@ bool RecordReader::open(const std::string& path, std::string& error) {
         options_.failure = ExitCode::BadFile;
         return false;
     }
+    options_.openedPath = path;
     options_.start = scene.start;
     options_.rate = scene.rate;
     return true;

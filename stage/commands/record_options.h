@@ -28,6 +28,7 @@ struct RecordOptions {
     double rate = 25.0;
     bool checkUndo = false;
     std::optional<Binding> latency;     ///< the control that tells when a packet was sent
+    std::string openedPath;             ///< of `opened`
     std::optional<SceneData> opened;    ///< the scene that the take is added to
     std::string scene;                  ///< file that the scene is saved to; empty for none
     std::string report;                 ///< JSON file; empty for none

@@ -164,7 +164,10 @@ ExitCode resimulateCommand(const std::vector<std::string>& words) {
     if (options.end.value_or(data.end) <= options.start.value_or(data.start)) {
         return fail(ExitCode::Usage, "the simulation ends before its first frame");
     }
-    const ExitCode code = checkOutputs({options.out, options.outCurves, options.scene});
+    // The scene may take the place of the one that was read, which it goes on from.
+    const ExitCode code =
+        firstFailure({checkOutputs({options.out, options.outCurves}, {options.path}),
+                      checkOutputs({options.out, options.outCurves, options.scene})});
     return code != ExitCode::Ok ? code : run(options, data, settings);
 }
 

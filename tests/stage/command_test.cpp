@@ -102,6 +102,10 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
         {record + "--tool 'Tracked Object' --out no/such/take.gltf", 4, "no folder no/such"},
         {record + "--tool 'Tracked Object' --out .", 4, "it is a folder"},
         {record + "--tool 'Tracked Object' --out /dev/full", 4, "No space left on device"},
+        {record + "--tool 'Tracked Object' --out ''", 1, "--out must not be empty"},
+        {record + "--tool 'Tracked Object' --name ' '", 1, "--name must not be blank"},
+        {record + "--tool 'Tracked Object' --out one --scene ./one", 1, "would be written twice"},
+        {STAGE " model save a.scene ./a.scene", 1, "is read here"},
         {STAGE " tools --plugins .", 2, "no tools in"},
         {STAGE " devices --data .", 2, "no devices"},
     };
@@ -113,9 +117,15 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
     EXPECT_EQ(run(record +
                   "--seconds 60 --tool 'Tracked Object' --out-curves short.csv & pid=$!;"
                   " until grep -q '^SigCgt:.*[2367abef]$' /proc/$pid/status; do sleep 0.05; done;"
-                  " kill -INT $pid; wait $pid"),
+                  " sleep 0.5; kill -INT $pid; wait $pid"),
               5);
     EXPECT_NE(read("short.csv"), "");
+    folder.add("kept.csv", "an earlier take");
+    EXPECT_EQ(run("timeout -s HUP 1.5 " + record +
+                  "--countdown 30 --tool 'Tracked Object' --out-curves kept.csv; test $? = 124 && "
+                  "cat kept.csv"),
+              0);
+    EXPECT_EQ(read("stdout"), "an earlier take");
     for (const std::string command : {"", "record", "tools", "devices", "resimulate", "model",
                                       "model save", "model load", "model list", "model show"}) {
         EXPECT_EQ(run(std::string(STAGE) + " " + command + " --help"), 0);

@@ -51,7 +51,7 @@ ToolCatalog listTools(const std::string& folder) {
     ToolCatalog catalog;
     for (const auto& file :
          MVR::Platform::listFiles(folder + "/" + MVR::Platform::libraryPattern())) {
-        if (!file.isFolder) {
+        if (file.isRegular) {
             listLibrary(folder + "/" + file.name, catalog);
         }
     }

@@ -91,6 +91,10 @@ public:
     virtual Util::MessageNode* addProperty(std::int32_t id, std::string defaultValue) = 0;
     virtual Util::MessageNode* addProperty(std::int32_t id, std::int32_t defaultValue) = 0;
     virtual Util::MessageNode* addProperty(std::int32_t id, bool defaultValue) = 0;
+    /// Else a literal would be taken for a bool.
+    Util::MessageNode* addProperty(std::int32_t id, const char* defaultValue) {
+        return addProperty(id, std::string(defaultValue));
+    }
     /// `value` points to a variable of the setting's own type (bool, std::int32_t, std::string or
     /// double); nothing checks it. False, and nothing written, for an unknown id.
     virtual bool getProperty(std::int32_t id, void* value) = 0;

@@ -94,7 +94,8 @@ std::int32_t detachCore(CoreInterface* core) {
         // Its dialog stands on the stack, with what detaching destroys.
         Log(Log::Error).write("Unable to detach during a resimulation, which is stopped first");
         attachedCore->stopRecording();
-        return ErrorCode::instance()->get("ALREADYRECORDING", "Already recording", ErrorCode::Error);
+        return ErrorCode::instance()->get("ALREADYRECORDING", "Already recording",
+                                          ErrorCode::Error);
     }
     Hooks::detachKeyHook();
     Log log("Unlinking adaptor from CORE and deleting CORE interface", Log::Notice);
@@ -109,6 +110,8 @@ std::int32_t detachCore(CoreInterface* core) {
         attachedCore->stopRecording();
     attachedCore->destroyRoot();
     adaptor->detachNotify();
+    if (attachedCore->isRecording()) // the host began one meanwhile
+        attachedCore->stopRecording();
     adaptor->releaseErrorCode();
     adaptor->releaseLog();
     LibraryManager::instance()->destroyInstances(attachedCore);

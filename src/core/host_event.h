@@ -5,8 +5,8 @@
 namespace MVR {
 
 /// One key event of a host whose own loop reads the keyboard. Ctrl and Shift are known from their
-/// own events, with the codes 17 and 16 for either side; so every event should be handed on, between
-/// takes too.
+/// own events, with the codes 17 and 16 for either side; so every event should be handed on,
+/// between takes too.
 struct HostEvent {
     std::uint32_t size = sizeof(HostEvent); ///< bytes of this record, for later growth
     std::uint32_t virtualKey = 0;           ///< virtual-key code, 0 to 255; 65 to 90 are A to Z

@@ -73,8 +73,8 @@ private:
 
     std::unique_ptr<Store> store_; // null but in the singleton
     Log* raised_ = nullptr;        // the log whose depth this entry raised
-    std::int32_t depth_ = -1;     // the singleton's: the depth of the whole log
-    std::int32_t level_ = Notice; // the singleton's: the threshold
+    std::int32_t depth_ = -1;      // the singleton's: the depth of the whole log
+    std::int32_t level_ = Notice;  // the singleton's: the threshold
 };
 
 } // namespace MVR

@@ -55,7 +55,7 @@ void XMLFileManager::reload() {
         const std::string folder = path + "/";
         std::size_t read = 0;
         for (const Platform::FoundFile& file : Platform::listFiles(folder + fileFilter())) {
-            if (file.isFolder)
+            if (!file.isRegular) // opening a pipe would wait for ever
                 continue;
             if (read++ == kMostFiles) {
                 Log(Log::Warning)

@@ -1,6 +1,7 @@
 #include "instance/plugin_instance.h"
 
 #include "plugins/extension_ids.h"
+#include "plugins/instance_reference.h"
 
 namespace MVR {
 
@@ -21,9 +22,14 @@ UniDevice::Control* PluginInstance::control(std::int32_t index) {
 }
 
 bool PluginInstance::update(std::int32_t) {
+    if (virtualControls_.empty())
+        return true;
+    const InstanceReference::Watch self(reference_);
     for (std::size_t i = 0; code_ != nullptr && i < virtualControls_.size(); ++i) {
         UniDevice::Control* const control = virtualControls_[i].get();
         code_->extend(ToolExtension::kVirtualControl, reinterpret_cast<std::intptr_t>(control));
+        if (self.get() == nullptr) // the tool has removed itself
+            break;
     }
     return true;
 }

@@ -73,7 +73,8 @@ void LibraryManager::loadLibraries() {
     entry.write("plugin path", folder, Log::OwnLevel);
     folder += "\\"; // without the value the root of the file system, whose libraries are loaded
     for (const Platform::FoundFile& file : Platform::listFiles(folder + Platform::libraryPattern()))
-        (void)loadLibrary(folder + file.name); // a bad library never stops the scan
+        if (file.isRegular)                        // opening a pipe would wait for ever
+            (void)loadLibrary(folder + file.name); // a bad library never stops the scan
 }
 
 std::int32_t LibraryManager::loadLibrary(const std::string& path) {

@@ -35,8 +35,8 @@ public:
     static constexpr double kMostFrames = 2e9;
 
     explicit RecordManager(CoreImplementation* core);
-    /// A take that still runs is stopped, so that the host's undo step is closed. Not allowed during
-    /// a resimulation, whose dialog stands on the stack.
+    /// A take that still runs is stopped, so that the host's undo step is closed. Not allowed
+    /// during a resimulation, whose dialog stands on the stack.
     ~RecordManager() override;
 
     /// 0, or the code of "ALREADYRECORDING" while a take or a resimulation runs or is being ended.

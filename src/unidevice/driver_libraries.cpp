@@ -80,7 +80,7 @@ std::int32_t loadDriverLibraries(const std::string& folder, const DriverLoadInfo
     std::int32_t kept = 0;
     for (const Platform::FoundFile& file :
          Platform::listFiles(folder + "/" + Platform::libraryPattern())) {
-        if (file.isFolder) {
+        if (!file.isRegular) { // opening a pipe would wait for ever
             continue;
         }
         const Platform::LibraryHandle library = Platform::loadLibrary(folder + "/" + file.name);

@@ -18,8 +18,12 @@ DummyDriver::~DummyDriver() {
 }
 
 void DummyDriver::update() {
-    for (Device* device : devices) {
+    for (std::size_t i = 0; i < devices.size();) {
+        Device* const device = devices[i];
         device->update(0);
+        if (i < devices.size() && devices[i] == device) { // else it has gone, as tools may
+            ++i;
+        }
     }
 }
 

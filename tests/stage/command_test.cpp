@@ -138,6 +138,7 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
 TEST_F(CommandTest, ToolsAndDevicesAreListed) {
     // A library that is none must not hide the others.
     folder.add("plugins/a_text.so", "no library");
+    ASSERT_EQ(run("mkfifo plugins/a_pipe.so"), 0);
     for (const char* name : {"tracked_object.so", "free_camera.so"}) {
         std::filesystem::create_symlink(std::filesystem::path(CORE).parent_path() / "plugins" /
                                             name,

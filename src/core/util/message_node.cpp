@@ -35,8 +35,9 @@ std::int32_t linkMismatch() {
 
 } // namespace
 
-// A broadcast under way, or a message whose handler may destroy the node. It goes backwards, so what is appended stays out of it; the node corrects
-// the count when it loses a listener that is still to be called.
+// A broadcast under way, or a message whose handler may destroy the node. It goes backwards, so
+// what is appended stays out of it; the node corrects the count when it loses a listener that is
+// still to be called.
 struct MessageNode::Walk {
     explicit Walk(MessageNode* sender)
         : node(sender), outer(sender->walks_), remaining(sender->listeners_.size()) {

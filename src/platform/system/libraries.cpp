@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <link.h>
 
 namespace MVR::Platform {
 
@@ -60,7 +61,19 @@ LibraryHandle loadLibrary(std::string_view path) {
 }
 
 void* findFunction(LibraryHandle library, const char* name) {
-    return library ? dlsym(library, name) : nullptr;
+    void* const function = library ? dlsym(library, name) : nullptr;
+    if (!function) {
+        return nullptr;
+    }
+    // The search goes on in the libraries that this one needs, which are other plug-ins perhaps.
+    Dl_info unused;
+    void* place = nullptr;
+    void* own = nullptr;
+    if (dladdr1(function, &unused, &place, RTLD_DL_LINKMAP) == 0 ||
+        dlinfo(library, RTLD_DI_LINKMAP, &own) != 0) {
+        return nullptr;
+    }
+    return place == own ? function : nullptr;
 }
 
 void freeLibrary(LibraryHandle library) {

@@ -1,11 +1,11 @@
 // A host without a scene, with an attached core, for benchmarks of what lies behind the exports.
 #pragma once
 
+#include "core/base/sdk/log.h"
 #include "core/core_implementation.h"
 #include "core/entry.h"
-#include "core/log.h"
-#include "core/util/dynamic_object.h"
-#include "plugins/c_undo.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "plugins/contract/c_undo.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "bench_host.h"
-#include "plugins/c_interface.h"
-#include "plugins/scene_node.h"
+#include "plugins/contract/c_interface.h"
+#include "plugins/contract/scene_node.h"
 
 #include <memory>
 #include <string>

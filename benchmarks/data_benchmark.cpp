@@ -1,8 +1,8 @@
 // Tag text and the codec, beside their peers. Reading includes freeing the tree.
 
 #include "counted_memory.h"
-#include "data/byte_buffer.h"
-#include "data/tag.h"
+#include "data/sdk/byte_buffer.h"
+#include "data/sdk/tag.h"
 
 #include <benchmark/benchmark.h>
 #include <pugixml.hpp>

@@ -3,8 +3,8 @@
 // mesh that is saved counts, and the one that is read.
 
 #include "counted_memory.h"
-#include "data/byte_buffer.h"
-#include "plugins/c_mesh.h"
+#include "data/sdk/byte_buffer.h"
+#include "plugins/contract/c_mesh.h"
 
 #include <benchmark/benchmark.h>
 #include <openssl/evp.h>

@@ -2,8 +2,8 @@
 // virtual calls that no network can beat. Each handler folds the message into a hash, so that the
 // results can be compared and no call can be left out.
 
-#include "core/log.h"
-#include "core/util/message_node.h"
+#include "core/base/sdk/log.h"
+#include "core/messages/sdk/message_node.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/signals2.hpp>

@@ -2,13 +2,13 @@
 // catalogue beside the bare reading of its files, and the order of recording beside its bound.
 
 #include "bench_scene.h"
-#include "data/byte_buffer.h"
+#include "data/sdk/byte_buffer.h"
 #include "instance/plugin_instance.h"
-#include "platform/files.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/core_library.h"
+#include "platform/sdk/files.h"
+#include "plugins/contract/c_camera_plugin.h"
 #include "plugins/instance_reference.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/core_library.h"
+#include "plugins/libraries/plugin.h"
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>

@@ -5,14 +5,14 @@
 
 #include "bench_host.h"
 #include "instance/plugin_instance.h"
-#include "platform/clock.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/c_interface.h"
-#include "plugins/core_library.h"
+#include "platform/sdk/clock.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/c_interface.h"
 #include "plugins/instance_reference.h"
-#include "plugins/plugin.h"
-#include "unidevice/control.h"
-#include "unidevice/device_handler.h"
+#include "plugins/libraries/core_library.h"
+#include "plugins/libraries/plugin.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>

@@ -16,12 +16,10 @@ install(TARGETS core LIBRARY DESTINATION ${MIRVANE_LIB_DIR})
 install(TARGETS mirvane_sdk EXPORT MirvaneTargets ARCHIVE DESTINATION ${MIRVANE_LIB_DIR})
 install(EXPORT MirvaneTargets NAMESPACE Mirvane:: DESTINATION ${package_dir})
 
-set(header_list "${CMAKE_SOURCE_DIR}/src/public_headers.txt")
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${header_list}")
-file(STRINGS "${header_list}" public_headers REGEX "^[^#]")
-foreach(header IN LISTS public_headers)
-  get_filename_component(folder "${header}" DIRECTORY)
-  install(FILES "${CMAKE_SOURCE_DIR}/src/${header}" DESTINATION include/mirvane/${folder})
+# A room named sdk or contract is public, whole.
+foreach(room IN ITEMS sdk contract)
+  install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/" DESTINATION include/mirvane
+          FILES_MATCHING REGEX "/${room}/[^/]*\\.h$")
 endforeach()
 
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/docs/" DESTINATION ${MIRVANE_DOC_DIR})

@@ -1,10 +1,10 @@
 // Any bytes as a chunk, as base64 text and as a packed tree: what was read is written and read
 // again alike, and what is refused leaves things as they were.
 
-#include "core/log.h"
-#include "data/base64_buffer.h"
-#include "data/data_chunk.h"
-#include "data/packed_tag.h"
+#include "core/base/sdk/log.h"
+#include "data/sdk/base64_buffer.h"
+#include "data/sdk/data_chunk.h"
+#include "data/sdk/packed_tag.h"
 #include "require.h"
 
 #include <cstddef>

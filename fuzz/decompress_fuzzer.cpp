@@ -1,7 +1,7 @@
 // Any bytes are decompressed, within the bounds of what they hold; any bytes come back from a
 // block.
 
-#include "data/byte_buffer.h"
+#include "data/sdk/byte_buffer.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,14 +1,14 @@
 // A small host with the whole core, for the fuzzers of what it loads.
 #pragma once
 
+#include "core/base/sdk/log.h"
 #include "core/core_implementation.h"
 #include "core/entry.h"
-#include "core/log.h"
 #include "input_file.h"
 #include "instance/plugin_instance.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/core_library.h"
-#include "plugins/plugin.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/libraries/core_library.h"
+#include "plugins/libraries/plugin.h"
 #include "require.h"
 #include "support/test_adaptor.h"
 

@@ -1,10 +1,10 @@
 // Any bytes as the text of an element, or as the chunks in it: the mesh and the matrix that come of
 // it are written and read again alike.
 
-#include "core/log.h"
-#include "data/base64_buffer.h"
-#include "plugins/c_mesh.h"
-#include "plugins/transform_matrix.h"
+#include "core/base/sdk/log.h"
+#include "data/sdk/base64_buffer.h"
+#include "plugins/contract/c_mesh.h"
+#include "plugins/contract/transform_matrix.h"
 #include "require.h"
 
 #include <cstddef>

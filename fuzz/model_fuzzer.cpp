@@ -2,10 +2,10 @@
 // models, and with tools that keep a block: what came into being is saved with every bit of the
 // mask, comes back from that, goes with an undo and leaves nothing out.
 
-#include "data/byte_buffer.h"
+#include "data/sdk/byte_buffer.h"
 #include "host.h"
 #include "plugins/instance_reference.h"
-#include "unidevice/control.h"
+#include "unidevice/sdk/control.h"
 
 #include <fstream>
 #include <string>

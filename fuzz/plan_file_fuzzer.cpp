@@ -1,7 +1,7 @@
 // A file of bindings for the stage: what is taken becomes a configuration that reads back.
 
 #include "input_file.h"
-#include "stage/tool_plan.h"
+#include "stage/rig/tool_plan.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -3,8 +3,8 @@
 
 #include "host.h"
 #include "plugins/instance_reference.h"
-#include "unidevice/control.h"
-#include "unidevice/profile_managers.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/profile_managers.h"
 
 #include <filesystem>
 #include <set>

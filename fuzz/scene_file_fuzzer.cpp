@@ -2,12 +2,12 @@
 // back and is written the same. The tools are left out: their text is the core's.
 
 #include "input_file.h"
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 #include "require.h"
 #include "stage/scene/scene.h"
 #include "stage/scene/scene_file.h"
-#include "stage/timeline.h"
-#include "stage/undo_list.h"
+#include "stage/scene/timeline.h"
+#include "stage/scene/undo_list.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Any bytes are read; what was read can be written and read again. Where the format promises it the
 // tree comes back equal.
 
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 #include "require.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 // with an undo, come back with a redo, and leave nothing behind.
 
 #include "host.h"
-#include "unidevice/control.h"
+#include "unidevice/sdk/control.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
 // The binary block of recorded values: whatever the bytes, a block is taken whole or refused whole,
 // and what was taken reads, writes and reads back.
 
-#include "core/log.h"
-#include "recording/animated_variable.h"
+#include "core/base/sdk/log.h"
+#include "recording/values/animated_variable.h"
 #include "require.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "osc_device.h"
 
-#include "core/log.h"
-#include "data/tag.h"
+#include "core/base/sdk/log.h"
+#include "data/sdk/tag.h"
 
 #include <cmath>
 #include <utility>

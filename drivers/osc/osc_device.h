@@ -4,8 +4,8 @@
 #include "osc_config.h"
 #include "osc_reader.h"
 
-#include "unidevice/control.h"
-#include "unidevice/device.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device.h"
 
 #include <cstdint>
 #include <map>

@@ -3,10 +3,10 @@
 #include "osc_config.h"
 #include "osc_device.h"
 
-#include "core/export.h"
-#include "core/log.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver_load_info.h"
+#include "core/base/sdk/export.h"
+#include "core/base/sdk/log.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver_load_info.h"
 
 OscDriver::~OscDriver() {
     if (device_) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "unidevice/driver.h"
+#include "unidevice/sdk/driver.h"
 
 /// Polls the one device "OSC".
 class OscDriver : public UniDevice::Driver {

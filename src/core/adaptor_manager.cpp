@@ -1,8 +1,8 @@
 #include "core/adaptor_manager.h"
 
-#include "core/folders.h"
-#include "core/log.h"
-#include "platform/files.h"
+#include "core/base/folders.h"
+#include "core/base/sdk/log.h"
+#include "platform/sdk/files.h"
 
 namespace MVR {
 

@@ -2,8 +2,8 @@
 /// The core's link to its adaptor.
 #pragma once
 
-#include "core/adaptor_interface.h"
-#include "core/core_sub_system.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_sub_system.h"
 #include "core/util/thread_check.h"
 
 #include <cstdint>

@@ -1,11 +1,11 @@
 #include "core/core_implementation.h"
 
-#include "core/error_code.h"
-#include "core/log.h"
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
 #include "instance/plugin_instance.h"
 #include "platform/choosers.h"
 #include "plugins/instance_reference.h"
-#include "unidevice/profile_managers.h"
+#include "unidevice/sdk/profile_managers.h"
 
 #include <cstddef>
 #include <utility>

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "core/adaptor_manager.h"
-#include "core/core_interface.h"
-#include "core/key_hook.h"
-#include "core/settings_manager.h"
+#include "core/contract/core_interface.h"
+#include "core/services/key_hook.h"
+#include "core/settings/settings_manager.h"
 #include "core/update_manager.h"
 #include "dialogs/main_dialog.h"
 #include "plugins/instance_manager.h"

@@ -9,9 +9,9 @@
 /// All on one thread, the host's.
 #pragma once
 
-#include "core/adaptor_interface.h"
-#include "core/core_interface.h"
-#include "core/host_event.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/contract/core_interface.h"
+#include "core/contract/host_event.h"
 #include "platform/libraries.h"
 
 #include <cstdint>

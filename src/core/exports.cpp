@@ -1,7 +1,7 @@
 // The functions that a host's adaptor finds in the library, and the library's entry point.
 
+#include "core/base/sdk/export.h"
 #include "core/entry.h"
-#include "core/export.h"
 #include "platform/module_entry.h"
 
 MVR_EXPORT MVR::CoreInterface* attach(MVR::AdaptorInterface* adaptor) {

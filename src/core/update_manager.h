@@ -2,8 +2,8 @@
 /// The place of an update check among the core's subsystems.
 #pragma once
 
-#include "core/core_sub_system.h"
-#include "data/tag.h"
+#include "core/services/core_sub_system.h"
+#include "data/sdk/tag.h"
 
 namespace MVR {
 

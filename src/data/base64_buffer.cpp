@@ -1,4 +1,4 @@
-#include "data/base64_buffer.h"
+#include "data/sdk/base64_buffer.h"
 
 #include "data/base64_codec.h"
 

@@ -1,10 +1,10 @@
-#include "data/byte_buffer.h"
+#include "data/sdk/byte_buffer.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "data/huffman_decoder.h"
 #include "data/huffman_encoder.h"
 #include "data/little_endian.h"
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 
 #include <algorithm>
 #include <cstring>

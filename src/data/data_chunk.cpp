@@ -1,4 +1,4 @@
-#include "data/data_chunk.h"
+#include "data/sdk/data_chunk.h"
 
 #include "data/data_chunk_view.h"
 

@@ -1,7 +1,7 @@
 #include "data/data_chunk_view.h"
 
-#include "data/data_chunk.h"
 #include "data/little_endian.h"
+#include "data/sdk/data_chunk.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "data/packed_tag.h"
+#include "data/sdk/packed_tag.h"
 
-#include "data/base64_buffer.h"
 #include "data/little_endian.h"
+#include "data/sdk/base64_buffer.h"
 
 #include <cstdint>
 #include <string>

@@ -1,4 +1,4 @@
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 
 #include "data/tag_blocks.h"
 #include "data/tag_reader.h"

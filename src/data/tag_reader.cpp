@@ -1,9 +1,9 @@
 #include "data/tag_reader.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "data/tag_blocks.h"
 #include "platform/byte_scan.h"
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 #include "data/tag_blocks.h"
 
 #include <string_view>

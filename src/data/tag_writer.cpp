@@ -1,8 +1,8 @@
 #include "data/tag_writer.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "data/tag_blocks.h"
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 
 #include <array>
 #include <charconv>

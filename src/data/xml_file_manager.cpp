@@ -1,7 +1,7 @@
-#include "data/xml_file_manager.h"
+#include "data/sdk/xml_file_manager.h"
 
-#include "core/log.h"
-#include "platform/files.h"
+#include "core/base/sdk/log.h"
+#include "platform/sdk/files.h"
 
 #include <algorithm>
 #include <utility>

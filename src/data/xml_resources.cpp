@@ -1,6 +1,6 @@
 #include "data/xml_resources.h"
 
-#include "core/folders.h"
+#include "core/base/folders.h"
 
 #include <array>
 #include <string_view>

@@ -1,8 +1,8 @@
 #include "dialogs/main_dialog.h"
 
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
 #include "core/core_implementation.h"
-#include "core/error_code.h"
-#include "core/log.h"
 #include "plugins/instance_reference.h"
 
 namespace MVR {

@@ -2,8 +2,8 @@
 /// The user's desk: the tree of tools, the record and resimulate buttons.
 #pragma once
 
-#include "core/core_sub_system.h"
-#include "core/util/message.h"
+#include "core/messages/sdk/message.h"
+#include "core/services/core_sub_system.h"
 #include "platform/windows.h"
 
 #include <cstdint>

@@ -2,9 +2,9 @@
 /// What stands in a tree that the user sees.
 #pragma once
 
+#include "core/messages/sdk/message_node.h"
 #include "core/util/composite.h"
-#include "core/util/dynamic_object.h"
-#include "core/util/message_node.h"
+#include "core/util/sdk/dynamic_object.h"
 
 #include <cstdint>
 #include <string>

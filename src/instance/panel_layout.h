@@ -2,8 +2,8 @@
 /// What a tool says about its panel, written down as layout tags.
 #pragma once
 
-#include "data/tag.h"
-#include "plugins/c_interface.h"
+#include "data/sdk/tag.h"
+#include "plugins/contract/c_interface.h"
 
 #include <cstdint>
 #include <string>

@@ -2,17 +2,17 @@
 /// The runtime of one placed tool.
 #pragma once
 
-#include "core/util/dynamic_object.h"
-#include "core/util/message_node.h"
-#include "data/tag.h"
+#include "core/messages/sdk/message_node.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "data/sdk/tag.h"
 #include "instance/panel_layout.h"
 #include "instance/plugin_instance_virtual_device.h"
 #include "instance/temporary_control.h"
-#include "plugins/c_camera.h"
-#include "plugins/c_interface.h"
-#include "recording/animated_variable.h"
-#include "unidevice/control.h"
-#include "unidevice/property_handler.h"
+#include "plugins/contract/c_camera.h"
+#include "plugins/contract/c_interface.h"
+#include "recording/values/animated_variable.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/property_handler.h"
 
 #include <cstddef>
 #include <cstdint>

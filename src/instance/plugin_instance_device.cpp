@@ -1,6 +1,6 @@
 #include "instance/plugin_instance.h"
 
-#include "plugins/extension_ids.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/instance_reference.h"
 
 namespace MVR {

@@ -1,12 +1,12 @@
 #include "instance/plugin_instance.h"
 
+#include "core/base/sdk/log.h"
 #include "core/core_implementation.h"
-#include "core/log.h"
 #include "platform/choosers.h"
-#include "plugins/c_mesh.h"
-#include "plugins/extension_ids.h"
+#include "plugins/contract/c_mesh.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/instance_reference.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/plugin.h"
 
 namespace MVR {
 

@@ -1,8 +1,8 @@
 #include "instance/plugin_instance.h"
 
-#include "plugins/extension_ids.h"
-#include "plugins/plugin.h"
-#include "unidevice/device_handler.h"
+#include "plugins/contract/extension_ids.h"
+#include "plugins/libraries/plugin.h"
+#include "unidevice/sdk/device_handler.h"
 
 namespace MVR {
 

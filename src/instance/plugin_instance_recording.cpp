@@ -2,7 +2,7 @@
 
 #include "core/core_implementation.h"
 #include "plugins/instance_reference.h"
-#include "recording/variable_mod_undo.h"
+#include "recording/values/variable_mod_undo.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "instance/plugin_instance_virtual_device.h"
 
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device_handler.h"
 
 namespace MVR {
 

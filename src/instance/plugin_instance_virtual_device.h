@@ -2,7 +2,7 @@
 /// A tool as an input device: how it comes into the list of devices and leaves it.
 #pragma once
 
-#include "unidevice/device.h"
+#include "unidevice/sdk/device.h"
 
 #include <cstdint>
 

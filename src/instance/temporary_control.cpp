@@ -1,6 +1,6 @@
 #include "instance/temporary_control.h"
 
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 
 namespace MVR {
 

@@ -2,9 +2,9 @@
 /// What stands in for a live control while a take is simulated again.
 #pragma once
 
-#include "unidevice/control.h"
-#include "unidevice/control_target.h"
-#include "unidevice/property.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/control_target.h"
+#include "unidevice/sdk/property.h"
 
 #include <cstdint>
 

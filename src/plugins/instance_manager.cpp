@@ -1,16 +1,16 @@
 #include "plugins/instance_manager.h"
 
+#include "core/base/folders.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/setting_ids.h"
 #include "core/core_implementation.h"
-#include "core/folders.h"
-#include "core/log.h"
-#include "core/setting_ids.h"
 #include "instance/plugin_instance.h"
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 #include "plugins/instance_reference.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/instanciatable.h"
-#include "plugins/library_manager.h"
-#include "plugins/root_plugin.h"
+#include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/root_plugin.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,11 +2,11 @@
 /// The tree of tools of one attachment.
 #pragma once
 
-#include "core/core_sub_system.h"
-#include "core/util/dynamic_object.h"
+#include "core/services/core_sub_system.h"
+#include "core/util/sdk/dynamic_object.h"
 #include "core/util/thread_check.h"
-#include "data/tag.h"
-#include "instance/instance_names.h"
+#include "data/sdk/tag.h"
+#include "plugins/instance_names.h"
 #include "plugins/instance_reference.h"
 
 #include <cstddef>

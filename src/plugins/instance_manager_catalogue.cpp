@@ -1,15 +1,15 @@
 #include "plugins/instance_manager.h"
 
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
 #include "core/core_implementation.h"
-#include "core/error_code.h"
-#include "core/log.h"
-#include "platform/files.h"
-#include "plugins/extension_ids.h"
+#include "platform/sdk/files.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/instanciatable.h"
-#include "plugins/library.h"
-#include "plugins/library_manager.h"
-#include "plugins/model_file.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/library.h"
+#include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/model/model_file.h"
 
 #include <set>
 #include <utility>

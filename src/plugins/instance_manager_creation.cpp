@@ -1,15 +1,15 @@
 #include "plugins/instance_manager.h"
 
-#include "core/adaptor_interface.h"
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
 #include "core/core_implementation.h"
-#include "core/error_code.h"
-#include "core/log.h"
 #include "instance/plugin_instance.h"
-#include "plugins/extension_ids.h"
-#include "plugins/instance_loading.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/instance_reference.h"
 #include "plugins/instance_reference_restore.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/model/instance_loading.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,10 +1,10 @@
 #include "plugins/instance_manager.h"
 
-#include "core/adaptor_interface.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
 #include "core/core_implementation.h"
-#include "core/log.h"
 #include "instance/plugin_instance.h"
-#include "plugins/scene_node.h"
+#include "plugins/contract/scene_node.h"
 
 #include <algorithm>
 #include <cstddef>

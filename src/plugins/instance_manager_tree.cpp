@@ -1,6 +1,6 @@
 #include "plugins/instance_manager.h"
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
 #include "core/core_implementation.h"
 #include "instance/plugin_instance.h"
 

@@ -1,11 +1,11 @@
 #include "plugins/instance_reference.h"
 
-#include "core/adaptor_interface.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
 #include "core/core_implementation.h"
-#include "core/log.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_reference_restore.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/plugin.h"
 
 #include <algorithm>
 #include <deque>

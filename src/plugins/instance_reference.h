@@ -2,10 +2,10 @@
 /// The nodes of the tree of tools.
 #pragma once
 
-#include "core/util/dynamic_object.h"
-#include "data/tag.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "data/sdk/tag.h"
 #include "gui/tree_node.h"
-#include "plugins/transform_matrix.h"
+#include "plugins/contract/transform_matrix.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,17 +1,17 @@
 #include "plugins/instance_reference.h"
 
-#include "core/adaptor_interface.h"
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
 #include "core/core_implementation.h"
-#include "core/error_code.h"
-#include "core/log.h"
-#include "data/base64_buffer.h"
+#include "data/sdk/base64_buffer.h"
 #include "instance/plugin_instance.h"
-#include "plugins/c_mesh.h"
-#include "plugins/extension_ids.h"
-#include "plugins/instance_index.h"
-#include "plugins/model_place.h"
-#include "plugins/node_attributes.h"
-#include "plugins/scene_node.h"
+#include "plugins/contract/c_mesh.h"
+#include "plugins/contract/extension_ids.h"
+#include "plugins/contract/scene_node.h"
+#include "plugins/model/instance_index.h"
+#include "plugins/model/model_place.h"
+#include "plugins/model/node_attributes.h"
 
 #include <cstddef>
 #include <deque>

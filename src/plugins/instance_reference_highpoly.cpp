@@ -1,12 +1,12 @@
 #include "plugins/instance_reference.h"
 
-#include "core/adaptor_interface.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
 #include "core/core_implementation.h"
-#include "core/log.h"
 #include "instance/plugin_instance.h"
-#include "plugins/model_paths.h"
-#include "plugins/model_place.h"
-#include "plugins/scene_node.h"
+#include "plugins/contract/scene_node.h"
+#include "plugins/model/model_paths.h"
+#include "plugins/model/model_place.h"
 
 #include <algorithm>
 #include <vector>

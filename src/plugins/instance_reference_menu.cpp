@@ -1,15 +1,15 @@
 #include "plugins/instance_reference.h"
 
+#include "core/base/folders.h"
 #include "core/core_implementation.h"
-#include "core/folders.h"
 #include "instance/plugin_instance.h"
 #include "platform/choosers.h"
-#include "plugins/extension_ids.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/instance_menu.h"
-#include "plugins/library.h"
-#include "plugins/library_manager.h"
-#include "plugins/model_file.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/library.h"
+#include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/model/model_file.h"
 
 #include <algorithm>
 

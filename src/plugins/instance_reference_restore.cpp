@@ -1,6 +1,6 @@
 #include "plugins/instance_reference_restore.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 
 namespace MVR {
 namespace {

@@ -3,7 +3,7 @@
 /// it with the present place of its reference. One whose reference was destroyed does nothing.
 #pragma once
 
-#include "plugins/c_undo.h"
+#include "plugins/contract/c_undo.h"
 #include "plugins/instance_reference.h"
 
 #include <cstdint>

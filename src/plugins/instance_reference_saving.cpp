@@ -1,15 +1,15 @@
 #include "plugins/instance_reference.h"
 
-#include "core/adaptor_interface.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
 #include "core/core_implementation.h"
-#include "core/log.h"
 #include "data/base64_codec.h"
-#include "data/packed_tag.h"
+#include "data/sdk/packed_tag.h"
 #include "instance/plugin_instance.h"
-#include "plugins/node_attributes.h"
-#include "plugins/plugin.h"
-#include "plugins/root_plugin.h"
-#include "plugins/scene_node.h"
+#include "plugins/contract/scene_node.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/libraries/root_plugin.h"
+#include "plugins/model/node_attributes.h"
 
 #include <algorithm>
 #include <cstddef>

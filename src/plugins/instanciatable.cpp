@@ -2,9 +2,9 @@
 
 #include "core/core_implementation.h"
 #include "data/xml_resources.h"
-#include "platform/files.h"
-#include "plugins/model_paths.h"
-#include "plugins/plugin.h"
+#include "platform/sdk/files.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/model/model_paths.h"
 
 #include <algorithm>
 #include <cstddef>

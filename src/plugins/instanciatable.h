@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/core_sub_system.h"
-#include "core/util/dynamic_object.h"
-#include "core/util/message_node.h"
-#include "data/tag.h"
+#include "core/messages/sdk/message_node.h"
+#include "core/services/core_sub_system.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "data/sdk/tag.h"
 #include "plugins/instance_manager.h"
 
 #include <cstdint>

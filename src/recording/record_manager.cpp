@@ -1,14 +1,14 @@
 #include "recording/record_manager.h"
 
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
 #include "core/core_implementation.h"
-#include "core/error_code.h"
-#include "core/key_hook.h"
-#include "core/log.h"
+#include "core/services/key_hook.h"
 #include "instance/plugin_instance.h"
-#include "platform/clock.h"
+#include "platform/sdk/clock.h"
 #include "recording/countdown_window.h"
 #include "recording/resimulation_dialog.h"
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include <algorithm>
 #include <cmath>

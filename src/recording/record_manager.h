@@ -2,8 +2,8 @@
 /// Takes and resimulations: the heart of the product.
 #pragma once
 
-#include "core/core_sub_system.h"
-#include "core/timer_manager.h"
+#include "core/services/core_sub_system.h"
+#include "core/services/timer_manager.h"
 #include "platform/windows.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 
 #include <cstdint>
 #include <string>

@@ -1,9 +1,9 @@
-#include "unidevice/control.h"
+#include "unidevice/sdk/control.h"
 
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 #include "unidevice/attribute_fits.h"
-#include "unidevice/control_target.h"
-#include "unidevice/device.h"
+#include "unidevice/sdk/control_target.h"
+#include "unidevice/sdk/device.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
-#include "unidevice/device.h"
+#include "unidevice/sdk/device.h"
 
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 #include "unidevice/attribute_fits.h"
-#include "unidevice/control.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include "core/util/thread_check.h"
-#include "unidevice/control.h"
-#include "unidevice/device.h"
-#include "unidevice/driver.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device.h"
+#include "unidevice/sdk/driver.h"
 
 #include <algorithm>
 #include <numeric>

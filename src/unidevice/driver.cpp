@@ -1,7 +1,7 @@
-#include "unidevice/driver.h"
+#include "unidevice/sdk/driver.h"
 
-#include "unidevice/device.h"
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,14 +1,14 @@
 #include "unidevice/driver_libraries.h"
 
-#include "core/folders.h"
-#include "core/log.h"
-#include "core/util/singleton.h"
-#include "platform/files.h"
+#include "core/base/folders.h"
+#include "core/base/sdk/log.h"
+#include "core/util/sdk/singleton.h"
 #include "platform/libraries.h"
-#include "unidevice/device_handler.h"
+#include "platform/sdk/files.h"
 #include "unidevice/dummy_driver.h"
 #include "unidevice/emulated_trinary_device.h"
 #include "unidevice/keyboard_device.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "unidevice/driver_load_info.h"
+#include "unidevice/sdk/driver_load_info.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #include "unidevice/dummy_driver.h"
 
-#include "unidevice/control.h"
-#include "unidevice/device.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device.h"
 
 #include <algorithm>
 #include <cstddef>

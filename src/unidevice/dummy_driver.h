@@ -1,6 +1,6 @@
 #pragma once
 
-#include "unidevice/driver.h"
+#include "unidevice/sdk/driver.h"
 
 #include <cstddef>
 #include <deque>

@@ -1,9 +1,9 @@
 #include "unidevice/emulated_trinary_device.h"
 
-#include "core/log.h"
-#include "data/tag.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver.h"
+#include "core/base/sdk/log.h"
+#include "data/sdk/tag.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/util/dynamic_object.h"
-#include "unidevice/control.h"
-#include "unidevice/control_target.h"
-#include "unidevice/device.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/control_target.h"
+#include "unidevice/sdk/device.h"
 
 #include <cstdint>
 #include <memory>

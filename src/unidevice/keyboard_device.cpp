@@ -1,8 +1,8 @@
 #include "unidevice/keyboard_device.h"
 
 #include "platform/keyboard_hook.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
-#include "unidevice/profile_managers.h"
+#include "unidevice/sdk/profile_managers.h"
 
-#include "core/log.h"
-#include "platform/files.h"
+#include "core/base/sdk/log.h"
 #include "platform/folder_lock.h"
+#include "platform/sdk/files.h"
 
 #include <sstream>
 #include <utility>

@@ -1,7 +1,7 @@
-#include "unidevice/property.h"
+#include "unidevice/sdk/property.h"
 
-#include "data/tag.h"
-#include "unidevice/control.h"
+#include "data/sdk/tag.h"
+#include "unidevice/sdk/control.h"
 
 #include <cmath>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "unidevice/property_handler.h"
+#include "unidevice/sdk/property_handler.h"
 
 namespace UniDevice {
 

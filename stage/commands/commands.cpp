@@ -1,6 +1,6 @@
 #include "stage/commands/commands.h"
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
 
 #include <cstdio>
 #include <iterator>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "stage/install_values.h"
-#include "stage/options.h"
+#include "stage/base/options.h"
+#include "stage/host/install_values.h"
 
 #include <functional>
 #include <optional>

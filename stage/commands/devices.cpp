@@ -1,7 +1,7 @@
+#include "stage/base/machine.h"
 #include "stage/commands/commands.h"
-#include "stage/core_library.h"
-#include "stage/device_reader.h"
-#include "stage/machine.h"
+#include "stage/host/core_library.h"
+#include "stage/host/device_reader.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,10 +1,10 @@
 #include "stage/commands/model_commands.h"
 
-#include "core/error_code.h"
+#include "core/base/sdk/error_code.h"
+#include "stage/base/log_lines.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
-#include "stage/log_lines.h"
-#include "stage/session.h"
+#include "stage/host/session.h"
 
 #include <cstdio>
 #include <optional>

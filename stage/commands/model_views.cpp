@@ -1,10 +1,10 @@
 #include "stage/commands/model_commands.h"
 
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
-#include "stage/model_text.h"
-#include "stage/session.h"
+#include "stage/host/session.h"
+#include "stage/rig/model_text.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "stage/commands/outputs.h"
 
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 #include "stage/export/curve_table.h"
 #include "stage/export/gltf_writer.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stage/options.h"
+#include "stage/base/options.h"
 
 #include <initializer_list>
 #include <string>

@@ -1,9 +1,9 @@
 #include "stage/commands/record_options.h"
 
+#include "stage/base/text.h"
 #include "stage/commands/commands.h"
+#include "stage/rig/tool_list.h"
 #include "stage/scene/scene_file.h"
-#include "stage/text.h"
-#include "stage/tool_list.h"
 
 #include <algorithm>
 #include <cstdio>

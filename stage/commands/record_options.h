@@ -1,10 +1,10 @@
 #pragma once
 
-#include "stage/install_values.h"
-#include "stage/options.h"
+#include "stage/base/options.h"
+#include "stage/host/install_values.h"
+#include "stage/rig/tool_plan.h"
 #include "stage/scene/scene_file.h"
-#include "stage/take.h"
-#include "stage/tool_plan.h"
+#include "stage/takes/take.h"
 
 #include <optional>
 #include <string>

@@ -1,9 +1,9 @@
+#include "stage/base/machine.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
-#include "stage/machine.h"
-#include "stage/report.h"
-#include "stage/resimulation.h"
-#include "stage/session.h"
+#include "stage/host/session.h"
+#include "stage/takes/report.h"
+#include "stage/takes/resimulation.h"
 
 #include <cstdio>
 #include <optional>

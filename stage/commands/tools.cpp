@@ -1,6 +1,6 @@
 #include "stage/commands/commands.h"
-#include "stage/core_library.h"
-#include "stage/tool_catalog.h"
+#include "stage/host/core_library.h"
+#include "stage/host/tool_catalog.h"
 
 #include <cstdio>
 #include <string>

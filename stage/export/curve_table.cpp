@@ -1,6 +1,6 @@
 #include "stage/export/curve_table.h"
 
-#include "stage/text.h"
+#include "stage/base/text.h"
 
 #include <algorithm>
 #include <array>

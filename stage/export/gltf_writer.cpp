@@ -1,9 +1,9 @@
 #include "stage/export/gltf_writer.h"
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
+#include "stage/base/text.h"
 #include "stage/export/curve_table.h"
 #include "stage/scene/stage_node.h"
-#include "stage/text.h"
 
 #include <tiny_gltf.h>
 

@@ -1,6 +1,6 @@
 #include "stage/import/gltf_document.h"
 
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 #include "stage/import/imported_node.h"
 
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "stage/import/gltf_reader.h"
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
 #include "stage/import/gltf_document.h"
 
 #include <tiny_gltf.h>

@@ -1,10 +1,10 @@
 #include "stage/import/merge.h"
 
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 #include "stage/import/gltf_reader.h"
 #include "stage/import/obj_reader.h"
 #include "stage/scene/scene.h"
-#include "stage/undo_list.h"
+#include "stage/scene/undo_list.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plugins/snapshots.h"
+#include "plugins/contract/snapshots.h"
 
 namespace Stage {
 

@@ -1,7 +1,7 @@
 #include "stage/scene/scene.h"
 
-#include "stage/text.h"
-#include "stage/undo_list.h"
+#include "stage/base/text.h"
+#include "stage/scene/undo_list.h"
 
 #include <algorithm>
 #include <cstdio>

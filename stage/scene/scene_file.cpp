@@ -1,11 +1,11 @@
 #include "stage/scene/scene_file.h"
 
-#include "platform/files.h"
+#include "platform/sdk/files.h"
+#include "stage/base/text.h"
 #include "stage/scene/scene.h"
 #include "stage/scene/scene_format.h"
-#include "stage/text.h"
-#include "stage/timeline.h"
-#include "stage/undo_list.h"
+#include "stage/scene/timeline.h"
+#include "stage/scene/undo_list.h"
 
 #include <unordered_map>
 #include <utility>

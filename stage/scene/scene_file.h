@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 #include "stage/scene/stage_node.h"
 
 #include <cstddef>

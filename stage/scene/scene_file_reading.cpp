@@ -1,8 +1,8 @@
 #include "stage/scene/scene_file.h"
 
-#include "platform/files.h"
+#include "platform/sdk/files.h"
+#include "stage/base/text.h"
 #include "stage/scene/scene_format.h"
-#include "stage/text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,7 +2,7 @@
 /// The words of a scene's file that its writer and its reader share.
 #pragma once
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
 
 #include <cstdint>
 

@@ -1,9 +1,9 @@
 #include "stage/scene/stage_node.h"
 
-#include "core/adaptor_interface.h"
-#include "plugins/extension_ids.h"
+#include "core/contract/adaptor_interface.h"
+#include "plugins/contract/extension_ids.h"
 #include "stage/scene/scene.h"
-#include "stage/undo_list.h"
+#include "stage/scene/undo_list.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "plugins/c_mesh.h"
-#include "plugins/scene_node.h"
+#include "plugins/contract/c_mesh.h"
+#include "plugins/contract/scene_node.h"
 #include "stage/scene/curve.h"
 #include "stage/scene/node_snapshots.h"
 #include "stage/scene/transform.h"

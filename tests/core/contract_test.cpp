@@ -1,11 +1,11 @@
 // What separately built libraries rely on: the places of the virtual operations.
 
-#include "core/adaptor_interface.h"
-#include "core/core_interface.h"
-#include "core/util/dynamic_object.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/c_interface.h"
-#include "plugins/c_mesh.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/contract/core_interface.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/c_interface.h"
+#include "plugins/contract/c_mesh.h"
 #include "support/vtable_slot.h"
 
 #include <gtest/gtest.h>

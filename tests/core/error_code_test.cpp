@@ -1,6 +1,6 @@
-#include "core/error_code.h"
+#include "core/base/sdk/error_code.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "support/vtable_slot.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
-#include "core/key_hook.h"
+#include "core/services/key_hook.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "platform/event_pump.h"
 #include "platform/keyboard_hook.h"
 

@@ -1,7 +1,7 @@
 // The shared library as a host sees it: through its exports alone.
 
-#include "core/core_interface.h"
-#include "core/host_event.h"
+#include "core/contract/core_interface.h"
+#include "core/contract/host_event.h"
 #include "platform/libraries.h"
 #include "support/temp_home.h"
 #include "support/test_adaptor.h"

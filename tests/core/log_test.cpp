@@ -1,11 +1,11 @@
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 
 #include "support/vtable_slot.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/clock.h"
-#include "platform/files.h"
+#include "platform/sdk/clock.h"
+#include "platform/sdk/files.h"
 
 #include <filesystem>
 #include <string>

@@ -1,7 +1,7 @@
-#include "core/util/message_node.h"
+#include "core/messages/sdk/message_node.h"
 
-#include "core/error_code.h"
-#include "core/log.h"
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
 #include "support/vtable_slot.h"
 
 #include <gmock/gmock.h>

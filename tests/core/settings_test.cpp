@@ -1,4 +1,4 @@
-#include "core/settings_property.h"
+#include "core/settings/settings_property.h"
 
 #include "support/core_fixture.h"
 

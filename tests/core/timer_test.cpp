@@ -1,7 +1,7 @@
-#include "core/timer_manager.h"
+#include "core/services/timer_manager.h"
 
-#include "platform/clock.h"
 #include "platform/event_pump.h"
+#include "platform/sdk/clock.h"
 
 #include <gmock/gmock.h>
 

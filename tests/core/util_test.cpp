@@ -1,8 +1,8 @@
 #include "core/util/composite.h"
 #include "core/util/factory_manager.h"
 
-#include "core/log.h"
-#include "data/tag.h"
+#include "core/base/sdk/log.h"
+#include "data/sdk/tag.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
-#include "data/byte_buffer.h"
+#include "data/sdk/byte_buffer.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "platform/temporary_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "data/data_chunk.h"
+#include "data/sdk/data_chunk.h"
 
-#include "data/base64_buffer.h"
-#include "data/packed_tag.h"
+#include "data/sdk/base64_buffer.h"
+#include "data/sdk/packed_tag.h"
 
 #include <gtest/gtest.h>
 

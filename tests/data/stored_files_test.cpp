@@ -6,8 +6,8 @@
 #include "support/core_fixture.h"
 #include "support/scripted_device.h"
 #include "support/scripted_tool.h"
-#include "unidevice/control.h"
-#include "unidevice/property.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/property.h"
 
 #include <filesystem>
 #include <functional>

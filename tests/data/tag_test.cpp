@@ -1,6 +1,6 @@
-#include "data/tag.h"
+#include "data/sdk/tag.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "platform/temporary_folder.h"
 
 #include <gtest/gtest.h>

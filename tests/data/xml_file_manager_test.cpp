@@ -1,7 +1,7 @@
-#include "data/xml_file_manager.h"
+#include "data/sdk/xml_file_manager.h"
 
-#include "core/log.h"
-#include "core/util/singleton.h"
+#include "core/base/sdk/log.h"
+#include "core/util/sdk/singleton.h"
 #include "platform/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -2,14 +2,14 @@
 
 #include "udp_sender.h"
 
-#include "core/log.h"
-#include "core/util/singleton.h"
-#include "data/tag.h"
+#include "core/base/sdk/log.h"
+#include "core/util/sdk/singleton.h"
+#include "data/sdk/tag.h"
 #include "platform/temporary_folder.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver.h"
 #include "unidevice/driver_libraries.h"
-#include "unidevice/property.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver.h"
+#include "unidevice/sdk/property.h"
 
 #include <gmock/gmock.h>
 

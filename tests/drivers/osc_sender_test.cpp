@@ -2,7 +2,7 @@
 
 #include "osc_device.h"
 
-#include "core/util/singleton.h"
+#include "core/util/sdk/singleton.h"
 #include "platform/temporary_folder.h"
 
 #include <gmock/gmock.h>

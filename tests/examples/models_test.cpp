@@ -1,7 +1,7 @@
-#include "platform/files.h"
-#include "plugins/c_interface.h"
+#include "platform/sdk/files.h"
+#include "plugins/contract/c_interface.h"
 #include "tests/stage/session_test.h"
-#include "unidevice/property.h"
+#include "unidevice/sdk/property.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -3,11 +3,11 @@
 #include "platform/choosers.h"
 #include "platform/headless/desktop.h"
 #include "plugins/instance_reference.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/plugin.h"
 #include "support/core_fixture.h"
 #include "support/scripted_device.h"
 #include "support/scripted_tool.h"
-#include "unidevice/profile_managers.h"
+#include "unidevice/sdk/profile_managers.h"
 
 #include <gmock/gmock.h>
 

@@ -3,7 +3,7 @@
 #include "support/core_fixture.h"
 #include "support/scripted_device.h"
 #include "support/scripted_tool.h"
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device_handler.h"
 
 namespace MVR::Testing {
 namespace {

@@ -1,8 +1,8 @@
 #include "platform/dialogs.h"
 
-#include "platform/clock.h"
 #include "platform/event_pump.h"
 #include "platform/headless/desktop.h"
+#include "platform/sdk/clock.h"
 #include "platform/timers.h"
 
 #include <functional>

@@ -1,4 +1,4 @@
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 
 #include "support/full_disk.h"
 #include "temporary_folder.h"

@@ -1,6 +1,6 @@
 #include "platform/libraries.h"
 
-#include "platform/files.h"
+#include "platform/sdk/files.h"
 #include "temporary_folder.h"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 #include "platform/registry.h"
 
-#include "platform/files.h"
 #include "platform/libraries.h"
+#include "platform/sdk/files.h"
 #include "temporary_folder.h"
 
 #include <filesystem>

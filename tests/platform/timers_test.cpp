@@ -1,7 +1,7 @@
 #include "platform/timers.h"
 
-#include "platform/clock.h"
 #include "platform/event_pump.h"
+#include "platform/sdk/clock.h"
 
 #include <functional>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "data/byte_buffer.h"
-#include "platform/files.h"
+#include "data/sdk/byte_buffer.h"
+#include "platform/sdk/files.h"
 #include "plugins/instanciatable.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_tool.h"

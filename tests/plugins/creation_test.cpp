@@ -1,8 +1,8 @@
-#include "plugins/extension_ids.h"
-#include "plugins/instance_loading.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/instanciatable.h"
-#include "plugins/library_manager.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/model/instance_loading.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_tool.h"
 

@@ -1,8 +1,8 @@
 // A library of tools in the variants that FAKE_VERSION (0: no export) and FAKE_TOOLS (-1: no
 // export) tell.
-#include "core/export.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/extension_ids.h"
+#include "core/base/sdk/export.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/extension_ids.h"
 
 namespace {
 

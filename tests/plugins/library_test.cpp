@@ -1,6 +1,6 @@
-#include "plugins/library.h"
-#include "plugins/library_manager.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/library.h"
+#include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/plugin.h"
 #include "support/core_fixture.h"
 
 #include <gmock/gmock.h>

@@ -1,10 +1,10 @@
-#include "data/base64_buffer.h"
-#include "data/packed_tag.h"
+#include "data/sdk/base64_buffer.h"
+#include "data/sdk/packed_tag.h"
 #include "platform/headless/desktop.h"
-#include "plugins/plugin.h"
+#include "plugins/libraries/plugin.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_tool.h"
-#include "unidevice/profile_managers.h"
+#include "unidevice/sdk/profile_managers.h"
 
 #include <array>
 #include <string>

@@ -1,7 +1,7 @@
 #include "platform/choosers.h"
 #include "platform/headless/desktop.h"
 #include "plugins/instance_menu.h"
-#include "plugins/model_file.h"
+#include "plugins/model/model_file.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_tool.h"
 

@@ -1,7 +1,7 @@
-#include "data/base64_buffer.h"
-#include "data/data_chunk.h"
-#include "plugins/c_mesh.h"
-#include "plugins/transform_matrix.h"
+#include "data/sdk/base64_buffer.h"
+#include "data/sdk/data_chunk.h"
+#include "plugins/contract/c_mesh.h"
+#include "plugins/contract/transform_matrix.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "platform/files.h"
-#include "plugins/model_file.h"
-#include "plugins/model_paths.h"
+#include "platform/sdk/files.h"
+#include "plugins/model/model_file.h"
+#include "plugins/model/model_paths.h"
 #include "plugins/tree_test.h"
 #include "support/full_disk.h"
 

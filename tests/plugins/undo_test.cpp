@@ -1,11 +1,11 @@
 // What the user does in the tree, undone, done again and undone, with the host dropping its steps
 // at any point.
 
-#include "plugins/library_manager.h"
+#include "plugins/libraries/library_manager.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_device.h"
 #include "support/scripted_tool.h"
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
-#include "recording/animated_variable.h"
+#include "recording/values/animated_variable.h"
 
-#include "recording/variable_mod_undo.h"
+#include "recording/values/variable_mod_undo.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

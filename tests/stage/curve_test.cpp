@@ -1,6 +1,6 @@
 #include "stage/scene/curve.h"
+#include "stage/scene/timeline.h"
 #include "stage/scene/transform.h"
-#include "stage/timeline.h"
 
 #include <gtest/gtest.h>
 

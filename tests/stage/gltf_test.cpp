@@ -1,10 +1,10 @@
 #include "stage/export/gltf_writer.h"
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
 #include "platform/temporary_folder.h"
 #include "stage/export/curve_table.h"
 #include "stage/scene/scene.h"
-#include "stage/undo_list.h"
+#include "stage/scene/undo_list.h"
 
 #include <gtest/gtest.h>
 #include <tiny_gltf.h>

@@ -1,11 +1,11 @@
 #include "stage/import/merge.h"
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
 #include "platform/temporary_folder.h"
 #include "stage/export/gltf_writer.h"
 #include "stage/import/gltf_reader.h"
 #include "stage/scene/scene.h"
-#include "stage/undo_list.h"
+#include "stage/scene/undo_list.h"
 
 #include <gtest/gtest.h>
 #include <tiny_gltf.h>

@@ -1,6 +1,6 @@
-#include "core/core_interface.h"
-#include "plugins/c_interface.h"
-#include "plugins/extension_ids.h"
+#include "core/contract/core_interface.h"
+#include "plugins/contract/c_interface.h"
+#include "plugins/contract/extension_ids.h"
 #include "tests/stage/session_test.h"
 
 #include <functional>

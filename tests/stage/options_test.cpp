@@ -1,7 +1,7 @@
 #include "stage/commands/record_options.h"
 
 #include "platform/temporary_folder.h"
-#include "stage/text.h"
+#include "stage/base/text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "tests/stage/command_run.h"
 
-#include "data/base64_buffer.h"
-#include "data/byte_buffer.h"
-#include "data/packed_tag.h"
+#include "data/sdk/base64_buffer.h"
+#include "data/sdk/byte_buffer.h"
+#include "data/sdk/packed_tag.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "stage/scene/scene_file.h"
 
-#include "core/adaptor_interface.h"
+#include "core/contract/adaptor_interface.h"
 #include "platform/temporary_folder.h"
 #include "stage/scene/scene.h"
-#include "stage/timeline.h"
-#include "stage/undo_list.h"
+#include "stage/scene/timeline.h"
+#include "stage/scene/undo_list.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include "stage/scene/scene.h"
 
-#include "plugins/extension_ids.h"
-#include "stage/stage_adaptor.h"
-#include "stage/timeline.h"
-#include "stage/undo_list.h"
+#include "plugins/contract/extension_ids.h"
+#include "stage/host/stage_adaptor.h"
+#include "stage/scene/timeline.h"
+#include "stage/scene/undo_list.h"
 
 #include <gtest/gtest.h>
 

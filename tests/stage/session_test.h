@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/temporary_folder.h"
-#include "stage/session.h"
-#include "stage/take.h"
+#include "stage/host/session.h"
+#include "stage/takes/take.h"
 
 #include <gtest/gtest.h>
 

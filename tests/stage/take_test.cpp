@@ -1,8 +1,8 @@
-#include "stage/take.h"
+#include "stage/takes/take.h"
 
-#include "stage/curve_copy.h"
 #include "stage/export/curve_table.h"
-#include "stage/resimulation.h"
+#include "stage/scene/curve_copy.h"
+#include "stage/takes/resimulation.h"
 #include "tests/stage/session_test.h"
 
 #include <csignal>

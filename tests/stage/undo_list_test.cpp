@@ -1,4 +1,4 @@
-#include "stage/undo_list.h"
+#include "stage/scene/undo_list.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
 #include "core/core_implementation.h"
 #include "core/entry.h"
-#include "core/error_code.h"
-#include "core/log.h"
-#include "platform/clock.h"
+#include "platform/sdk/clock.h"
 #include "support/temp_home.h"
 #include "support/test_adaptor.h"
 

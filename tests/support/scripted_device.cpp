@@ -1,6 +1,6 @@
 #include "support/scripted_device.h"
 
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device_handler.h"
 
 namespace MVR::Testing {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "unidevice/control.h"
-#include "unidevice/device.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device.h"
 
 #include <functional>
 #include <memory>

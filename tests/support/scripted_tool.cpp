@@ -1,10 +1,10 @@
 #include "support/scripted_tool.h"
 
 #include "core/core_implementation.h"
-#include "plugins/core_library.h"
 #include "plugins/instance_reference.h"
-#include "plugins/plugin.h"
-#include "unidevice/control.h"
+#include "plugins/libraries/core_library.h"
+#include "plugins/libraries/plugin.h"
+#include "unidevice/sdk/control.h"
 
 #include <gtest/gtest.h>
 

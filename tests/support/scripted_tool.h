@@ -1,7 +1,7 @@
 #pragma once
 
-#include "plugins/c_camera_plugin.h"
-#include "plugins/c_interface.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/c_interface.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/adaptor_interface.h"
-#include "core/util/dynamic_object.h"
-#include "plugins/c_undo.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "plugins/contract/c_undo.h"
 #include "support/test_node.h"
 
 #include <functional>

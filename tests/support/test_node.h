@@ -1,8 +1,8 @@
 #pragma once
 
-#include "plugins/c_mesh.h"
-#include "plugins/scene_node.h"
-#include "plugins/transform_matrix.h"
+#include "plugins/contract/c_mesh.h"
+#include "plugins/contract/scene_node.h"
+#include "plugins/contract/transform_matrix.h"
 
 #include <array>
 #include <cstddef>

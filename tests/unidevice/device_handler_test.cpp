@@ -1,4 +1,4 @@
-#include "unidevice/device_handler.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include "input_test.h"
 #include "support/scripted_device.h"

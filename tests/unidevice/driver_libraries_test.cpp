@@ -1,12 +1,12 @@
 #include "unidevice/driver_libraries.h"
 
-#include "core/log.h"
-#include "core/util/singleton.h"
+#include "core/base/sdk/log.h"
+#include "core/util/sdk/singleton.h"
 #include "platform/temporary_folder.h"
-#include "unidevice/control.h"
-#include "unidevice/device.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver.h"
 
 #include <gmock/gmock.h>
 

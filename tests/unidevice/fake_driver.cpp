@@ -1,11 +1,11 @@
 // A driver library in the variants that FAKE_VERSION and FAKE_LOAD tell.
-#include "core/export.h"
-#include "core/log.h"
-#include "unidevice/control.h"
-#include "unidevice/device.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver.h"
-#include "unidevice/driver_load_info.h"
+#include "core/base/sdk/export.h"
+#include "core/base/sdk/log.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver.h"
+#include "unidevice/sdk/driver_load_info.h"
 
 namespace {
 

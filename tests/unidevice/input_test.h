@@ -1,10 +1,10 @@
 #pragma once
 
-#include "core/util/singleton.h"
-#include "data/tag.h"
-#include "unidevice/control.h"
-#include "unidevice/device_handler.h"
+#include "core/util/sdk/singleton.h"
+#include "data/sdk/tag.h"
 #include "unidevice/dummy_driver.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include <gmock/gmock.h>
 

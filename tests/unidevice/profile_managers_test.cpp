@@ -1,6 +1,6 @@
-#include "unidevice/profile_managers.h"
+#include "unidevice/sdk/profile_managers.h"
 
-#include "core/log.h"
+#include "core/base/sdk/log.h"
 #include "input_test.h"
 #include "platform/folder_lock.h"
 #include "platform/temporary_folder.h"
@@ -8,7 +8,7 @@
 #include "support/scripted_device.h"
 #include "support/vtable_slot.h"
 #include "unidevice/emulated_trinary_device.h"
-#include "unidevice/property.h"
+#include "unidevice/sdk/property.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

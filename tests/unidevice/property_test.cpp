@@ -1,4 +1,4 @@
-#include "unidevice/property_handler.h"
+#include "unidevice/sdk/property_handler.h"
 
 #include "input_test.h"
 #include "support/scripted_device.h"

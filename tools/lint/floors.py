@@ -5,26 +5,33 @@ import re
 from common import ROOT, Finding, cpp_files, read
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
-# The one header above that a .cpp of any floor may include, to reach the services of others.
-DOOR = "core/core_implementation.h"
+# Rooms whose headers are installed: other people's programs include them.
+PUBLIC_ROOMS = ("sdk", "contract")
+TABLE = "tools/lint/floors.txt"
 TOOLKIT = re.compile(r"Q[A-Z]|Qt|X11/|xcb/|gtk/|windows\.h|GL/")
 MACHINE = re.compile(
     r"sys/|netinet/|arpa/|net/|linux/|mach|(unistd|dlfcn|fcntl|dirent|poll|pthread|pwd|termios|link"
     r"|netdb|sched|signal|spawn|io|direct)\.h$")
+# The one knot of folders that their sources may form.
+KNOT = {"instance", "plugins", "plugins/model"}
 
 
 def load_floors():
     floors = {}
-    for line in (ROOT / "tools/lint/floors.txt").read_text().splitlines():
+    for line in (ROOT / TABLE).read_text().splitlines():
         if line and not line.startswith("#"):
-            floor, start = line.split()
-            floors[start] = int(floor)
+            floor, folder = line.split()
+            floors[folder] = int(floor)
     return floors
 
 
-def floor_of(path, floors):
-    fitting = [start for start in floors if path.startswith(start)]
-    return floors[max(fitting, key=len)] if fitting else None
+def folder_of(path):
+    return path.removeprefix("src/").rpartition("/")[0]
+
+
+def is_public(name):
+    return (name.startswith("src/") and name.endswith(".h")
+            and folder_of(name).rpartition("/")[2] in PUBLIC_ROOMS)
 
 
 def includes_of(name):
@@ -34,41 +41,78 @@ def includes_of(name):
             yield number, match.group(1) == "<", match.group(2)
 
 
-def check_library_file(name, floors):
-    path = name.removeprefix("src/")
-    own = floor_of(path, floors)
+def check_file(name, floors):
+    folder = folder_of(name)
+    own = floors.get(folder)
     if own is None:
-        yield Finding(name, 0, "stands on no floor", "give its folder a line in tools/lint/floors.txt")
+        yield Finding(name, 0, "stands on no floor", f"give its folder a line in {TABLE}")
         return
-    is_source = name.endswith(".cpp")
-    back_end = path.startswith("platform/") and path.count("/") > 1
+    back_end = folder.startswith("platform/") and folder != "platform/sdk"
     for number, is_system, target in includes_of(name):
         if is_system:
-            if not back_end and (MACHINE.match(target) or TOOLKIT.match(target)):
+            if not back_end and (TOOLKIT.match(target)
+                                 or name.startswith("src/") and MACHINE.match(target)):
                 yield Finding(name, number, f"<{target}> belongs to an operating system or toolkit",
                               "reach it through a header of src/platform/; only a back end knows it")
             continue
-        above = floor_of(target, floors)
+        above = floors.get(folder_of(target))
         if above is None:
-            yield Finding(name, number, f'"{target}" is no path from src/ with a floor',
-                          "include by path from src/, and name the folder in tools/lint/floors.txt")
-        elif above > own and target != DOOR:
+            yield Finding(name, number, f'"{target}" is no path from a folder with a floor',
+                          f"include by path from src/, and name the folder in {TABLE}")
+        elif above > own:
             yield Finding(name, number, f'floor {own} includes "{target}" of floor {above}',
-                          "move what is needed down, or hand it in from above by an interface"
-                          + (f'; a .cpp may ask the core for it through "{DOOR}"'
-                             if is_source else ""))
-        elif target == DOOR and not is_source and path != DOOR:
-            yield Finding(name, number, f'a header includes "{DOOR}"', "include it in the .cpp")
+                          "move what is needed down, or hand it in from above by an interface, as "
+                          "core/services/core_services.h does for what the whole core offers")
+        elif is_public(name) and not is_public(f"src/{target}"):
+            yield Finding(name, number, f'a public header includes "{target}", which is not',
+                          "forward-declare, or move that to a room named sdk or contract")
+
+
+def knots(edges):
+    """The sets of more than one folder that reach each other."""
+    reach = {}
+    for start in edges:
+        seen, waiting = set(), [start]
+        while waiting:
+            for target in edges.get(waiting.pop(), ()):
+                if target not in seen:
+                    seen.add(target)
+                    waiting.append(target)
+        reach[start] = seen
+    together = {frozenset(other for other in reach[start] if start in reach.get(other, ()))
+                for start in reach if start in reach[start]}
+    return [knot for knot in together if len(knot) > 1]
+
+
+def check_knots(files):
+    """Headers of two folders never include each other, and all files form at most one knot."""
+    headers, everything = {}, {}
+    for name in files:
+        for _, is_system, target in includes_of(name):
+            other = folder_of(target)
+            if is_system or other == folder_of(name):
+                continue
+            everything.setdefault(folder_of(name), set()).add(other)
+            if name.endswith(".h"):
+                headers.setdefault(folder_of(name), set()).add(other)
+    for knot in knots(headers):
+        yield Finding(TABLE, 0, "headers of these folders form a circle: " + ", ".join(sorted(knot)),
+                      "forward-declare, or move what both need to a room below them")
+    for knot in knots(everything):
+        if not knot <= KNOT:
+            yield Finding(TABLE, 0, "these folders form a circle: " + ", ".join(sorted(knot)),
+                          "hand in by an interface from above what one of them reaches up for")
 
 
 def own_header(name):
-    """The header of the family: the longest name in the folder that begins the file's name."""
+    """The header of the class: of the same name, or of the longest name that begins the file's."""
     stem = (ROOT / name).with_suffix("")
     words = stem.name.split("_")
     for count in range(len(words), 0, -1):
-        header = stem.with_name("_".join(words[:count]) + ".h")
-        if header.is_file():
-            return str(header.relative_to(ROOT))
+        for room in ("", *PUBLIC_ROOMS):
+            header = stem.parent / room / ("_".join(words[:count]) + ".h")
+            if header.is_file():
+                return str(header.relative_to(ROOT))
     return None
 
 
@@ -85,11 +129,15 @@ def check_own_header_first(name):
 
 def check(files):
     floors = load_floors()
-    for name in cpp_files(files, ("src",)):
-        yield from check_library_file(name, floors)
+    placed = cpp_files(files, ("src", "stage"))
+    for folder in sorted(set(floors) - {folder_of(name) for name in placed}):
+        yield Finding(TABLE, 0, f"names {folder}, which holds no code", "take the line out")
+    for name in placed:
+        yield from check_file(name, floors)
+    yield from check_knots(placed)
     for name in cpp_files(files, ("src", "stage", "drivers", "examples"), (".cpp",)):
         yield from check_own_header_first(name)
-    for name in cpp_files(files, ("stage", "drivers", "examples")):
+    for name in cpp_files(files, ("drivers", "examples")):
         for number, is_system, target in includes_of(name):
             if is_system and TOOLKIT.match(target):
                 yield Finding(name, number, f"<{target}> belongs to a toolkit",

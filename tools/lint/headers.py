@@ -7,15 +7,10 @@ import re
 import subprocess
 
 from common import PRODUCT_FOLDERS, ROOT, TEST_FOLDERS, Finding, cpp_files, read
-from floors import includes_of
+from floors import includes_of, is_public
 
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Werror"]
 STAMPS = ROOT / "build/lint/headers"
-
-
-def public_headers():
-    lines = read("src/public_headers.txt").splitlines()
-    return [f"src/{line}" for line in lines if line and not line.startswith("#")]
 
 
 def digest(name, seen):
@@ -49,18 +44,6 @@ def compile_alone(name, standard, compiler_version):
                    "include what it uses, or forward-declare it")
 
 
-def check_public_list(files, public):
-    for name in public:
-        if name not in files:
-            yield Finding("src/public_headers.txt", 0, f"names {name}, which is not there",
-                          "take the line out")
-            continue
-        for number, is_system, target in includes_of(name):
-            if not is_system and f"src/{target}" not in public:
-                yield Finding(name, number, f'a public header includes "{target}", which is not',
-                              "forward-declare, or add it to src/public_headers.txt")
-
-
 def check_guards(files):
     for name in cpp_files(files, (*PRODUCT_FOLDERS, *TEST_FOLDERS, "benchmarks"), (".h",)):
         if not re.search(r"^#pragma once$", read(name), re.MULTILINE):
@@ -70,10 +53,8 @@ def check_guards(files):
 def check(files):
     STAMPS.mkdir(parents=True, exist_ok=True)
     version = subprocess.run(["g++", "--version"], stdout=subprocess.PIPE, text=True).stdout
-    public = public_headers()
-    yield from check_public_list(files, public)
     yield from check_guards(files)
-    work = [(name, "c++17") for name in public if name in files]
+    work = [(name, "c++17") for name in files if is_public(name)]
     work += [(name, "c++20")
              for name in cpp_files(files, ("src", "stage", "drivers", "examples"), (".h",))]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:

@@ -3,8 +3,8 @@
 //
 //     small_adaptor [CORE_LIBRARY]
 
-#include "core/core_interface.h"
-#include "core/host_event.h"
+#include "core/contract/core_interface.h"
+#include "core/contract/host_event.h"
 #include "small_host.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "small_host.h"
 
-#include "core/error_code.h"
-#include "core/log.h"
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
 
 #include <iterator>
 #include <utility>

@@ -1,9 +1,9 @@
 // The smallest host that a take can be recorded in: a flat scene, an undo list, a timeline.
 #pragma once
 
-#include "core/adaptor_interface.h"
-#include "core/util/dynamic_object.h"
-#include "plugins/c_undo.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "plugins/contract/c_undo.h"
 #include "small_node.h"
 
 #include <memory>

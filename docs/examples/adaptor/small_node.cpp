@@ -1,6 +1,6 @@
 #include "small_node.h"
 
-#include "plugins/c_undo.h"
+#include "plugins/contract/c_undo.h"
 #include "small_host.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // An object of the small host's scene: a position, at rest or as keys over time.
 #pragma once
 
-#include "plugins/scene_node.h"
+#include "plugins/contract/scene_node.h"
 
 #include <array>
 #include <cstdint>

@@ -1,13 +1,13 @@
 // A device driver: one device, "Pendulum", with one control that swings between -1 and 1 once a
 // second. Everything that the core needs to know of a source of live input is in this file.
 
-#include "core/export.h"
-#include "core/log.h"
-#include "unidevice/control.h"
-#include "unidevice/device.h"
-#include "unidevice/device_handler.h"
-#include "unidevice/driver.h"
-#include "unidevice/driver_load_info.h"
+#include "core/base/sdk/export.h"
+#include "core/base/sdk/log.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/device.h"
+#include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver.h"
+#include "unidevice/sdk/driver_load_info.h"
 
 #include <chrono>
 #include <cmath>

@@ -1,13 +1,13 @@
 // A tool: "Follower" moves a helper object along x as its input "Position" tells. Everything that
 // the core needs to know of a kind of tool is in this file.
 
-#include "core/adaptor_interface.h"
-#include "core/export.h"
-#include "plugins/c_camera.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/c_interface.h"
-#include "unidevice/control.h"
-#include "unidevice/property.h"
+#include "core/base/sdk/export.h"
+#include "core/contract/adaptor_interface.h"
+#include "plugins/contract/c_camera.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/c_interface.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/property.h"
 
 #include <cstdint>
 #include <string>

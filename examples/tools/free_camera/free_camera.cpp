@@ -4,11 +4,11 @@
 // keeps the pose between frames: it takes it from the scene when a take starts, and moves it by one
 // frame's worth at each record().
 
-#include "core/adaptor_interface.h"
-#include "core/export.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/c_interface.h"
-#include "unidevice/control.h"
+#include "core/base/sdk/export.h"
+#include "core/contract/adaptor_interface.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/c_interface.h"
+#include "unidevice/sdk/control.h"
 
 #include <cmath>
 

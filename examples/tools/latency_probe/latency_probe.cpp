@@ -4,11 +4,11 @@
 // the x of the probe's object at the moment the key is written, and so knows how long the packet
 // took from the sender to the key.
 
-#include "core/adaptor_interface.h"
-#include "core/export.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/c_interface.h"
-#include "unidevice/control.h"
+#include "core/base/sdk/export.h"
+#include "core/contract/adaptor_interface.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/c_interface.h"
+#include "unidevice/sdk/control.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 // saved scene may ask for a camera or a light in place of a plain object, in the tool's own
 // element: <customdata><kind>camera</kind></customdata>.
 
-#include "core/adaptor_interface.h"
-#include "core/export.h"
-#include "data/tag.h"
-#include "plugins/c_camera_plugin.h"
-#include "plugins/c_interface.h"
-#include "plugins/extension_ids.h"
-#include "unidevice/control.h"
+#include "core/base/sdk/export.h"
+#include "core/contract/adaptor_interface.h"
+#include "data/sdk/tag.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/c_interface.h"
+#include "plugins/contract/extension_ids.h"
+#include "unidevice/sdk/control.h"
 
 namespace {
 

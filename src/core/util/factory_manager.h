@@ -6,8 +6,8 @@
 /// 3. `create(tag)` of that factory builds the object.
 #pragma once
 
-#include "core/util/dynamic_object.h"
-#include "core/util/singleton.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "core/util/sdk/singleton.h"
 
 #include <string>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "core/util/singleton.h"
+#include "core/util/sdk/singleton.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "platform/timers.h"
 
-#include "platform/clock.h"
 #include "platform/headless/state.h"
+#include "platform/sdk/clock.h"
 
 #include <algorithm>
 

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "core/contract/adaptor_interface.h"
+#include "core/messages/sdk/message_node.h"
+#include "data/sdk/tag.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+/// A key that stays the host's while a take runs.
+struct UnlockedKey {
+    std::int32_t key = -1;      ///< virtual-key code, 0 to 255; -1 for a locked key
+    std::int32_t modifiers = 0; ///< keys that must be down: 1 Ctrl, 2 Alt, 4 Shift
+};
+
+/// One attachment of the core: what an adaptor calls.
+///
+/// `attach` gives it and `detach` ends it; the core owns it. Every operation may be called at any
+/// time in between, on the thread that called `attach`, apart from those that answer with a code
+/// for the state they find. Codes are those of ErrorCode, 0 for success. Times are seconds of
+/// scene time. The order of the virtual operations is frozen; those of MessageNode come first.
+///
+/// A take:
+/// 1. startRecording(): the checked tools are prepared, the countdown runs, the keyboard is
+///    intercepted. Everything up to the end is one undo step of the host.
+/// 2. The core's timer events write the frames; the host's loop, or pumpEvents, delivers them.
+/// 3. stopRecording(), or Space or Escape, or the end of the range with auto-expand off.
+/// 4. resimulate(start, end) runs the same tools again from the stored input.
+class CoreInterface : public Util::MessageNode {
+public:
+    using Util::MessageNode::MessageNode;
+
+    /// The tree of tools, for the host to keep in its scene: types, names, check marks, panels,
+    /// bindings, the tools' custom data and saved blocks, the visibility of their nodes and the
+    /// recorded values, so that a take can be simulated again wherever the scene is opened.
+    virtual Tag getConfiguration() = 0;
+    /// The tools that have no node in the scene, for the host to keep beside it; a tag "MVR".
+    virtual Tag getDetachedConfiguration() = 0;
+    /// Creates the tools that `configuration` describes, each with the scene nodes that it had,
+    /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out:
+    /// the user is told, and the log says which. A scene has no folder of models: files that its
+    /// tools name are looked for in the user's documents and the shared data only.
+    virtual void loadConfiguration(Tag configuration) = 0;
+    /// Destroys all tools, last first; their scene objects stay.
+    virtual void deleteAllInstances() = 0;
+    /// Opens the main dialog above the host's window `parentWindow` (0: none), or anew if it is
+    /// minimised. The code of "MAINDLG_ALREADYOPEN" if it is open, of "NOMAINDLGCOMPONENT" if there
+    /// is no layout of it; then nothing changed.
+    [[nodiscard]] virtual std::int32_t openMainDialog(std::intptr_t parentWindow) = 0;
+    /// The code of "MAINDLG_NOTOPEN" if it isn't open.
+    [[nodiscard]] virtual std::int32_t closeMainDialog() = 0;
+    /// True while the dialog's window exists, minimised too.
+    virtual bool isMainDialogOpen() = 0;
+    /// The host's time changed outside of a recording: brings the tools up to `time`.
+    virtual void update(double time) = 0;
+    /// True during a recording and during a resimulation.
+    virtual bool isRecording() = 0;
+    /// The keys that reach the host during a take; replaces the whole table. A key outside 0 to
+    /// 255 is skipped.
+    virtual void setUnlockedKeys(const std::vector<UnlockedKey>& keys) = 0;
+    /// Starts a take at the host's current time; the code of "ALREADYRECORDING" while one runs, and
+    /// until the host's undo step of the last one is closed, so in `recordingFinished` too.
+    [[nodiscard]] virtual std::int32_t startRecording() = 0;
+    /// Ends the take, or a resimulation after its present frame. Nothing happens when neither runs.
+    /// Always 0.
+    virtual std::int32_t stopRecording() = 0;
+    /// 1 is real time, each step more halves the speed.
+    virtual std::int32_t getSlowMotion() = 0;
+    /// 1 to 10 is what users are offered; takes effect at the next frame, also in a running take.
+    /// Others are taken as they come: one below 1 runs faster than real time, as far as three
+    /// frames an event allow, and leaves time to later takes; from about 1000 on the time of a take
+    /// stands still.
+    virtual void setSlowMotion(std::int32_t slowMotion) = 0;
+    /// Runs the checked tools again for the frames behind `start` up to `end`; returns when it is
+    /// done or was stopped. The code of "ALREADYRECORDING" as above, that of "RESIMULATE_BADRANGE"
+    /// for a span that is no number or has more than 2e9 frames.
+    [[nodiscard]] virtual std::int32_t resimulate(double start, double end) = 0;
+    /// Checks or unchecks a tool and all below it; an unknown name does nothing.
+    virtual void setInstanceChecked(std::string name, bool checked) = 0;
+    /// Applies a stored configuration profile to a tool; unknown names do nothing.
+    virtual void setInstanceConfigProfile(std::string name, std::string profile) = 0;
+    /// Adds a setting of the adaptor's own and gives the node that tells of changes (message 324).
+    /// The settings files are read again, so that the stored value of the id, if there is one, is
+    /// taken at once; other settings go back to their stored values too: add first, then change.
+    /// An `id` in use gives the node of the setting that has it, and nothing changes. A setting
+    /// with an `id` below 0 is never read back. The core owns the node.
+    virtual Util::MessageNode* addProperty(std::int32_t id, double defaultValue) = 0;
+    virtual Util::MessageNode* addProperty(std::int32_t id, std::string defaultValue) = 0;
+    virtual Util::MessageNode* addProperty(std::int32_t id, std::int32_t defaultValue) = 0;
+    virtual Util::MessageNode* addProperty(std::int32_t id, bool defaultValue) = 0;
+    /// Else a literal would be taken for a bool.
+    Util::MessageNode* addProperty(std::int32_t id, const char* defaultValue) {
+        return addProperty(id, std::string(defaultValue));
+    }
+    /// `value` points to a variable of the setting's own type (bool, std::int32_t, std::string or
+    /// double); nothing checks it. False, and nothing written, for an unknown id.
+    virtual bool getProperty(std::int32_t id, void* value) = 0;
+    virtual bool setProperty(std::int32_t id, const void* value) = 0;
+
+    /// Creates the tools of a model's file ("*.prm") under the root, as one undo step; the model
+    /// becomes recent. `path` may be relative to the current folder. 0, or the code of
+    /// - "MODEL_UNREADABLE": no file, or damaged; the log tells line and column of a fault in its
+    ///   text. Nothing changed; nor with
+    /// - "MODEL_INVALID": the text of something else.
+    /// - "MODEL_NOTHINGCREATED": none of its tools could be made; the log tells why for each.
+    /// - "MODEL_INCOMPLETE", a warning: some could not be made, the others are there.
+    [[nodiscard]] virtual std::int32_t loadModel(std::string path) = 0;
+    /// Writes the tool of that name and all below it as a model, or all tools if the name is "".
+    /// A model has what describes the tools and their scene objects; no recorded values. 0, or the
+    /// code of "MODEL_NOTOOL" for an unknown name, of "MODEL_UNWRITABLE" if the file can't be
+    /// written: an old file is whole then, and the log tells why.
+    [[nodiscard]] virtual std::int32_t saveModel(std::string toolName, std::string path) = 0;
+    /// What can be created: an element "Catalogue" with one element "entry" each, first the kinds
+    /// of tools, then the models of the shared and the user's PRM folder. Its children hold text:
+    /// "name", "version", "about", "category" (any number), for a tool "type", for a model "file"
+    /// (the path for loadModel()) and "required" (the name of an entry that it uses, any number).
+    /// An empty one is left out.
+    virtual Tag getCatalogue() = 0;
+};
+
+/// The library's exports, under these undecorated names.
+using AttachFunction = CoreInterface* (*)(AdaptorInterface* adaptor);
+using DetachFunction = std::int32_t (*)(CoreInterface* coreOrNull);
+using GetVersionFunction = std::int32_t (*)();
+
+} // namespace MVR

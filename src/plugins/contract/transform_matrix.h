@@ -1,0 +1,36 @@
+#pragma once
+
+#include "data/sdk/tag.h"
+
+#include <array>
+
+namespace MVR {
+
+/// A transform: 4 by 4, row after row. A point is a row and stands on the left, so that the
+/// translation is row 3, the elements 12 to 14.
+using Matrix = std::array<double, 16>;
+
+inline constexpr Matrix kIdentityMatrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+
+/// First `a`, then `b`.
+Matrix multiply(const Matrix& a, const Matrix& b);
+
+/// Reads an element in one of three forms. The attribute "format" names it; without a known name a
+/// value with "," is text, another value binary, and no value components.
+/// - "binary": base64 of the 16 doubles. Another size gives the identity.
+/// - "text": 16 numbers with one character or blanks between them; those that are missing are the
+///   identity's.
+/// - "component": children "rotate" (attribute "angle" in degrees, value: the axis, used as it is),
+///   "scale" and "translate" (value: a vector). The last child acts first on a point.
+Matrix readMatrix(const Tag& tag);
+
+/// The same into `out`; false if a binary value has another size or a text too few numbers.
+[[nodiscard]] bool readMatrix(const Tag& tag, Matrix& out);
+
+/// False if a number of it is infinite or none at all: nothing can stand there.
+[[nodiscard]] bool isFinite(const Matrix& matrix);
+
+/// An element "transform" in the binary form, without attributes.
+Tag writeMatrix(const Matrix& matrix);
+
+} // namespace MVR

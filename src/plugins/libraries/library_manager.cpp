@@ -1,0 +1,231 @@
+#include "plugins/libraries/library_manager.h"
+
+#include "core/base/folders.h"
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
+#include "instance/plugin_instance.h"
+#include "platform/libraries.h"
+#include "platform/sdk/files.h"
+#include "plugins/libraries/library.h"
+#include "plugins/libraries/plugin.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace MVR {
+namespace {
+
+/// A module that is freed again unless it is kept.
+class LoadedModule {
+public:
+    explicit LoadedModule(Platform::LibraryHandle handle) : handle_(handle) {}
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+    ~LoadedModule() { Platform::freeLibrary(handle_); }
+
+    explicit operator bool() const { return handle_ != nullptr; }
+    template <class Function>
+    Function find(const char* name) const {
+        return reinterpret_cast<Function>(Platform::findFunction(handle_, name));
+    }
+    Platform::LibraryHandle keep() { return std::exchange(handle_, nullptr); }
+
+private:
+    Platform::LibraryHandle handle_;
+};
+
+/// Loads with the tools' folder as current folder, so that a library finds others beside it.
+Platform::LibraryHandle loadFromToolFolder(const std::string& path) {
+    const std::string current = Platform::currentFolder();
+    Platform::setCurrentFolder(readInstallValue("pluginpath"));
+    const Platform::LibraryHandle handle = Platform::loadLibrary(path);
+    const std::string reason = Platform::lastLibraryError();
+    if (handle == nullptr) {
+        Log log(Log::Error);
+        log.write("Could not load library on path", path, Log::OwnLevel);
+        if (!reason.empty())
+            log.write("reason", reason, Log::OwnLevel);
+    }
+    Platform::setCurrentFolder(current);
+    return handle;
+}
+
+} // namespace
+
+LibraryManager::LibraryManager() {
+    Log entry("Creating library manager", Log::Notice);
+    ErrorCode& codes = *ErrorCode::instance();
+    if (!codes.isRegistered("LIBRARY_ALREADYLOADED"))
+        codes.registerCode(ErrorCode("LIBRARY_ALREADYLOADED",
+                                     "The specified library is already loaded", ErrorCode::Notice));
+    if (!codes.isRegistered("LIBRARY_COULDNOTLOAD"))
+        codes.registerCode(ErrorCode(
+            "LIBRARY_COULDNOTLOAD", "The specified library could not be loaded", ErrorCode::Error));
+}
+
+LibraryManager::~LibraryManager() {
+    Log entry("Destroying library manager", Log::Notice);
+}
+
+void LibraryManager::loadLibraries() {
+    Log entry("Loading libraries", Log::Notice);
+    std::string folder = readInstallValue("pluginpath");
+    entry.write("plugin path", folder, Log::OwnLevel);
+    folder += "\\"; // without the value the root of the file system, whose libraries are loaded
+    for (const Platform::FoundFile& file : Platform::listFiles(folder + Platform::libraryPattern()))
+        if (file.isRegular)                        // opening a pipe would wait for ever
+            (void)loadLibrary(folder + file.name); // a bad library never stops the scan
+}
+
+std::int32_t LibraryManager::loadLibrary(const std::string& path) {
+    Log entry("Loading library", Log::Notice);
+    entry.write("path", path, Log::OwnLevel);
+    ErrorCode& codes = *ErrorCode::instance();
+    if (findLibrary(path) != nullptr) {
+        entry.write("Library already exists. skipping load");
+        return codes.report("LIBRARY_ALREADYLOADED");
+    }
+    entry.write("creating library");
+    std::int32_t code = 0;
+    if (createLibrary(path, code) == nullptr) {
+        const ErrorCode& failure = codes.find(code);
+        entry.write("Library creation failed", failure.getMessage(), Log::OwnLevel);
+        if (failure.getType() < ErrorCode::Warning)
+            return codes.report("LIBRARY_COULDNOTLOAD");
+    }
+    return 0;
+}
+
+Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& code) {
+    Log entry("Creating library", Log::Warning);
+    entry.write("library path", path, Log::OwnLevel);
+    ErrorCode& codes = *ErrorCode::instance();
+    LoadedModule module(loadFromToolFolder(path));
+    if (!module) {
+        code = codes.get("LIBRARY_COULDNOTLOAD", "Could not load library", ErrorCode::Error);
+        return nullptr;
+    }
+    const auto getVersion = module.find<GetPluginVersion>("getVersion");
+    if (getVersion == nullptr) { // somebody else's library: no failure
+        code = codes.get("LIBRARY_GETVERSIONNOTFOUND",
+                         "Could not bind version verification function", ErrorCode::Warning);
+        return nullptr;
+    }
+    if (getVersion() != kPluginInterfaceVersion) {
+        code = codes.get("LIBRARY_WRONGVERSION",
+                         "The version of the plugin interface does not match the system interface",
+                         ErrorCode::Error);
+        return nullptr;
+    }
+    const auto getPlugin = module.find<GetPlugin>("getPlugin");
+    if (getPlugin == nullptr) {
+        code = codes.get("LIBRARY_GETPLUGINNOTFOUND", "Could not bind plugin retreiver function",
+                         ErrorCode::Error);
+        return nullptr;
+    }
+    auto* const library = new Library(module.keep(), path);
+    for (std::int32_t i = 0; CCameraPlugin* const descriptor = getPlugin(i); ++i) {
+        std::int32_t ignored = 0;
+        Plugin::create(library, descriptor, ignored);
+        if (i + 1 == kMostPlugins) {
+            entry.write("The library offers plugins without end", Log::Error);
+            break;
+        }
+    }
+    return library;
+}
+
+std::int32_t LibraryManager::getLibraryCount() const {
+    return static_cast<std::int32_t>(libraries_.size());
+}
+
+Library* LibraryManager::getLibrary(std::int32_t index) const {
+    return index >= 0 && index < getLibraryCount() ? libraries_[static_cast<std::size_t>(index)]
+                                                   : nullptr;
+}
+
+Library* LibraryManager::findLibrary(const std::string& path) const {
+    const auto found = std::find_if(libraries_.begin(), libraries_.end(),
+                                    [&path](Library* each) { return each->getPath() == path; });
+    return found != libraries_.end() ? *found : nullptr;
+}
+
+Plugin* LibraryManager::findPlugin(const std::string& type) const {
+    for (Library* library : libraries_)
+        if (Plugin* const plugin = library->findPlugin(type))
+            return plugin;
+    return nullptr;
+}
+
+std::int32_t LibraryManager::addLibrary(Library* library) {
+    if (std::find(libraries_.begin(), libraries_.end(), library) != libraries_.end())
+        return ErrorCode::instance()->get(
+            "LIBRARY_ALREADYINLIST", "The specified library is already in list", ErrorCode::Notice);
+    libraries_.push_back(library);
+    return 0;
+}
+
+void LibraryManager::removeLibrary(Library* library) {
+    const auto found = std::find(libraries_.begin(), libraries_.end(), library);
+    if (found != libraries_.end())
+        libraries_.erase(found);
+}
+
+namespace {
+
+/// Calls `visit(plugin)` for each plug-in of each library, in order, until it gives true.
+template <class Visit>
+void forEachPlugin(const std::vector<Library*>& libraries, Visit visit) {
+    for (Library* library : libraries)
+        for (std::int32_t i = 0; i < library->getPluginCount(); ++i)
+            if (visit(*library->getPlugin(i)))
+                return;
+}
+
+} // namespace
+
+std::int32_t LibraryManager::getInstanceCount(const CoreImplementation* core) const {
+    std::int32_t count = 0;
+    forEachPlugin(libraries_, [&](Plugin& plugin) {
+        for (std::int32_t i = 0; i < plugin.getInstanceCount(); ++i)
+            count += core == nullptr || plugin.getInstance(i)->getCore() == core ? 1 : 0;
+        return false;
+    });
+    return count;
+}
+
+PluginInstance* LibraryManager::getInstance(std::int32_t index,
+                                            const CoreImplementation* core) const {
+    PluginInstance* found = nullptr;
+    forEachPlugin(libraries_, [&](Plugin& plugin) {
+        for (std::int32_t i = 0; i < plugin.getInstanceCount(); ++i) {
+            PluginInstance* const each = plugin.getInstance(i);
+            if ((core == nullptr || each->getCore() == core) && index-- == 0) {
+                found = each;
+                return true;
+            }
+        }
+        return false;
+    });
+    return found;
+}
+
+void LibraryManager::destroyInstances(const CoreImplementation* core) {
+    forEachPlugin(libraries_, [core](Plugin& plugin) {
+        for (std::int32_t i = plugin.getInstanceCount() - 1; i >= 0; --i) {
+            // One instance may take others along, those below it in the tree.
+            PluginInstance* const each = plugin.getInstance(i);
+            if (each != nullptr && each->getCore() == core)
+                each->destroy();
+        }
+        return false;
+    });
+}
+
+std::int32_t LibraryManager::destroyLibraries() {
+    while (!libraries_.empty())
+        libraries_.back()->destroy();
+    return 0;
+}
+
+} // namespace MVR

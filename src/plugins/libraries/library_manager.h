@@ -1,0 +1,70 @@
+/// \file
+/// All tool libraries of the process.
+#pragma once
+
+#include "core/util/sdk/singleton.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+class CoreImplementation;
+class Library;
+class Plugin;
+class PluginInstance;
+
+/// Finds and keeps the tool libraries, and knows their plug-ins and instances. Libraries live from
+/// the load of the core to its unload; attachments share them.
+///
+/// 1. The built-in plug-ins are added to CoreLibrary.
+/// 2. loadLibraries().
+/// 3. destroyInstances(core) at each detach.
+/// 4. destroyLibraries() at unload.
+///
+/// A library that can't be used is logged and skipped. Host thread only.
+class LibraryManager final : public Util::Singleton<LibraryManager> {
+public:
+    /// Loads every library of the folder that the install value "pluginpath" names.
+    void loadLibraries();
+    /// Loads a library and creates its plug-ins. 0 also for a foreign library, which exports no
+    /// `getVersion`. The code of "LIBRARY_ALREADYLOADED" for a path that is loaded, compared byte
+    /// for byte; of "LIBRARY_COULDNOTLOAD" for a library that can't be used.
+    [[nodiscard]] std::int32_t loadLibrary(const std::string& path);
+
+    [[nodiscard]] std::int32_t getLibraryCount() const;
+    /// Null if `index` is out of range.
+    [[nodiscard]] Library* getLibrary(std::int32_t index) const;
+    /// The library of exactly this path, or null.
+    [[nodiscard]] Library* findLibrary(const std::string& path) const;
+    /// The plug-in of this type name; that of the library loaded first if several have one.
+    [[nodiscard]] Plugin* findPlugin(const std::string& type) const;
+    /// For Library's constructor and destructor. The code of "LIBRARY_ALREADYINLIST" for one that
+    /// is in the list.
+    [[nodiscard]] std::int32_t addLibrary(Library* library);
+    void removeLibrary(Library* library);
+
+    /// The tools of `core`, or of all cores if it is null, in the order of libraries, plug-ins and
+    /// creation.
+    [[nodiscard]] std::int32_t getInstanceCount(const CoreImplementation* core) const;
+    /// Null if `index` is out of range.
+    [[nodiscard]] PluginInstance* getInstance(std::int32_t index,
+                                              const CoreImplementation* core) const;
+    /// Destroys the tools of `core`, for each plug-in the last first.
+    void destroyInstances(const CoreImplementation* core);
+    /// Destroys the libraries, last first. Always 0.
+    std::int32_t destroyLibraries();
+
+    ~LibraryManager() override;
+
+private:
+    friend class Util::Singleton<LibraryManager>;
+    LibraryManager();
+
+    Library* createLibrary(const std::string& path, std::int32_t& code);
+
+    std::vector<Library*> libraries_; // owned: destroyLibraries(), where each leaves the list
+};
+
+} // namespace MVR

@@ -1,0 +1,85 @@
+/// \file
+/// The core's side of one kind of tool.
+#pragma once
+
+#include "core/messages/sdk/message_node.h"
+#include "core/util/sdk/dynamic_object.h"
+#include "data/sdk/tag.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "unidevice/sdk/profile_managers.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+class CoreImplementation;
+class Library;
+class PluginInstance;
+
+/// One kind of tool: owns its descriptor, lays out its folders, keeps the presets that its
+/// instances share, makes and keeps the instances. It lives as long as its library, its instances
+/// belong to one attachment each. Host thread only.
+class Plugin final : public Util::DynamicObject, public Util::MessageNode {
+public:
+    /// A new plug-in of `library`, which owns it; it owns `descriptor`. Without one of them: null,
+    /// with `error` the code of "PLUGIN_NOPARENTLIBRARY" or "PLUGIN_NOHANDLER", and `descriptor`
+    /// stays the caller's. On success `error` stays as it is.
+    static Plugin* create(Library* library, CCameraPlugin* descriptor, std::int32_t& error);
+    /// Destroys the instances, last first, then leaves the library and frees the descriptor.
+    ~Plugin() override;
+
+    /// The type name, which is the descriptor's.
+    [[nodiscard]] std::string getName() const override { return descriptor_->getName(); }
+    [[nodiscard]] CCameraPlugin* getDescriptor() const { return descriptor_.get(); }
+
+    [[nodiscard]] std::int32_t getInstanceCount() const { return instanceCount_; }
+    /// In order of creation; null if `index` is out of range.
+    [[nodiscard]] PluginInstance* getInstance(std::int32_t index) const;
+    /// For PluginInstance's constructor and destructor. Adding one again does nothing, and neither
+    /// does removing one that isn't here.
+    void addInstance(PluginInstance* instance);
+    void removeInstance(PluginInstance* instance);
+    /// A new tool in `core`; the plug-in owns it until a reference does. An empty `name` gives it
+    /// the name of the plug-in plus "_01".
+    [[nodiscard]] PluginInstance* createInstance(CoreImplementation* core, const std::string& name);
+
+    /// The descriptor's categories, up to the first empty one.
+    [[nodiscard]] std::vector<std::string> getCategories() const;
+    /// What InstanceManager::create() needs to make one tool of this kind from nothing; an empty
+    /// `name` leaves the name open.
+    [[nodiscard]] Tag getDefaultData(const std::string& name) const;
+    /// The same without a name, for a kind that needn't be there.
+    [[nodiscard]] static Tag makeData(const std::string& type);
+    /// The user's folder for files of this kind of tool; ends in "\". Empty if there are no user's
+    /// folders.
+    [[nodiscard]] std::string getUserDataFolder() const;
+
+    /// The presets of all instances that have no list of their own; the shared file's and the
+    /// user's. They live as long as the plug-in.
+    [[nodiscard]] ConfigProfileManager& getConfigProfiles() { return configProfiles_; }
+    [[nodiscard]] InputProfileManager& getInputProfiles() { return inputProfiles_; }
+
+private:
+    Plugin(Library* library, CCameraPlugin* descriptor);
+    void createFolders() const;
+    void gatherProfiles(XMLFileManager& list, const char* sharedFile, const char* dataFolder,
+                        const char* folder) const;
+    [[nodiscard]] bool hasInstance(const PluginInstance* instance) const;
+    void closeGaps() const;
+
+    Library* library_;
+    Util::Owned<CCameraPlugin> descriptor_;
+    // In order of creation, owned unless a reference owns them: either end ends both. One that goes
+    // leaves a gap, and a last one takes the gaps before it along, so that a tree of any size is
+    // torn down in the time that its instances need.
+    mutable std::vector<PluginInstance*> instances_;
+    std::int32_t instanceCount_ = 0; // without the gaps
+    // The input profiles go first.
+    ConfigProfileManager configProfiles_;
+    InputProfileManager inputProfiles_;
+};
+
+} // namespace MVR

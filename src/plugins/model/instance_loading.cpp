@@ -1,0 +1,185 @@
+#include "plugins/model/instance_loading.h"
+
+#include "core/base/sdk/error_code.h"
+#include "core/base/sdk/log.h"
+#include "core/core_implementation.h"
+#include "data/sdk/packed_tag.h"
+#include "instance/plugin_instance.h"
+#include "plugins/instance_reference.h"
+#include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/libraries/root_plugin.h"
+#include "plugins/model/model_place.h"
+#include "plugins/model/tool_start.h"
+
+#include <deque>
+#include <optional>
+#include <utility>
+
+namespace MVR {
+namespace {
+
+/// False if `data` is packed and there is no tool in it. It stays the element of a tool, so that it
+/// counts as one that failed.
+bool unpackTool(Tag& data) {
+    if (!data.hasName("MVR_Plugin"))
+        return true;
+    const bool isDecoded = unpackTag(data);
+    if (data.hasName("MVR_Plugin"))
+        return isDecoded;
+    data = Tag::element("MVR_Plugin");
+    return false;
+}
+
+/// One tool in the making, with its open entry in the log. Its tools below come between the
+/// constructor and end().
+class ToolLoad {
+public:
+    /// `outermost` is the one that all others of the model hang below, null for that itself.
+    ToolLoad(CoreImplementation* core, Tag& data, const std::string& path,
+             const ToolLoad* outermost)
+        : core_(core), data_(data), path_(path), isUnpacked_(unpackTool(data)),
+          place_(outermost != nullptr ? outermost->place_ : ModelPlace(data, path)) {
+        isMade_ = begin();
+    }
+
+    /// The data of the next tool below, null if there is none left.
+    Tag* nextChild() {
+        while (isMade_ && nextChild_ < data_.childCount()) {
+            Tag& child = data_.child(nextChild_++);
+            if (child.hasName("MVR_Plugin"))
+                return &child;
+        }
+        return nullptr;
+    }
+
+    /// Takes over what became of a tool below.
+    void addChild(Util::Owned<InstanceReference> child, std::int32_t childError) {
+        const bool isUsable = errors().find(childError).getType() > ErrorCode::Error;
+        if (isUsable && reference_.get() != nullptr)
+            reference_.get()->add(child.release());
+        else
+            child.reset();
+        if (isUsable)
+            return;
+        Log entry("Error detected while instanciating plugins. Trying to continue anyway",
+                  Log::Warning);
+        error_ = errors().get("INSTANCIATOR_COULDNOTCREATESUBPLUGIN",
+                              "Some plugins could not be instanciated", ErrorCode::Warning);
+    }
+
+    std::pair<Util::Owned<InstanceReference>, std::int32_t> end() {
+        if (isMade_)
+            adaptor().endUndo();
+        return {Util::Owned<InstanceReference>(isMade_ ? reference_.get() : nullptr), error_};
+    }
+
+private:
+    static ErrorCode& errors() { return *ErrorCode::instance(); }
+    AdaptorInterface& adaptor() const { return *core_->getAdaptor(); }
+
+    bool begin();
+    bool makeInstance(Plugin& plugin, const std::string& type);
+    void applyStates();
+
+    CoreImplementation* core_;
+    Tag& data_;
+    const std::string& path_;
+    bool isUnpacked_;
+    ModelPlace place_;
+    std::optional<Log> entry_;
+    InstanceReference::Watch reference_{nullptr}; // a tool, or the host's undo, may end it
+    std::int32_t error_ = 0;
+    std::int32_t nextChild_ = 0;
+    bool isMade_ = false;
+};
+
+bool ToolLoad::begin() {
+    if (!data_.hasName("MVR_Plugin")) {
+        Log(Log::Error).write("Trying to instanciate plugin with invalid data structure");
+        error_ = errors().report("INVALIDOKFDATASTRUCTURE");
+        return false;
+    }
+    std::string type = data_.child("type").value();
+    if (type.empty())
+        type = data_.child("pluginname").value();
+    const std::string& name = data_.child("name").value();
+    place_.setTool(name.empty() ? type : name);
+    if (!isUnpacked_)
+        place_.log("MVR_Plugin", "its packed text can't be read");
+    entry_.emplace("Creating " + type, Log::Notice);
+    Plugin* const plugin = LibraryManager::instance()->findPlugin(type);
+    // A second root would be saved as one, and what is below it lost.
+    if (plugin == nullptr || (type == RootPlugin::kName && core_->getRoot() != nullptr)) {
+        entry_->write("Could not find plugin type", type, Log::Warning);
+        if (isUnpacked_)
+            place_.log("type", "there is no such kind of tool: " + type);
+        error_ = errors().report("PLUGINNOTFOUND");
+        return false;
+    }
+    adaptor().beginUndo("Create Oskel " + type);
+    if (!makeInstance(*plugin, type))
+        return false;
+    applyStates();
+    if (reference_.get() == nullptr) { // the tool took itself away
+        adaptor().endUndo();
+        return false;
+    }
+    if (!ToolStart(*reference_.get(), data_, place_, *entry_).run(path_))
+        return false;
+    entry_->write("Entering highpoly loading routines");
+    reference_.get()->loadHighPoly(data_.child("highpoly"), path_, place_);
+    return true;
+}
+
+bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
+    std::string name = data_.child("name").value();
+    PluginInstance* const instance = plugin.createInstance(core_, name);
+    if (instance->getCode() == nullptr) { // the plug-in made no tool object
+        instance->destroy();
+        adaptor().cancelUndo();
+        entry_->write("Unable to instanciate plugin", type, Log::Error);
+        place_.log("MVR_Plugin", "the tool's library can't make it");
+        error_ = errors().report("COULDNOTINSTANCIATEPLUGIN");
+        return false;
+    }
+    instance->setNameFromData(name.empty() ? instance->getName() : name);
+    instance->setUnderCreation(true);
+    reference_.set(core_->createReference(instance));
+    return reference_.get() != nullptr;
+}
+
+void ToolLoad::applyStates() {
+    InstanceReference& reference = *reference_.get();
+    const auto isOff = [this](const char* key) { return data_.child(key).value() == "false"; };
+    if (isOff("visible"))
+        reference.setShown(false);
+    if (isOff("expanded"))
+        reference.setExpanded(false);
+    if (isOff("checked"))
+        reference.setChecked(false, true);
+    reference.getInstance()->setCustomData(data_.child("customdata"));
+}
+
+} // namespace
+
+Util::Owned<InstanceReference> instantiate(CoreImplementation* core, Tag& data, std::int32_t& error,
+                                           const std::string& path) {
+    std::deque<ToolLoad> open; // not the machine's stack, which nested data could exhaust
+    open.emplace_back(core, data, path, nullptr);
+    while (true) {
+        if (Tag* const child = open.back().nextChild()) {
+            open.emplace_back(core, *child, path, &open.front());
+            continue;
+        }
+        auto [reference, code] = open.back().end();
+        open.pop_back();
+        if (open.empty()) {
+            error = code;
+            return std::move(reference); // a structured binding isn't moved by itself
+        }
+        open.back().addChild(std::move(reference), code);
+    }
+}
+
+} // namespace MVR

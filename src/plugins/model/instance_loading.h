@@ -1,0 +1,27 @@
+/// \file
+/// Tools from a tag tree.
+#pragma once
+
+#include "core/util/sdk/dynamic_object.h"
+
+#include <cstdint>
+#include <string>
+
+namespace MVR {
+
+class CoreImplementation;
+class InstanceReference;
+class Tag;
+
+/// Makes the tool that `data`, an element "MVR_Plugin", describes, and those below it, and runs the
+/// first calls of the tools' lives. `path` is the folder that the data came from. Packed elements
+/// are unpacked in place. The result stands outside the tree and is still under creation:
+/// InstanceReference::applyAttributes() with the same data comes next.
+///
+/// Null, with a code in `error`, if `data` is something else or the tool's kind is unknown; null
+/// with 0 if the tool itself refused. A tool further down that fails is left out, with a warning
+/// in `error`. The data may be nested to any depth.
+[[nodiscard]] Util::Owned<InstanceReference>
+instantiate(CoreImplementation* core, Tag& data, std::int32_t& error, const std::string& path);
+
+} // namespace MVR

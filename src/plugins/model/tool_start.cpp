@@ -1,0 +1,169 @@
+#include "plugins/model/tool_start.h"
+
+#include "core/base/sdk/error_code.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/core_implementation.h"
+#include "data/sdk/base64_buffer.h"
+#include "instance/plugin_instance.h"
+#include "plugins/contract/extension_ids.h"
+#include "plugins/contract/scene_node.h"
+#include "unidevice/sdk/profile_managers.h"
+
+namespace MVR {
+namespace {
+
+constexpr std::int32_t kOkWithStopIcon = 32; // flags of CInterface::messageBox()
+
+void storeFactorySettings(PluginInstance& instance) {
+    // The name is reserved for this; it is in the list only, never in a file.
+    (void)instance.getConfigProfiles().addElement(instance.getConfigProfile(kFactorySettings),
+                                                  false, true);
+}
+
+} // namespace
+
+ToolStart::ToolStart(InstanceReference& reference, const Tag& data, const ModelPlace& place,
+                     Log& entry)
+    : reference_(&reference), data_(data), place_(place), entry_(entry),
+      adaptor_(*reference.getCore()->getAdaptor()) {}
+
+PluginInstance& ToolStart::instance() const {
+    return *reference_.get()->getInstance();
+}
+
+bool ToolStart::run(std::string folder) {
+    const bool isStarted = initialise(std::move(folder)) &&
+                           (data_.child("savedata").isEmpty() ? createNew() : resume());
+    if (isStarted)
+        entry_.write("create returned successfully");
+    else if (!isCancelled_) // the tool took itself away
+        adaptor().endUndo();
+    return isStarted;
+}
+
+bool ToolStart::initialise(std::string folder) {
+    Log entry("initializing plugin", Log::Notice);
+    CCamera& tool = *instance().getCode();
+    tool.extend(ToolExtension::kDataFolder, reinterpret_cast<std::intptr_t>(&folder));
+    if (!isAlive())
+        return false;
+    const std::int32_t code = tool.init();
+    if (code == 0) {
+        entry.write("init returned successfully");
+        return isAlive();
+    }
+    cancelStep();
+    logRefusal("instance init returned error", code);
+    if (isAlive()) // unless the host took it back with the step
+        reference_.get()->destroy();
+    return false;
+}
+
+bool ToolStart::createNew() {
+    Log entry("creating plugin", Log::Notice);
+    if (const std::int32_t code = instance().getCode()->create(); code != 0) {
+        logRefusal("instance create returned error", code);
+        giveUp();
+        return false;
+    }
+    if (!isAlive())
+        return false;
+    entry.write("Saving factory settings");
+    storeFactorySettings(instance());
+    entry.write("Loading default config profile");
+    if (data_.child("configprofile").isEmpty())
+        if (const FileElement* const start =
+                instance().getConfigProfiles().findElement(kStartProfile))
+            instance().applyConfigProfile(Tag(start->data));
+    if (!isAlive())
+        return false;
+    entry.write("Loading input config profile");
+    if (data_.child("inputprofile").isEmpty())
+        if (const FileElement* const start =
+                instance().getInputProfiles().findElement(kStartProfile))
+            (void)instance().applyInputProfile(start->data);
+    return isAlive();
+}
+
+bool ToolStart::resume() {
+    if (!bindNodes())
+        return false;
+    const std::string& text = data_.child("savedata").value();
+    const Base64Buffer block(text);
+    if (!text.empty() && block.size() == 0)
+        place_.log("savedata", "it can't be read");
+    instance().setSaveData(block.data(), static_cast<std::int32_t>(block.size()));
+    Log entry("loading plugin", Log::Notice);
+    if (const std::int32_t code = instance().getCode()->load(); code != 0) {
+        logRefusal("instance load returned error", code);
+        giveUp();
+        return false;
+    }
+    if (isAlive())
+        instance().updatePanel();
+    return isAlive();
+}
+
+/// Binds the scene objects that the saved tool had; false if one of them is missing.
+bool ToolStart::bindNodes() {
+    const Tag& nodeInfo = data_.child("nodeinfo");
+    std::vector<std::string> names;
+    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
+        if (nodeInfo.child(i).hasName("node"))
+            names.push_back(nodeInfo.child(i).attribute("name"));
+    const std::string dataName = reference_.get()->getInstanceName();
+    std::vector<SceneNode*> nodes = adaptor().resolveNodes(nodeInfo, dataName, &instance());
+    nodes.resize(names.size());
+    bool isComplete = true;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (nodes[i] != nullptr)
+            continue;
+        isComplete = false;
+        place_.log("node " + names[i], "it isn't in the scene");
+    }
+    if (!isComplete)
+        reportMissing(nodes, names);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (nodes[i] == nullptr)
+            continue;
+        if (isComplete && nodes[i]->bindTest(&instance(), names[i]) != 0 &&
+            adaptor().createNode(&instance(), names[i]) == nullptr)
+            place_.log("node " + names[i], "the host can't make it");
+        nodes[i]->release(nodes[i]);
+    }
+    if (!isComplete)
+        giveUp();
+    return isComplete;
+}
+
+void ToolStart::reportMissing(const std::vector<SceneNode*>& nodes,
+                              const std::vector<std::string>& names) {
+    std::string message =
+        "Some nodes required for this plugin was not found in the scene. Please make sure all "
+        "required nodes are present.\nThe following nodes were not found:\n\n";
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (nodes[i] == nullptr)
+            message += reference_.get()->getInstanceName() + "_" + names[i] + "\n";
+    entry_.write(message, Log::Error);
+    (void)instance().messageBox(message, "Error loading plugin", kOkWithStopIcon);
+}
+
+void ToolStart::cancelStep() {
+    isCancelled_ = true;
+    adaptor().cancelUndo();
+}
+
+/// The tool stays outside the tree, unless the host takes it back with the step.
+void ToolStart::giveUp() {
+    cancelStep();
+    if (isAlive())
+        reference_.get()->abandon();
+}
+
+void ToolStart::logRefusal(const char* text, std::int32_t code) const {
+    const std::string message = ErrorCode::instance()->find(code).getMessage();
+    entry_.write(text, message, Log::Error);
+    place_.log("MVR_Plugin", std::string(text) + ": " + message);
+}
+
+} // namespace MVR

@@ -1,0 +1,190 @@
+#include "stage/base/options.h"
+
+#include "stage/base/text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+namespace Stage {
+
+namespace {
+
+const Option* findOption(const std::vector<Option>& options, std::string_view name) {
+    const auto found = std::find_if(options.begin(), options.end(),
+                                    [name](const Option& option) { return option.name == name; });
+    return found != options.end() ? &*found : nullptr;
+}
+
+/// The fewest letters to add, remove or change to get from one word to the other.
+std::size_t distance(std::string_view from, std::string_view to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        row[i] = i;
+    }
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < to.size(); ++j) {
+            const std::size_t change = diagonal + (from[i] == to[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, change});
+        }
+    }
+    return row.back();
+}
+
+std::string unknownOption(const std::vector<Option>& options, const std::string& name) {
+    constexpr std::size_t kLikelySlip = 4;
+    const Option* nearest = nullptr;
+    std::size_t least = kLikelySlip;
+    for (const Option& option : options) {
+        const std::size_t d = distance(name, option.name);
+        if (d < least) {
+            least = d;
+            nearest = &option;
+        }
+    }
+    std::string message = "no option named " + name;
+    if (nearest != nullptr) {
+        message += std::string("; did you mean ") + nearest->name + "?";
+    }
+    return message;
+}
+
+const char* meaning(ExitCode code) {
+    switch (code) {
+    case ExitCode::Ok:
+        return "all went well";
+    case ExitCode::Usage:
+        return "an option is wrong or missing";
+    case ExitCode::CoreOrToolMissing:
+        return "the core, or a tool, is not there or can't be used";
+    case ExitCode::BadBinding:
+        return "a tool, a property or a control that was named is not there";
+    case ExitCode::OutputNotWritten:
+        return "a file could not be written; what it held before is whole";
+    case ExitCode::CutShort:
+        return "stopped by Ctrl+C before its end; what was recorded is kept";
+    case ExitCode::CheckFailed:
+        return "a check that was asked for failed";
+    case ExitCode::BadFile:
+        return "a scene, model or profile can't be read; the message tells where and why";
+    case ExitCode::Incomplete:
+        return "tools of a model, or parts of them, could not be made; the others are there";
+    }
+    return "";
+}
+
+} // namespace
+
+bool readArguments(const std::vector<std::string>& words, const std::vector<Option>& options,
+                   std::vector<Argument>& arguments, std::string& error) {
+    const auto isOperand = [](const Option& option) { return option.name[0] != '-'; };
+    auto operand = std::find_if(options.begin(), options.end(), isOperand);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        if (word.rfind("-", 0) != 0) {
+            if (operand == options.end()) {
+                error = "\"" + word + "\" belongs to no option";
+                return false;
+            }
+            arguments.push_back({operand->name, word});
+            operand = std::find_if(operand + 1, options.end(), isOperand);
+            continue;
+        }
+        const std::size_t equals = word.find('=');
+        const std::string name = word.substr(0, equals);
+        const Option* option = findOption(options, name);
+        if (option == nullptr) {
+            error = unknownOption(options, name);
+            return false;
+        }
+        Argument argument{name, {}};
+        if (option->argument == nullptr) {
+            if (equals != std::string::npos) {
+                error = name + " takes no value";
+                return false;
+            }
+        } else if (equals != std::string::npos) {
+            argument.value = word.substr(equals + 1);
+        } else if (++i < words.size()) {
+            argument.value = words[i];
+        } else {
+            error = name + " needs a value: " + option->argument;
+            return false;
+        }
+        if (option->argument != nullptr && argument.value.empty()) { // an unset shell variable
+            error = name + " must not be empty";
+            return false;
+        }
+        arguments.push_back(std::move(argument));
+    }
+    if (operand != options.end()) {
+        error = std::string(operand->name) + " is missing: " + operand->help;
+    }
+    return operand == options.end();
+}
+
+bool readNumber(const Argument& argument, double least, double& out, std::string& error) {
+    double number = 0.0;
+    if (!toNumber(argument.value, number)) {
+        error = argument.name + ": \"" + argument.value + "\" is no number";
+    } else if (number < least) {
+        error = argument.name + " must be at least " + toText(least);
+    } else {
+        out = number;
+        return true;
+    }
+    return false;
+}
+
+bool readNumber(const Argument& argument, int least, int most, int& out, std::string& error) {
+    int number = 0;
+    if (!toNumber(argument.value, number) || number < least || number > most) {
+        error = argument.name + " must be a whole number from " + std::to_string(least) + " to " +
+                std::to_string(most) + ", not \"" + argument.value + "\"";
+        return false;
+    }
+    out = number;
+    return true;
+}
+
+std::string describe(const std::vector<Option>& options) {
+    constexpr std::size_t kHelpColumn = 30;
+    std::string text;
+    for (const Option& option : options) {
+        std::string line = std::string("  ") + option.name;
+        if (option.argument != nullptr) {
+            line += std::string(" ") + option.argument;
+        }
+        if (line.size() + 2 > kHelpColumn) {
+            text += line + '\n';
+            line.clear();
+        }
+        line.resize(kHelpColumn, ' ');
+        text += line;
+        for (const char* c = option.help; *c != '\0'; ++c) {
+            text += *c;
+            if (*c == '\n') {
+                text.append(kHelpColumn, ' ');
+            }
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+std::string describe(const std::vector<ExitCode>& codes) {
+    std::string text;
+    for (const ExitCode code : codes) {
+        text += "  " + std::to_string(static_cast<int>(code)) + "  " + meaning(code) + '\n';
+    }
+    return text;
+}
+
+void complain(const std::string& message) {
+    std::fprintf(stderr, "mirvane-stage: %s\n", message.c_str());
+}
+
+} // namespace Stage

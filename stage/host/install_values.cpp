@@ -1,0 +1,78 @@
+#include "stage/host/install_values.h"
+
+#include "platform/registry.h"
+#include "platform/sdk/files.h"
+#include "stage/base/machine.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace Stage {
+
+namespace {
+
+std::string absolute(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path full = std::filesystem::absolute(path, error);
+    return error ? path : full.lexically_normal().string();
+}
+
+std::string folderOf(const std::string& path) {
+    return std::filesystem::path(absolute(path)).parent_path().string();
+}
+
+std::string orBeside(const std::string& given, const std::string& corePath, const char* name) {
+    return given.empty() ? folderOf(corePath) + "/" + name : absolute(given);
+}
+
+/// The user's documents folder, as the core would find it.
+std::string documentsFolder() {
+    std::string folder;
+    (void)MVR::Platform::readRegistryValue(MVR::Platform::Hive::CurrentUser,
+                                           MVR::Platform::kShellFoldersKey, "Personal",
+                                           folder); // none: the core tells
+    return folder;
+}
+
+} // namespace
+
+std::string toolFolder(const InstallValues& values, const std::string& corePath) {
+    return orBeside(values.plugins, corePath, "plugins");
+}
+
+std::string driverFolder(const InstallValues& values, const std::string& corePath) {
+    return orBeside(values.data, corePath, "data") + "/unidevice";
+}
+
+InstallValuesFile::~InstallValuesFile() {
+    if (!path_.empty()) {
+        MVR::Platform::deleteFile(path_);
+    }
+}
+
+bool InstallValuesFile::write(const InstallValues& values, const std::string& corePath,
+                              std::string& error) {
+    if (values.data.empty() && values.plugins.empty() && values.documents.empty()) {
+        return true;
+    }
+    const std::string documents =
+        values.documents.empty() ? documentsFolder() : absolute(values.documents);
+    const std::string text =
+        std::string("[") + MVR::Platform::kInstallKey + "]\npath=" + folderOf(corePath) +
+        "\ndatapath=" + orBeside(values.data, corePath, "data") +
+        "\npluginpath=" + toolFolder(values, corePath) + "\ndocpath=" + folderOf(corePath) +
+        "/doc\n[" + MVR::Platform::kShellFoldersKey + "]\nPersonal=" + documents + "\n";
+    std::error_code fault;
+    const std::filesystem::path folder = std::filesystem::temp_directory_path(fault);
+    const std::string path =
+        (folder / ("mirvane-stage-" + std::to_string(processNumber()) + ".ini")).string();
+    if (fault || !MVR::Platform::writeFileAtomic(path, text)) {
+        error = "can't write " + path + ": " + MVR::Platform::lastFileError();
+        return false;
+    }
+    path_ = path;
+    setEnvironment("MIRVANE_REGISTRY", path);
+    return true;
+}
+
+} // namespace Stage

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "stage/host/core_library.h"
+#include "stage/host/install_values.h"
+#include "stage/host/stage_adaptor.h"
+#include "stage/rig/tool_list.h"
+#include "stage/rig/tool_plan.h"
+#include "stage/scene/scene.h"
+#include "stage/scene/scene_file.h"
+#include "stage/scene/timeline.h"
+#include "stage/scene/undo_list.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace UniDevice {
+class Property;
+}
+
+namespace Stage {
+
+/// A tool that stands in the scene.
+struct PlacedTool {
+    ToolPlan plan;
+    MVR::CInterface*
+        access; ///< null if the tool has no node, through which the host gets to know it
+};
+
+/// One run of the host with the core attached.
+///
+/// 1. open() loads and attaches the core.
+/// 2. openScene(), if the scene isn't to be a new one.
+/// 3. place() for each tool, then take() and resimulate() as often as wanted.
+/// 4. saveScene(), as often as wanted.
+/// 5. close(), or the end of the object.
+class Session {
+public:
+    Session() = default;
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session() { close(); }
+
+    /// False, with the reason in `error`, if there is no core, or none that fits.
+    [[nodiscard]] bool open(const InstallValues& values, std::string& error);
+    void close();
+
+    /// Brings back a scene that was read from a file: nodes, time and tools, as getTools(). Nothing
+    /// of it can be undone. False, with the tools that can't be made in `error`; then the scene is
+    /// not to be saved, for they would be lost.
+    [[nodiscard]] bool openScene(const SceneData& data, std::string& error);
+    /// Writes the scene's file with all that goes on from here in another process. False, with the
+    /// reason in `error` and the old file whole, if it can't be written.
+    [[nodiscard]] bool saveScene(const std::string& path, std::string& error);
+
+    /// Takes the tools that the core made by itself, as for a model, into getTools(). The new ones;
+    /// nothing, with the reason in `error`, if they can't be told.
+    [[nodiscard]] std::optional<std::vector<const PlacedTool*>> adoptTools(std::string& error);
+
+    /// Places a tool; null, with the reason in `error`, if the core can't make it. The result is
+    /// valid until close().
+    [[nodiscard]] const PlacedTool* place(const ToolPlan& plan, std::string& error);
+    [[nodiscard]] const std::vector<std::unique_ptr<PlacedTool>>& getTools() const {
+        return tools_;
+    }
+
+    /// False, with the first property or control that isn't there in `error`, if a binding of the
+    /// tool doesn't stand.
+    [[nodiscard]] bool checkBindings(const PlacedTool& tool, std::string& error) const;
+    /// The properties that a setting means; empty if there are none.
+    [[nodiscard]] std::vector<UniDevice::Property*> findProperties(const Setting& setting) const;
+
+    [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
+    /// Runs what is due in the core; see CoreLibrary::pump().
+    std::int32_t pump() { return library_.pump(); }
+
+    // The host: free to use whether or not the core is attached.
+    UndoList undo;
+    Scene scene{undo};
+    Timeline timeline;
+    StageAdaptor adaptor{scene, undo, timeline};
+
+private:
+    /// The tools as the core has them now.
+    struct PresentTools {
+        MVR::Tag configuration;
+        std::vector<ListedTool> tools;
+        std::vector<MVR::CInterface*> access; // of the tool at the same index
+    };
+    bool readTools(PresentTools& out, std::string& error);
+
+    InstallValuesFile installValues_;
+    CoreLibrary library_;
+    MVR::CoreInterface* core_ = nullptr; // the core's; null when detached
+    std::vector<std::unique_ptr<PlacedTool>> tools_;
+    /// "inputprofile" of the tools of the scene that was opened.
+    std::unordered_map<const MVR::CInterface*, MVR::Tag> saved_;
+};
+
+} // namespace Stage

@@ -1,0 +1,106 @@
+#include "stage/rig/tool_list.h"
+
+#include "stage/base/text.h"
+
+#include <unordered_map>
+#include <utility>
+
+namespace Stage {
+
+namespace {
+
+using MVR::Tag;
+
+constexpr const char* kToolElement = "MVR_Plugin";
+
+/// The properties of the tool's profile that are bound to a control.
+std::vector<Binding> listBindings(const Tag& profile) {
+    std::vector<Binding> bindings;
+    for (std::int32_t i = 0; i < profile.childCount(); ++i) {
+        const Tag& property = profile.child(i);
+        const Tag& control = property.child("control");
+        const std::string device = control.attribute("device");
+        if (!property.hasName("property") || device.empty()) {
+            continue;
+        }
+        Binding binding{property.attribute("name"), device, 0, control.attribute("type"), 0};
+        // A number that can't be read stays 0, as the core takes it.
+        (void)toNumber(control.attribute("devindex"), binding.deviceIndex);
+        (void)toNumber(control.attribute("index"), binding.index);
+        bindings.push_back(std::move(binding));
+    }
+    return bindings;
+}
+
+/// `Element` is Tag or const Tag.
+template <typename Element, typename Call>
+void walk(Element& configuration, const Call& call) {
+    std::vector<Element*> waiting = {&configuration}; // the next one last
+    while (!waiting.empty()) {
+        Element& tag = *waiting.back();
+        waiting.pop_back();
+        if (tag.hasName(kToolElement)) {
+            call(tag);
+        }
+        for (std::int32_t i = tag.childCount(); i-- > 0;) {
+            if (tag.child(i).hasName(kToolElement)) {
+                waiting.push_back(&tag.child(i));
+            }
+        }
+    }
+}
+
+} // namespace
+
+ListedTool listTool(const Tag& tag) {
+    ListedTool tool;
+    tool.plan.type = tag.child("type").value();
+    if (tool.plan.type.empty()) {
+        tool.plan.type = tag.child("pluginname").value();
+    }
+    tool.plan.name = tag.child("name").value();
+    tool.plan.bindings = listBindings(tag.child("inputprofile").child("profile"));
+    const Tag& info = tag.child("nodeinfo");
+    for (std::int32_t i = 0; i < info.childCount(); ++i) {
+        if (info.child(i).hasName("node")) {
+            tool.nodes.push_back(info.child(i).attribute("name"));
+        }
+    }
+    return tool;
+}
+
+std::vector<ListedTool> listTools(const Tag& configuration) {
+    std::vector<ListedTool> tools;
+    walk(configuration, [&tools](const Tag& tag) { tools.push_back(listTool(tag)); });
+    return tools;
+}
+
+void forEachTool(const Tag& configuration, const std::function<void(const Tag& tool)>& call) {
+    walk(configuration, call);
+}
+
+void forEachTool(Tag& configuration, const std::function<void(Tag& tool)>& call) {
+    walk(configuration, call);
+}
+
+void keepBindings(Tag& inputs, const Tag& saved) {
+    const Tag& savedProfile = saved.child("profile");
+    std::unordered_map<std::string, const Tag*> controls;
+    for (std::int32_t i = 0; i < savedProfile.childCount(); ++i) {
+        const Tag& property = savedProfile.child(i);
+        if (!property.child("control").attribute("device").empty()) {
+            controls.emplace(property.attribute("name"), &property.child("control"));
+        }
+    }
+    Tag& profile = inputs.child("profile");
+    for (std::int32_t i = 0; i < profile.childCount(); ++i) {
+        Tag& property = profile.child(i);
+        const auto control = controls.find(property.attribute("name"));
+        if (property.hasName("property") && control != controls.end() &&
+            property.child("control").attribute("device").empty()) {
+            property.addChild(*control->second);
+        }
+    }
+}
+
+} // namespace Stage

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "data/sdk/tag.h"
+#include "stage/rig/tool_plan.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Stage {
+
+/// A tool as a configuration of the core, or a model, describes it.
+struct ListedTool {
+    ToolPlan plan;                  ///< type, name and what is bound
+    std::vector<std::string> nodes; ///< the names of its nodes, within the tool
+};
+
+/// The tools of an element "MVR" or "MVR_Plugin", each before those below it.
+std::vector<ListedTool> listTools(const MVR::Tag& configuration);
+
+/// Gives the properties that aren't bound in `inputs` the controls that they have in `saved`, both
+/// elements "inputprofile" of one tool: controls that aren't there now are unknown to the core, but
+/// part of the scene.
+void keepBindings(MVR::Tag& inputs, const MVR::Tag& saved);
+
+/// One element "MVR_Plugin", without those below it.
+ListedTool listTool(const MVR::Tag& tool);
+
+/// Calls `call` with each element "MVR_Plugin", in the order of listTools().
+void forEachTool(const MVR::Tag& configuration,
+                 const std::function<void(const MVR::Tag& tool)>& call);
+void forEachTool(MVR::Tag& configuration, const std::function<void(MVR::Tag& tool)>& call);
+
+} // namespace Stage

@@ -1,0 +1,188 @@
+#include "stage/rig/tool_plan.h"
+
+#include "platform/sdk/files.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "stage/base/text.h"
+#include "unidevice/sdk/property.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace Stage {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> kSettingNames = {"multiplier", "exponent", "deadzone",
+                                                           "offset"};
+/// Of a plan file; a rig has a few dozen lines.
+constexpr std::uint64_t kMostPlanBytes = 1 << 20;
+constexpr std::size_t kMostPlanLines = 10'000;
+
+bool names(const Setting& setting, const std::string& property) {
+    return setting.property == property || setting.property == "*";
+}
+
+MVR::Tag toControl(const Binding& binding) {
+    MVR::Tag control = MVR::Tag::element("control");
+    control.attributeRef("device") = binding.device;
+    control.attributeRef("devindex") = std::to_string(binding.deviceIndex);
+    control.attributeRef("type") = binding.type;
+    control.attributeRef("index") = std::to_string(binding.index);
+    return control;
+}
+
+} // namespace
+
+std::string Setting::toText() const {
+    return (tool.empty() ? "" : tool + "/") + property + "." + name + "=" + Stage::toText(value);
+}
+
+bool parseBinding(const std::string& text, Binding& out, std::string& error) {
+    const std::size_t equals = text.find('=');
+    const std::size_t colon = text.find(':', equals == std::string::npos ? 0 : equals);
+    Binding binding;
+    if (equals != std::string::npos && colon != std::string::npos) {
+        binding.property = trimmed(std::string_view(text).substr(0, equals));
+        binding.device = trimmed(std::string_view(text).substr(equals + 1, colon - equals - 1));
+        binding.type = text.substr(colon + 1);
+        // A number behind the last colon is the index; a type may hold colons of its own.
+        const std::size_t last = binding.type.rfind(':');
+        if (last != std::string::npos &&
+            toNumber(std::string_view(binding.type).substr(last + 1), binding.index)) {
+            binding.type.resize(last);
+        }
+        const std::size_t hash = binding.device.rfind('#');
+        if (hash != std::string::npos &&
+            toNumber(std::string_view(binding.device).substr(hash + 1), binding.deviceIndex)) {
+            binding.device.resize(hash);
+        }
+    }
+    if (binding.property.empty() || binding.device.empty() || binding.type.empty()) {
+        error = "\"" + text + "\" is no binding: PROPERTY=DEVICE:TYPE[:INDEX] is wanted";
+        return false;
+    }
+    out = std::move(binding);
+    return true;
+}
+
+bool parseSetting(const std::string& text, const std::vector<ToolPlan>& tools, Setting& out,
+                  std::string& error) {
+    const std::size_t equals = text.find('=');
+    const std::size_t dot = text.rfind('.', equals);
+    Setting setting;
+    if (equals == std::string::npos || dot == std::string::npos ||
+        !toNumber(trimmed(std::string_view(text).substr(equals + 1)), setting.value)) {
+        error = "\"" + text + "\" is no setting: PROPERTY.SETTING=NUMBER is wanted";
+        return false;
+    }
+    setting.property = trimmed(std::string_view(text).substr(0, dot));
+    setting.name = trimmed(std::string_view(text).substr(dot + 1, equals - dot - 1));
+    if (std::find(kSettingNames.begin(), kSettingNames.end(), setting.name) ==
+        kSettingNames.end()) {
+        error = "\"" + setting.name +
+                "\" is no setting: multiplier, exponent, deadzone or offset is wanted";
+        return false;
+    }
+    if (setting.name == "deadzone" && setting.value == 1.0) {
+        error = "a deadzone of 1 leaves nothing of the control";
+        return false;
+    }
+    const std::size_t slash = setting.property.find('/');
+    const std::string prefix = setting.property.substr(0, slash);
+    const bool isTool = std::any_of(tools.begin(), tools.end(), [&prefix](const ToolPlan& tool) {
+        return tool.name == prefix || tool.type == prefix;
+    });
+    if (slash != std::string::npos && isTool) {
+        setting.tool = prefix;
+        setting.property.erase(0, slash + 1);
+    }
+    out = std::move(setting);
+    return true;
+}
+
+bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error) {
+    std::string text;
+    if (!MVR::Platform::readFile(path, text, kMostPlanBytes)) {
+        error = "can't read " + path + ": " + MVR::Platform::lastFileError();
+        return false;
+    }
+    std::size_t number = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::size_t length = std::min(rest.find('\n'), rest.size());
+        const std::string line(trimmed(rest.substr(0, length)));
+        rest.remove_prefix(std::min(length + 1, rest.size()));
+        ++number;
+        bool isGood = line.empty() || line.front() == '#';
+        if (number > kMostPlanLines) {
+            isGood = false;
+            error = "a file of bindings has at most " + std::to_string(kMostPlanLines) + " lines";
+        } else if (line.rfind("bind ", 0) == 0) {
+            isGood = parseBinding(line.substr(5), plan.bindings.emplace_back(), error);
+        } else if (line.rfind("set ", 0) == 0) {
+            isGood = parseSetting(line.substr(4), {}, plan.settings.emplace_back(), error);
+        } else if (!isGood) {
+            error = "a line begins with bind, set or #";
+        }
+        if (!isGood) {
+            error = path + ":" + std::to_string(number) + ": " + error;
+            return false;
+        }
+    }
+    return true;
+}
+
+MVR::Tag toConfiguration(const ToolPlan& plan) {
+    MVR::Tag profile = MVR::Tag::element("profile");
+    profile.attributeRef("name") = "";
+    std::vector<std::string> properties;
+    for (const Binding& binding : plan.bindings) {
+        properties.push_back(binding.property);
+    }
+    for (const Setting& setting : plan.settings) {
+        if (setting.property != "*" &&
+            std::find(properties.begin(), properties.end(), setting.property) == properties.end()) {
+            properties.push_back(setting.property);
+        }
+    }
+    for (const std::string& name : properties) {
+        MVR::Tag property = MVR::Tag::element("property");
+        property.attributeRef("name") = name;
+        for (const Setting& setting : plan.settings) {
+            if (!names(setting, name)) {
+                continue;
+            }
+            // The first element of a name counts when it is read: a later setting takes its place.
+            if (!property.child(setting.name).isEmpty()) {
+                property.removeChild(MVR::Tag::element(setting.name));
+            }
+            property.addChild(MVR::Tag::element(setting.name, toText(setting.value)));
+        }
+        for (const Binding& binding : plan.bindings) {
+            if (binding.property == name) {
+                property.addChild(toControl(binding));
+                break;
+            }
+        }
+        profile.addChild(std::move(property));
+    }
+
+    MVR::Tag tool = MVR::Tag::element("MVR_Plugin");
+    tool.attributeRef("version") = MVR::kToolDataVersion;
+    tool.addChild(MVR::Tag::element("type", plan.type));
+    tool.addChild(MVR::Tag::element("name", plan.name));
+    MVR::Tag inputs = MVR::Tag::element("inputprofile");
+    inputs.addChild(std::move(profile));
+    tool.addChild(std::move(inputs));
+    MVR::Tag configuration = MVR::Tag::element("MVR");
+    configuration.addChild(std::move(tool));
+    return configuration;
+}
+
+void apply(const Setting& setting, UniDevice::Property& property) {
+    MVR::Tag tag = MVR::Tag::element("property");
+    tag.addChild(MVR::Tag::element(setting.name, toText(setting.value)));
+    property.readSettings(tag);
+}
+
+} // namespace Stage

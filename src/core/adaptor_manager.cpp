@@ -6,8 +6,9 @@
 
 namespace MVR {
 
-AdaptorManager::AdaptorManager(CoreImplementation* core, AdaptorInterface* adaptor)
-    : CoreSubSystem(core), adaptor_(adaptor) {
+AdaptorManager::AdaptorManager(CoreImplementation* core, CoreServices* services,
+                               AdaptorInterface* adaptor)
+    : CoreSubSystem(core, services), adaptor_(adaptor) {
     Log log("Constructing Adaptor manager Core subsystem", Log::Notice);
     const std::string folder = getUserFolder();
     if (!folder.empty() && !Platform::createFolder(folder))

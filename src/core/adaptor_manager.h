@@ -15,7 +15,7 @@ namespace MVR {
 class AdaptorManager : public CoreSubSystem {
 public:
     /// `adaptor` isn't owned and outlives this object.
-    AdaptorManager(CoreImplementation* core, AdaptorInterface* adaptor);
+    AdaptorManager(CoreImplementation* core, CoreServices* services, AdaptorInterface* adaptor);
     ~AdaptorManager() override;
 
     AdaptorInterface* getAdaptor() const {

@@ -2,8 +2,9 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
+#include "core/core_door.h"
 #include "instance/plugin_instance.h"
-#include "platform/choosers.h"
+#include "platform/windows.h"
 #include "plugins/instance_reference.h"
 #include "unidevice/sdk/profile_managers.h"
 
@@ -19,9 +20,11 @@ constexpr const char* kRecentFile = R"(\recent.xml)";
 
 } // namespace
 
-CoreImplementation::CoreImplementation(AdaptorInterface* adaptor)
-    : MainDlg(this), CoreInterface("CORE"), AdaptorManager(this, adaptor), RecordManager(this),
-      InstanceManager(this), UpdateManager(this), settings_(this) {
+CoreImplementation::CoreImplementation(AdaptorInterface* adaptor, CoreDoor& door)
+    : MainDlg(this, &door), CoreInterface("CORE"), AdaptorManager(this, &door, adaptor),
+      RecordManager(this, &door), InstanceManager(this, &door), UpdateManager(this, &door),
+      door_(door), settings_(this, &door) {
+    door_.open(*this);
     Log log("Constructing CORE main system", Log::Notice);
     Hooks::addKeyCallback(this);
     CoreSubSystem::initializeAll();
@@ -52,9 +55,7 @@ void CoreImplementation::writeRecent() const {
 
 std::int32_t CoreImplementation::messageBox(std::intptr_t, const std::string& text,
                                             const std::string& title, std::uint32_t flags) {
-    bool silent = true;
-    settings_.getProperty(Setting::kSilentMode, &silent);
-    return silent ? Platform::defaultAnswer(flags) : Platform::messageBox(0, text, title, flags);
+    return door_.getDialogs().ask(text, title, flags);
 }
 
 std::int32_t CoreImplementation::getStartCountdown() const {

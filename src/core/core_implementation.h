@@ -1,5 +1,5 @@
 /// \file
-/// The core of one attachment, put together from its subsystems. Only source files include this.
+/// The core of one attachment, put together from its subsystems.
 #pragma once
 
 #include "core/adaptor_manager.h"
@@ -17,6 +17,8 @@
 
 namespace MVR {
 
+class CoreDoor;
+
 /// The order of the bases, with the settings last, is the order in which the subsystems are
 /// constructed and initialised, and reversed that of their end.
 class CoreImplementation final : public MainDlg,
@@ -27,12 +29,11 @@ class CoreImplementation final : public MainDlg,
                                  public UpdateManager,
                                  public Hooks::KeyEventCallback {
 public:
-    /// `adaptor` isn't owned and outlives this object.
-    explicit CoreImplementation(AdaptorInterface* adaptor);
+    /// Opens `door`. Neither is owned, and both outlive this object.
+    CoreImplementation(AdaptorInterface* adaptor, CoreDoor& door);
     ~CoreImplementation() override;
 
-    /// A message box, or with "Silent mode" on the answer of its default button. `flags` and
-    /// answers are numbered as in "platform/choosers.h".
+    /// See UserDialogs::ask(); the parent window isn't used.
     std::int32_t messageBox(std::intptr_t parentWindow, const std::string& text,
                             const std::string& title, std::uint32_t flags);
 
@@ -81,6 +82,7 @@ private:
     void readRecent();
     void writeRecent() const;
 
+    CoreDoor& door_;
     SettingsManager settings_;
 };
 

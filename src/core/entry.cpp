@@ -3,13 +3,16 @@
 #include "core/base/folders.h"
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
+#include "core/core_door.h"
 #include "core/core_implementation.h"
 #include "core/services/key_hook.h"
 #include "core/util/thread_check.h"
+#include "instance/plugin_instance.h"
 #include "platform/event_pump.h"
 #include "platform/keyboard_hook.h"
 #include "platform/sdk/files.h"
 #include "plugins/libraries/core_library.h"
+#include "plugins/libraries/instance_maker.h"
 #include "plugins/libraries/library_manager.h"
 #include "recording/countdown_window.h"
 #include "unidevice/driver_libraries.h"
@@ -21,7 +24,24 @@ namespace {
 // Plain storage: the process may run its destructors before the library's unload.
 Platform::LibraryHandle ownModule = nullptr;
 bool devicesStarted = false; // once per process: a second attachment has no device drivers
-CoreImplementation* attachedCore = nullptr; // owned; freed by detachCore
+
+/// What stands from attach to detach.
+struct Attachment {
+    explicit Attachment(AdaptorInterface* adaptor) : core(adaptor, door) {}
+
+    CoreDoor door;
+    CoreImplementation core;
+};
+Attachment* attachment = nullptr; // owned; freed by detachCore
+
+class ToolMaker final : public InstanceMaker {
+public:
+    PluginInstance* makeInstance(CoreImplementation* core, Plugin* plugin,
+                                 const std::string& name) override {
+        return new PluginInstance(core, core->AdaptorManager::getServices(), plugin, name);
+    }
+};
+ToolMaker toolMaker;
 
 void openLogFile() {
     const std::string documents = resolveDocumentsPath();
@@ -35,6 +55,7 @@ void openLogFile() {
 void loadPlugins() {
     Log log("Loading plugins", Log::Notice);
     CoreLibrary::instance()->addBuiltInPlugins();
+    LibraryManager::instance()->setMaker(toolMaker);
     LibraryManager::instance()->loadLibraries();
 }
 
@@ -75,7 +96,7 @@ void libraryLoaded(Platform::LibraryHandle module) {
 CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
     if (adaptor == nullptr || !isRightVersion(*adaptor))
         return nullptr;
-    if (attachedCore != nullptr) {
+    if (attachment != nullptr) {
         Log(Log::Error).write("another adaptor is attached to CORE");
         return nullptr;
     }
@@ -85,15 +106,16 @@ CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
     adaptor->setLog(Log::instance());
     startDevicesOnce(*adaptor);
     Hooks::attachKeyHook();
-    attachedCore = new CoreImplementation(adaptor);
-    return attachedCore;
+    attachment = new Attachment(adaptor);
+    return &attachment->core;
 }
 
 std::int32_t detachCore(CoreInterface* core) {
-    if (core != nullptr && core == attachedCore && attachedCore->isResimulating()) {
+    CoreImplementation* const attached = attachment != nullptr ? &attachment->core : nullptr;
+    if (core != nullptr && core == attached && attached->isResimulating()) {
         // Its dialog stands on the stack, with what detaching destroys.
         Log(Log::Error).write("Unable to detach during a resimulation, which is stopped first");
-        attachedCore->stopRecording();
+        attached->stopRecording();
         return ErrorCode::instance()->get("ALREADYRECORDING", "Already recording",
                                           ErrorCode::Error);
     }
@@ -101,23 +123,23 @@ std::int32_t detachCore(CoreInterface* core) {
     Log log("Unlinking adaptor from CORE and deleting CORE interface", Log::Notice);
     if (core == nullptr)
         return 0;
-    if (core != attachedCore) {
+    if (core != attached) {
         log.write("this CORE interface isn't attached", Log::Error);
         return 0;
     }
-    AdaptorInterface* const adaptor = attachedCore->getAdaptor();
-    if (attachedCore->isRecording()) // what was performed so far becomes the host's
-        attachedCore->stopRecording();
-    attachedCore->destroyRoot();
+    AdaptorInterface* const adaptor = attached->getAdaptor();
+    if (attached->isRecording()) // what was performed so far becomes the host's
+        attached->stopRecording();
+    attached->destroyRoot();
     adaptor->detachNotify();
-    if (attachedCore->isRecording()) // the host began one meanwhile
-        attachedCore->stopRecording();
+    if (attached->isRecording()) // the host began one meanwhile
+        attached->stopRecording();
     adaptor->releaseErrorCode();
     adaptor->releaseLog();
-    LibraryManager::instance()->destroyInstances(attachedCore);
+    LibraryManager::instance()->destroyInstances(attached);
     UniDevice::shutDownDevices();
-    delete attachedCore;
-    attachedCore = nullptr;
+    delete attachment;
+    attachment = nullptr;
     Util::unbindHostThread();
     return 0;
 }
@@ -133,7 +155,7 @@ void libraryUnloading() {
     Util::unbindHostThread(); // a host that forgot to detach may unload on any thread
     {
         Log log("Shutting down CORE", Log::Notice);
-        if (attachedCore != nullptr) {
+        if (attachment != nullptr) {
             log.write("an adaptor is still attached to CORE", Log::Error);
             Log::closeFile();
             return;

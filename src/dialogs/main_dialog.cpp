@@ -2,7 +2,10 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "core/core_implementation.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/contract/core_interface.h"
+#include "core/services/core_services.h"
+#include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
 
 namespace MVR {
@@ -19,7 +22,7 @@ enum ControlId : std::uint32_t {
 
 } // namespace
 
-MainDlg::MainDlg(CoreImplementation* core) : CoreSubSystem(core) {
+MainDlg::MainDlg(CoreImplementation* core, CoreServices* services) : CoreSubSystem(core, services) {
     Log log("Constructing main dialog Core subsystem", Log::Notice);
 }
 
@@ -39,20 +42,20 @@ void MainDlg::receive(Util::Message& message, bool) {
 }
 
 void MainDlg::onPressed(std::uint32_t control) {
-    CoreImplementation& core = *getCore();
+    CoreInterface& core = getServices().getInterface();
+    AdaptorInterface* const adaptor = getServices().getAdaptor();
     std::int32_t code = 0; // what goes wrong is logged where the code is made
     if (control == kRecord) {
         code = core.isRecording() ? core.stopRecording() : core.startRecording();
     } else if (control == kResimulate) {
         double start = 0;
         double end = 0;
-        core.getAdaptor()->getRange(&start, &end);
-        code = core.resimulate(core.getAdaptor()->getTime(), end);
+        adaptor->getRange(&start, &end);
+        code = core.resimulate(adaptor->getTime(), end);
     } else if (control == kUnplugAll) {
-        AdaptorInterface* const adaptor = core.getAdaptor();
         adaptor->beginUndo("Unplug tool");
-        if (core.getRoot() != nullptr)
-            core.getRoot()->remove(false);
+        if (InstanceReference* const root = getServices().getTree().getRoot())
+            root->remove(false);
         adaptor->endUndo();
     }
     static_cast<void>(code);

@@ -14,7 +14,7 @@ namespace MVR {
 /// without one.
 class MainDlg : public CoreSubSystem {
 public:
-    explicit MainDlg(CoreImplementation* core);
+    MainDlg(CoreImplementation* core, CoreServices* services);
     ~MainDlg() override;
 
     /// 0, or the code of "NOMAINDLGCOMPONENT" if there is no layout.

@@ -1,9 +1,11 @@
 #include "instance/plugin_instance.h"
 
 #include "core/base/sdk/log.h"
-#include "core/core_implementation.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/extension_ids.h"
+#include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
 #include "plugins/libraries/plugin.h"
 #include "unidevice/sdk/device_handler.h"
@@ -43,23 +45,25 @@ void destroyPlainChildren(SceneNode* node) {
 
 } // namespace
 
-PluginInstance::PluginInstance(CoreImplementation* core, Plugin* plugin, const std::string& wanted)
-    : MessageNode("PluginInstance"), plugin_(plugin), core_(core) {
+PluginInstance::PluginInstance(CoreImplementation* core, CoreServices& services, Plugin* plugin,
+                               const std::string& wanted)
+    : MessageNode("PluginInstance"), plugin_(plugin), core_(core), services_(services) {
     CCameraPlugin* const descriptor = plugin->getDescriptor();
-    name = core->getNames().makeUnique(wanted.empty() ? descriptor->getName() + "_01" : wanted);
+    name = services.getTree().getNames().makeUnique(wanted.empty() ? descriptor->getName() + "_01"
+                                                                   : wanted);
     setDriver(UniDevice::DeviceHandler::instance()->findDriver("dummydriver"));
     CCamera::CreateParam param;
     param.name = name;
     code_.reset(CCamera::createCode(descriptor, &param));
     if (code_ != nullptr)
         code_->setInterface(this);
-    plugin->addInstance(this);
+    plugin->addInstance(membership_);
 }
 
 PluginInstance::~PluginInstance() {
     const Log entry("Destroying PluginInstance: " + name, Log::Notice);
     destroying_ = true;
-    core_->dropInstance(this, false);
+    services_.leaveTake(this, false);
     while (!comboUpdaters_.empty())
         comboUpdaters_.pop_back();
     if (reference_ != nullptr)
@@ -67,18 +71,18 @@ PluginInstance::~PluginInstance() {
     code_.reset();
     for (SceneNode* node : adaptor()->getNodes(this))
         node->release(node); // the scene object outlives the tool
-    plugin_->removeInstance(this);
+    plugin_->removeInstance(membership_);
 }
 
 AdaptorInterface* PluginInstance::adaptor() const {
-    return core_->getAdaptor();
+    return services_.getAdaptor();
 }
 
 void PluginInstance::setName(std::string wanted) {
-    std::string taken = core_->getNames().makeUnique(wanted);
+    std::string taken = services_.getTree().getNames().makeUnique(wanted);
     if (nameInUse_) {
-        core_->getNames().remove(name);
-        core_->getNames().add(taken);
+        services_.getTree().getNames().remove(name);
+        services_.getTree().getNames().add(taken);
     }
     name = std::move(taken);
     if (code_ != nullptr)
@@ -108,9 +112,9 @@ void PluginInstance::updateNameUse() {
         return;
     nameInUse_ = !nameInUse_;
     if (nameInUse_)
-        core_->getNames().add(name);
+        services_.getTree().getNames().add(name);
     else
-        core_->getNames().remove(name);
+        services_.getTree().getNames().remove(name);
 }
 
 void PluginInstance::unplug(bool deleteScene) {
@@ -119,7 +123,7 @@ void PluginInstance::unplug(bool deleteScene) {
     unplugging_ = true;
     AdaptorInterface* const host = adaptor();
     host->beginUndo("Delete plugin instance");
-    core_->dropInstance(this, true); // a take goes on without it
+    services_.leaveTake(this, true); // a take goes on without it
     bool isAlive = true;
     if (reference_ != nullptr) {
         const InstanceReference::Watch reference(reference_);

@@ -10,6 +10,7 @@
 #include "instance/temporary_control.h"
 #include "plugins/contract/c_camera.h"
 #include "plugins/contract/c_interface.h"
+#include "plugins/libraries/instance_maker.h"
 #include "recording/values/animated_variable.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/property_handler.h"
@@ -26,6 +27,7 @@ namespace MVR {
 class AdaptorInterface;
 class ConfigProfileManager;
 class CoreImplementation;
+class CoreServices;
 class InputProfileManager;
 class InstanceReference;
 class Plugin;
@@ -75,7 +77,8 @@ public:
     static constexpr std::int32_t kInputProfileApplied = 154;
 
     /// `name` empty: that of the plug-in plus "_01". A name in use is made unique.
-    PluginInstance(CoreImplementation* core, Plugin* plugin, const std::string& name);
+    PluginInstance(CoreImplementation* core, CoreServices& services, Plugin* plugin,
+                   const std::string& name);
     /// Ends the reference and the tool; the scene objects stay.
     ~PluginInstance() override;
 
@@ -104,10 +107,8 @@ public:
     void unplug(bool deleteScene);
 
     [[nodiscard]] CoreImplementation* getCore() const { return core_; }
+    [[nodiscard]] CoreServices& getServices() const { return services_; }
     [[nodiscard]] Plugin* getPlugin() const { return plugin_; }
-    /// For the plug-in: where its list has this one.
-    [[nodiscard]] std::size_t getPlaceInPlugin() const { return placeInPlugin_; }
-    void setPlaceInPlugin(std::size_t place) { placeInPlugin_ = place; }
     /// The tool object.
     [[nodiscard]] CCamera* getCode() const { return code_.get(); }
     [[nodiscard]] std::string getPluginKey() const;
@@ -212,6 +213,18 @@ public:
 
 private:
     [[nodiscard]] AdaptorInterface* adaptor() const;
+    /// What the plug-in's list has of this instance.
+    class Membership final : public PluginMember {
+    public:
+        explicit Membership(PluginInstance& instance) : instance_(instance) {}
+        [[nodiscard]] PluginInstance* getInstance() const override { return &instance_; }
+        [[nodiscard]] CoreImplementation* getCore() const override { return instance_.core_; }
+        void end() override { instance_.destroy(); }
+
+    private:
+        PluginInstance& instance_;
+    };
+
     [[nodiscard]] PluginInstance* parentInstance() const;
     const std::shared_ptr<RecordedValues>& sharedRecordedValues();
     UniDevice::Control* addVirtualControl(const VirtualControlRecord& record);
@@ -222,7 +235,7 @@ private:
     bool unplugging_ = false;
     InstanceReference* reference_ = nullptr; // not owned
     Plugin* plugin_;                         // not owned
-    std::size_t placeInPlugin_ = 0;
+    Membership membership_{*this};
     std::vector<Util::Owned<COREComboUpdater>> comboUpdaters_;
     std::map<std::int32_t, UniDevice::Property*> spinnerProperties_; // by component id
     UniDevice::PropertyHandler properties_;
@@ -232,6 +245,7 @@ private:
     bool controlsReplaced_ = false; // the temporary controls are in place
     bool isPrepared_ = false;       // prepareRecording() without finishRecording() so far
     CoreImplementation* core_;
+    CoreServices& services_;
     std::string savedBlock_;
     PanelLayout panelLayout_;
     std::string nameFromData_;

@@ -1,10 +1,13 @@
 #include "instance/plugin_instance.h"
 
 #include "core/base/sdk/log.h"
-#include "core/core_implementation.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
+#include "core/services/user_dialogs.h"
 #include "platform/choosers.h"
 #include "plugins/contract/c_mesh.h"
 #include "plugins/contract/extension_ids.h"
+#include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
 #include "plugins/libraries/plugin.h"
 
@@ -103,7 +106,8 @@ std::intptr_t PluginInstance::extend(std::int32_t id, std::intptr_t data) {
 PluginInstance* PluginInstance::parentInstance() const {
     const InstanceReference* const parent =
         reference_ != nullptr ? reference_->getParentReference() : nullptr;
-    return parent != nullptr && parent != core_->getRoot() ? parent->getInstance() : nullptr;
+    return parent != nullptr && parent != services_.getTree().getRoot() ? parent->getInstance()
+                                                                        : nullptr;
 }
 
 /// Appends one "masternode" for this tool and each above it whose object is in the scene, the
@@ -254,13 +258,13 @@ double PluginInstance::getFrameStep() {
 }
 
 void PluginInstance::redraw() {
-    if (!core_->isRecording())
+    if (!services_.isRecording())
         adaptor()->redraw();
 }
 
 std::int32_t PluginInstance::messageBox(std::string text, std::string title, std::int32_t flags) {
     const std::uint32_t platformFlags = platformButtons(flags) | platformIcon(flags);
-    switch (core_->messageBox(core_->getWindow(), text, title, platformFlags)) {
+    switch (services_.getDialogs().ask(text, title, platformFlags)) {
     case Platform::kAnswerCancel:
         return 1;
     case Platform::kAnswerYes:

@@ -1,6 +1,7 @@
 #include "instance/plugin_instance.h"
 
-#include "core/core_implementation.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
 #include "plugins/instance_reference.h"
 #include "recording/values/variable_mod_undo.h"
 
@@ -20,7 +21,7 @@ void PluginInstance::prepareRecording(double time) {
     isPrepared_ = true;
     code_->startRecording(time);
     // The tool may have left the tree, or ended the take: then nothing of it is for this one.
-    if (self.get() == nullptr || !isInTree() || !core_->isRecording())
+    if (self.get() == nullptr || !isInTree() || !services_.isRecording())
         return;
     for (SceneNode* node : adaptor()->getNodes(this))
         node->startRecording(time);
@@ -28,7 +29,7 @@ void PluginInstance::prepareRecording(double time) {
     RecordedValues& recorded = getRecordedValues();
     if (recorded.size() < count)
         recorded.resize(count);
-    if (!core_->isResimulating()) {
+    if (!services_.isResimulating()) {
         addUndo(new CVariableModUndo<RecordedValues>(recordedValues_));
         for (Util::AVar_Linear<double>& variable : recorded)
             variable.eraseFrom(time);

@@ -81,4 +81,17 @@ struct FileChooser {
 std::string chooseFileToOpen(WindowHandle owner, const FileChooser& chooser);
 std::string chooseFileToSave(WindowHandle owner, const FileChooser& chooser);
 
+/// An item of a menu. One without text is a separator.
+struct MenuItem {
+    std::int32_t command = 0; ///< 0 for a submenu and a separator
+    std::string text;
+    bool isGreyed = false;
+    std::vector<MenuItem> items; ///< of a submenu
+};
+
+/// Shows a menu at the mouse and returns the command that the user chose, 0 for none. Without a
+/// screen it is answered by what was scripted, else with 0; a greyed or missing item can't be
+/// chosen. Stands for TrackPopupMenu.
+std::int32_t chooseFromMenu(WindowHandle owner, const std::vector<MenuItem>& items);
+
 } // namespace MVR::Platform

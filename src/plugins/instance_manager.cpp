@@ -2,8 +2,10 @@
 
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/contract/core_interface.h"
 #include "core/contract/setting_ids.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "platform/sdk/files.h"
 #include "plugins/instance_reference.h"
@@ -22,7 +24,8 @@ constexpr std::int32_t kDefaultRecentItems = 10;
 
 } // namespace
 
-InstanceManager::InstanceManager(CoreImplementation* core) : CoreSubSystem(core) {
+InstanceManager::InstanceManager(CoreImplementation* core, CoreServices* services)
+    : CoreSubSystem(core, services) {
     Log entry("Constructing Instance manager Core subsystem", Log::Notice);
     for (const std::string& base : {readInstallValue("path"), resolveDocumentsPath()}) {
         if (base.empty()) // never the root of the file system
@@ -115,7 +118,7 @@ void InstanceManager::addRecent(const Tag& data) {
 
 void InstanceManager::trimRecent() {
     std::int32_t limit = kDefaultRecentItems;
-    getCore()->getProperty(Setting::kRecentItems, &limit);
+    getServices().getInterface().getProperty(Setting::kRecentItems, &limit);
     while (getRecentCount() > std::max(limit, 0))
         recent_.pop_front();
 }
@@ -126,7 +129,7 @@ InstanceReference* InstanceManager::createReference(PluginInstance* instance) {
         return nullptr;
     }
     auto* const reference = new InstanceReference(instance);
-    AdaptorInterface& adaptor = *getCore()->getAdaptor();
+    AdaptorInterface& adaptor = *getServices().getAdaptor();
     // The first of all is the root, which a host that undoes to the end must not lose.
     if (root_ != nullptr && adaptor.isUndoOpen())
         adaptor.addUndo(new InstanceReferenceCreateRestore(reference));

@@ -26,7 +26,7 @@ public:
     /// One entry of the catalogue; in plugins/instanciatable.h.
     class Instanciatable;
 
-    explicit InstanceManager(CoreImplementation* core);
+    InstanceManager(CoreImplementation* core, CoreServices* services);
     ~InstanceManager() override;
 
     /// Creates the root, named "Mirvane".

@@ -2,7 +2,7 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "platform/sdk/files.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instanciatable.h"
@@ -86,7 +86,7 @@ void InstanceManager::buildCatalogue() {
         for (std::int32_t j = 0; j < library.getPluginCount(); ++j) {
             Plugin* const plugin = library.getPlugin(j);
             if (!plugin->getDescriptor()->supportsExtension(DescriptorExtension::kInternal))
-                catalogue_.emplace_back(new Instanciatable(getCore(), plugin));
+                catalogue_.emplace_back(new Instanciatable(getCore(), &getServices(), plugin));
         }
     }
     for (const std::string& folder : prmFolders_)
@@ -106,7 +106,8 @@ void InstanceManager::addModels(const std::string& folder) {
         Tag data;
         // A damaged one is listed too: creating it shows the damage.
         (void)readModelFile(path, data);
-        catalogue_.emplace_back(new Instanciatable(getCore(), std::move(data), path));
+        catalogue_.emplace_back(
+            new Instanciatable(getCore(), &getServices(), std::move(data), path));
     }
 }
 

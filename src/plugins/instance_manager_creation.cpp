@@ -3,7 +3,7 @@
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instance_reference.h"
@@ -66,13 +66,14 @@ Tag wrap(Tag data, Log& entry) {
     return wrapper;
 }
 
-void instantiateAll(CoreImplementation* core, Tag& wrapper, InstanceReference& holder, Log& entry) {
+void instantiateAll(CoreServices& services, Tag& wrapper, InstanceReference& holder, Log& entry) {
     const std::string path = wrapper.attribute("path");
     for (std::int32_t i = 0; i < wrapper.childCount(); ++i) {
         if (!wrapper.child(i).hasName("MVR_Plugin"))
             continue;
         std::int32_t error = 0;
-        Util::Owned<InstanceReference> reference = instantiate(core, wrapper.child(i), error, path);
+        Util::Owned<InstanceReference> reference =
+            instantiate(services, wrapper.child(i), error, path);
         if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error)
             entry.write("Instanciator returned error", Log::Warning);
         else
@@ -115,11 +116,11 @@ InstanceManager::Creation InstanceManager::createAll(Tag data, InstanceReference
         addRecent(wrapper);
 
     entry.write("Instanciating plugins");
-    AdaptorInterface& adaptor = *getCore()->getAdaptor();
+    AdaptorInterface& adaptor = *getServices().getAdaptor();
     const InstanceReference::Watch wantedParent(parent);
     Util::Owned<InstanceReference> holder(new InstanceReference);
     adaptor.beginUndo("New Template");
-    instantiateAll(getCore(), wrapper, *holder, entry);
+    instantiateAll(getServices(), wrapper, *holder, entry);
     std::vector<InstanceReference*> made;
     holder->collectInstances(made);
     const std::size_t wanted = countTools(wrapper) + 1; // with the holder
@@ -163,7 +164,7 @@ void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* ta
     for (const InstanceReference* each = target; each != nullptr; each = each->getParentReference())
         if (each == dragged)
             return;
-    AdaptorInterface& adaptor = *getCore()->getAdaptor();
+    AdaptorInterface& adaptor = *getServices().getAdaptor();
     adaptor.beginUndo("Relocate Oskel Node");
     adaptor.addUndo(new InstanceReferenceMoveRestore(dragged));
     target->add(dragged);

@@ -2,7 +2,7 @@
 
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
 
@@ -113,7 +113,7 @@ std::vector<PluginInstance*>
 InstanceManager::sortForRecording(const std::vector<PluginInstance*>& instances) {
     writeNames("Before sort: ", instances);
     std::vector<PluginInstance*> sorted =
-        RecordingOrder(*getCore()->getAdaptor(), instances).sort();
+        RecordingOrder(*getServices().getAdaptor(), instances).sort();
     writeNames("After sort: ", sorted);
     return sorted;
 }

@@ -1,7 +1,7 @@
 #include "plugins/instance_manager.h"
 
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 
 namespace MVR {
@@ -36,7 +36,7 @@ void InstanceManager::deleteSelected() {
 }
 
 std::string InstanceManager::beginLabelEdit(InstanceReference& reference) {
-    getCore()->getAdaptor()->beginKeyboardCapture();
+    getServices().getAdaptor()->beginKeyboardCapture();
     return reference.getInstance() != nullptr ? reference.getInstance()->getName() : std::string();
 }
 
@@ -46,7 +46,7 @@ void InstanceManager::endLabelEdit(InstanceReference* reference, const std::stri
         reference->setLabel("Temporary name");
         reference->setLabel(*text);
     }
-    getCore()->getAdaptor()->endKeyboardCapture();
+    getServices().getAdaptor()->endKeyboardCapture();
 }
 
 } // namespace MVR

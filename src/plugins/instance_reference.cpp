@@ -2,7 +2,8 @@
 
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
+#include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/libraries/plugin.h"
@@ -114,6 +115,10 @@ CoreImplementation* InstanceReference::getCore() const {
     return instance_ != nullptr ? instance_->getCore() : nullptr;
 }
 
+CoreServices* InstanceReference::getServices() const {
+    return instance_ != nullptr ? &instance_->getServices() : nullptr;
+}
+
 std::string InstanceReference::getInstanceName() const {
     if (instance_ == nullptr)
         return "(NULL)";
@@ -151,6 +156,11 @@ void InstanceReference::setLabel(std::string text) {
         instance_->setName(text);
 }
 
+void InstanceReference::showMenu() {
+    if (instance_ != nullptr)
+        getServices()->getDialogs().openMenu(*this);
+}
+
 void InstanceReference::setInTree(bool inTree) {
     if (instance_ == nullptr || inTree_ == inTree)
         return;
@@ -169,10 +179,9 @@ void InstanceReference::abandon() {
 }
 
 void InstanceReference::remove(bool deleteScene) {
-    CoreImplementation* const core = getCore();
-    if (!inTree_ || core == nullptr)
+    if (!inTree_ || instance_ == nullptr)
         return;
-    AdaptorInterface& adaptor = *core->getAdaptor();
+    AdaptorInterface& adaptor = *getServices()->getAdaptor();
     struct Step {
         InstanceReference* reference;
         std::size_t childrenLeft;

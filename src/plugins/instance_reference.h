@@ -18,10 +18,10 @@ namespace MVR {
 
 class AdaptorInterface;
 class CoreImplementation;
+class CoreServices;
 class ModelPlace;
 class PluginInstance;
 class SceneNode;
-struct MenuItem;
 
 /// What a save writes, and what a pass of applyAttributes() reads. A pass ignores bits that it has
 /// no use for.
@@ -91,6 +91,7 @@ public:
     [[nodiscard]] PluginInstance* getInstance() const { return instance_; }
     /// Null for a holder.
     [[nodiscard]] CoreImplementation* getCore() const;
+    [[nodiscard]] CoreServices* getServices() const;
     /// The instance's name; while it is created from data, the name that it has there. "(NULL)"
     /// for a holder.
     [[nodiscard]] std::string getInstanceName() const;
@@ -151,11 +152,8 @@ public:
     /// below their nodes, in one undo step. Null for the root, or if nothing came into being. If a
     /// tool of the copy made other nodes, the user is told and the host's objects are left out.
     InstanceReference* clone();
-    /// The items of the node's context menu.
-    [[nodiscard]] std::vector<MenuItem> getMenu() const;
-    /// Does what the menu's item of that command does; nothing for an unknown one. The reference
-    /// may be destroyed by it.
-    void runMenuCommand(std::int32_t command);
+    /// Runs the node's context menu. The reference may be destroyed by it.
+    void showMenu();
 
 private:
     struct Departure;
@@ -170,7 +168,6 @@ private:
 
     static void destroyChildren(Departure& top);
     void leaveTree(AdaptorInterface& adaptor, bool deleteScene);
-    void browse();
     void addToSelection(InstanceReference& owner, const std::string& node);
     void saveThis(Tag& out, std::uint32_t mask);
     void saveStates(Tag& out);

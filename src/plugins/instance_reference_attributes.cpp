@@ -3,7 +3,7 @@
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "data/sdk/base64_buffer.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/c_mesh.h"
@@ -269,7 +269,7 @@ void InstanceReference::AttributePass::applyHighPolyNames(SceneNode& node, const
         SceneNode* const highPoly = reference_->findHighPolyNode(entry.value());
         if (highPoly == nullptr)
             continue;
-        instance_->getCore()->getAdaptor()->redraw();
+        instance_->getServices().getAdaptor()->redraw();
         Log(Log::Notice).write("Parenting " + highPoly->getName() + " to " + node.getName());
         if (!NodeAttributes(*instance_, *highPoly).hangBelow(node))
             place_.log("hpnode of node " + node.getName(),

@@ -1,10 +1,11 @@
 #include "plugins/instance_reference.h"
 
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
+#include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
-#include "platform/choosers.h"
 #include "plugins/contract/scene_node.h"
+#include "plugins/instance_manager.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -104,16 +105,16 @@ void copyHostObjects(const Branch& source, const Branch& copy) {
 } // namespace
 
 InstanceReference* InstanceReference::clone() {
-    CoreImplementation* const core = getCore();
     InstanceReference* const parent = getParentReference();
-    if (core == nullptr || parent == nullptr)
+    if (instance_ == nullptr || parent == nullptr)
         return nullptr;
-    AdaptorInterface& adaptor = *core->getAdaptor();
+    CoreServices& services = *getServices();
+    AdaptorInterface& adaptor = *services.getAdaptor();
     adaptor.beginUndo("Clone Oskel Tool"); // else the host's objects would be steps of their own
     Tag data;
     (void)save(data, SaveMask::kClone);
     const Watch self(this); // a tool in the making may take this one away
-    InstanceReference* const made = core->create(data, parent, true);
+    InstanceReference* const made = services.getTree().create(data, parent, true);
     if (made != nullptr && self.get() != nullptr) {
         Branch source(adaptor, *this);
         const Branch copy(adaptor, *made);
@@ -122,7 +123,7 @@ InstanceReference* InstanceReference::clone() {
         if (copy.toolNodeCount() == source.toolNodeCount())
             copyHostObjects(source, copy);
         else
-            core->messageBox(0, "Primitive node count mismatch!", "", Platform::kButtonsOk);
+            services.getDialogs().ask("Primitive node count mismatch!", "", Platform::kButtonsOk);
     }
     adaptor.endUndo();
     return made;

@@ -2,7 +2,7 @@
 
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/model/model_paths.h"
@@ -100,7 +100,7 @@ void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& pat
 }
 
 bool InstanceReference::isForThisHost(const Tag& option) const {
-    const std::string host = getCore()->getAdaptor()->getName();
+    const std::string host = getServices()->getAdaptor()->getName();
     Log log(Log::Notice);
     bool isForThisHost = false;
     for (std::int32_t i = 0; i < option.childCount(); ++i) {
@@ -136,7 +136,7 @@ void InstanceReference::choosePostMerge(const Tag& highPoly, const Tag& option,
 }
 
 void InstanceReference::mergeHighPoly(const std::string& file) {
-    highPolyNodes_ = getCore()->getAdaptor()->mergeFile(file);
+    highPolyNodes_ = getServices()->getAdaptor()->mergeFile(file);
     highPolyNodes_.erase(std::remove(highPolyNodes_.begin(), highPolyNodes_.end(), nullptr),
                          highPolyNodes_.end());
     for (SceneNode* node : highPolyNodes_) {
@@ -165,7 +165,7 @@ void InstanceReference::nameHighPolyNodes() {
 void InstanceReference::setLowPolyVisible(bool visible) {
     walk(*this, [visible](TreeNode& each) {
         const auto& reference = static_cast<InstanceReference&>(each);
-        if (CoreImplementation* const core = reference.getCore())
+        if (CoreServices* const core = reference.getServices())
             for (SceneNode* node : core->getAdaptor()->getNodes(reference.instance_))
                 setVisible(*node, visible);
         return false;
@@ -175,7 +175,7 @@ void InstanceReference::setLowPolyVisible(bool visible) {
 void InstanceReference::setHighPolyVisible(bool visible) {
     walk(*this, [visible](TreeNode& each) {
         const auto& reference = static_cast<InstanceReference&>(each);
-        if (CoreImplementation* const core = reference.getCore())
+        if (CoreServices* const core = reference.getServices())
             for (SceneNode* node : core->getAdaptor()->getNodes(reference.instance_))
                 setVisibleBelow(*node, visible);
         return false;

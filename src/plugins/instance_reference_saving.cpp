@@ -2,13 +2,15 @@
 
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
+#include "core/services/user_dialogs.h"
 #include "data/base64_codec.h"
 #include "data/sdk/packed_tag.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
+#include "plugins/model/model_file.h"
 #include "plugins/model/node_attributes.h"
 
 #include <algorithm>
@@ -103,6 +105,27 @@ private:
     std::size_t next_ = 0;
 };
 
+bool InstanceReference::saveModelFile(const std::string& path) {
+    Tag model;
+    (void)save(model, SaveMask::kModel);
+    return writeModelFile(path, model);
+}
+
+void InstanceReference::savePrm() {
+    if (instance_ == nullptr)
+        return;
+    UserDialogs& dialogs = getServices()->getDialogs();
+    const Watch self(this); // the host may take the tool away meanwhile
+    const std::string path = dialogs.askModelToSave();
+    if (path.empty() || self.get() == nullptr)
+        return;
+    if (saveModelFile(path))
+        dialogs.ask("PRM saved successfully", "Mirvane", Platform::kButtonsOk);
+    else
+        dialogs.ask("Error: Unable to save to the specified file.", "Mirvane",
+                    Platform::kButtonsOk | Platform::kIconError);
+}
+
 std::int32_t InstanceReference::save(Tag& out, std::uint32_t mask) {
     std::deque<TreeSave> open; // not the machine's stack, which a deep tree could exhaust
     open.emplace_back(this, mask).moveTo(out);
@@ -179,7 +202,7 @@ bool InstanceReference::saveBlocks(Tag& out, std::uint32_t mask) {
 Tag InstanceReference::saveNodes(std::uint32_t mask) {
     Log entry("Creating node tag", Log::Notice);
     Tag nodeInfo = Tag::element("nodeinfo");
-    for (SceneNode* node : getCore()->getAdaptor()->getNodes(instance_)) {
+    for (SceneNode* node : getServices()->getAdaptor()->getNodes(instance_)) {
         Tag& tag = nodeInfo.addChild(Tag::element("node"));
         tag.attributeRef("name") = node->getName();
         NodeAttributes attributes(*instance_, *node);

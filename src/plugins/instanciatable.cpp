@@ -1,6 +1,6 @@
 #include "plugins/instanciatable.h"
 
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "data/xml_resources.h"
 #include "platform/sdk/files.h"
 #include "plugins/libraries/plugin.h"
@@ -32,15 +32,18 @@ std::string nameOfModel(const std::string& path) {
 
 } // namespace
 
-InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, Plugin* plugin)
-    : MessageNode("Instanciatable"), CoreSubSystem(owner), data_(plugin->getDefaultData("")),
-      name_(plugin->getName()), version_(plugin->getDescriptor()->getVersionText()),
+InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreServices* services,
+                                                Plugin* plugin)
+    : MessageNode("Instanciatable"), CoreSubSystem(owner, services),
+      data_(plugin->getDefaultData("")), name_(plugin->getName()),
+      version_(plugin->getDescriptor()->getVersionText()),
       about_(plugin->getDescriptor()->getAbout()), categories_(plugin->getCategories()),
       plugin_(plugin) {}
 
-InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, Tag data,
-                                                const std::string& path)
-    : MessageNode("Instanciatable"), CoreSubSystem(owner), data_(std::move(data)), file_(path) {
+InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreServices* services,
+                                                Tag data, const std::string& path)
+    : MessageNode("Instanciatable"), CoreSubSystem(owner, services), data_(std::move(data)),
+      file_(path) {
     if (data_.hasName("MVR_Plugin")) {
         name_ = data_.child("name").value();
         version_ = data_.child("version").value();
@@ -105,7 +108,8 @@ InstanceManager::Instanciatable::Page InstanceManager::Instanciatable::describeP
 }
 
 InstanceReference* InstanceManager::Instanciatable::create() const {
-    return getCore()->create(data_, getCore()->getSelected(), true);
+    InstanceManager& tree = getServices().getTree();
+    return tree.create(data_, tree.getSelected(), true);
 }
 
 } // namespace MVR

@@ -28,10 +28,11 @@ public:
     using Names = std::unordered_map<std::string_view, Instanciatable*>;
 
     /// The entry of a tool.
-    Instanciatable(CoreImplementation* owner, Plugin* plugin);
+    Instanciatable(CoreImplementation* owner, CoreServices* services, Plugin* plugin);
     /// The entry of a model, read from the file at `path`; of one that couldn't be read what came
     /// before the fault.
-    Instanciatable(CoreImplementation* owner, Tag data, const std::string& path);
+    Instanciatable(CoreImplementation* owner, CoreServices* services, Tag data,
+                   const std::string& path);
 
     /// The name that the user sees.
     [[nodiscard]] std::string getName() const override { return name_; }

@@ -2,10 +2,15 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "core/core_implementation.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/contract/core_interface.h"
+#include "core/contract/setting_ids.h"
+#include "core/services/core_services.h"
 #include "core/services/key_hook.h"
+#include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
 #include "platform/sdk/clock.h"
+#include "plugins/instance_manager.h"
 #include "recording/countdown_window.h"
 #include "recording/resimulation_dialog.h"
 #include "unidevice/sdk/device_handler.h"
@@ -50,7 +55,8 @@ std::vector<CInterface*> toolsOf(const std::vector<PluginInstance*>& instances) 
 
 } // namespace
 
-RecordManager::RecordManager(CoreImplementation* core) : CoreSubSystem(core) {
+RecordManager::RecordManager(CoreImplementation* core, CoreServices* services)
+    : CoreSubSystem(core, services) {
     const Log entry("Constructing Record manager Core subsystem", Log::Notice);
 }
 
@@ -60,7 +66,7 @@ RecordManager::~RecordManager() {
 }
 
 AdaptorInterface* RecordManager::adaptor() const {
-    return getCore()->getAdaptor();
+    return getServices().getAdaptor();
 }
 
 /// Runs `operation` on each instance in order, as long as the take goes on. Instances may drop out
@@ -95,10 +101,11 @@ std::int32_t RecordManager::startRecording() {
     if (!isRunning(take)) // the host or a tool stopped it
         return 0;
     lastTick_ = Platform::tickMs();
-    const std::int32_t countdown = getCore()->getStartCountdown();
+    std::int32_t countdown = 0;
+    getServices().getInterface().getProperty(Setting::kStartCountdown, &countdown);
     currentTime_ = startTime_ - countdown;
     if (countdown != 0)
-        countdownWindow_ = createCountdownWindow(getCore()->getWindow(), -1, -1);
+        countdownWindow_ = createCountdownWindow(getServices().getDialogs().getWindow(), -1, -1);
     adaptor()->setTime(startTime_);
     if (!isRunning(take))
         return 0;
@@ -110,7 +117,8 @@ std::int32_t RecordManager::startRecording() {
 
 void RecordManager::prepare(double time) {
     // Kept before the host is told: it may delete tools.
-    instances_ = getCore()->sortForRecording(getCore()->getInstances(true));
+    InstanceManager& tree = getServices().getTree();
+    instances_ = tree.sortForRecording(tree.getInstances(true));
     const std::uint32_t take = take_;
     adaptor()->recordingStarted(toolsOf(instances_));
     if (!isRunning(take)) // the host stopped it
@@ -226,7 +234,9 @@ void RecordManager::runDueFrames(std::uint32_t take) {
 
 /// Doubles the end of the range; false if the user wants the take to end there.
 bool RecordManager::expandRange() {
-    if (!getCore()->getAutoExpand())
+    bool autoExpand = true;
+    getServices().getInterface().getProperty(Setting::kAutoExpand, &autoExpand);
+    if (!autoExpand)
         return false;
     endTime_ = endTime_ + endTime_;
     double rangeStart = 0.0;
@@ -314,7 +324,7 @@ std::int32_t RecordManager::resimulate(double start, double end) {
     prepare(startTime_);
     savedLogThreshold_ = Log::getThreshold(); // a tool may have set another
     Log::setThreshold(Log::Error);
-    ResimulationDialog(this).run(getCore()->getWindow());
+    ResimulationDialog(this).run(getServices().getDialogs().getWindow());
     Log::setThreshold(savedLogThreshold_);
     return 0;
 }

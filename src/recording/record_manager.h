@@ -34,7 +34,7 @@ public:
     /// A resimulation of more frames is refused: a year at 60 frames a second.
     static constexpr double kMostFrames = 2e9;
 
-    explicit RecordManager(CoreImplementation* core);
+    RecordManager(CoreImplementation* core, CoreServices* services);
     /// A take that still runs is stopped, so that the host's undo step is closed. Not allowed
     /// during a resimulation, whose dialog stands on the stack.
     ~RecordManager() override;

@@ -128,7 +128,8 @@ TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsMade) {
     for (auto& each : cases) {
         newLog();
         std::int32_t error = -1;
-        const Util::Owned<InstanceReference> made = instantiate(core, each.data, error, "");
+        const Util::Owned<InstanceReference> made =
+            instantiate(core->AdaptorManager::getServices(), each.data, error, "");
         EXPECT_EQ(identifierOf(error), each.identifier);
         EXPECT_EQ(made != nullptr, each.isMade) << each.line;
         EXPECT_EQ(toolCount(), each.isMade ? 3 : 1) << each.line;

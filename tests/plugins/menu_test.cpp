@@ -1,6 +1,6 @@
+#include "dialogs/tool_menu.h"
 #include "platform/choosers.h"
 #include "platform/headless/desktop.h"
-#include "plugins/instance_menu.h"
 #include "plugins/model/model_file.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_tool.h"
@@ -20,6 +20,10 @@ struct MenuTest : Testing::TreeTest {
 
     InstanceReference& placeRig(const std::string& name) const {
         return *kind->place(*core, name).getReference();
+    }
+    static void choose(InstanceReference& tool, std::int32_t command) {
+        Headless::scriptMenuAnswer(command);
+        tool.showMenu();
     }
     void setSilent(bool silent) const { core->setProperty(102, &silent); }
     static std::string belowOf(const TestNode& node) {
@@ -47,11 +51,12 @@ TEST_F(MenuTest, TheMenuShowsWhatCanBeDone) {
     };
     core->addRecent(toolData("first"));
     core->addRecent(toolData("second"));
-    const auto shown = [](const InstanceReference& reference) {
+    const auto shown = [](InstanceReference& reference) {
+        reference.showMenu();
         std::string text;
-        for (const MenuItem& item : reference.getMenu()) {
+        for (const Platform::MenuItem& item : Headless::lastMenu()) {
             text += item.text + (item.isGreyed ? "~" : "") + ";";
-            for (const MenuItem& each : item.items)
+            for (const Platform::MenuItem& each : item.items)
                 text += " " + each.text + "=" + std::to_string(each.command) + ";";
         }
         return text;
@@ -67,13 +72,13 @@ TEST_F(MenuTest, CommandsCreateBelowTheNodeOrUnderTheRoot) {
     ASSERT_TRUE(a.saveModelFile(home.documents() + "/a.prm"));
     core->addRecent(toolData("again"));
     for (const std::int32_t command : {300000, 300001, 299999, -1, 400000, 400009, 40338})
-        a.runMenuCommand(command);
+        choose(a, command);
     EXPECT_EQ(tree(), "a(Rig_01) again");
     EXPECT_EQ(core->getRecentLabel(2), "again") << "the newest";
 
     Headless::scriptFileAnswer(home.documents() + "/a.prm");
-    a.runMenuCommand(InstanceMenu::kBrowse);
-    a.runMenuCommand(InstanceMenu::kBrowse); // the user gives up
+    choose(a, ToolMenu::kBrowse);
+    choose(a, ToolMenu::kBrowse); // the user gives up
     EXPECT_EQ(tree(), "a(Rig_01 a_01) again");
     EXPECT_EQ(core->getRecentEntry(3).attribute("path"), home.documents());
     const Headless::ShownFileChooser shown = Headless::fileChoosers().front();
@@ -82,19 +87,19 @@ TEST_F(MenuTest, CommandsCreateBelowTheNodeOrUnderTheRoot) {
                                         "\\Oskelworks\\Mirvane\\PRM");
     EXPECT_FALSE(shown.isSave);
 
-    a.runMenuCommand(InstanceMenu::kDelete);
-    core->getRoot()->runMenuCommand(InstanceMenu::kDelete);
+    choose(a, ToolMenu::kDelete);
+    choose(*core->getRoot(), ToolMenu::kDelete);
     EXPECT_EQ(tree(), "again");
 }
 
 TEST_F(MenuTest, SaveTellsTheUserHowItWent) {
     setSilent(false);
     InstanceReference& a = placeRig("a");
-    a.runMenuCommand(InstanceMenu::kSave); // the user gives up
+    choose(a, ToolMenu::kSave); // the user gives up
     Headless::scriptFileAnswer(home.documents() + "/saved");
-    a.runMenuCommand(InstanceMenu::kSave);
+    choose(a, ToolMenu::kSave);
     Headless::scriptFileAnswer(home.documents() + "/none/x.prm");
-    a.runMenuCommand(InstanceMenu::kSave);
+    choose(a, ToolMenu::kSave);
     const std::vector<Headless::ShownMessageBox> boxes = Headless::messageBoxes();
     ASSERT_EQ(boxes.size(), 2U);
     EXPECT_EQ(boxes[0].title + ": " + boxes[0].text, "Mirvane: PRM saved successfully");

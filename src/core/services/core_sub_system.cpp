@@ -21,7 +21,8 @@ std::vector<CoreSubSystem*>* subsystems = nullptr;
 
 } // namespace
 
-CoreSubSystem::CoreSubSystem(CoreImplementation* core) : core_(core) {
+CoreSubSystem::CoreSubSystem(CoreImplementation* core, CoreServices* services)
+    : core_(core), services_(services) {
     if (core_ == nullptr || Core::subsystemInitialized)
         return;
     if (subsystems == nullptr)

@@ -5,6 +5,7 @@
 namespace MVR {
 
 class CoreImplementation;
+class CoreServices;
 
 namespace Core {
 
@@ -21,8 +22,8 @@ extern bool subsystemInitialized;
 /// 3. The destructors take them off again.
 class CoreSubSystem {
 public:
-    /// `core` is null for an object that is used outside of a core.
-    explicit CoreSubSystem(CoreImplementation* core);
+    /// Both are null for an object that is used outside of a core.
+    CoreSubSystem(CoreImplementation* core, CoreServices* services);
     CoreSubSystem(const CoreSubSystem&) = delete;
     CoreSubSystem& operator=(const CoreSubSystem&) = delete;
 
@@ -31,12 +32,15 @@ public:
     /// The core, or null outside of one. Warns the user if it isn't complete yet.
     virtual CoreImplementation* getCore() const;
     virtual ~CoreSubSystem();
+    /// What the core offers its parts. Not allowed outside of a core.
+    [[nodiscard]] CoreServices& getServices() const { return *services_; }
 
     /// Called by the core when it is complete.
     static void initializeAll();
 
 private:
     CoreImplementation* core_;
+    CoreServices* services_;
 };
 
 } // namespace MVR

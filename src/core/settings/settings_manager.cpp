@@ -1,9 +1,9 @@
 #include "core/settings/settings_manager.h"
 
-#include "core/adaptor_manager.h"
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
-#include "core/core_implementation.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
 #include "core/settings/settings_property.h"
 #include "core/util/thread_check.h"
 
@@ -12,8 +12,8 @@
 
 namespace MVR {
 
-SettingsManager::SettingsManager(CoreImplementation* core)
-    : MessageNode("SettingsManager"), CoreSubSystem(core) {
+SettingsManager::SettingsManager(CoreImplementation* core, CoreServices* services)
+    : MessageNode("SettingsManager"), CoreSubSystem(core, services) {
     Log log("Constructing Setting manager Core subsystem", Log::Notice);
     addPrimitive(Setting::kLogLevel, std::string("High"));
     addPrimitive(Setting::kSilentMode, true);
@@ -34,13 +34,13 @@ SettingsManager::~SettingsManager() {
 }
 
 void SettingsManager::initialize() {
-    const AdaptorManager& adaptor = *getCore();
-    const std::string userFolder = adaptor.getUserFolder();
+    const std::string userFolder = getServices().getUserFolder();
     if (!userFolder.empty())
         userPath_ = userFolder + R"(\settings.xml)";
     const std::string install = readInstallValue("path");
     if (!install.empty())
-        sharedPath_ = install + R"(\data\)" + adaptor.getAdaptor()->getName() + R"(\settings.xml)";
+        sharedPath_ =
+            install + R"(\data\)" + getServices().getAdaptor()->getName() + R"(\settings.xml)";
     load();
     applyLogLevel();
 }

@@ -23,7 +23,7 @@ public:
     class Property_Primitive;
 
     /// Adds the core's own settings with their defaults.
-    explicit SettingsManager(CoreImplementation* core);
+    SettingsManager(CoreImplementation* core, CoreServices* services);
     /// Writes the user's file, then destroys the properties, last first.
     ~SettingsManager() override;
 

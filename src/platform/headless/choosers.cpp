@@ -56,6 +56,28 @@ std::string chooseFile(const FileChooser& chooser, bool isSave) {
 
 } // namespace
 
+namespace {
+
+bool canBeChosen(const std::vector<MenuItem>& items, std::int32_t command) {
+    return std::any_of(items.begin(), items.end(), [command](const MenuItem& item) {
+        return !item.isGreyed &&
+               (item.items.empty() ? item.command == command : canBeChosen(item.items, command));
+    });
+}
+
+} // namespace
+
+std::int32_t chooseFromMenu(WindowHandle, const std::vector<MenuItem>& items) {
+    Headless::State& state = Headless::getState();
+    state.lastMenu = items;
+    std::int32_t answer = 0;
+    if (!state.menuAnswers.empty()) {
+        answer = state.menuAnswers.front();
+        state.menuAnswers.pop_front();
+    }
+    return canBeChosen(items, answer) ? answer : 0;
+}
+
 std::string chooseFileToOpen(WindowHandle, const FileChooser& chooser) {
     return chooseFile(chooser, false);
 }

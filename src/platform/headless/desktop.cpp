@@ -76,4 +76,12 @@ void scriptFileAnswer(const std::string& path) {
     getState().fileAnswers.push_back(path);
 }
 
+std::vector<MenuItem> lastMenu() {
+    return getState().lastMenu;
+}
+
+void scriptMenuAnswer(std::int32_t command) {
+    getState().menuAnswers.push_back(command);
+}
+
 } // namespace MVR::Platform::Headless

@@ -81,4 +81,9 @@ std::vector<ShownFileChooser> fileChoosers();
 /// Answers one later file chooser, the first scripted first.
 void scriptFileAnswer(const std::string& path);
 
+/// The items of the menu that was shown last.
+std::vector<MenuItem> lastMenu();
+/// Chooses from one later menu, the first scripted first.
+void scriptMenuAnswer(std::int32_t command);
+
 } // namespace MVR::Platform::Headless

@@ -84,6 +84,8 @@ struct State {
     std::deque<std::int32_t> messageBoxAnswers;
     std::deque<ShownFileChooser> fileChoosers;
     std::deque<std::string> fileAnswers;
+    std::vector<MenuItem> lastMenu;
+    std::deque<std::int32_t> menuAnswers;
 };
 
 /// Made at the first call, freed by `releasePlatform`.

@@ -3,9 +3,9 @@
 #include "core/base/folders.h"
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "instance/plugin_instance.h"
 #include "platform/libraries.h"
 #include "platform/sdk/files.h"
+#include "plugins/libraries/instance_maker.h"
 #include "plugins/libraries/library.h"
 #include "plugins/libraries/plugin.h"
 
@@ -188,7 +188,7 @@ std::int32_t LibraryManager::getInstanceCount(const CoreImplementation* core) co
     std::int32_t count = 0;
     forEachPlugin(libraries_, [&](Plugin& plugin) {
         for (std::int32_t i = 0; i < plugin.getInstanceCount(); ++i)
-            count += core == nullptr || plugin.getInstance(i)->getCore() == core ? 1 : 0;
+            count += core == nullptr || plugin.getMember(i)->getCore() == core ? 1 : 0;
         return false;
     });
     return count;
@@ -199,9 +199,9 @@ PluginInstance* LibraryManager::getInstance(std::int32_t index,
     PluginInstance* found = nullptr;
     forEachPlugin(libraries_, [&](Plugin& plugin) {
         for (std::int32_t i = 0; i < plugin.getInstanceCount(); ++i) {
-            PluginInstance* const each = plugin.getInstance(i);
-            if ((core == nullptr || each->getCore() == core) && index-- == 0) {
-                found = each;
+            const PluginMember& each = *plugin.getMember(i);
+            if ((core == nullptr || each.getCore() == core) && index-- == 0) {
+                found = each.getInstance();
                 return true;
             }
         }
@@ -214,9 +214,9 @@ void LibraryManager::destroyInstances(const CoreImplementation* core) {
     forEachPlugin(libraries_, [core](Plugin& plugin) {
         for (std::int32_t i = plugin.getInstanceCount() - 1; i >= 0; --i) {
             // One instance may take others along, those below it in the tree.
-            PluginInstance* const each = plugin.getInstance(i);
+            PluginMember* const each = plugin.getMember(i);
             if (each != nullptr && each->getCore() == core)
-                each->destroy();
+                each->end();
         }
         return false;
     });

@@ -11,6 +11,7 @@
 namespace MVR {
 
 class CoreImplementation;
+class InstanceMaker;
 class Library;
 class Plugin;
 class PluginInstance;
@@ -18,14 +19,20 @@ class PluginInstance;
 /// Finds and keeps the tool libraries, and knows their plug-ins and instances. Libraries live from
 /// the load of the core to its unload; attachments share them.
 ///
-/// 1. The built-in plug-ins are added to CoreLibrary.
-/// 2. loadLibraries().
-/// 3. destroyInstances(core) at each detach.
-/// 4. destroyLibraries() at unload.
+/// 1. setMaker().
+/// 2. The built-in plug-ins are added to CoreLibrary.
+/// 3. loadLibraries().
+/// 4. destroyInstances(core) at each detach.
+/// 5. destroyLibraries() at unload.
 ///
 /// A library that can't be used is logged and skipped. Host thread only.
 class LibraryManager final : public Util::Singleton<LibraryManager> {
 public:
+    /// Who makes the instances of the plug-ins: `maker`, which isn't owned and outlives this.
+    void setMaker(InstanceMaker& maker) { maker_ = &maker; }
+    /// Not allowed before setMaker().
+    [[nodiscard]] InstanceMaker& getMaker() const { return *maker_; }
+
     /// Loads every library of the folder that the install value "pluginpath" names.
     void loadLibraries();
     /// Loads a library and creates its plug-ins. 0 also for a foreign library, which exports no
@@ -64,6 +71,7 @@ private:
 
     Library* createLibrary(const std::string& path, std::int32_t& code);
 
+    InstanceMaker* maker_ = nullptr;
     std::vector<Library*> libraries_; // owned: destroyLibraries(), where each leaves the list
 };
 

@@ -3,9 +3,10 @@
 #include "core/base/folders.h"
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "instance/plugin_instance.h"
 #include "platform/sdk/files.h"
+#include "plugins/libraries/instance_maker.h"
 #include "plugins/libraries/library.h"
+#include "plugins/libraries/library_manager.h"
 
 #include <algorithm>
 
@@ -40,7 +41,7 @@ Plugin::Plugin(Library* library, CCameraPlugin* descriptor)
 Plugin::~Plugin() {
     Log entry("Destroying plugin: " + getName(), Log::Notice);
     while (getInstanceCount() > 0)
-        instances_.back()->destroy();
+        instances_.back()->end();
     library_->unregisterPlugin(this);
     entry.write("Destroying CPlugin");
     descriptor_.reset();
@@ -83,6 +84,11 @@ void Plugin::gatherProfiles(XMLFileManager& list, const char* sharedFile, const 
 }
 
 PluginInstance* Plugin::getInstance(std::int32_t index) const {
+    const PluginMember* const member = getMember(index);
+    return member != nullptr ? member->getInstance() : nullptr;
+}
+
+PluginMember* Plugin::getMember(std::int32_t index) const {
     if (index < 0 || index >= getInstanceCount())
         return nullptr;
     if (instances_.size() != static_cast<std::size_t>(instanceCount_))
@@ -93,33 +99,32 @@ PluginInstance* Plugin::getInstance(std::int32_t index) const {
 void Plugin::closeGaps() const {
     instances_.erase(std::remove(instances_.begin(), instances_.end(), nullptr), instances_.end());
     for (std::size_t i = 0; i < instances_.size(); ++i)
-        instances_[i]->setPlaceInPlugin(i);
+        instances_[i]->place_ = i;
 }
 
-bool Plugin::hasInstance(const PluginInstance* instance) const {
-    const std::size_t place = instance->getPlaceInPlugin();
-    return place < instances_.size() && instances_[place] == instance;
+bool Plugin::hasInstance(const PluginMember& instance) const {
+    return instance.place_ < instances_.size() && instances_[instance.place_] == &instance;
 }
 
-void Plugin::addInstance(PluginInstance* instance) {
+void Plugin::addInstance(PluginMember& instance) {
     if (hasInstance(instance))
         return;
-    instance->setPlaceInPlugin(instances_.size());
-    instances_.push_back(instance);
+    instance.place_ = instances_.size();
+    instances_.push_back(&instance);
     ++instanceCount_;
 }
 
-void Plugin::removeInstance(PluginInstance* instance) {
+void Plugin::removeInstance(PluginMember& instance) {
     if (!hasInstance(instance))
         return;
-    instances_[instance->getPlaceInPlugin()] = nullptr;
+    instances_[instance.place_] = nullptr;
     --instanceCount_;
     while (!instances_.empty() && instances_.back() == nullptr)
         instances_.pop_back();
 }
 
 PluginInstance* Plugin::createInstance(CoreImplementation* core, const std::string& name) {
-    return new PluginInstance(core, this, name);
+    return LibraryManager::instance()->getMaker().makeInstance(core, this, name);
 }
 
 std::vector<std::string> Plugin::getCategories() const {

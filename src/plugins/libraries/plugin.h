@@ -18,6 +18,7 @@ namespace MVR {
 class CoreImplementation;
 class Library;
 class PluginInstance;
+class PluginMember;
 
 /// One kind of tool: owns its descriptor, lays out its folders, keeps the presets that its
 /// instances share, makes and keeps the instances. It lives as long as its library, its instances
@@ -38,10 +39,12 @@ public:
     [[nodiscard]] std::int32_t getInstanceCount() const { return instanceCount_; }
     /// In order of creation; null if `index` is out of range.
     [[nodiscard]] PluginInstance* getInstance(std::int32_t index) const;
+    /// The same as its entry in the list.
+    [[nodiscard]] PluginMember* getMember(std::int32_t index) const;
     /// For PluginInstance's constructor and destructor. Adding one again does nothing, and neither
     /// does removing one that isn't here.
-    void addInstance(PluginInstance* instance);
-    void removeInstance(PluginInstance* instance);
+    void addInstance(PluginMember& instance);
+    void removeInstance(PluginMember& instance);
     /// A new tool in `core`; the plug-in owns it until a reference does. An empty `name` gives it
     /// the name of the plug-in plus "_01".
     [[nodiscard]] PluginInstance* createInstance(CoreImplementation* core, const std::string& name);
@@ -67,7 +70,7 @@ private:
     void createFolders() const;
     void gatherProfiles(XMLFileManager& list, const char* sharedFile, const char* dataFolder,
                         const char* folder) const;
-    [[nodiscard]] bool hasInstance(const PluginInstance* instance) const;
+    [[nodiscard]] bool hasInstance(const PluginMember& instance) const;
     void closeGaps() const;
 
     Library* library_;
@@ -75,7 +78,7 @@ private:
     // In order of creation, owned unless a reference owns them: either end ends both. One that goes
     // leaves a gap, and a last one takes the gaps before it along, so that a tree of any size is
     // torn down in the time that its instances need.
-    mutable std::vector<PluginInstance*> instances_;
+    mutable std::vector<PluginMember*> instances_;
     std::int32_t instanceCount_ = 0; // without the gaps
     // The input profiles go first.
     ConfigProfileManager configProfiles_;

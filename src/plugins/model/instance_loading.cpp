@@ -2,9 +2,11 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "core/core_implementation.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
 #include "data/sdk/packed_tag.h"
 #include "instance/plugin_instance.h"
+#include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
@@ -36,9 +38,8 @@ bool unpackTool(Tag& data) {
 class ToolLoad {
 public:
     /// `outermost` is the one that all others of the model hang below, null for that itself.
-    ToolLoad(CoreImplementation* core, Tag& data, const std::string& path,
-             const ToolLoad* outermost)
-        : core_(core), data_(data), path_(path), isUnpacked_(unpackTool(data)),
+    ToolLoad(CoreServices& services, Tag& data, const std::string& path, const ToolLoad* outermost)
+        : services_(services), data_(data), path_(path), isUnpacked_(unpackTool(data)),
           place_(outermost != nullptr ? outermost->place_ : ModelPlace(data, path)) {
         isMade_ = begin();
     }
@@ -76,13 +77,13 @@ public:
 
 private:
     static ErrorCode& errors() { return *ErrorCode::instance(); }
-    AdaptorInterface& adaptor() const { return *core_->getAdaptor(); }
+    AdaptorInterface& adaptor() const { return *services_.getAdaptor(); }
 
     bool begin();
     bool makeInstance(Plugin& plugin, const std::string& type);
     void applyStates();
 
-    CoreImplementation* core_;
+    CoreServices& services_;
     Tag& data_;
     const std::string& path_;
     bool isUnpacked_;
@@ -110,7 +111,8 @@ bool ToolLoad::begin() {
     entry_.emplace("Creating " + type, Log::Notice);
     Plugin* const plugin = LibraryManager::instance()->findPlugin(type);
     // A second root would be saved as one, and what is below it lost.
-    if (plugin == nullptr || (type == RootPlugin::kName && core_->getRoot() != nullptr)) {
+    if (plugin == nullptr ||
+        (type == RootPlugin::kName && services_.getTree().getRoot() != nullptr)) {
         entry_->write("Could not find plugin type", type, Log::Warning);
         if (isUnpacked_)
             place_.log("type", "there is no such kind of tool: " + type);
@@ -134,7 +136,7 @@ bool ToolLoad::begin() {
 
 bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
     std::string name = data_.child("name").value();
-    PluginInstance* const instance = plugin.createInstance(core_, name);
+    PluginInstance* const instance = plugin.createInstance(services_.getTree().getCore(), name);
     if (instance->getCode() == nullptr) { // the plug-in made no tool object
         instance->destroy();
         adaptor().cancelUndo();
@@ -145,7 +147,7 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
     }
     instance->setNameFromData(name.empty() ? instance->getName() : name);
     instance->setUnderCreation(true);
-    reference_.set(core_->createReference(instance));
+    reference_.set(services_.getTree().createReference(instance));
     return reference_.get() != nullptr;
 }
 
@@ -163,13 +165,13 @@ void ToolLoad::applyStates() {
 
 } // namespace
 
-Util::Owned<InstanceReference> instantiate(CoreImplementation* core, Tag& data, std::int32_t& error,
+Util::Owned<InstanceReference> instantiate(CoreServices& services, Tag& data, std::int32_t& error,
                                            const std::string& path) {
     std::deque<ToolLoad> open; // not the machine's stack, which nested data could exhaust
-    open.emplace_back(core, data, path, nullptr);
+    open.emplace_back(services, data, path, nullptr);
     while (true) {
         if (Tag* const child = open.back().nextChild()) {
-            open.emplace_back(core, *child, path, &open.front());
+            open.emplace_back(services, *child, path, &open.front());
             continue;
         }
         auto [reference, code] = open.back().end();

@@ -9,7 +9,7 @@
 
 namespace MVR {
 
-class CoreImplementation;
+class CoreServices;
 class InstanceReference;
 class Tag;
 
@@ -22,6 +22,6 @@ class Tag;
 /// with 0 if the tool itself refused. A tool further down that fails is left out, with a warning
 /// in `error`. The data may be nested to any depth.
 [[nodiscard]] Util::Owned<InstanceReference>
-instantiate(CoreImplementation* core, Tag& data, std::int32_t& error, const std::string& path);
+instantiate(CoreServices& services, Tag& data, std::int32_t& error, const std::string& path);
 
 } // namespace MVR

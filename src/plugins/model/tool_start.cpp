@@ -2,7 +2,7 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/core_implementation.h"
+#include "core/services/core_services.h"
 #include "data/sdk/base64_buffer.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/extension_ids.h"
@@ -25,7 +25,7 @@ void storeFactorySettings(PluginInstance& instance) {
 ToolStart::ToolStart(InstanceReference& reference, const Tag& data, const ModelPlace& place,
                      Log& entry)
     : reference_(&reference), data_(data), place_(place), entry_(entry),
-      adaptor_(*reference.getCore()->getAdaptor()) {}
+      adaptor_(*reference.getServices()->getAdaptor()) {}
 
 PluginInstance& ToolStart::instance() const {
     return *reference_.get()->getInstance();

@@ -1,0 +1,43 @@
+#include "core/core_door.h"
+
+#include "core/core_implementation.h"
+
+namespace MVR {
+
+void CoreDoor::open(CoreImplementation& core) {
+    adaptor_ = &core;
+    interface_ = &core;
+    tree_ = &core;
+    recorder_ = &core;
+    dialogs_.emplace(*this, core);
+}
+
+AdaptorInterface* CoreDoor::getAdaptor() const {
+    return adaptor_->getAdaptor();
+}
+
+std::string CoreDoor::getUserFolder() const {
+    return adaptor_->getUserFolder();
+}
+
+std::intptr_t CoreDoor::getParentWindow() const {
+    return adaptor_->getParentWindow();
+}
+
+UserDialogs& CoreDoor::getDialogs() {
+    return *dialogs_;
+}
+
+bool CoreDoor::isRecording() const {
+    return recorder_->isRecording();
+}
+
+bool CoreDoor::isResimulating() const {
+    return recorder_->isResimulating();
+}
+
+void CoreDoor::leaveTake(PluginInstance* instance, bool finish) {
+    recorder_->dropInstance(instance, finish);
+}
+
+} // namespace MVR

@@ -1,0 +1,46 @@
+/// \file
+/// The one door into the core of an attachment.
+#pragma once
+
+#include "core/services/core_services.h"
+#include "dialogs/core_dialogs.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace MVR {
+
+class AdaptorManager;
+class CoreImplementation;
+class RecordManager;
+
+/// Leads the parts of one core to each other.
+///
+/// 1. It is made before the core, whose constructor calls open().
+/// 2. It is destroyed after the core, whose parts ask it to their end.
+class CoreDoor final : public CoreServices {
+public:
+    /// `core` isn't owned.
+    void open(CoreImplementation& core);
+
+    [[nodiscard]] AdaptorInterface* getAdaptor() const override;
+    [[nodiscard]] std::string getUserFolder() const override;
+    [[nodiscard]] std::intptr_t getParentWindow() const override;
+    [[nodiscard]] CoreInterface& getInterface() const override { return *interface_; }
+    [[nodiscard]] InstanceManager& getTree() const override { return *tree_; }
+    [[nodiscard]] UserDialogs& getDialogs() override;
+    [[nodiscard]] bool isRecording() const override;
+    [[nodiscard]] bool isResimulating() const override;
+    void leaveTake(PluginInstance* instance, bool finish) override;
+
+private:
+    // Each part by itself: in the core's destructor they end one by one.
+    AdaptorManager* adaptor_ = nullptr;
+    CoreInterface* interface_ = nullptr;
+    InstanceManager* tree_ = nullptr;
+    RecordManager* recorder_ = nullptr;
+    std::optional<CoreDialogs> dialogs_;
+};
+
+} // namespace MVR

@@ -1,6 +1,6 @@
 #include "plugins/instance_manager.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/services/core_services.h"
 #include "platform/sdk/files.h"
@@ -130,27 +130,24 @@ Tag InstanceManager::describeCatalogue() const {
 }
 
 std::int32_t InstanceManager::createFromFile(const std::string& path, InstanceReference* parent) {
-    ErrorCode& errors = *ErrorCode::instance();
     Tag model;
     if (!readModelFile(path, model))
-        return errors.get("MODEL_UNREADABLE", "The model's file can't be read", ErrorCode::Error);
+        return reportCode(Codes::kModelUnreadable);
     if (!model.hasName("MVR") && !model.hasName("MVR_Plugin")) {
         Log(Log::Error).write("No model in file", path, Log::OwnLevel);
-        return errors.get("MODEL_INVALID", "The file holds no model", ErrorCode::Error);
+        return reportCode(Codes::kModelInvalid);
     }
     const Creation creation = createAll(std::move(model), parent, true);
     if (creation.first == nullptr) {
         Log(Log::Error).write("Nothing created from model", path, Log::OwnLevel);
-        return errors.get("MODEL_NOTHINGCREATED", "No tool of the model could be created",
-                          ErrorCode::Error);
+        return reportCode(Codes::kModelNothingCreated);
     }
     if (creation.missing == 0)
         return 0;
     Log(Log::Warning)
         .write("Tools missing from model " + path, static_cast<std::int32_t>(creation.missing),
                Log::OwnLevel);
-    return errors.get("MODEL_INCOMPLETE", "Some tools of the model could not be created",
-                      ErrorCode::Warning);
+    return reportCode(Codes::kModelIncomplete);
 }
 
 } // namespace MVR

@@ -1,6 +1,6 @@
 #include "plugins/instance_reference.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
@@ -23,7 +23,7 @@ namespace MVR {
 namespace {
 
 std::int32_t reportInvalidData() {
-    return ErrorCode::instance()->report("INVALIDOKFDATASTRUCTURE");
+    return reportCode(Codes::kInvalidData);
 }
 
 /// The node of this name, made if the scene doesn't have it; null if the host can't.

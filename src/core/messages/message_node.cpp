@@ -1,6 +1,6 @@
 #include "core/messages/sdk/message_node.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 
 #include <algorithm>
@@ -25,12 +25,6 @@ MessageNode* nodeAt(const Nodes& nodes, std::int32_t index) {
     if (index < 0 || static_cast<std::size_t>(index) >= nodes.size())
         return nullptr;
     return nodes[static_cast<std::size_t>(index)];
-}
-
-std::int32_t linkMismatch() {
-    return ErrorCode::instance()->get("MESSAGE_LINKMISMATCH",
-                                      "The MessageNode network contains a link mismatch.",
-                                      ErrorCode::Fatal);
 }
 
 } // namespace
@@ -83,7 +77,7 @@ void MessageNode::receive(Message&, bool) {}
 
 std::int32_t MessageNode::send(MessageNode* node, Message& message) {
     if (node == nullptr)
-        return ErrorCode::instance()->report("NULL");
+        return ErrorCode::instance()->report(Codes::kNull.identifier);
     message.sender = this;
     if (Log::getThreshold() >= Log::Trace)
         trace(" is sending message to " + node->getName() + ": ", message);
@@ -106,11 +100,11 @@ void MessageNode::broadcast(Message& message) {
 
 std::int32_t MessageNode::listenTo(MessageNode* node) {
     if (node == nullptr)
-        return ErrorCode::instance()->report("NULL");
+        return ErrorCode::instance()->report(Codes::kNull.identifier);
     if (isListeningTo(node))
         return 0;
     if (node->hasListener(this))
-        return linkMismatch();
+        return reportCode(Codes::kLinkMismatch);
     sources_.push_back(node);
     node->listeners_.push_back(this);
     Message linked(NowListening, 0, 0, getName() + " is now listening to " + node->getName());
@@ -119,13 +113,11 @@ std::int32_t MessageNode::listenTo(MessageNode* node) {
 
 std::int32_t MessageNode::stopListeningTo(MessageNode* node) {
     if (node == nullptr)
-        return ErrorCode::instance()->report("NULL");
+        return ErrorCode::instance()->report(Codes::kNull.identifier);
     if (!MessageNode::isListeningTo(node))
-        return ErrorCode::instance()->get("MESSAGE_NOT_LISTENING",
-                                          "This node is not listening to the specified node.",
-                                          ErrorCode::Notice);
+        return reportCode(Codes::kNotListening);
     if (!node->MessageNode::hasListener(this))
-        return ErrorCode::instance()->report("MESSAGE_LINKMISMATCH");
+        return ErrorCode::instance()->report(Codes::kLinkMismatch.identifier);
     Message leaving(StoppedListening, 0, 0,
                     getName() + " has stopped listening to " + node->getName());
     const Walk self(this);

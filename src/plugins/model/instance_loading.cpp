@@ -1,6 +1,6 @@
 #include "plugins/model/instance_loading.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
@@ -56,7 +56,7 @@ public:
 
     /// Takes over what became of a tool below.
     void addChild(Util::Owned<InstanceReference> child, std::int32_t childError) {
-        const bool isUsable = errors().find(childError).getType() > ErrorCode::Error;
+        const bool isUsable = ErrorCode::instance()->find(childError).getType() > ErrorCode::Error;
         if (isUsable && reference_.get() != nullptr)
             reference_.get()->add(child.release());
         else
@@ -65,8 +65,7 @@ public:
             return;
         Log entry("Error detected while instanciating plugins. Trying to continue anyway",
                   Log::Warning);
-        error_ = errors().get("INSTANCIATOR_COULDNOTCREATESUBPLUGIN",
-                              "Some plugins could not be instanciated", ErrorCode::Warning);
+        error_ = reportCode(Codes::kSubPluginMissing);
     }
 
     std::pair<Util::Owned<InstanceReference>, std::int32_t> end() {
@@ -76,7 +75,6 @@ public:
     }
 
 private:
-    static ErrorCode& errors() { return *ErrorCode::instance(); }
     AdaptorInterface& adaptor() const { return *services_.getAdaptor(); }
 
     bool begin();
@@ -98,7 +96,7 @@ private:
 bool ToolLoad::begin() {
     if (!data_.hasName("MVR_Plugin")) {
         Log(Log::Error).write("Trying to instanciate plugin with invalid data structure");
-        error_ = errors().report("INVALIDOKFDATASTRUCTURE");
+        error_ = reportCode(Codes::kInvalidData);
         return false;
     }
     std::string type = data_.child("type").value();
@@ -116,7 +114,7 @@ bool ToolLoad::begin() {
         entry_->write("Could not find plugin type", type, Log::Warning);
         if (isUnpacked_)
             place_.log("type", "there is no such kind of tool: " + type);
-        error_ = errors().report("PLUGINNOTFOUND");
+        error_ = reportCode(Codes::kPluginNotFound);
         return false;
     }
     adaptor().beginUndo("Create Oskel " + type);
@@ -142,7 +140,7 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
         adaptor().cancelUndo();
         entry_->write("Unable to instanciate plugin", type, Log::Error);
         place_.log("MVR_Plugin", "the tool's library can't make it");
-        error_ = errors().report("COULDNOTINSTANCIATEPLUGIN");
+        error_ = reportCode(Codes::kCouldNotInstanciate);
         return false;
     }
     instance->setNameFromData(name.empty() ? instance->getName() : name);

@@ -11,9 +11,9 @@ namespace MVR {
 /// is no such layout.
 Tag loadXmlResource(std::uint16_t number);
 
-/// Expands "[DATAPATH]" (the user's data folder), then "[SHAREDDATAPATH]" (the data of the install)
-/// in a path that is about to be opened. A folder that can't be found counts as empty, which
-/// leaves "\data" of the user's; the log tells of it.
+/// Expands the macros in a path that is about to be opened, such as "[DATAPATH]" for the user's
+/// data folder. A folder that can't be found counts as empty, which leaves "\data" of the user's;
+/// the log tells of it.
 std::string expandPathMacros(const std::string& path);
 
 } // namespace MVR

@@ -21,7 +21,7 @@ run("configure" "${CMAKE_COMMAND}" -S "${WORK}/examples" -B "${WORK}/build" -G "
     -DCMAKE_BUILD_TYPE=Debug "-DMirvane_DIR=${WORK}/moved/lib/cmake/Mirvane"
     "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}"
     -DCMAKE_CXX_STANDARD=${STANDARD} -DCMAKE_CXX_STANDARD_REQUIRED=ON -DCMAKE_CXX_EXTENSIONS=OFF
-    "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Werror ${FLAGS}")
+    "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Werror ${FLAGS}")
 run("build" "${CMAKE_COMMAND}" --build "${WORK}/build")
 run("install of the tool and the driver" "${CMAKE_COMMAND}" --install "${WORK}/build")
 
@@ -36,7 +36,7 @@ foreach(header IN LISTS headers)
   string(APPEND all "#include <${header}>\n")
 endforeach()
 file(WRITE "${WORK}/all_headers.cpp" "${all}")
-run("compiling the headers" "${COMPILER}" -std=c++${STANDARD} -Wall -Wextra -Wpedantic -Werror
+run("compiling the headers" "${COMPILER}" -std=c++${STANDARD} -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Werror
     -fsyntax-only "-I${WORK}/moved/include/mirvane" "${WORK}/all_headers.cpp")
 
 set(ENV{HOME} "${WORK}/home")

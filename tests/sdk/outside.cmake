@@ -23,6 +23,8 @@ run("configure" "${CMAKE_COMMAND}" -S "${WORK}/examples" -B "${WORK}/build" -G "
     -DCMAKE_CXX_STANDARD=${STANDARD} -DCMAKE_CXX_STANDARD_REQUIRED=ON -DCMAKE_CXX_EXTENSIONS=OFF
     "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Werror ${FLAGS}")
 run("build" "${CMAKE_COMMAND}" --build "${WORK}/build")
+run("the exports of the adaptor" python3 "${SOURCE}/tools/lint/exports.py"
+    "${WORK}/build/adaptor/small_adaptor.so" recordTake)
 run("install of the tool and the driver" "${CMAKE_COMMAND}" --install "${WORK}/build")
 
 # All headers compile from the installed tree alone: none that they include was left behind.
@@ -44,5 +46,5 @@ foreach(name MIRVANE_REGISTRY XDG_CONFIG_HOME XDG_DOCUMENTS_DIR)
   unset(ENV{${name}})
 endforeach()
 set(ENV{XDG_CONFIG_DIRS} "${WORK}/home") # no file of this machine names other folders
-run("the take" "${WORK}/build/adaptor/small_adaptor")
+run("the take" "${WORK}/build/adaptor/small_program")
 message("${output}")

@@ -34,7 +34,7 @@ bool applyProperty(UniDevice::Property& property, const Tag& entry) {
 } // namespace
 
 UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t acceptedKinds) {
-    return properties_.getOrCreate(name, acceptedKinds, UniDevice::Property::Factory());
+    return properties_.getOrCreate(name, acceptedKinds, UniDevice::Property::PlainFactory());
 }
 
 void InstanceInputs::addForSpinner(std::int32_t componentId, const std::string& label) {

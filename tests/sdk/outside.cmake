@@ -21,8 +21,10 @@ run("configure" "${CMAKE_COMMAND}" -S "${WORK}/examples" -B "${WORK}/build" -G "
     -DCMAKE_BUILD_TYPE=Debug "-DMirvane_DIR=${WORK}/moved/lib/cmake/Mirvane"
     "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}"
     -DCMAKE_CXX_STANDARD=${STANDARD} -DCMAKE_CXX_STANDARD_REQUIRED=ON -DCMAKE_CXX_EXTENSIONS=OFF
-    "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Werror ${FLAGS}")
+    "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Werror ${FLAGS}")
 run("build" "${CMAKE_COMMAND}" --build "${WORK}/build")
+run("the exports of the adaptor" python3 "${SOURCE}/tools/lint/exports.py"
+    "${WORK}/build/adaptor/small_adaptor.so" recordTake)
 run("install of the tool and the driver" "${CMAKE_COMMAND}" --install "${WORK}/build")
 
 # All headers compile from the installed tree alone: none that they include was left behind.
@@ -36,7 +38,7 @@ foreach(header IN LISTS headers)
   string(APPEND all "#include <${header}>\n")
 endforeach()
 file(WRITE "${WORK}/all_headers.cpp" "${all}")
-run("compiling the headers" "${COMPILER}" -std=c++${STANDARD} -Wall -Wextra -Wpedantic -Werror
+run("compiling the headers" "${COMPILER}" -std=c++${STANDARD} -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Werror
     -fsyntax-only "-I${WORK}/moved/include/mirvane" "${WORK}/all_headers.cpp")
 
 set(ENV{HOME} "${WORK}/home")
@@ -44,5 +46,5 @@ foreach(name MIRVANE_REGISTRY XDG_CONFIG_HOME XDG_DOCUMENTS_DIR)
   unset(ENV{${name}})
 endforeach()
 set(ENV{XDG_CONFIG_DIRS} "${WORK}/home") # no file of this machine names other folders
-run("the take" "${WORK}/build/adaptor/small_adaptor")
+run("the take" "${WORK}/build/adaptor/small_program")
 message("${output}")

@@ -106,7 +106,7 @@ TEST(PropertyHandlerTest, KeepsOnePropertyOfEachName) {
         }
     };
     PropertyHandler handler;
-    Property* first = handler.getOrCreate("Pan", UniDevice::finite, Property::Factory());
+    Property* first = handler.getOrCreate("Pan", UniDevice::finite, Property::PlainFactory());
     Property* second = handler.getOrCreate("Tilt", trinary, DoubledFactory());
     second->offset = 4;
     EXPECT_EQ(second->getValue(), 8.0);

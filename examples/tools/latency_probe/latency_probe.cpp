@@ -8,6 +8,7 @@
 #include "core/contract/adaptor_interface.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/c_interface.h"
+#include "plugins/contract/scoped_snapshot.h"
 #include "unidevice/sdk/control.h"
 
 namespace {
@@ -33,10 +34,9 @@ public:
     }
 
     void record(double time) override {
-        if (MVR::TransformSnapshot* snapshot = getInterface()->getSnapshot(node_, time)) {
+        if (const MVR::ScopedTransform transform{getInterface(), node_, time}) {
             const double position[3] = {sent_->getValue(), 0, 0};
-            snapshot->setPosition(position);
-            getInterface()->nodeQuery5(node_);
+            transform->setPosition(position);
         }
     }
 

@@ -30,9 +30,13 @@ public:
     /// made with `new`, and freed by its virtual destructor, in the library that made it.
     class Factory {
     public:
-        /// A new property, the caller's to free.
+        /// A new property, the caller's to free; by default a plain one.
         virtual Property* create(const std::string& name, std::int32_t acceptedKinds) const;
+
+    protected:
+        ~Factory() = default;
     };
+    class PlainFactory final : public Factory {};
 
     /// What `bind` returns when it was given no control.
     static constexpr std::int32_t kUnbound = 65535;

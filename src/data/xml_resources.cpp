@@ -15,7 +15,7 @@ struct Layout {
 
 constexpr std::array<Layout, 0> kLayouts{};
 
-// What a folder's name itself holds is not expanded again.
+// Macros within a folder's own name are not expanded.
 template <typename Value>
 void expand(std::string& path, std::string_view macro, Value value) {
     std::size_t at = 0;

@@ -12,7 +12,7 @@ Tag packTag(const Tag& tree, std::string_view name);
 
 /// Replaces a packed form by its tree. An element that isn't packed stays unchanged, which is a
 /// success. Returns false, with the element unchanged, if the text is no base64 or holds no tree,
-/// or if the tree itself holds a packed `name`.
+/// or if an element of the same name in that tree is packed again.
 [[nodiscard]] bool unpackTag(Tag& element);
 
 } // namespace MVR

@@ -1,4 +1,4 @@
-// A glTF or OBJ file that is merged: what is taken are whole nodes with whole meshes.
+// Merges a glTF or OBJ file: what is read are whole nodes with whole meshes.
 
 #include "input_file.h"
 #include "require.h"

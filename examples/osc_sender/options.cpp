@@ -44,7 +44,7 @@ bool readNumber(std::string_view text, double least, double most, double& out) {
 
 constexpr double kLongestSeconds = 1e6;
 
-// Options with a value. False if `name` is none of them or its value doesn't fit.
+// Sets an option with a value. Returns false if there is none of this name or the value is invalid.
 bool setValue(std::string_view name, const std::string& value, Options& out) {
     if (name == "--file") {
         out.file = value;

@@ -1,8 +1,8 @@
 # mirvane_module(NAME [KIND tool|driver] SOURCES...): a library of tools or of a device driver,
-# loaded at run time, that stands on the SDK alone. Part of the installed package.
+# loaded at run time, that links only the SDK. Part of the installed package.
 #
-# With a KIND only the two functions that the core looks up are exported, so that no template code
-# of the standard library is shared by chance between libraries that were built apart.
+# With a KIND, only the two functions that the core looks up are exported, so that libraries that
+# were built apart share no template code of the standard library by accident.
 
 set(MIRVANE_MODULE_EXPORTS_DIR "${CMAKE_CURRENT_LIST_DIR}")
 

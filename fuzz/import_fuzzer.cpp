@@ -1,4 +1,4 @@
-// Merges a glTF or OBJ file: what is read are whole nodes with whole meshes.
+// Merges a glTF or OBJ file, from which only whole nodes with whole meshes may come.
 
 #include "input_file.h"
 #include "require.h"

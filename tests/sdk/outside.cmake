@@ -10,12 +10,12 @@ function(run what)
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# Nothing of an earlier run, of the tree or of the user's own settings may help.
+# Nothing from an earlier run, from the tree or from the user's own settings may help.
 file(REMOVE_RECURSE "${WORK}")
 file(MAKE_DIRECTORY "${WORK}/home")
 file(COPY "${SOURCE}/docs/examples" DESTINATION "${WORK}")
 run("install" "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/first")
-file(RENAME "${WORK}/first" "${WORK}/moved") # a package must not know where it was installed
+file(RENAME "${WORK}/first" "${WORK}/moved") # a package must not depend on where it was installed
 
 run("configure" "${CMAKE_COMMAND}" -S "${WORK}/examples" -B "${WORK}/build" -G "${GENERATOR}"
     -DCMAKE_BUILD_TYPE=Debug "-DMirvane_DIR=${WORK}/moved/lib/cmake/Mirvane"
@@ -27,7 +27,7 @@ run("the exports of the adaptor" python3 "${SOURCE}/tools/lint/exports.py"
     "${WORK}/build/adaptor/small_adaptor.so" recordTake)
 run("install of the tool and the driver" "${CMAKE_COMMAND}" --install "${WORK}/build")
 
-# All headers compile from the installed tree alone: none that they include was left behind.
+# All headers compile with only the installed tree: each header that they include is installed.
 file(GLOB_RECURSE headers RELATIVE "${WORK}/moved/include/mirvane"
      "${WORK}/moved/include/mirvane/*.h")
 if(NOT headers)

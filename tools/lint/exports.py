@@ -36,7 +36,7 @@ def check(_files):
                               text=True)
         if done.returncode != 0:
             yield Finding(LIBRARY, 0, "the release build failed:\n" + done.stdout[-2000:],
-                          "./dev build shows it whole")
+                          "./dev build shows all of it")
             return
     yield from compare(ROOT / LIBRARY, LIBRARY)
 

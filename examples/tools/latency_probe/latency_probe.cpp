@@ -1,8 +1,8 @@
-// "Latency Probe": hands a number of the input on to the host, frame by frame.
+// "Latency Probe": passes a number from the input to the host, frame by frame.
 //
 // Bind its one property to a control that carries the sender's clock. The host finds that time in
-// the x of the probe's object at the moment the key is written, and so knows how long the packet
-// took from the sender to the key.
+// the x of the probe's object when the key is written, and so knows how long the packet was on its
+// way from the sender to the key.
 
 #include "core/base/sdk/export.h"
 #include "core/contract/adaptor_interface.h"

@@ -21,7 +21,7 @@ bool ctrlDown = false;
 bool altDown = false;
 bool shiftDown = false;
 UnlockedKey unlockedKeys[kKeyCount];
-std::vector<KeyEventCallback*>* callbacks = nullptr; // made with the first one, freed with the last
+std::vector<KeyEventCallback*>* callbacks = nullptr; // made with the first, freed with the last
 
 bool passesToHost(std::uint32_t virtualKey) {
     if (virtualKey >= kKeyCount || unlockedKeys[virtualKey].key == -1)
@@ -49,7 +49,8 @@ std::intptr_t onKeyEvent(int code, std::uint32_t virtualKey, std::uint32_t flags
     if (code != Platform::kHookAction && code != Platform::kHookNoRemove)
         return pass();
     const bool pressed = (flags & Platform::kFlagReleased) == 0;
-    // Followed between takes too: a Ctrl that is let go then must not turn a later Z into a retake.
+    // Followed between takes too: a Ctrl that was released then must not turn a later Z into a
+    // retake.
     if (virtualKey == KeyCode::kShift)
         shiftDown = pressed;
     if (virtualKey == KeyCode::kCtrl)

@@ -9,25 +9,16 @@
 #include "plugins/instance_reference.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/libraries/plugin.h"
+#include "plugins/model/elements/table.h"
 #include "plugins/model/instance_loading.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <initializer_list>
 #include <utility>
 #include <vector>
 
 namespace MVR {
 namespace {
-
-// The attribute passes of a creation, in their order: first those that change scene objects, then,
-// behind the host's undo step, those that don't.
-constexpr std::initializer_list<std::uint32_t> kUndoablePasses{
-    SaveMask::kRecordedValues | SaveMask::kConfigProfile | SaveMask::kInputProfile |
-        SaveMask::kVisible | SaveMask::kMesh | SaveMask::kTransform,
-    SaveMask::kParent};
-constexpr std::initializer_list<std::uint32_t> kLatePasses{SaveMask::kNodes, SaveMask::kHighPoly,
-                                                           SaveMask::kSelection};
 
 /// References, each until it is destroyed: a tool may take itself away at any of its calls.
 std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
@@ -128,10 +119,12 @@ InstanceManager::Creation InstanceManager::createAll(Tag data, InstanceReference
 
     entry.write("Setting object hierarchies");
     entry.write("Setting object attributes");
-    for (const std::uint32_t stages : kUndoablePasses)
-        (void)holder->applyAttributes(wrapper, stages);
+    // First what changes scene objects, then, behind the host's undo step, what doesn't.
+    for (const Moment pass : {Moment::Attributes, Moment::Parents})
+        (void)holder->applyAttributes(wrapper, bitsOf(pass));
     adaptor.endUndo();
-    for (const std::uint32_t stages : kLatePasses)
+    for (const std::uint32_t stages :
+         {SaveMask::kNodes, bitsOf(Moment::HighPolyNames), bitsOf(Moment::Selection)})
         (void)holder->applyAttributes(wrapper, stages);
 
     finishCreation(*holder, entry);

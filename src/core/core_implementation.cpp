@@ -1,6 +1,6 @@
 #include "core/core_implementation.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/core_door.h"
 #include "instance/plugin_instance.h"
@@ -133,8 +133,7 @@ std::int32_t CoreImplementation::openMainDialog(std::intptr_t parentWindow) {
     setParentWindow(parentWindow);
     if (isOpen()) {
         if (!Platform::isIconic(getWindow()))
-            return ErrorCode::instance()->get("MAINDLG_ALREADYOPEN",
-                                              "The main dialog is already open", ErrorCode::Notice);
+            return reportCode(Codes::kMainDialogOpen);
         Util::Message closed(kDialogDestroyed);
         if (const std::int32_t code = send(this, closed); code != 0)
             return code;
@@ -144,8 +143,7 @@ std::int32_t CoreImplementation::openMainDialog(std::intptr_t parentWindow) {
 
 std::int32_t CoreImplementation::closeMainDialog() {
     if (!isOpen())
-        return ErrorCode::instance()->get("MAINDLG_NOTOPEN", "The main dialog is not open",
-                                          ErrorCode::Notice);
+        return reportCode(Codes::kMainDialogNotOpen);
     Platform::destroyWindow(getWindow());
     return 0;
 }
@@ -243,12 +241,10 @@ std::int32_t CoreImplementation::saveModel(std::string toolName, std::string pat
     InstanceReference* tool = getRoot();
     if (tool != nullptr && !toolName.empty())
         tool = tool->findInstance(toolName, false, nullptr);
-    ErrorCode& errors = *ErrorCode::instance();
     if (tool == nullptr)
-        return errors.get("MODEL_NOTOOL", "There is no tool of that name", ErrorCode::Error);
+        return reportCode(Codes::kModelNoTool);
     if (!tool->saveModelFile(path))
-        return errors.get("MODEL_UNWRITABLE", "The model's file can't be written",
-                          ErrorCode::Error);
+        return reportCode(Codes::kModelUnwritable);
     return 0;
 }
 

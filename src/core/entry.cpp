@@ -1,7 +1,7 @@
 #include "core/entry.h"
 
+#include "core/base/error_codes.h"
 #include "core/base/folders.h"
-#include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
 #include "core/core_door.h"
 #include "core/core_implementation.h"
@@ -88,7 +88,7 @@ void libraryLoaded(Platform::LibraryHandle module) {
         log.write("Unable to register the countdown window", Log::Error);
     {
         Log codes("registering common error codes", Log::Notice);
-        registerCommonErrorCodes();
+        registerCommonCodes();
     }
     loadPlugins();
 }
@@ -116,8 +116,7 @@ std::int32_t detachCore(CoreInterface* core) {
         // Its dialog stands on the stack, with what detaching destroys.
         Log(Log::Error).write("Unable to detach during a resimulation, which is stopped first");
         attached->stopRecording();
-        return ErrorCode::instance()->get("ALREADYRECORDING", "Already recording",
-                                          ErrorCode::Error);
+        return reportCode(Codes::kAlreadyRecording);
     }
     Hooks::detachKeyHook();
     Log log("Unlinking adaptor from CORE and deleting CORE interface", Log::Notice);

@@ -3,6 +3,7 @@
 #include "core/base/folders.h"
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace MVR {
@@ -15,13 +16,23 @@ struct Layout {
 
 constexpr std::array<Layout, 0> kLayouts{};
 
-// What a folder's name itself holds is not expanded again.
-template <typename Value>
-void expand(std::string& path, std::string_view macro, Value value) {
+struct PathMacro {
+    std::string_view text;
+    std::string (*getFolder)();
+};
+
+// In the order in which they are expanded.
+constexpr PathMacro kPathMacros[] = {
+    {"[DATAPATH]", [] { return resolveDocumentsPath() + "\\data"; }},  // the user's
+    {"[SHAREDDATAPATH]", [] { return readInstallValue("datapath"); }}, // the install's
+};
+
+// Macros within a folder's own name are not expanded.
+void expand(std::string& path, const PathMacro& macro) {
     std::size_t at = 0;
-    while ((at = path.find(macro, at)) != std::string::npos) {
-        const std::string folder = value();
-        path.replace(at, macro.size(), folder);
+    while ((at = path.find(macro.text, at)) != std::string::npos) {
+        const std::string folder = macro.getFolder();
+        path.replace(at, macro.text.size(), folder);
         at += folder.size();
     }
 }
@@ -37,8 +48,8 @@ Tag loadXmlResource(std::uint16_t number) {
 
 std::string expandPathMacros(const std::string& path) {
     std::string result = path;
-    expand(result, "[DATAPATH]", [] { return resolveDocumentsPath() + "\\data"; });
-    expand(result, "[SHAREDDATAPATH]", [] { return readInstallValue("datapath"); });
+    for (const PathMacro& macro : kPathMacros)
+        expand(result, macro);
     return result;
 }
 

@@ -1,6 +1,6 @@
 #include "dialogs/main_dialog.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/contract/core_interface.h"
@@ -32,8 +32,7 @@ MainDlg::~MainDlg() {
 
 std::int32_t MainDlg::open(Platform::WindowHandle) {
     Log log("Opening main dialog", Log::Notice);
-    return ErrorCode::instance()->get("NOMAINDLGCOMPONENT",
-                                      "Main dialog design structure not present", ErrorCode::Error);
+    return reportCode(Codes::kMainDialogMissing);
 }
 
 void MainDlg::receive(Util::Message& message, bool) {

@@ -3,29 +3,28 @@
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/contract/core_interface.h"
-#include "core/contract/setting_ids.h"
 #include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "platform/sdk/files.h"
+#include "plugins/catalogue.h"
+#include "plugins/contract/model_words.h"
+#include "plugins/creation.h"
 #include "plugins/instance_reference.h"
 #include "plugins/instance_reference_restore.h"
-#include "plugins/instanciatable.h"
 #include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
+#include "recording/order/run_order.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace MVR {
-namespace {
-
-constexpr std::int32_t kDefaultRecentItems = 10;
-
-} // namespace
 
 InstanceManager::InstanceManager(CoreImplementation* core, CoreServices* services)
-    : CoreSubSystem(core, services) {
+    : CoreSubSystem(core, services), catalogue_(std::make_unique<Catalogue>(*this)),
+      recent_(getServices()), control_(getServices()) {
     Log entry("Constructing Instance manager Core subsystem", Log::Notice);
     for (const std::string& base : {readInstallValue("path"), resolveDocumentsPath()}) {
         if (base.empty()) // never the root of the file system
@@ -43,7 +42,7 @@ InstanceManager::~InstanceManager() {
         LibraryManager::instance()->destroyInstances(getCore());
     }
     Log instanciatables("Destroying instanciatables", Log::Notice);
-    clearCatalogue();
+    catalogue_->clear();
 }
 
 void InstanceManager::initialize() {
@@ -66,61 +65,63 @@ std::vector<PluginInstance*> InstanceManager::getInstances(bool checkedOnly) con
     return instances;
 }
 
-std::int32_t InstanceManager::getRecentCount() const {
-    return static_cast<std::int32_t>(recent_.size());
+std::vector<PluginInstance*>
+InstanceManager::sortForRecording(const std::vector<PluginInstance*>& instances) {
+    const std::vector<CInterface*> tools(instances.begin(), instances.end());
+    const std::vector<std::size_t> order =
+        findRunOrder(*getServices().getAdaptor(), tools,
+                     [&instances](std::size_t index) { return instances[index]->getName(); });
+    std::vector<PluginInstance*> sorted(order.size());
+    std::transform(order.begin(), order.end(), sorted.begin(),
+                   [&instances](std::size_t index) { return instances[index]; });
+    return sorted;
 }
 
-Tag InstanceManager::getRecentEntry(std::int32_t index) const {
-    return index >= 0 && index < getRecentCount() ? recent_[static_cast<std::size_t>(index)]
-                                                  : Tag();
+std::int32_t InstanceManager::getCatalogueSize() const {
+    return catalogue_->size();
 }
 
-std::string InstanceManager::getRecentLabel(std::int32_t index) const {
-    Tag wrapper = getRecentEntry(index);
-    if (!wrapper.hasName("MVR")) {
-        Tag inner = std::exchange(wrapper, Tag::element("MVR"));
-        wrapper.addChild(std::move(inner));
-    }
-    std::string label;
-    for (std::int32_t i = 0; i < wrapper.childCount(); ++i) {
-        const Tag& tool = wrapper.child(i);
-        if (!tool.hasName("MVR_Plugin"))
-            continue;
-        const std::string& name = tool.child("name").value();
-        const std::string& shown = name.empty() ? tool.child("type").value() : name;
-        if (!shown.empty())
-            label += (label.empty() ? "" : ", ") + shown;
-    }
-    return label;
+InstanceManager::Instanciatable* InstanceManager::getCatalogueEntry(std::int32_t index) const {
+    return catalogue_->getEntry(index);
 }
 
-void InstanceManager::setRecent(const Tag& tag) {
-    recent_.clear();
-    if (!tag.hasName("Recent"))
-        return;
-    for (std::int32_t i = 0; i < tag.childCount(); ++i)
-        recent_.push_back(tag.child(i));
-    trimRecent();
+void InstanceManager::buildCatalogue() {
+    catalogue_->build();
 }
 
-Tag InstanceManager::getRecent() const {
-    Tag list = Tag::element("Recent");
-    for (const Tag& entry : recent_)
-        list.addChild(entry);
-    return list;
+void InstanceManager::addPrmFolder(const std::string& path) {
+    catalogue_->addFolder(path);
 }
 
-void InstanceManager::addRecent(const Tag& data) {
-    recent_.erase(std::remove(recent_.begin(), recent_.end(), data), recent_.end());
-    recent_.push_back(data);
-    trimRecent();
+Tag InstanceManager::describeCatalogue() const {
+    return catalogue_->describe();
 }
 
-void InstanceManager::trimRecent() {
-    std::int32_t limit = kDefaultRecentItems;
-    getServices().getInterface().getProperty(Setting::kRecentItems, &limit);
-    while (getRecentCount() > std::max(limit, 0))
-        recent_.pop_front();
+InstanceReference* InstanceManager::create(Tag data, InstanceReference* parent, bool addToRecent) {
+    return createTools(getServices(), std::move(data), parent, addToRecent ? &recent_ : nullptr)
+        .first;
+}
+
+InstanceReference* InstanceManager::createByType(const std::string& type, const std::string& name,
+                                                 bool addToRecent) {
+    Tag data = Plugin::makeData(type);
+    data.addChild(Tag::element(ModelWord::kName, name));
+    return create(std::move(data), nullptr, addToRecent);
+}
+
+std::int32_t InstanceManager::createFromFile(const std::string& path, InstanceReference* parent) {
+    return createFromModel(getServices(), path, parent, recent_);
+}
+
+void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* target) {
+    for (const InstanceReference* each = target; each != nullptr; each = each->getParentReference())
+        if (each == dragged)
+            return;
+    AdaptorInterface& adaptor = *getServices().getAdaptor();
+    adaptor.beginUndo("Relocate Oskel Node");
+    adaptor.addUndo(new InstanceReferenceMoveRestore(dragged));
+    target->add(dragged);
+    adaptor.endUndo();
 }
 
 InstanceReference* InstanceManager::createReference(PluginInstance* instance) {

@@ -8,15 +8,17 @@
 #include "data/sdk/tag.h"
 #include "plugins/instance_names.h"
 #include "plugins/instance_reference.h"
+#include "plugins/recent_list.h"
+#include "plugins/tree_control.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace MVR {
 
+class Catalogue;
 class PluginInstance;
 
 /// Owns the tree of placed tools, the catalogue of what the user can create, and the list of what
@@ -45,7 +47,7 @@ public:
     /// Builds the catalogue anew: the loaded plug-ins that aren't internal, then the models of the
     /// PRM folders. Ends all pointers to entries.
     void buildCatalogue();
-    void addPrmFolder(const std::string& path) { prmFolders_.push_back(path); }
+    void addPrmFolder(const std::string& path);
     /// An element "Catalogue" with an element "entry" for each entry, in order; see
     /// CoreInterface::getCatalogue().
     [[nodiscard]] Tag describeCatalogue() const;
@@ -65,20 +67,16 @@ public:
     /// model becomes recent. See CoreInterface::loadModel() for the codes.
     [[nodiscard]] std::int32_t createFromFile(const std::string& path, InstanceReference* parent);
 
-    [[nodiscard]] std::int32_t getRecentCount() const;
-    /// A copy; index 0 is the oldest. Out of range: an empty tag.
-    [[nodiscard]] Tag getRecentEntry(std::int32_t index) const;
-    /// The names of the entry's tools; "" out of range.
-    [[nodiscard]] std::string getRecentLabel(std::int32_t index) const;
-    /// Takes over a tag that getRecent() gave; the newest stay if it is too long. Any other tag
-    /// leaves the list empty.
-    void setRecent(const Tag& tag);
-    /// A tag "Recent" with a copy of each entry, oldest first.
-    [[nodiscard]] Tag getRecent() const;
-    /// Makes `data` the newest entry, and takes an equal one out.
-    void addRecent(const Tag& data);
-    /// Removes the oldest entries that are too many for Setting::kRecentItems.
-    void trimRecent();
+    // The list of what was created lately; see RecentList.
+    [[nodiscard]] std::int32_t getRecentCount() const { return recent_.size(); }
+    [[nodiscard]] Tag getRecentEntry(std::int32_t index) const { return recent_.getEntry(index); }
+    [[nodiscard]] std::string getRecentLabel(std::int32_t index) const {
+        return recent_.getLabel(index);
+    }
+    void setRecent(const Tag& tag) { recent_.restore(tag); }
+    [[nodiscard]] Tag getRecent() const { return recent_.store(); }
+    void addRecent(const Tag& data) { recent_.add(data); }
+    void trimRecent() { recent_.trim(); }
 
     /// The tools of the tree but the root, each before those below it; with `checkedOnly` those
     /// that are checked themselves.
@@ -86,49 +84,23 @@ public:
     /// The reference of a new instance, which, unless it is the root, is undone with the host's
     /// open step. Null, and logged, if the instance is another core's.
     [[nodiscard]] InstanceReference* createReference(PluginInstance* instance);
-    /// The same instances in an order in which a tool runs after those whose scene nodes its own
-    /// hang below. Else the order stays. Takes any depth, in time proportional to the scene nodes.
+    /// Returns the same instances in the order in which a take runs them: findRunOrder() tells it.
     [[nodiscard]] std::vector<PluginInstance*>
     sortForRecording(const std::vector<PluginInstance*>& instances);
 
     /// The names that tools of the tree use; kept by the instances.
     [[nodiscard]] InstanceNames& getNames() { return names_; }
 
-    // The tree's control, whose items stand for references.
-    /// The selected item's, null if there is none.
-    [[nodiscard]] InstanceReference* getSelected() const { return selected_.get(); }
-    /// Another item was selected, or none: its tool may select its object in the host.
-    void select(InstanceReference* reference);
-    /// A drag begins at an item; false if it has to end at once, as the root can't be moved.
-    [[nodiscard]] bool beginDrag(InstanceReference* reference);
-    [[nodiscard]] bool isDragging() const { return isDragging_; }
-    /// The mouse button is let go, over an item or none: relocates, unless Ctrl is held.
-    void endDrag(InstanceReference* target, bool isCtrlHeld);
-    /// The delete key: deletes the selected tool with its scene objects, but never the root.
-    void deleteSelected();
-    /// The label of an item is about to be edited: gives the text to begin with.
-    [[nodiscard]] std::string beginLabelEdit(InstanceReference& reference);
-    /// The edit ended; `text` is null if the user gave it up.
-    void endLabelEdit(InstanceReference* reference, const std::string* text);
+    /// What the user does with the items of the tree's control.
+    [[nodiscard]] TreeControl& getControl() { return control_; }
+    [[nodiscard]] InstanceReference* getSelected() const { return control_.getSelected(); }
 
 private:
-    struct Creation {
-        InstanceReference* first = nullptr;
-        std::size_t missing = 0; // tools of the data that could not be made
-    };
-
-    Creation createAll(Tag data, InstanceReference* parent, bool addToRecent);
-    void addModels(const std::string& folder);
-    void clearCatalogue();
-
     InstanceNames names_;
     Util::Owned<InstanceReference> root_;
-    std::deque<Tag> recent_; // oldest first
-    std::vector<Util::Owned<Instanciatable>> catalogue_;
-    std::vector<std::string> prmFolders_; // where "*.prm" files lie
-    InstanceReference::Watch selected_{nullptr};
-    InstanceReference::Watch dragged_{nullptr};
-    bool isDragging_ = false;
+    std::unique_ptr<Catalogue> catalogue_;
+    RecentList recent_;
+    TreeControl control_;
 };
 
 } // namespace MVR

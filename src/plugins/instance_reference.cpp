@@ -5,6 +5,7 @@
 #include "core/services/core_services.h"
 #include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
+#include "plugins/clone.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/model/attribute_pass.h"
@@ -161,6 +162,10 @@ void InstanceReference::setLabel(std::string text) {
         text.erase(at, suffix.size());
     if (text != instance_->getName())
         instance_->setName(text);
+}
+
+InstanceReference* InstanceReference::clone() {
+    return instance_ != nullptr && getParentReference() != nullptr ? cloneTool(*this) : nullptr;
 }
 
 void InstanceReference::showMenu() {

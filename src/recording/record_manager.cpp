@@ -1,6 +1,6 @@
 #include "recording/record_manager.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/contract/core_interface.h"
@@ -34,12 +34,6 @@ constexpr double kRangeTolerance = 0.00001; // keeps rounding from adding or los
 constexpr std::int32_t kKeyEscape = 27;
 constexpr std::int32_t kKeySpace = 32;
 constexpr std::int32_t kKeyZ = 90;
-
-std::int32_t alreadyRecording() {
-    return ErrorCode::instance()
-        ->get("ALREADYRECORDING", "Already recording", ErrorCode::Error)
-        .getValue();
-}
 
 std::int32_t toInteger(double value) {
     using Limits = std::numeric_limits<std::int32_t>;
@@ -85,7 +79,7 @@ void RecordManager::forEachInstance(Operation operation) {
 
 std::int32_t RecordManager::startRecording() {
     if (isBusy())
-        return alreadyRecording();
+        return reportCode(Codes::kAlreadyRecording);
     const Log entry("Start recording", Log::Notice);
     adaptor()->beginUndo("Record");
     recording_ = true;
@@ -128,7 +122,8 @@ void RecordManager::prepare(double time) {
     devicesActive_ = true;
     UniDevice::DeviceHandler::instance()->activate();
     entry.write("initalizing plugins");
-    forEachInstance([time](PluginInstance& instance) { instance.prepareRecording(time); });
+    const TakeSource source = resimulating_ ? TakeSource::Stored : TakeSource::Live;
+    forEachInstance([=](PluginInstance& instance) { instance.prepareRecording(time, source); });
 }
 
 std::int32_t RecordManager::stopRecording() {
@@ -301,13 +296,11 @@ std::int32_t RecordManager::getSlowMotion() const {
 
 std::int32_t RecordManager::resimulate(double start, double end) {
     if (isBusy())
-        return alreadyRecording();
+        return reportCode(Codes::kAlreadyRecording);
     const double frameRate = adaptor()->getFrameRate();
     const double frames = (end - start) * frameRate;
     if (!(frameRate > 0.0) || !std::isfinite(frames) || frames > kMostFrames)
-        return ErrorCode::instance()
-            ->get("RESIMULATE_BADRANGE", "The range can't be simulated", ErrorCode::Error)
-            .getValue();
+        return reportCode(Codes::kResimulateBadRange);
     const Log entry("Resimulating", Log::Notice);
     adaptor()->beginUndo("Resimulating");
     startTime_ = start;

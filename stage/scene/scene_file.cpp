@@ -67,6 +67,9 @@ Tag toTag(const SceneData::Node& node, const SceneData& data) {
     tag.addChild(toTag("position", record.rest.position));
     tag.addChild(toTag("rotation", record.rest.rotation));
     tag.addChild(toTag("scale", record.rest.scale));
+    if (record.kind == MVR::kNodeCamera) {
+        tag.addChild(toTag(SceneFormat::kLens, record.lens));
+    }
     for (const std::string& name : record.highPolyNames) {
         tag.addChild(toTag("highpoly", name));
     }
@@ -110,9 +113,10 @@ SceneData takeScene(const Scene& scene, const Timeline& timeline, const ToolName
         indices.emplace(node.get(), static_cast<std::int32_t>(indices.size()));
         const auto tool = tools.find(node->getOwner());
         data.nodes.emplace_back().record = {
-            node->getName(), node->getSceneName(), tool != tools.end() ? tool->second : "",
-            node->getKind(), node->getRest(),      node->getCurves(),
-            node->getMesh(), node->isShown(),      node->getHighPolyNames()};
+            node->getName(),         node->getSceneName(), tool != tools.end() ? tool->second : "",
+            node->getKind(),         node->getRest(),      node->getRestLens(),
+            node->getCurves(),       node->getMesh(),      node->isShown(),
+            node->getHighPolyNames()};
     }
     for (std::size_t i = 0; i < data.nodes.size(); ++i) {
         const auto parent = indices.find(scene.getNodes()[i]->getParentNode());

@@ -36,6 +36,7 @@ private:
     bool readTime(SceneData& data);
     bool readNode(const Tag& tag, NodeRecord& record);
     bool readKind(const std::string& text, NodeRecord& record);
+    bool readLens(const Tag& tag, NodeRecord& record);
     bool readCurve(const Tag& tag, NodeRecord& record);
     bool link(SceneData& data);
     bool checkHierarchy(const SceneData& data);
@@ -110,6 +111,17 @@ bool SceneReader::readKind(const std::string& text, NodeRecord& record) {
     return true;
 }
 
+bool SceneReader::readLens(const Tag& tag, NodeRecord& record) {
+    const char* const name = SceneFormat::kLens;
+    if (tag.child(name).isEmpty()) {
+        return true;
+    }
+    return readNumbers(tag, name, record.lens.data(), record.lens.size()) &&
+           (std::all_of(record.lens.begin(), record.lens.end(), isLensNumber) ||
+            fail(std::string("\"") + name + "\" is to hold numbers above 0, not " +
+                 shown(tag.child(name).value())));
+}
+
 bool SceneReader::readCurve(const Tag& tag, NodeRecord& record) {
     const std::string name = tag.attribute("name");
     std::size_t index = 0;
@@ -158,7 +170,7 @@ bool SceneReader::readNode(const Tag& tag, NodeRecord& record) {
     if (!readKind(tag.child("kind").value(), record) ||
         !readNumbers(tag, "position", record.rest.position.data(), 3) ||
         !readNumbers(tag, "rotation", record.rest.rotation.data(), 4) ||
-        !readNumbers(tag, "scale", record.rest.scale.data(), 3)) {
+        !readNumbers(tag, "scale", record.rest.scale.data(), 3) || !readLens(tag, record)) {
         return false;
     }
     for (std::int32_t i = 0; i < tag.childCount(); ++i) {

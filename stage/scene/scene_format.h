@@ -10,6 +10,8 @@ namespace Stage::SceneFormat {
 
 constexpr const char* kRoot = "MirvaneScene";
 constexpr const char* kVersion = "1";
+/// Of a camera; missing in files of before it could be set.
+constexpr const char* kLens = "lens";
 
 struct Kind {
     const char* word;

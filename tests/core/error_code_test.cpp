@@ -1,5 +1,6 @@
 #include "core/base/sdk/error_code.h"
 
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "support/vtable_slot.h"
 
@@ -14,7 +15,7 @@ using MVR::Log;
 using testing::HasSubstr;
 
 struct ErrorCodeTest : testing::Test {
-    ErrorCodeTest() { MVR::registerCommonErrorCodes(); }
+    ErrorCodeTest() { MVR::registerCommonCodes(); }
     ~ErrorCodeTest() override { MVR::Util::SingletonCollector::destroyAll(); }
     ErrorCode& codes() { return *ErrorCode::instance(); }
 };

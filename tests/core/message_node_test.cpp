@@ -1,6 +1,6 @@
 #include "core/messages/sdk/message_node.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "support/vtable_slot.h"
 
@@ -40,7 +40,7 @@ private:
 
 struct MessageNodeTest : testing::Test {
     MessageNodeTest() {
-        MVR::registerCommonErrorCodes();
+        MVR::registerCommonCodes();
         source = std::make_unique<Recorder>("source", &events);
         for (const char* name : {"a", "b", "c", "d"}) {
             listeners.push_back(std::make_unique<Recorder>(name, &events));

@@ -121,7 +121,7 @@ TEST_F(CatalogueTest, APageShowsItsEntryAndCreatesItBelowTheSelectedTool) {
     EXPECT_EQ(entry(2).describePage().picture,
               Platform::canonicalPath(home.install() + "/PRM/rig/mainicon_125_100.bmp"));
 
-    core->select(place("base"));
+    core->getControl().select(place("base"));
     entry(2).create();
     EXPECT_EQ(tree(), "base(Boom)");
     find("base")->remove(true);

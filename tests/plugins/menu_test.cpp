@@ -157,34 +157,35 @@ TEST_F(MenuTest, TheTreesControlMovesDeletesAndRenames) {
     InstanceReference* const b = place("b");
     InstanceReference* const a1 = place("a1", a);
     adaptor.clearUndo();
-    EXPECT_FALSE(core->beginDrag(core->getRoot()));
-    core->endDrag(b, false);
-    EXPECT_TRUE(core->beginDrag(a));
-    EXPECT_TRUE(core->isDragging());
-    core->endDrag(a1, false);
-    EXPECT_TRUE(core->beginDrag(a));
-    core->endDrag(b, true);
-    EXPECT_TRUE(core->beginDrag(a));
-    core->endDrag(nullptr, false);
+    MVR::TreeControl& control = core->getControl();
+    EXPECT_FALSE(control.beginDrag(core->getRoot()));
+    control.endDrag(b, false);
+    EXPECT_TRUE(control.beginDrag(a));
+    EXPECT_TRUE(control.isDragging());
+    control.endDrag(a1, false);
+    EXPECT_TRUE(control.beginDrag(a));
+    control.endDrag(b, true);
+    EXPECT_TRUE(control.beginDrag(a));
+    control.endDrag(nullptr, false);
     EXPECT_EQ(tree(), "a(a1) b");
     EXPECT_THAT(adaptor.undoNames(), ElementsAre());
-    EXPECT_TRUE(core->beginDrag(a));
-    core->endDrag(core->getRoot(), false);
-    EXPECT_FALSE(core->isDragging());
+    EXPECT_TRUE(control.beginDrag(a));
+    control.endDrag(core->getRoot(), false);
+    EXPECT_FALSE(control.isDragging());
     EXPECT_EQ(tree(), "b a(a1)");
     EXPECT_THAT(adaptor.undoNames(), ElementsAre("Relocate Oskel Node"));
 
-    core->deleteSelected();
-    core->select(core->getRoot());
-    core->deleteSelected();
-    core->select(b);
-    core->deleteSelected();
+    control.deleteSelected();
+    control.select(core->getRoot());
+    control.deleteSelected();
+    control.select(b);
+    control.deleteSelected();
     EXPECT_EQ(tree(), "a(a1)");
 
-    const auto rename = [this](InstanceReference* reference, const std::string& text) {
+    const auto rename = [&](InstanceReference* reference, const std::string& text) {
         adaptor.calls.clear();
-        const std::string begun = core->beginLabelEdit(*reference);
-        core->endLabelEdit(reference, text.empty() ? nullptr : &text);
+        const std::string begun = control.beginLabelEdit(*reference);
+        control.endLabelEdit(reference, text.empty() ? nullptr : &text);
         EXPECT_THAT(adaptor.calls, ElementsAre("beginKeyboardCapture", "endKeyboardCapture"));
         return begun + ">" + reference->getInstanceName();
     };

@@ -1,5 +1,6 @@
 #include "core/base/sdk/error_code.h"
 
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 
 #include <algorithm>
@@ -11,6 +12,10 @@ namespace {
 
 std::int32_t logLevelOf(std::int32_t type) {
     return type == ErrorCode::Warning || type == ErrorCode::Notice ? Log::Warning : Log::Error;
+}
+
+const ErrorCode& getRow(ErrorCode& table, const CodeRow& row) {
+    return table.get(row.identifier, row.message, row.type);
 }
 
 } // namespace
@@ -104,14 +109,12 @@ const ErrorCode& ErrorCode::registerCode(const ErrorCode& code) {
     if (!isContainer_) {
         log.write("Error: Trying to register error code to a non-container", code.message_,
                   Log::Error);
-        return instance()->get("ERRORCODE_NONCONTAINER",
-                               "Trying to register a code to a non-container", Error);
+        return getRow(*instance(), Codes::kNonContainer);
     }
     if (isRegistered(code.value_)) {
         log.write("Error: Trying to register error code with a non-unique value", code.value_,
                   Log::Error);
-        return get("ERRORCODE_NONUNIQUEVALUE", "Trying to register a code with a non-unique value",
-                   Error);
+        return getRow(*this, Codes::kNonUniqueValue);
     }
     if (isRegistered(code.identifier_)) {
         log.write("Error: Trying to register error code with a non-unique identifier",
@@ -132,29 +135,6 @@ bool ErrorCode::operator==(const ErrorCode& other) const {
 
 ErrorCode::operator std::int32_t() const {
     return getValue();
-}
-
-void registerCommonErrorCodes() {
-    struct Row {
-        const char* identifier;
-        const char* message;
-        ErrorCode::Type type;
-    };
-    // The order fixes the values, from 1024 on.
-    static constexpr Row rows[] = {
-        {"GENERAL", "General error", ErrorCode::Error},
-        {"INDEXOUTOFBOUNDS", "Trying to reach an element outside reach of vector.",
-         ErrorCode::Error},
-        {"NULL", "Received NULL object", ErrorCode::Error},
-        {"EXCEPTION", "An exception was caught", ErrorCode::Error},
-        {"FATAL", "A fatal error occured", ErrorCode::Fatal},
-        {"NOTIMPLEMENTED", "Function is not implemented", ErrorCode::Error},
-        {"INVALIDOKFDATASTRUCTURE", "Invalid OKF data structure detected", ErrorCode::Error},
-        {"PLUGINNOTFOUND", "The specified plugin type was not found", ErrorCode::Error},
-        {"COULDNOTINSTANCIATEPLUGIN", "Error instanciating plugin", ErrorCode::Error},
-    };
-    for (const Row& row : rows)
-        ErrorCode::instance()->registerCode(ErrorCode(row.identifier, row.message, row.type));
 }
 
 } // namespace MVR

@@ -1,6 +1,6 @@
 #include "core/messages/sdk/message_node.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 
 using Nodes = std::vector<MessageNode*>;
 
-// Links tend to end in the reverse order of their making, so the search starts at the end.
+// Links tend to end in the reverse order in which they were made, so the search starts at the end.
 Nodes::const_iterator findLast(const Nodes& nodes, const MessageNode* node) {
     for (auto position = nodes.end(); position != nodes.begin();)
         if (*--position == node)
@@ -27,22 +27,15 @@ MessageNode* nodeAt(const Nodes& nodes, std::int32_t index) {
     return nodes[static_cast<std::size_t>(index)];
 }
 
-std::int32_t linkMismatch() {
-    return ErrorCode::instance()->get("MESSAGE_LINKMISMATCH",
-                                      "The MessageNode network contains a link mismatch.",
-                                      ErrorCode::Fatal);
-}
-
 } // namespace
 
-// A broadcast under way, or a message whose handler may destroy the node. It goes backwards, so
-// what is appended stays out of it; the node corrects the count when it loses a listener that is
-// still to be called.
+// A broadcast under way, or a message whose handler may destroy the node. The walk goes backwards,
+// so listeners that are added meanwhile stay out of it. When the node loses a listener that is
+// still to be called, it corrects the count.
 struct MessageNode::Walk {
     explicit Walk(MessageNode* sender)
         : node(sender), outer(sender->walks_), remaining(sender->listeners_.size()) {
-        // Laundered, since GCC warns of the local's address: it can't see the destructor take it
-        // out.
+        // Laundered: GCC warns of the local's address, since it can't see the destructor remove it.
         node->walks_ = std::launder(this);
     }
     ~Walk() {
@@ -83,7 +76,7 @@ void MessageNode::receive(Message&, bool) {}
 
 std::int32_t MessageNode::send(MessageNode* node, Message& message) {
     if (node == nullptr)
-        return ErrorCode::instance()->report("NULL");
+        return ErrorCode::instance()->report(Codes::kNull.identifier);
     message.sender = this;
     if (Log::getThreshold() >= Log::Trace)
         trace(" is sending message to " + node->getName() + ": ", message);
@@ -95,7 +88,7 @@ void MessageNode::broadcast(Message& message) {
     message.sender = this;
     if (Log::getThreshold() >= Log::Trace)
         trace(" is broadcasting message: ", message);
-    if (listeners_.size() == 1) { // nothing is looked at after the call
+    if (listeners_.size() == 1) { // nothing is read after the call
         listeners_.front()->receive(message, true);
         return;
     }
@@ -106,11 +99,11 @@ void MessageNode::broadcast(Message& message) {
 
 std::int32_t MessageNode::listenTo(MessageNode* node) {
     if (node == nullptr)
-        return ErrorCode::instance()->report("NULL");
+        return ErrorCode::instance()->report(Codes::kNull.identifier);
     if (isListeningTo(node))
         return 0;
     if (node->hasListener(this))
-        return linkMismatch();
+        return reportCode(Codes::kLinkMismatch);
     sources_.push_back(node);
     node->listeners_.push_back(this);
     Message linked(NowListening, 0, 0, getName() + " is now listening to " + node->getName());
@@ -119,13 +112,11 @@ std::int32_t MessageNode::listenTo(MessageNode* node) {
 
 std::int32_t MessageNode::stopListeningTo(MessageNode* node) {
     if (node == nullptr)
-        return ErrorCode::instance()->report("NULL");
+        return ErrorCode::instance()->report(Codes::kNull.identifier);
     if (!MessageNode::isListeningTo(node))
-        return ErrorCode::instance()->get("MESSAGE_NOT_LISTENING",
-                                          "This node is not listening to the specified node.",
-                                          ErrorCode::Notice);
+        return reportCode(Codes::kNotListening);
     if (!node->MessageNode::hasListener(this))
-        return ErrorCode::instance()->report("MESSAGE_LINKMISMATCH");
+        return ErrorCode::instance()->report(Codes::kLinkMismatch.identifier);
     Message leaving(StoppedListening, 0, 0,
                     getName() + " has stopped listening to " + node->getName());
     const Walk self(this);

@@ -1,7 +1,7 @@
 #include "plugins/libraries/library_manager.h"
 
+#include "core/base/error_codes.h"
 #include "core/base/folders.h"
-#include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
 #include "platform/libraries.h"
 #include "platform/sdk/files.h"
@@ -54,13 +54,8 @@ Platform::LibraryHandle loadFromToolFolder(const std::string& path) {
 
 LibraryManager::LibraryManager() {
     Log entry("Creating library manager", Log::Notice);
-    ErrorCode& codes = *ErrorCode::instance();
-    if (!codes.isRegistered("LIBRARY_ALREADYLOADED"))
-        codes.registerCode(ErrorCode("LIBRARY_ALREADYLOADED",
-                                     "The specified library is already loaded", ErrorCode::Notice));
-    if (!codes.isRegistered("LIBRARY_COULDNOTLOAD"))
-        codes.registerCode(ErrorCode(
-            "LIBRARY_COULDNOTLOAD", "The specified library could not be loaded", ErrorCode::Error));
+    registerRow(Codes::kLibraryAlreadyLoaded);
+    registerRow(Codes::kLibraryCouldNotLoad);
 }
 
 LibraryManager::~LibraryManager() {
@@ -80,18 +75,17 @@ void LibraryManager::loadLibraries() {
 std::int32_t LibraryManager::loadLibrary(const std::string& path) {
     Log entry("Loading library", Log::Notice);
     entry.write("path", path, Log::OwnLevel);
-    ErrorCode& codes = *ErrorCode::instance();
     if (findLibrary(path) != nullptr) {
         entry.write("Library already exists. skipping load");
-        return codes.report("LIBRARY_ALREADYLOADED");
+        return reportCode(Codes::kLibraryAlreadyLoaded);
     }
     entry.write("creating library");
     std::int32_t code = 0;
     if (createLibrary(path, code) == nullptr) {
-        const ErrorCode& failure = codes.find(code);
+        const ErrorCode& failure = ErrorCode::instance()->find(code);
         entry.write("Library creation failed", failure.getMessage(), Log::OwnLevel);
         if (failure.getType() < ErrorCode::Warning)
-            return codes.report("LIBRARY_COULDNOTLOAD");
+            return reportCode(Codes::kLibraryCouldNotLoad);
     }
     return 0;
 }
@@ -99,28 +93,23 @@ std::int32_t LibraryManager::loadLibrary(const std::string& path) {
 Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& code) {
     Log entry("Creating library", Log::Warning);
     entry.write("library path", path, Log::OwnLevel);
-    ErrorCode& codes = *ErrorCode::instance();
     LoadedModule module(loadFromToolFolder(path));
     if (!module) {
-        code = codes.get("LIBRARY_COULDNOTLOAD", "Could not load library", ErrorCode::Error);
+        code = reportCode(Codes::kLibraryCouldNotLoad);
         return nullptr;
     }
     const auto getVersion = module.find<GetPluginVersion>("getVersion");
     if (getVersion == nullptr) { // somebody else's library: no failure
-        code = codes.get("LIBRARY_GETVERSIONNOTFOUND",
-                         "Could not bind version verification function", ErrorCode::Warning);
+        code = reportCode(Codes::kLibraryNoVersion);
         return nullptr;
     }
     if (getVersion() != kPluginInterfaceVersion) {
-        code = codes.get("LIBRARY_WRONGVERSION",
-                         "The version of the plugin interface does not match the system interface",
-                         ErrorCode::Error);
+        code = reportCode(Codes::kLibraryWrongVersion);
         return nullptr;
     }
     const auto getPlugin = module.find<GetPlugin>("getPlugin");
     if (getPlugin == nullptr) {
-        code = codes.get("LIBRARY_GETPLUGINNOTFOUND", "Could not bind plugin retreiver function",
-                         ErrorCode::Error);
+        code = reportCode(Codes::kLibraryNoPlugins);
         return nullptr;
     }
     auto* const library = new Library(module.keep(), path);
@@ -159,8 +148,7 @@ Plugin* LibraryManager::findPlugin(const std::string& type) const {
 
 std::int32_t LibraryManager::addLibrary(Library* library) {
     if (std::find(libraries_.begin(), libraries_.end(), library) != libraries_.end())
-        return ErrorCode::instance()->get(
-            "LIBRARY_ALREADYINLIST", "The specified library is already in list", ErrorCode::Notice);
+        return reportCode(Codes::kLibraryAlreadyListed);
     libraries_.push_back(library);
     return 0;
 }

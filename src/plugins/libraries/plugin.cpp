@@ -1,7 +1,7 @@
 #include "plugins/libraries/plugin.h"
 
+#include "core/base/error_codes.h"
 #include "core/base/folders.h"
-#include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
 #include "platform/sdk/files.h"
 #include "plugins/contract/model_words.h"
@@ -15,14 +15,12 @@ namespace MVR {
 
 Plugin* Plugin::create(Library* library, CCameraPlugin* descriptor, std::int32_t& error) {
     Log entry("Creating plugin", Log::Notice);
-    ErrorCode& codes = *ErrorCode::instance();
     if (library == nullptr) {
-        error = codes.get("PLUGIN_NOPARENTLIBRARY", "Plugin is missing owner (src==NULL)",
-                          ErrorCode::Error);
+        error = reportCode(Codes::kPluginNoLibrary);
         return nullptr;
     }
     if (descriptor == nullptr) {
-        error = codes.get("PLUGIN_NOHANDLER", "Plugin is missing handler", ErrorCode::Error);
+        error = reportCode(Codes::kPluginNoHandler);
         return nullptr;
     }
     entry.write(descriptor->getName());

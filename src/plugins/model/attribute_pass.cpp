@@ -1,6 +1,6 @@
 #include "plugins/model/attribute_pass.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
@@ -95,7 +95,7 @@ std::int32_t AttributePass::begin(InstanceReference& reference, const Tag& tag) 
             .write(isTool ? "Error: The provided data structure is not supposed for this instance"
                           : "Error: The provided data structure is not a MVR_Plugin tag");
         open_.pop_back();
-        return ErrorCode::instance()->report("INVALIDOKFDATASTRUCTURE");
+        return reportCode(Codes::kInvalidData);
     }
     place_.setTool(reference.getInstanceName());
     ToolLoading tool{reference, *instance, place_, {}, stages_, &index_};

@@ -1,6 +1,6 @@
 #include "plugins/model/instance_loading.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
@@ -60,7 +60,7 @@ public:
 
     /// Takes over what became of a tool below.
     void addChild(Util::Owned<InstanceReference> child, std::int32_t childError) {
-        const bool isUsable = errors().find(childError).getType() > ErrorCode::Error;
+        const bool isUsable = ErrorCode::instance()->find(childError).getType() > ErrorCode::Error;
         if (isUsable && reference_.get() != nullptr)
             reference_.get()->add(child.release());
         else
@@ -69,8 +69,7 @@ public:
             return;
         Log entry("Error detected while instanciating plugins. Trying to continue anyway",
                   Log::Warning);
-        error_ = errors().get("INSTANCIATOR_COULDNOTCREATESUBPLUGIN",
-                              "Some plugins could not be instanciated", ErrorCode::Warning);
+        error_ = reportCode(Codes::kSubPluginMissing);
     }
 
     std::pair<Util::Owned<InstanceReference>, std::int32_t> end() {
@@ -80,7 +79,6 @@ public:
     }
 
 private:
-    static ErrorCode& errors() { return *ErrorCode::instance(); }
     AdaptorInterface& adaptor() const { return *services_.getAdaptor(); }
 
     bool begin();
@@ -101,7 +99,7 @@ private:
 bool ToolLoad::begin() {
     if (!data_.hasName(ModelWord::kTool)) {
         Log(Log::Error).write("Trying to instanciate plugin with invalid data structure");
-        error_ = errors().report("INVALIDOKFDATASTRUCTURE");
+        error_ = reportCode(Codes::kInvalidData);
         return false;
     }
     const std::string& type = TypeElement::read(data_);
@@ -116,8 +114,8 @@ bool ToolLoad::begin() {
         (type == RootPlugin::kName && services_.getTree().getRoot() != nullptr)) {
         entry_->write("Could not find plugin type", type, Log::Warning);
         if (isUnpacked_)
-            place_.log("type", "there is no such kind of tool: " + type);
-        error_ = errors().report("PLUGINNOTFOUND");
+            place_.log(TypeElement::kWord, "there is no such kind of tool: " + type);
+        error_ = reportCode(Codes::kPluginNotFound);
         return false;
     }
     adaptor().beginUndo("Create Oskel " + type);
@@ -144,7 +142,7 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
         adaptor().cancelUndo();
         entry_->write("Unable to instanciate plugin", type, Log::Error);
         place_.log(ModelWord::kTool, "the tool's library can't make it");
-        error_ = errors().report("COULDNOTINSTANCIATEPLUGIN");
+        error_ = reportCode(Codes::kCouldNotInstanciate);
         return false;
     }
     instance->setNameFromData(name.empty() ? instance->getName() : name);

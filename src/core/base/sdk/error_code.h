@@ -17,9 +17,9 @@ namespace MVR {
 ///                                       ErrorCode::Error);
 ///
 /// which registers the code at its first use, logs its message and gives its value. Values other
-/// than those of the common codes differ from run to run; only identifiers stay. Entries are never
-/// removed, and references to them last as long as the table. The order of the virtual operations
-/// is frozen. All calls come on the host's thread.
+/// than those of the common codes, 1024 to 1032, differ from run to run; only identifiers stay.
+/// Entries are never removed, and references to them last as long as the table. The order of the
+/// virtual operations is frozen. All calls come on the host's thread.
 class ErrorCode final : public Util::Singleton<ErrorCode> {
 public:
     /// How grave a code is; decides the level at which it is logged.
@@ -73,9 +73,5 @@ private:
     std::int32_t nextValue_ = 1024;
     bool isContainer_ = false;
 };
-
-/// Registers the codes whose values are fixed, 1024 to 1032. Called once, when the library is
-/// loaded.
-void registerCommonErrorCodes();
 
 } // namespace MVR

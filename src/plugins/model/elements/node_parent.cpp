@@ -1,6 +1,6 @@
 #include "plugins/model/elements/node_parent.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
@@ -52,14 +52,14 @@ void NodeParentElement::load(NodeLoading& loaded, const Tag& data) {
     InstanceReference* const owner = findLinkedTool(tool, parent);
     if (owner == nullptr) {
         entry.write("Error: External instance name was not found", Log::Error);
-        tool.code = ErrorCode::instance()->report("INVALIDOKFDATASTRUCTURE");
+        tool.code = reportCode(Codes::kInvalidData);
         return;
     }
     entry.write("external parent instance", owner->getInstance()->getName(), Log::OwnLevel);
     const std::string element = "parent of node " + node.getName();
     SceneNode* const parentNode = findLinkedNode(tool, *owner, name, element, entry);
     if (parentNode == nullptr)
-        tool.code = ErrorCode::instance()->report("INVALIDOKFDATASTRUCTURE");
+        tool.code = reportCode(Codes::kInvalidData);
     else if (!hangBelow(node, *parentNode))
         tool.place.log(element, "the node " + name + " hangs below it");
 }

@@ -1,11 +1,8 @@
-#include "plugins/instance_manager.h"
+#include "plugins/catalogue.h"
 
-#include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "core/services/core_services.h"
 #include "platform/sdk/files.h"
 #include "plugins/contract/extension_ids.h"
-#include "plugins/instanciatable.h"
 #include "plugins/libraries/library.h"
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
@@ -63,57 +60,51 @@ void addText(Tag& entry, const char* name, const std::string& value) {
 
 } // namespace
 
-std::int32_t InstanceManager::getCatalogueSize() const {
-    return static_cast<std::int32_t>(catalogue_.size());
+Catalogue::Entry* Catalogue::getEntry(std::int32_t index) const {
+    return index >= 0 && index < size() ? entries_[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
-InstanceManager::Instanciatable* InstanceManager::getCatalogueEntry(std::int32_t index) const {
-    return index >= 0 && index < getCatalogueSize()
-               ? catalogue_[static_cast<std::size_t>(index)].get()
-               : nullptr;
+void Catalogue::clear() {
+    while (!entries_.empty())
+        entries_.pop_back();
 }
 
-void InstanceManager::clearCatalogue() {
-    while (!catalogue_.empty())
-        catalogue_.pop_back();
-}
-
-void InstanceManager::buildCatalogue() {
-    clearCatalogue();
+void Catalogue::build() {
+    clear();
     const LibraryManager& libraries = *LibraryManager::instance();
     for (std::int32_t i = 0; i < libraries.getLibraryCount(); ++i) {
         const Library& library = *libraries.getLibrary(i);
         for (std::int32_t j = 0; j < library.getPluginCount(); ++j) {
             Plugin* const plugin = library.getPlugin(j);
             if (!plugin->getDescriptor()->supportsExtension(DescriptorExtension::kInternal))
-                catalogue_.emplace_back(new Instanciatable(getCore(), &getServices(), plugin));
+                entries_.emplace_back(new Entry(owner_.getCore(), &owner_.getServices(), plugin));
         }
     }
-    for (const std::string& folder : prmFolders_)
+    for (const std::string& folder : folders_)
         addModels(folder);
-    Instanciatable::Names names;
+    Entry::Names names;
     std::vector<std::string> texts; // what the names view
-    texts.reserve(catalogue_.size());
-    for (const auto& entry : catalogue_)
+    texts.reserve(entries_.size());
+    for (const auto& entry : entries_)
         names.emplace(texts.emplace_back(entry->getName()), entry.get());
-    for (const auto& entry : catalogue_)
+    for (const auto& entry : entries_)
         entry->collectRequired(names);
 }
 
-void InstanceManager::addModels(const std::string& folder) {
+void Catalogue::addModels(const std::string& folder) {
     const ModelListing listing(folder);
     for (const std::string& path : listing.getFiles()) {
         Tag data;
         // A damaged one is listed too: creating it shows the damage.
         (void)readModelFile(path, data);
-        catalogue_.emplace_back(
-            new Instanciatable(getCore(), &getServices(), std::move(data), path));
+        entries_.emplace_back(
+            new Entry(owner_.getCore(), &owner_.getServices(), std::move(data), path));
     }
 }
 
-Tag InstanceManager::describeCatalogue() const {
+Tag Catalogue::describe() const {
     Tag catalogue = Tag::element("Catalogue");
-    for (const auto& each : catalogue_) {
+    for (const auto& each : entries_) {
         Tag& entry = catalogue.addChild(Tag::element("entry"));
         addText(entry, "name", each->getName());
         addText(entry, "version", each->getVersion());
@@ -123,34 +114,10 @@ Tag InstanceManager::describeCatalogue() const {
         if (each->getPlugin() != nullptr)
             addText(entry, "type", each->getPlugin()->getName());
         addText(entry, "file", each->getFile());
-        for (const Instanciatable* required : each->getRequired())
+        for (const Entry* required : each->getRequired())
             addText(entry, "required", required->getName());
     }
     return catalogue;
-}
-
-std::int32_t InstanceManager::createFromFile(const std::string& path, InstanceReference* parent) {
-    ErrorCode& errors = *ErrorCode::instance();
-    Tag model;
-    if (!readModelFile(path, model))
-        return errors.get("MODEL_UNREADABLE", "The model's file can't be read", ErrorCode::Error);
-    if (!model.hasName("MVR") && !model.hasName("MVR_Plugin")) {
-        Log(Log::Error).write("No model in file", path, Log::OwnLevel);
-        return errors.get("MODEL_INVALID", "The file holds no model", ErrorCode::Error);
-    }
-    const Creation creation = createAll(std::move(model), parent, true);
-    if (creation.first == nullptr) {
-        Log(Log::Error).write("Nothing created from model", path, Log::OwnLevel);
-        return errors.get("MODEL_NOTHINGCREATED", "No tool of the model could be created",
-                          ErrorCode::Error);
-    }
-    if (creation.missing == 0)
-        return 0;
-    Log(Log::Warning)
-        .write("Tools missing from model " + path, static_cast<std::int32_t>(creation.missing),
-               Log::OwnLevel);
-    return errors.get("MODEL_INCOMPLETE", "Some tools of the model could not be created",
-                      ErrorCode::Warning);
 }
 
 } // namespace MVR

@@ -1,4 +1,4 @@
-#include "plugins/instance_reference.h"
+#include "plugins/clone.h"
 
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
@@ -6,6 +6,7 @@
 #include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/instance_manager.h"
+#include "plugins/instance_reference.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -104,24 +105,22 @@ void copyHostObjects(const Branch& source, const Branch& copy) {
 
 } // namespace
 
-InstanceReference* InstanceReference::clone() {
-    InstanceReference* const parent = getParentReference();
-    if (instance_ == nullptr || parent == nullptr)
-        return nullptr;
-    CoreServices& services = *getServices();
+InstanceReference* cloneTool(InstanceReference& source) {
+    CoreServices& services = *source.getServices();
     AdaptorInterface& adaptor = *services.getAdaptor();
     adaptor.beginUndo("Clone Oskel Tool"); // else the host's objects would be steps of their own
     Tag data;
-    (void)save(data, SaveMask::kClone);
-    const Watch self(this); // a tool in the making may take this one away
-    InstanceReference* const made = services.getTree().create(data, parent, true);
-    if (made != nullptr && self.get() != nullptr) {
-        Branch source(adaptor, *this);
+    (void)source.save(data, SaveMask::kClone);
+    const InstanceReference::Watch watch(&source); // a tool in the making may take it away
+    InstanceReference* const made =
+        services.getTree().create(data, source.getParentReference(), true);
+    if (made != nullptr && watch.get() != nullptr) {
+        Branch original(adaptor, source);
         const Branch copy(adaptor, *made);
-        source.collectHostObjects();
-        copyOuterParents(source, copy);
-        if (copy.toolNodeCount() == source.toolNodeCount())
-            copyHostObjects(source, copy);
+        original.collectHostObjects();
+        copyOuterParents(original, copy);
+        if (copy.toolNodeCount() == original.toolNodeCount())
+            copyHostObjects(original, copy);
         else
             services.getDialogs().ask("Primitive node count mismatch!", "", Platform::kButtonsOk);
     }

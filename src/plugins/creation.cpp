@@ -1,0 +1,202 @@
+#include "plugins/creation.h"
+
+#include "core/base/error_codes.h"
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
+#include "instance/plugin_instance.h"
+#include "plugins/contract/extension_ids.h"
+#include "plugins/contract/model_words.h"
+#include "plugins/instance_manager.h"
+#include "plugins/instance_reference.h"
+#include "plugins/model/elements/table.h"
+#include "plugins/model/instance_loading.h"
+#include "plugins/model/model_file.h"
+#include "plugins/recent_list.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace MVR {
+namespace {
+
+/// References, each until it is destroyed: a tool may take itself away at any of its calls.
+std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
+    std::vector<InstanceReference*> references;
+    top.collectInstances(references);
+    std::vector<InstanceReference::Watch> watches;
+    watches.reserve(references.size());
+    for (InstanceReference* reference : references)
+        watches.emplace_back(reference);
+    return watches;
+}
+
+/// The elements "MVR_Plugin" below an element, at any depth.
+std::size_t countTools(const Tag& top) {
+    std::size_t count = 0;
+    std::vector<const Tag*> waiting{&top};
+    while (!waiting.empty()) {
+        const Tag& tag = *waiting.back();
+        waiting.pop_back();
+        for (std::int32_t i = 0; i < tag.childCount(); ++i)
+            if (tag.child(i).hasName(ModelWord::kTool)) {
+                ++count;
+                waiting.push_back(&tag.child(i));
+            }
+    }
+    return count;
+}
+
+/// One creation under way. While the tools are made they hang below a holder, outside of the tree;
+/// each may begin another creation meanwhile.
+class Creation {
+public:
+    Creation(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent)
+        : services_(services), parent_(parent != nullptr ? parent : root()) {
+        entry_.write("parent", parent_.get() != nullptr ? parent_.get()->getLabel() : "(NULL)",
+                     Log::OwnLevel);
+        wrap(std::move(data));
+        if (recent != nullptr)
+            recent->add(wrapper_);
+    }
+
+    Created run() {
+        entry_.write("Instanciating plugins");
+        AdaptorInterface& adaptor = *services_.getAdaptor();
+        adaptor.beginUndo("New Template");
+        instantiateAll();
+        const std::size_t missing = countMissing();
+
+        entry_.write("Setting object hierarchies");
+        entry_.write("Setting object attributes");
+        // First what changes scene objects; after the host's undo step what doesn't.
+        for (const Moment pass : {Moment::Attributes, Moment::Parents})
+            (void)holder_->applyAttributes(wrapper_, bitsOf(pass));
+        adaptor.endUndo();
+        for (const std::uint32_t stages :
+             {SaveMask::kNodes, bitsOf(Moment::HighPolyNames), bitsOf(Moment::Selection)})
+            (void)holder_->applyAttributes(wrapper_, stages);
+
+        finish();
+        InstanceReference* const first = insert();
+        holder_.reset();
+        adaptor.redraw();
+        return {first, missing};
+    }
+
+private:
+    [[nodiscard]] InstanceReference* root() const { return services_.getTree().getRoot(); }
+    void wrap(Tag data);
+    void instantiateAll();
+    [[nodiscard]] std::size_t countMissing();
+    void finish();
+    InstanceReference* insert();
+
+    CoreServices& services_;
+    Log entry_{"Creating instance", Log::Notice};
+    InstanceReference::Watch parent_; // null: the root
+    Tag wrapper_;                     // the data, in an element "MVR"
+    Util::Owned<InstanceReference> holder_{new InstanceReference};
+};
+
+void Creation::wrap(Tag data) {
+    if (data.hasName(ModelWord::kTree)) {
+        wrapper_ = std::move(data);
+        return;
+    }
+    entry_.write("Wrapping data in MVR clause");
+    wrapper_ = Tag::element(ModelWord::kTree);
+    wrapper_.attributeRef("path") = data.attribute("path");
+    wrapper_.addChild(std::move(data));
+}
+
+void Creation::instantiateAll() {
+    const std::string path = wrapper_.attribute("path");
+    for (std::int32_t i = 0; i < wrapper_.childCount(); ++i) {
+        if (!wrapper_.child(i).hasName(ModelWord::kTool))
+            continue;
+        std::int32_t error = 0;
+        Util::Owned<InstanceReference> reference =
+            instantiate(services_, wrapper_.child(i), error, path);
+        if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error)
+            entry_.write("Instanciator returned error", Log::Warning);
+        else
+            holder_->add(reference.release());
+    }
+}
+
+std::size_t Creation::countMissing() {
+    std::vector<InstanceReference*> made;
+    holder_->collectInstances(made);
+    const std::size_t wanted = countTools(wrapper_) + 1; // with the holder
+    return wanted - std::min(wanted, made.size());
+}
+
+/// Tells the new tools that all of them exist, and ends their creation.
+void Creation::finish() {
+    entry_.write("Sending after create event");
+    const std::vector<InstanceReference::Watch> created = watchAll(*holder_);
+    // A tool, or the host, may end others on the way.
+    const auto forEach = [&created](auto act) {
+        for (const InstanceReference::Watch& each : created)
+            if (each.get() != nullptr && each.get()->getInstance() != nullptr)
+                act(*each.get());
+    };
+    forEach([](InstanceReference& each) {
+        each.getInstance()->getCode()->extend(ToolExtension::kAfterCreate, 0);
+    });
+    entry_.write("Cleaning up");
+    forEach([](InstanceReference& each) { each.getInstance()->setUnderCreation(false); });
+    forEach([](InstanceReference& each) { each.nameHighPolyNodes(); });
+}
+
+/// Moves the tools from the holder into the tree, last first; gives the one that comes last.
+InstanceReference* Creation::insert() {
+    entry_.write("Inserting nodes to tree");
+    InstanceReference* const parent = parent_.get() != nullptr ? parent_.get() : root();
+    InstanceReference* first = nullptr;
+    while (!holder_->getChildren().empty()) {
+        InstanceReference* const last =
+            holder_->getChildReference(holder_->getChildren().size() - 1);
+        holder_->GUI::TreeNode::remove(last);
+        if (parent != nullptr)
+            parent->add(last);
+        else if (first != nullptr) // without a tree there is place for one, the root
+            first->destroy();
+        first = last;
+    }
+    return first;
+}
+
+} // namespace
+
+Created createTools(CoreServices& services, Tag data, InstanceReference* parent,
+                    RecentList* recent) {
+    return Creation(services, std::move(data), parent, recent).run();
+}
+
+std::int32_t createFromModel(CoreServices& services, const std::string& path,
+                             InstanceReference* parent, RecentList& recent) {
+    Tag model;
+    if (!readModelFile(path, model))
+        return reportCode(Codes::kModelUnreadable);
+    if (!model.hasName(ModelWord::kTree) && !model.hasName(ModelWord::kTool)) {
+        Log(Log::Error).write("No model in file", path, Log::OwnLevel);
+        return reportCode(Codes::kModelInvalid);
+    }
+    const Created created = createTools(services, std::move(model), parent, &recent);
+    if (created.first == nullptr) {
+        Log(Log::Error).write("Nothing created from model", path, Log::OwnLevel);
+        return reportCode(Codes::kModelNothingCreated);
+    }
+    if (created.missing == 0)
+        return 0;
+    Log(Log::Warning)
+        .write("Tools missing from model " + path, static_cast<std::int32_t>(created.missing),
+               Log::OwnLevel);
+    return reportCode(Codes::kModelIncomplete);
+}
+
+} // namespace MVR

@@ -1,0 +1,31 @@
+/// \file
+/// One creation: from a tag tree to tools in the tree.
+#pragma once
+
+#include "data/sdk/tag.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace MVR {
+
+class CoreServices;
+class InstanceReference;
+class RecentList;
+
+struct Created {
+    InstanceReference* first = nullptr; ///< null if no tool came into being
+    std::size_t missing = 0;            ///< tools of the data, at any depth, that weren't made
+};
+
+/// Creates the tools that `data` describes below `parent`, as InstanceManager::create() tells; the
+/// data becomes recent, unless `recent` is null.
+Created createTools(CoreServices& services, Tag data, InstanceReference* parent,
+                    RecentList* recent);
+
+/// Reads a model's file and creates its tools, as InstanceManager::createFromFile() tells.
+[[nodiscard]] std::int32_t createFromModel(CoreServices& services, const std::string& path,
+                                           InstanceReference* parent, RecentList& recent);
+
+} // namespace MVR

@@ -5,6 +5,7 @@
 #include "core/core_door.h"
 #include "instance/plugin_instance.h"
 #include "platform/windows.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/instance_reference.h"
 #include "unidevice/sdk/profile_managers.h"
 
@@ -100,7 +101,7 @@ Tag CoreImplementation::getConfiguration() {
 }
 
 Tag CoreImplementation::getDetachedConfiguration() {
-    Tag configuration = Tag::element("MVR");
+    Tag configuration = Tag::element(ModelWord::kTree);
     if (getRoot() == nullptr)
         return configuration;
     for (std::size_t index = 0; index < getRoot()->getChildren().size(); ++index) {

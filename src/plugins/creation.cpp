@@ -6,29 +6,21 @@
 #include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/extension_ids.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
+#include "plugins/model/elements/table.h"
 #include "plugins/model/instance_loading.h"
 #include "plugins/model/model_file.h"
 #include "plugins/recent_list.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <initializer_list>
 #include <utility>
 #include <vector>
 
 namespace MVR {
 namespace {
-
-// The attribute passes of a creation, in their order: first those that change scene objects, then,
-// behind the host's undo step, those that don't.
-constexpr std::initializer_list<std::uint32_t> kUndoablePasses{
-    SaveMask::kRecordedValues | SaveMask::kConfigProfile | SaveMask::kInputProfile |
-        SaveMask::kVisible | SaveMask::kMesh | SaveMask::kTransform,
-    SaveMask::kParent};
-constexpr std::initializer_list<std::uint32_t> kLatePasses{SaveMask::kNodes, SaveMask::kHighPoly,
-                                                           SaveMask::kSelection};
 
 /// References, each until it is destroyed: a tool may take itself away at any of its calls.
 std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
@@ -49,7 +41,7 @@ std::size_t countTools(const Tag& top) {
         const Tag& tag = *waiting.back();
         waiting.pop_back();
         for (std::int32_t i = 0; i < tag.childCount(); ++i)
-            if (tag.child(i).hasName("MVR_Plugin")) {
+            if (tag.child(i).hasName(ModelWord::kTool)) {
                 ++count;
                 waiting.push_back(&tag.child(i));
             }
@@ -79,10 +71,12 @@ public:
 
         entry_.write("Setting object hierarchies");
         entry_.write("Setting object attributes");
-        for (const std::uint32_t stages : kUndoablePasses)
-            (void)holder_->applyAttributes(wrapper_, stages);
+        // First what changes scene objects; after the host's undo step what doesn't.
+        for (const Moment pass : {Moment::Attributes, Moment::Parents})
+            (void)holder_->applyAttributes(wrapper_, bitsOf(pass));
         adaptor.endUndo();
-        for (const std::uint32_t stages : kLatePasses)
+        for (const std::uint32_t stages :
+             {SaveMask::kNodes, bitsOf(Moment::HighPolyNames), bitsOf(Moment::Selection)})
             (void)holder_->applyAttributes(wrapper_, stages);
 
         finish();
@@ -108,12 +102,12 @@ private:
 };
 
 void Creation::wrap(Tag data) {
-    if (data.hasName("MVR")) {
+    if (data.hasName(ModelWord::kTree)) {
         wrapper_ = std::move(data);
         return;
     }
     entry_.write("Wrapping data in MVR clause");
-    wrapper_ = Tag::element("MVR");
+    wrapper_ = Tag::element(ModelWord::kTree);
     wrapper_.attributeRef("path") = data.attribute("path");
     wrapper_.addChild(std::move(data));
 }
@@ -121,7 +115,7 @@ void Creation::wrap(Tag data) {
 void Creation::instantiateAll() {
     const std::string path = wrapper_.attribute("path");
     for (std::int32_t i = 0; i < wrapper_.childCount(); ++i) {
-        if (!wrapper_.child(i).hasName("MVR_Plugin"))
+        if (!wrapper_.child(i).hasName(ModelWord::kTool))
             continue;
         std::int32_t error = 0;
         Util::Owned<InstanceReference> reference =
@@ -188,7 +182,7 @@ std::int32_t createFromModel(CoreServices& services, const std::string& path,
     Tag model;
     if (!readModelFile(path, model))
         return reportCode(Codes::kModelUnreadable);
-    if (!model.hasName("MVR") && !model.hasName("MVR_Plugin")) {
+    if (!model.hasName(ModelWord::kTree) && !model.hasName(ModelWord::kTool)) {
         Log(Log::Error).write("No model in file", path, Log::OwnLevel);
         return reportCode(Codes::kModelInvalid);
     }

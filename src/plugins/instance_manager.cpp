@@ -7,6 +7,7 @@
 #include "instance/plugin_instance.h"
 #include "platform/sdk/files.h"
 #include "plugins/catalogue.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/creation.h"
 #include "plugins/instance_reference.h"
 #include "plugins/instance_reference_restore.h"
@@ -104,7 +105,7 @@ InstanceReference* InstanceManager::create(Tag data, InstanceReference* parent, 
 InstanceReference* InstanceManager::createByType(const std::string& type, const std::string& name,
                                                  bool addToRecent) {
     Tag data = Plugin::makeData(type);
-    data.addChild(Tag::element("name", name));
+    data.addChild(Tag::element(ModelWord::kName, name));
     return create(std::move(data), nullptr, addToRecent);
 }
 

@@ -8,6 +8,11 @@
 #include "plugins/clone.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/libraries/plugin.h"
+#include "plugins/model/attribute_pass.h"
+#include "plugins/model/elements/model_parts.h"
+#include "plugins/model/model_file.h"
+#include "plugins/model/node_visibility.h"
+#include "plugins/model/tree_save.h"
 
 #include <algorithm>
 #include <deque>
@@ -32,7 +37,10 @@ void InstanceReference::Watch::set(InstanceReference* target) {
     }
 }
 
-InstanceReference::InstanceReference(PluginInstance* instance) : instance_(instance) {
+InstanceReference::InstanceReference() : modelParts_(std::make_unique<ModelParts>()) {}
+
+InstanceReference::InstanceReference(PluginInstance* instance)
+    : instance_(instance), modelParts_(std::make_unique<ModelParts>()) {
     Log entry("Creating Instance reference", Log::Notice);
     entry.write("source", instance->getName(), Log::OwnLevel);
     instance->setReference(this);
@@ -77,8 +85,7 @@ InstanceReference::~InstanceReference() {
         own.emplace(this);
         destroyChildren(*own);
     }
-    for (SceneNode* node : highPolyNodes_) // of a creation that was broken off
-        node->release(node);
+    modelParts_->highPoly.releaseNodes(); // of a creation that was broken off
     Log log(Log::Notice);
     log.write("Notifying parent of destruction");
     if (InstanceReference* const parent = getParentReference())
@@ -253,6 +260,60 @@ void InstanceReference::collectInstances(std::vector<InstanceReference*>& list) 
         list.push_back(static_cast<InstanceReference*>(&node));
         return false;
     });
+}
+
+std::int32_t InstanceReference::save(Tag& out, std::uint32_t mask) {
+    saveTree(*this, out, mask);
+    return 0;
+}
+
+bool InstanceReference::saveModelFile(const std::string& path) {
+    Tag model;
+    (void)save(model, SaveMask::kModel);
+    return writeModelFile(path, model);
+}
+
+void InstanceReference::savePrm() {
+    if (instance_ == nullptr)
+        return;
+    UserDialogs& dialogs = getServices()->getDialogs();
+    const Watch self(this); // the host may take the tool away meanwhile
+    const std::string path = dialogs.askModelToSave();
+    if (path.empty() || self.get() == nullptr)
+        return;
+    if (saveModelFile(path))
+        dialogs.ask("PRM saved successfully", "Mirvane", Platform::kButtonsOk);
+    else
+        dialogs.ask("Error: Unable to save to the specified file.", "Mirvane",
+                    Platform::kButtonsOk | Platform::kIconError);
+}
+
+std::int32_t InstanceReference::applyAttributes(const Tag& data, std::uint32_t stages) {
+    return runAttributePass(*this, data, stages);
+}
+
+void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& path,
+                                     const ModelPlace& place) {
+    modelParts_->highPoly.merge(*getServices()->getAdaptor(), highPoly, path, place);
+}
+
+SceneNode* InstanceReference::findHighPolyNode(const std::string& name) const {
+    for (const InstanceReference* each = this; each != nullptr; each = each->getParentReference())
+        if (SceneNode* const node = each->modelParts_->highPoly.find(name))
+            return node;
+    return nullptr;
+}
+
+void InstanceReference::nameHighPolyNodes() {
+    modelParts_->highPoly.nameNodes(instance_->getName());
+}
+
+void InstanceReference::setLowPolyVisible(bool visible) {
+    setOwnNodesVisible(*this, visible);
+}
+
+void InstanceReference::setHighPolyVisible(bool visible) {
+    setHostNodesVisible(*this, visible);
 }
 
 } // namespace MVR

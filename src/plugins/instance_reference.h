@@ -3,15 +3,13 @@
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"
-#include "data/sdk/tag.h"
 #include "gui/tree_node.h"
-#include "plugins/contract/transform_matrix.h"
+#include "plugins/save_mask.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace MVR {
@@ -20,33 +18,10 @@ class AdaptorInterface;
 class CoreImplementation;
 class CoreServices;
 class ModelPlace;
+struct ModelParts;
 class PluginInstance;
 class SceneNode;
-
-/// What a save writes, and what a pass of applyAttributes() reads. A pass ignores bits that it has
-/// no use for.
-namespace SaveMask {
-constexpr std::uint32_t kParent = 0x00001;         ///< per scene node: its parent
-constexpr std::uint32_t kTransform = 0x00002;      ///< per scene node: its place in the world
-constexpr std::uint32_t kMesh = 0x00004;           ///< per scene node: its mesh
-constexpr std::uint32_t kVisible = 0x00008;        ///< per scene node: whether it is visible
-constexpr std::uint32_t kInputProfile = 0x00040;   ///< the bindings of the input properties
-constexpr std::uint32_t kHighPoly = 0x00080;       ///< the detailed model and what hangs where
-constexpr std::uint32_t kSelection = 0x00100;      ///< the scene nodes that the model selects
-constexpr std::uint32_t kNodes = 0x00200;          ///< only read: the scene nodes are made
-constexpr std::uint32_t kConfigProfile = 0x00800;  ///< the values of the tool's panel
-constexpr std::uint32_t kCustomData = 0x01000;     ///< what the tool itself adds
-constexpr std::uint32_t kSavedBlock = 0x02000;     ///< the tool's saved block
-constexpr std::uint32_t kRecordedValues = 0x08000; ///< the stored input of its takes
-constexpr std::uint32_t kNoChildren = 0x10000;     ///< leaves out the tools below
-constexpr std::uint32_t kPacked = 0x20000;         ///< packs the result, unless it is the root's
-constexpr std::uint32_t kAnyNodeInfo = 0x007FF;    ///< any of these makes "nodeinfo" appear
-constexpr std::uint32_t kModel = 0x019CF;          ///< a model's file
-constexpr std::uint32_t kClone = 0x0194F;          ///< a copy within the scene
-constexpr std::uint32_t kScene = 0x0B848;          ///< the whole tree, for the host's scene
-constexpr std::uint32_t kDetached = 0x1B848;       ///< one tool, for the host to keep beside it
-constexpr std::uint32_t kOwnRequest = 0x3B848;     ///< one tool, as it may ask of itself
-} // namespace SaveMask
+class Tag;
 
 /// The tree's view of one placed tool: it gives the instance a place under a parent, a label, a
 /// check mark, and carries what a model said about its scene objects.
@@ -76,7 +51,7 @@ public:
     };
 
     /// A holder: a reference without instance, outside the tree.
-    InstanceReference() = default;
+    InstanceReference();
     /// Becomes the reference of `instance`, which it destroys at its own end.
     explicit InstanceReference(PluginInstance* instance);
     /// Destroys what is below, in order and children first, and last the instance.
@@ -125,6 +100,8 @@ public:
     /// failure further down is logged only.
     [[nodiscard]] std::int32_t applyAttributes(const Tag& data, std::uint32_t stages);
 
+    /// What it remembers of the data that its tool was made from.
+    [[nodiscard]] ModelParts& getModelParts() const { return *modelParts_; }
     /// Merges the first detailed model that `highPoly`, an element "highpoly", has for this host
     /// and hides it; `path` is the folder of the model that names it, `place` where the element
     /// stands there. The element is kept.
@@ -157,39 +134,15 @@ public:
 
 private:
     struct Departure;
-    class AttributePass;
-    class TreeSave;
-
-    /// Nodes that the model selects, all of one tool.
-    struct SelectionGroup {
-        Watch owner;
-        std::vector<std::string> nodes;
-    };
 
     static void destroyChildren(Departure& top);
     void leaveTree(AdaptorInterface& adaptor, bool deleteScene);
-    void addToSelection(InstanceReference& owner, const std::string& node);
-    void saveThis(Tag& out, std::uint32_t mask);
-    void saveStates(Tag& out);
-    [[nodiscard]] bool saveBlocks(Tag& out, std::uint32_t mask);
-    Tag saveNodes(std::uint32_t mask);
-    void saveHighPolyNames(SceneNode& node, Tag& out) const;
-    void saveSelection(Tag& nodeInfo);
-    [[nodiscard]] bool isForThisHost(const Tag& option) const;
-    void choosePostMerge(const Tag& highPoly, const Tag& option, const ModelPlace& place);
-    void mergeHighPoly(const std::string& file);
 
     PluginInstance* instance_ = nullptr; // not owned, but ended with the reference
     bool inTree_ = true;
-    bool isDeparting_ = false;           // its children are gone and its entry in the log is open
-    Watch* watches_ = nullptr;           // not owned
-    Matrix postMerge_ = kIdentityMatrix; // for merged nodes that are roots
-    Tag highPolyTag_;                    // the element as it was read, for saving
-    std::vector<SceneNode*> highPolyNodes_; // merged, until they have their names; handles
-    std::unordered_map<std::string, SceneNode*> highPolyByName_; // the same
-    std::vector<SelectionGroup> selection_;
-    std::vector<Tag> selectTags_;                      // the elements that selection_ was read from
-    std::map<std::string, std::vector<Tag>> nodeTags_; // elements "hpnode" by the node's name
+    bool isDeparting_ = false; // its children are gone and its entry in the log is open
+    Watch* watches_ = nullptr; // not owned
+    const std::unique_ptr<ModelParts> modelParts_;
 };
 
 } // namespace MVR

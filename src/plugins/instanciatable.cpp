@@ -3,7 +3,9 @@
 #include "core/services/core_services.h"
 #include "data/xml_resources.h"
 #include "platform/sdk/files.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/libraries/plugin.h"
+#include "plugins/model/elements/catalogue_words.h"
 #include "plugins/model/model_paths.h"
 
 #include <algorithm>
@@ -44,13 +46,13 @@ InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreS
                                                 Tag data, const std::string& path)
     : MessageNode("Instanciatable"), CoreSubSystem(owner, services), data_(std::move(data)),
       file_(path) {
-    if (data_.hasName("MVR_Plugin")) {
-        name_ = data_.child("name").value();
-        version_ = data_.child("version").value();
-        about_ = data_.child("about").value();
+    if (data_.hasName(ModelWord::kTool)) {
+        name_ = data_.child(ModelWord::kName).value();
+        version_ = data_.child(CatalogueWord::kVersion).value();
+        about_ = data_.child(CatalogueWord::kAbout).value();
         for (std::int32_t i = 0; i < data_.childCount(); ++i)
             if (const Tag& child = data_.child(i);
-                child.hasName("category") && !child.value().empty())
+                child.hasName(CatalogueWord::kCategory) && !child.value().empty())
                 categories_.push_back(child.value());
     }
     if (name_.empty())
@@ -58,10 +60,10 @@ InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreS
     if (version_.empty())
         version_ = "1.0";
     const std::string folder = data_.attribute("path");
-    if (data_.childCount("path") == 0)
-        data_.addChild(Tag::element("path", folder));
+    if (data_.childCount(CatalogueWord::kFolder) == 0)
+        data_.addChild(Tag::element(CatalogueWord::kFolder, folder));
     else
-        data_.child("path").addChild(Tag::textNode(folder));
+        data_.child(CatalogueWord::kFolder).addChild(Tag::textNode(folder));
 }
 
 void InstanceManager::Instanciatable::collectRequired(const Names& entries) {
@@ -72,13 +74,13 @@ void InstanceManager::Instanciatable::collectRequired(const Names& entries) {
         const Tag& tag = *waiting.back();
         waiting.pop_back();
         if (&tag != &data_) {
-            const auto found = entries.find(tag.child("type").value());
+            const auto found = entries.find(tag.child(ModelWord::kType).value());
             if (found != entries.end() && known.insert(found->second).second)
                 required_.push_back(found->second);
         }
         const std::size_t first = waiting.size();
         for (std::int32_t i = 0; i < tag.childCount(); ++i)
-            if (tag.child(i).hasName("MVR_Plugin"))
+            if (tag.child(i).hasName(ModelWord::kTool))
                 waiting.push_back(&tag.child(i));
         std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
     }
@@ -90,8 +92,8 @@ std::string InstanceManager::Instanciatable::findPicture() const {
         return Platform::fileExists(expandPathMacros(picture)) ? picture : kToolPicture;
     }
     // The file itself may hold an element "path", and lead anywhere by it.
-    std::string picture =
-        findModelFile(data_.attribute("path"), data_.child("path").value() + kPictureFile);
+    std::string picture = findModelFile(data_.attribute("path"),
+                                        data_.child(CatalogueWord::kFolder).value() + kPictureFile);
     return picture.empty() ? kModelPicture : picture;
 }
 

@@ -3,6 +3,7 @@
 #include "core/contract/core_interface.h"
 #include "core/contract/setting_ids.h"
 #include "core/services/core_services.h"
+#include "plugins/contract/model_words.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -21,17 +22,17 @@ Tag RecentList::getEntry(std::int32_t index) const {
 
 std::string RecentList::getLabel(std::int32_t index) const {
     Tag wrapper = getEntry(index);
-    if (!wrapper.hasName("MVR")) {
-        Tag inner = std::exchange(wrapper, Tag::element("MVR"));
+    if (!wrapper.hasName(ModelWord::kTree)) {
+        Tag inner = std::exchange(wrapper, Tag::element(ModelWord::kTree));
         wrapper.addChild(std::move(inner));
     }
     std::string label;
     for (std::int32_t i = 0; i < wrapper.childCount(); ++i) {
         const Tag& tool = wrapper.child(i);
-        if (!tool.hasName("MVR_Plugin"))
+        if (!tool.hasName(ModelWord::kTool))
             continue;
-        const std::string& name = tool.child("name").value();
-        const std::string& shown = name.empty() ? tool.child("type").value() : name;
+        const std::string& name = tool.child(ModelWord::kName).value();
+        const std::string& shown = name.empty() ? tool.child(ModelWord::kType).value() : name;
         if (!shown.empty())
             label += (label.empty() ? "" : ", ") + shown;
     }

@@ -13,7 +13,7 @@ MACHINE = re.compile(
     r"sys/|netinet/|arpa/|net/|linux/|mach|(unistd|dlfcn|fcntl|dirent|poll|pthread|pwd|termios|link"
     r"|netdb|sched|signal|spawn|io|direct)\.h$")
 # The one knot of folders that their sources may form.
-KNOT = {"instance", "plugins", "plugins/model"}
+KNOT = {"instance", "plugins", "plugins/model", "plugins/model/elements"}
 
 
 def load_floors():

@@ -4,6 +4,7 @@
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
 #include "platform/sdk/files.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/libraries/instance_maker.h"
 #include "plugins/libraries/library.h"
 #include "plugins/libraries/library_manager.h"
@@ -139,14 +140,14 @@ std::vector<std::string> Plugin::getCategories() const {
 Tag Plugin::getDefaultData(const std::string& name) const {
     Tag data = makeData(getName());
     if (!name.empty())
-        data.addChild(Tag::element("name", name));
+        data.addChild(Tag::element(ModelWord::kName, name));
     return data;
 }
 
 Tag Plugin::makeData(const std::string& type) {
-    Tag data = Tag::element("MVR_Plugin");
+    Tag data = Tag::element(ModelWord::kTool);
     data.attributeRef("version") = kToolDataVersion;
-    data.addChild(Tag::element("type", type));
+    data.addChild(Tag::element(ModelWord::kType, type));
     return data;
 }
 

@@ -6,11 +6,15 @@
 #include "core/services/core_services.h"
 #include "data/sdk/packed_tag.h"
 #include "instance/plugin_instance.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
+#include "plugins/model/elements/table.h"
+#include "plugins/model/elements/tool_name.h"
+#include "plugins/model/elements/tool_type.h"
 #include "plugins/model/model_place.h"
 #include "plugins/model/tool_start.h"
 
@@ -24,12 +28,12 @@ namespace {
 /// False if `data` is packed and there is no tool in it. It stays the element of a tool, so that it
 /// counts as one that failed.
 bool unpackTool(Tag& data) {
-    if (!data.hasName("MVR_Plugin"))
+    if (!data.hasName(ModelWord::kTool))
         return true;
     const bool isDecoded = unpackTag(data);
-    if (data.hasName("MVR_Plugin"))
+    if (data.hasName(ModelWord::kTool))
         return isDecoded;
-    data = Tag::element("MVR_Plugin");
+    data = Tag::element(ModelWord::kTool);
     return false;
 }
 
@@ -48,7 +52,7 @@ public:
     Tag* nextChild() {
         while (isMade_ && nextChild_ < data_.childCount()) {
             Tag& child = data_.child(nextChild_++);
-            if (child.hasName("MVR_Plugin"))
+            if (child.hasName(ModelWord::kTool))
                 return &child;
         }
         return nullptr;
@@ -79,7 +83,6 @@ private:
 
     bool begin();
     bool makeInstance(Plugin& plugin, const std::string& type);
-    void applyStates();
 
     CoreServices& services_;
     Tag& data_;
@@ -94,18 +97,16 @@ private:
 };
 
 bool ToolLoad::begin() {
-    if (!data_.hasName("MVR_Plugin")) {
+    if (!data_.hasName(ModelWord::kTool)) {
         Log(Log::Error).write("Trying to instanciate plugin with invalid data structure");
         error_ = reportCode(Codes::kInvalidData);
         return false;
     }
-    std::string type = data_.child("type").value();
-    if (type.empty())
-        type = data_.child("pluginname").value();
-    const std::string& name = data_.child("name").value();
+    const std::string& type = TypeElement::read(data_);
+    const std::string& name = NameElement::read(data_);
     place_.setTool(name.empty() ? type : name);
     if (!isUnpacked_)
-        place_.log("MVR_Plugin", "its packed text can't be read");
+        place_.log(ModelWord::kTool, "its packed text can't be read");
     entry_.emplace("Creating " + type, Log::Notice);
     Plugin* const plugin = LibraryManager::instance()->findPlugin(type);
     // A second root would be saved as one, and what is below it lost.
@@ -113,14 +114,15 @@ bool ToolLoad::begin() {
         (type == RootPlugin::kName && services_.getTree().getRoot() != nullptr)) {
         entry_->write("Could not find plugin type", type, Log::Warning);
         if (isUnpacked_)
-            place_.log("type", "there is no such kind of tool: " + type);
+            place_.log(TypeElement::kWord, "there is no such kind of tool: " + type);
         error_ = reportCode(Codes::kPluginNotFound);
         return false;
     }
     adaptor().beginUndo("Create Oskel " + type);
     if (!makeInstance(*plugin, type))
         return false;
-    applyStates();
+    ToolLoading tool{*reference_.get(), *reference_.get()->getInstance(), place_, path_};
+    loadElements(Moment::BeforeInit, tool, data_);
     if (reference_.get() == nullptr) { // the tool took itself away
         adaptor().endUndo();
         return false;
@@ -128,18 +130,18 @@ bool ToolLoad::begin() {
     if (!ToolStart(*reference_.get(), data_, place_, *entry_).run(path_))
         return false;
     entry_->write("Entering highpoly loading routines");
-    reference_.get()->loadHighPoly(data_.child("highpoly"), path_, place_);
+    loadElements(Moment::Started, tool, data_);
     return true;
 }
 
 bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
-    std::string name = data_.child("name").value();
+    const std::string& name = NameElement::read(data_);
     PluginInstance* const instance = plugin.createInstance(services_.getTree().getCore(), name);
     if (instance->getCode() == nullptr) { // the plug-in made no tool object
         instance->destroy();
         adaptor().cancelUndo();
         entry_->write("Unable to instanciate plugin", type, Log::Error);
-        place_.log("MVR_Plugin", "the tool's library can't make it");
+        place_.log(ModelWord::kTool, "the tool's library can't make it");
         error_ = reportCode(Codes::kCouldNotInstanciate);
         return false;
     }
@@ -147,18 +149,6 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
     instance->setUnderCreation(true);
     reference_.set(services_.getTree().createReference(instance));
     return reference_.get() != nullptr;
-}
-
-void ToolLoad::applyStates() {
-    InstanceReference& reference = *reference_.get();
-    const auto isOff = [this](const char* key) { return data_.child(key).value() == "false"; };
-    if (isOff("visible"))
-        reference.setShown(false);
-    if (isOff("expanded"))
-        reference.setExpanded(false);
-    if (isOff("checked"))
-        reference.setChecked(false, true);
-    reference.getInstance()->setCustomData(data_.child("customdata"));
 }
 
 } // namespace

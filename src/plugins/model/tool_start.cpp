@@ -3,10 +3,16 @@
 #include "core/base/sdk/error_code.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
-#include "data/sdk/base64_buffer.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/extension_ids.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/contract/scene_node.h"
+#include "plugins/model/elements/config_profile.h"
+#include "plugins/model/elements/input_profile.h"
+#include "plugins/model/elements/node_info.h"
+#include "plugins/model/elements/node_list.h"
+#include "plugins/model/elements/saved_block.h"
+#include "plugins/model/elements/table.h"
 #include "unidevice/sdk/profile_managers.h"
 
 namespace MVR {
@@ -32,8 +38,8 @@ PluginInstance& ToolStart::instance() const {
 }
 
 bool ToolStart::run(std::string folder) {
-    const bool isStarted = initialise(std::move(folder)) &&
-                           (data_.child("savedata").isEmpty() ? createNew() : resume());
+    const bool isStarted =
+        initialise(std::move(folder)) && (SavedBlockElement::isIn(data_) ? resume() : createNew());
     if (isStarted)
         entry_.write("create returned successfully");
     else if (!isCancelled_) // the tool took itself away
@@ -71,14 +77,14 @@ bool ToolStart::createNew() {
     entry.write("Saving factory settings");
     storeFactorySettings(instance());
     entry.write("Loading default config profile");
-    if (data_.child("configprofile").isEmpty())
+    if (data_.child(ConfigProfileElement::kWord).isEmpty())
         if (const FileElement* const start =
                 instance().getConfigProfiles().findElement(kStartProfile))
             instance().applyConfigProfile(Tag(start->data));
     if (!isAlive())
         return false;
     entry.write("Loading input config profile");
-    if (data_.child("inputprofile").isEmpty())
+    if (data_.child(InputProfileElement::kWord).isEmpty())
         if (const FileElement* const start =
                 instance().getInputProfiles().findElement(kStartProfile))
             (void)instance().applyInputProfile(start->data);
@@ -88,11 +94,8 @@ bool ToolStart::createNew() {
 bool ToolStart::resume() {
     if (!bindNodes())
         return false;
-    const std::string& text = data_.child("savedata").value();
-    const Base64Buffer block(text);
-    if (!text.empty() && block.size() == 0)
-        place_.log("savedata", "it can't be read");
-    instance().setSaveData(block.data(), static_cast<std::int32_t>(block.size()));
+    ToolLoading tool{*reference_.get(), instance(), place_, {}};
+    loadElements(Moment::Resuming, tool, data_);
     Log entry("loading plugin", Log::Notice);
     if (const std::int32_t code = instance().getCode()->load(); code != 0) {
         logRefusal("instance load returned error", code);
@@ -106,11 +109,8 @@ bool ToolStart::resume() {
 
 /// Binds the scene objects that the saved tool had; false if one of them is missing.
 bool ToolStart::bindNodes() {
-    const Tag& nodeInfo = data_.child("nodeinfo");
-    std::vector<std::string> names;
-    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
-        if (nodeInfo.child(i).hasName("node"))
-            names.push_back(nodeInfo.child(i).attribute("name"));
+    const Tag& nodeInfo = data_.child(NodeInfoElement::kWord);
+    const std::vector<std::string> names = NodeListElement::readNames(nodeInfo);
     const std::string dataName = reference_.get()->getInstanceName();
     std::vector<SceneNode*> nodes = adaptor().resolveNodes(nodeInfo, dataName, &instance());
     nodes.resize(names.size());
@@ -163,7 +163,7 @@ void ToolStart::giveUp() {
 void ToolStart::logRefusal(const char* text, std::int32_t code) const {
     const std::string message = ErrorCode::instance()->find(code).getMessage();
     entry_.write(text, message, Log::Error);
-    place_.log("MVR_Plugin", std::string(text) + ": " + message);
+    place_.log(ModelWord::kTool, std::string(text) + ": " + message);
 }
 
 } // namespace MVR

@@ -1,0 +1,16 @@
+/// \file
+/// The words by which a program finds the tools in a tag tree of a model or a scene.
+#pragma once
+
+namespace MVR::ModelWord {
+
+/// The element of a whole tree; its children are the tools.
+constexpr const char* kTree = "MVR";
+/// The element of one tool, with those below it as children of the same name.
+constexpr const char* kTool = "MVR_Plugin";
+/// In kTool: the kind of tool.
+constexpr const char* kType = "type";
+/// In kTool: the tool's name.
+constexpr const char* kName = "name";
+
+} // namespace MVR::ModelWord

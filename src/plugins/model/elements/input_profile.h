@@ -1,0 +1,26 @@
+#pragma once
+
+#include "data/sdk/tag.h"
+#include "instance/plugin_instance.h"
+#include "plugins/model/elements/element.h"
+#include "plugins/model/model_place.h"
+
+#include <string>
+
+namespace MVR {
+
+/// The bindings of the tool's input properties.
+struct InputProfileElement {
+    static constexpr const char* kWord = "inputprofile";
+
+    static void save(const ToolSaving& tool, Tag& out) {
+        out.addChild(Tag::element(kWord)).addChild(tool.instance.getInputProfile(""));
+    }
+    static void load(ToolLoading& tool, const Tag& data) {
+        const std::int32_t missing = tool.instance.applyInputProfile(data.child(kWord).child(0));
+        if (missing > 0 && missing != PluginInstance::kNoProfile)
+            tool.place.log(kWord, "controls that aren't there: " + std::to_string(missing));
+    }
+};
+
+} // namespace MVR

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/base/sdk/log.h"
+#include "data/sdk/tag.h"
+#include "plugins/model/elements/element.h"
+#include "plugins/model/elements/table.h"
+
+namespace MVR {
+
+/// All that is stored of a tool's scene nodes.
+struct NodeInfoElement {
+    static constexpr const char* kWord = "nodeinfo";
+
+    static void save(const ToolSaving& tool, Tag& out) {
+        Log entry("Creating node tag", Log::Notice);
+        saveNodeInfo(tool, out.addChild(Tag::element(kWord)));
+    }
+    static void load(ToolLoading& tool, const Tag& data) {
+        Log(Log::Notice).write("Fetching node info tag");
+        if (const Tag& nodeInfo = data.child(kWord); !nodeInfo.isEmpty())
+            loadNodeInfo(tool, nodeInfo);
+    }
+};
+
+} // namespace MVR

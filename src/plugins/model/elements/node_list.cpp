@@ -1,0 +1,65 @@
+#include "plugins/model/elements/node_list.h"
+
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
+#include "data/sdk/tag.h"
+#include "instance/plugin_instance.h"
+#include "plugins/contract/c_mesh.h"
+#include "plugins/contract/scene_node.h"
+#include "plugins/instance_reference.h"
+#include "plugins/model/elements/model_parts.h"
+#include "plugins/model/elements/table.h"
+#include "plugins/model/model_place.h"
+
+namespace MVR {
+namespace {
+
+constexpr const char* kName = "name";
+
+/// The node of this name, made if the scene doesn't have it; null if the host can't.
+SceneNode* getOrCreateNode(PluginInstance& instance, const std::string& name) {
+    if (SceneNode* const node = instance.createNode(name))
+        return node;
+    CMesh mesh;
+    return instance.createNode(name, 0, reinterpret_cast<std::intptr_t>(&mesh), 0);
+}
+
+void loadOne(ToolLoading& tool, const Tag& data) {
+    const std::string name = data.attribute(kName);
+    SceneNode* const node = getOrCreateNode(tool.instance, name);
+    if (node == nullptr)
+        return tool.place.log("node " + name, "the host can't make it");
+    Log(Log::Notice).write("node found in instance", node->getName(), Log::OwnLevel);
+    NodeLoading loaded{tool, *node};
+    loadNode(loaded, data);
+}
+
+} // namespace
+
+void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
+    AdaptorInterface& adaptor = *tool.instance.getServices().getAdaptor();
+    for (SceneNode* node : adaptor.getNodes(&tool.instance)) {
+        Tag& tag = nodeInfo.addChild(Tag::element(kWord));
+        tag.attributeRef(kName) = node->getName();
+        saveNode({tool, *node}, tag);
+    }
+}
+
+void NodeListElement::load(ToolLoading& tool, const Tag& nodeInfo) {
+    Log entry("Traversing detected nodes", Log::Notice);
+    tool.reference.getModelParts().highPolyNames.clear();
+    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
+        if (nodeInfo.child(i).hasName(kWord))
+            loadOne(tool, nodeInfo.child(i));
+}
+
+std::vector<std::string> NodeListElement::readNames(const Tag& nodeInfo) {
+    std::vector<std::string> names;
+    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
+        if (nodeInfo.child(i).hasName(kWord))
+            names.push_back(nodeInfo.child(i).attribute(kName));
+    return names;
+}
+
+} // namespace MVR

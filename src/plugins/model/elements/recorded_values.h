@@ -1,0 +1,50 @@
+#pragma once
+
+#include "data/sdk/base64_buffer.h"
+#include "data/sdk/tag.h"
+#include "instance/plugin_instance.h"
+#include "plugins/model/elements/block_element.h"
+#include "plugins/model/elements/element.h"
+#include "plugins/model/model_place.h"
+
+#include <cstddef>
+#include <string>
+#include <utility>
+
+namespace MVR {
+
+/// The stored input of the tool's takes: a block for each property.
+struct RecordedValuesElement {
+    static constexpr const char* kWord = "recordedinputvalues";
+    static constexpr const char* kBlockWord = "input";
+
+    static void save(const ToolSaving& tool, Tag& out) {
+        Tag list = Tag::element(kWord);
+        std::string bytes;
+        for (const Util::AVar_Linear<double>& values : tool.instance.getRecordedValues()) {
+            bytes.resize(values.getDataSize());
+            values.writeData(bytes.data(), bytes.size());
+            list.addChild(blockElement(kBlockWord, bytes.data(), bytes.size()));
+        }
+        out.addChild(std::move(list));
+    }
+    static void load(ToolLoading& tool, const Tag& data) {
+        const Tag& list = data.child(kWord);
+        if (list.isEmpty())
+            return;
+        PluginInstance::RecordedValues& recorded = tool.instance.getRecordedValues();
+        recorded.resize(static_cast<std::size_t>(list.childCount(kBlockWord)));
+        std::size_t index = 0;
+        for (std::int32_t i = 0; i < list.childCount(); ++i) {
+            if (!list.child(i).hasName(kBlockWord))
+                continue;
+            const Base64Buffer block(list.child(i).value());
+            if (!recorded[index].readData(block.data(), block.size()))
+                tool.place.log("recorded input " + std::to_string(index),
+                               "its values can't be read");
+            ++index;
+        }
+    }
+};
+
+} // namespace MVR

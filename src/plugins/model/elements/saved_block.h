@@ -1,0 +1,40 @@
+#pragma once
+
+#include "data/sdk/base64_buffer.h"
+#include "data/sdk/tag.h"
+#include "instance/plugin_instance.h"
+#include "plugins/instance_reference.h"
+#include "plugins/model/elements/block_element.h"
+#include "plugins/model/elements/element.h"
+#include "plugins/model/model_place.h"
+
+#include <cstddef>
+
+namespace MVR {
+
+/// The tool's saved block. A tool whose data has this element, even an empty one, was saved; any
+/// other is a new one.
+struct SavedBlockElement {
+    static constexpr const char* kWord = "savedata";
+
+    static bool isIn(const Tag& data) { return !data.child(kWord).isEmpty(); }
+    static void save(const ToolSaving& tool, Tag& out) {
+        const InstanceReference::Watch alive(&tool.reference);
+        const std::int32_t code = tool.instance.getCode()->save();
+        if (alive.get() == nullptr)
+            return;
+        const void* bytes = nullptr;
+        const std::int32_t size = tool.instance.getSaveData(&bytes);
+        if (code == 0)
+            out.addChild(blockElement(kWord, bytes, static_cast<std::size_t>(size)));
+    }
+    static void load(ToolLoading& tool, const Tag& data) {
+        const std::string& text = data.child(kWord).value();
+        const Base64Buffer block(text);
+        if (!text.empty() && block.size() == 0)
+            tool.place.log(kWord, "it can't be read");
+        tool.instance.setSaveData(block.data(), static_cast<std::int32_t>(block.size()));
+    }
+};
+
+} // namespace MVR

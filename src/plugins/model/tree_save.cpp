@@ -1,0 +1,86 @@
+#include "plugins/model/tree_save.h"
+
+#include "core/base/sdk/log.h"
+#include "data/sdk/packed_tag.h"
+#include "instance/plugin_instance.h"
+#include "plugins/contract/c_camera_plugin.h"
+#include "plugins/contract/model_words.h"
+#include "plugins/instance_reference.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/libraries/root_plugin.h"
+#include "plugins/model/elements/table.h"
+
+#include <cstddef>
+#include <deque>
+#include <utility>
+
+namespace MVR {
+namespace {
+
+/// A tool without those below it; nothing if it goes away on the way.
+Tag saveTool(InstanceReference& reference, std::uint32_t mask) {
+    PluginInstance* const instance = reference.getInstance();
+    if (instance == nullptr)
+        return {};
+    if (instance->getPlugin()->getName() == RootPlugin::kName) {
+        Log(Log::Notice).write("Creating MVR tag");
+        return Tag::element(ModelWord::kTree);
+    }
+    Tag tag = Tag::element(ModelWord::kTool);
+    tag.attributeRef("version") = kToolDataVersion;
+    return saveElements({reference, *instance, mask}, tag) ? std::move(tag) : Tag();
+}
+
+/// The writing of one tool under way, with its open entry in the log.
+class ToolSave {
+public:
+    ToolSave(InstanceReference& reference, std::uint32_t mask)
+        : saved_(&reference), entry_("Creating configuration file", Log::Notice) {
+        entry_.write("instance", reference.getLabel(), Log::OwnLevel);
+        own_ = saveTool(reference, mask);
+    }
+
+    /// Puts what was written of this tool itself behind its elder siblings; false if there is
+    /// nothing to write.
+    bool moveTo(ToolSave& parent) {
+        if (own_.isEmpty())
+            return false;
+        out_ = &parent.out_->addChild(std::move(own_));
+        return true;
+    }
+    void moveTo(Tag& out) {
+        out = std::move(own_);
+        out_ = &out;
+    }
+
+    InstanceReference* nextChild() {
+        InstanceReference* const reference = saved_.get(); // a tool may end on the way
+        if (reference == nullptr || next_ >= reference->getChildren().size())
+            return nullptr;
+        return reference->getChildReference(next_++);
+    }
+
+private:
+    InstanceReference::Watch saved_;
+    Log entry_;
+    Tag own_;
+    Tag* out_ = nullptr;
+    std::size_t next_ = 0;
+};
+
+} // namespace
+
+void saveTree(InstanceReference& top, Tag& out, std::uint32_t mask) {
+    std::deque<ToolSave> open;
+    open.emplace_back(top, mask).moveTo(out);
+    while ((mask & SaveMask::kNoChildren) == 0 && !open.empty()) {
+        ToolSave& parent = open.back();
+        InstanceReference* const child = parent.nextChild();
+        if (child == nullptr || !open.emplace_back(*child, mask).moveTo(parent))
+            open.pop_back();
+    }
+    if ((mask & SaveMask::kPacked) != 0 && out.hasName(ModelWord::kTool))
+        out = packTag(out, ModelWord::kTool);
+}
+
+} // namespace MVR

@@ -1,4 +1,4 @@
-// A host without a scene, with an attached core, for benchmarks of what lies behind the exports.
+// A host without a scene, with an attached core, for benchmarks of what is behind the exports.
 #pragma once
 
 #include "core/base/sdk/log.h"
@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-/// Keeps the undo list that a host would keep, and answers everything else with nothing.
+/// Keeps the undo list that a host would keep, and answers all other calls with nothing.
 class BenchAdaptor : public MVR::AdaptorInterface {
 public:
     std::int32_t getVersion() override { return MVR::kCoreVersion; }
@@ -69,7 +69,7 @@ private:
     double time_ = 0;
 };
 
-/// Attached for its life, with a home folder of its own and a quiet log.
+/// Attached as long as it lives, with a home folder of its own and a quiet log.
 template <class Adaptor>
 class BenchHostOf {
 public:

@@ -1,4 +1,4 @@
-// A host with a scene that has nothing but names and parents, so that the core's own work shows.
+// A host with a scene of nothing but names and parents, so that the core's own work shows.
 #pragma once
 
 #include "bench_host.h"
@@ -72,7 +72,7 @@ public:
         return nodes;
     }
 
-    /// Forgets the nodes of tools that are gone.
+    /// Forgets the nodes of destroyed tools.
     void clearScene() {
         nodes_.clear();
         owned_.clear();

@@ -1,7 +1,7 @@
-// Memory that is counted, and the measuring of what uses it. Replaces the process's allocation, so
-// it is included once in a program. "warm" topics use memory that the process has used before;
-// "fresh" ones give it back to the system ahead of each round, so that each page is touched for the
-// first time, as on the first load of a file.
+// Counts memory and measures code that uses it. Replaces the process's allocation, so include it
+// once in a program. "warm" topics use memory that the process has used before; "fresh" ones return
+// it to the system before each round, so that each page is touched for the first time, as on the
+// first load of a file.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -17,7 +17,7 @@
 #include <string>
 #include <string_view>
 
-// Only while a round is counted, which isn't one of those that are timed: counting takes time.
+// Only during a counted round, which isn't timed: counting is slow.
 inline bool countsMemory = false;
 inline std::size_t liveBytes = 0;
 inline std::size_t peakBytes = 0;
@@ -63,10 +63,10 @@ inline std::uint32_t hashOf(std::string_view bytes) {
         crc32(0, reinterpret_cast<const Bytef*>(bytes.data()), static_cast<uInt>(bytes.size())));
 }
 
-// `work` gives the hash of its result, which is taken outside of the time.
+// `work` returns the hash of its result, which is computed outside of the timed part.
 inline void measure(benchmark::State& state, bool fresh, const std::function<void()>& work,
                     const std::function<std::uint32_t()>& hash = {}) {
-    // Else the allocator gives memory back on its own whenever much was freed, warm or not.
+    // Otherwise the allocator returns memory to the system whenever much was freed, warm or not.
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     // What was allocated earlier and is freed in the round must not count below zero.

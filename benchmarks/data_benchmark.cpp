@@ -99,7 +99,7 @@ const std::string& meshText() {
     return text;
 }
 
-// What all readers must agree on: names, texts and attributes in the order of the file.
+// What all readers must agree on: names, texts and attributes in file order.
 constexpr const char* kKeys[] = {"version", "index", "name", "unit", "device", "type"};
 
 void collect(const Tag& node, std::string& out) {

@@ -1,6 +1,6 @@
-// Tools created one by one and destroyed, 10,000 beside 1,000 of them: a ratio of 10 means that a
-// tool costs the same whatever their number. Once all below one folder, once each below the one
-// before it.
+// Tools created one by one and destroyed, 10,000 of them beside 1,000: a ratio of 10 means that a
+// tool costs the same whatever their number. Measured with all of them below one folder, and with
+// each below the one before it.
 
 #include "bench_host.h"
 #include "plugins/instance_reference.h"
@@ -42,8 +42,8 @@ void destroyTools(BenchHost& host) {
     host.adaptor.clearUndo();
 }
 
-// The first round isn't timed: it alone meets memory that the process never touched, and the
-// smaller number has ten times the rounds to spread that over.
+// The first round isn't timed: only that one meets memory that the process never touched, and the
+// smaller number has ten times the rounds over which to spread the cost.
 void createAndDestroy(benchmark::State& state, int count, bool isChain) {
     BenchHost host;
     const std::size_t hash = hashOfNames(*createTools(host, count, isChain));

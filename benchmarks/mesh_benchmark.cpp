@@ -60,7 +60,7 @@ std::string filePath(const char* who) {
     return (std::filesystem::temp_directory_path() / ("mirvane_mesh_" + std::string(who))).string();
 }
 
-// The tree that a save of one tool with one node gives.
+// The tree that saving one tool with one node makes.
 bool saveMirvane(const std::string& path, std::optional<CMesh>& mesh) {
     Tag model = Tag::element("MVR_Plugin");
     model.attributeRef("version") = "2.5";
@@ -68,7 +68,7 @@ bool saveMirvane(const std::string& path, std::optional<CMesh>& mesh) {
     Tag& node = model.addChild(Tag::element("node"));
     node.attributeRef("name") = "Ground_1";
     node.addChild(mesh->write(false));
-    mesh.reset(); // As a save does: it takes the mesh from the host for that long.
+    mesh.reset(); // As a save does: it holds the host's mesh only so long.
     return ByteBuffer::compressed(model.toText("\r\n", "\t", "")).writeFile(path);
 }
 
@@ -183,7 +183,7 @@ void fileLibraries(benchmark::State& state, bool fresh) {
     std::filesystem::remove(path);
 }
 
-// Our file's bytes, written and read again; its memory stands for its size.
+// Writes and reads the bytes of our file; the memory of this is the file's size.
 void fileAlone(benchmark::State& state, bool fresh) {
     const std::string path = filePath("alone.prm");
     std::optional<CMesh> mesh(ground());

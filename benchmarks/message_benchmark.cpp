@@ -1,6 +1,6 @@
 // A broadcast to 1, 10 and 100 listeners, beside a signal library and beside the bare loop of
-// virtual calls that no network can beat. Each handler folds the message into a hash, so that the
-// results can be compared and no call can be left out.
+// virtual calls that no network can beat. Each handler folds the message into a hash, so results
+// can be compared and no call can be left out.
 
 #include "core/base/sdk/log.h"
 #include "core/messages/sdk/message_node.h"
@@ -42,7 +42,7 @@ Listeners makeListeners(std::int64_t count, std::uint64_t* hash) {
     return listeners;
 }
 
-// The hash of one round, so that it doesn't depend on how many rounds were run.
+// The hash of one round, so that it doesn't depend on the number of rounds.
 template <class Deliver>
 void measure(benchmark::State& state, std::uint64_t* hash, Deliver deliver) {
     Message message(20000, 17);
@@ -58,7 +58,7 @@ void mirvane(benchmark::State& state, std::int64_t count) {
     std::uint64_t hash = 0;
     MessageNode source("source");
     const Listeners listeners = makeListeners(count, &hash);
-    // Listeners are called last first: linked in this order all three call them alike.
+    // Listeners are called last first; linked in this order, all three call them alike.
     for (auto listener = listeners.rbegin(); listener != listeners.rend(); ++listener)
         if ((*listener)->listenTo(&source) != 0)
             state.SkipWithError("no link");

@@ -28,7 +28,7 @@ constexpr int kProperties = 8;
 constexpr int kModels = 10000;
 constexpr int kSortedTools = 5000;
 constexpr double kSortSeconds = 0.1;
-// Which meet memory that the process never touched.
+// The first rounds meet memory that the process never touched.
 constexpr int kRoundsUntilWarm = 2;
 
 class Tool final : public CCamera {
@@ -54,7 +54,7 @@ public:
     std::string getCategory() override { return ""; }
 };
 
-/// A host with tools of which each one's node hangs below that of the next.
+/// A host with tools; the node of each is below that of the next.
 class Rig {
 public:
     explicit Rig(int count, bool isChain = true) {
@@ -82,8 +82,8 @@ std::size_t hashOf(const std::vector<PluginInstance*>& tools) {
     return hash & 0xffffffff;
 }
 
-/// Of each property, so that a tool has 1,000. With MIRVANE_BENCH_KEYS=1000 each property has them,
-/// which takes 8 GB of memory.
+/// The keys of each property, so that a tool has 1,000. With MIRVANE_BENCH_KEYS=1000 each property
+/// has that many, which needs 8 GB of memory.
 int keysOfProperty() {
     const char* const asked = std::getenv("MIRVANE_BENCH_KEYS");
     return asked != nullptr ? std::max(1, std::atoi(asked)) : 125;
@@ -99,12 +99,12 @@ void fillKeys(CoreImplementation& core) {
     }
 }
 
-// Scenes are saved as text and opened where nothing is: each round does both.
+// Each round saves a scene as text and opens it in an empty host.
 void saveAndLoad(benchmark::State& state, int count) {
     Rig rig(count);
     CoreImplementation& core = *rig.host.core;
     fillKeys(core);
-    // Else the allocator gives a large text back at once, and each round pays for new memory.
+    // Otherwise the allocator returns a large text at once, and each round pays for new memory.
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, -1);
     std::size_t bytes = 0;
@@ -119,7 +119,7 @@ void saveAndLoad(benchmark::State& state, int count) {
     };
     for (int i = 0; i < kRoundsUntilWarm; ++i)
         round();
-    // Before the clock chooses a number of rounds: each load turns the order around.
+    // Before the clock chooses a number of rounds, since each load reverses the order.
     const std::size_t hash = hashOf(core.getInstances(false)) ^ bytes;
     for (auto each : state)
         round();
@@ -172,10 +172,10 @@ public:
 void buildCatalogue(benchmark::State& state) {
     Catalogue catalogue;
     CoreImplementation& core = *catalogue.rig.host.core;
-    core.buildCatalogue(); // meets memory and files that the process never touched
+    core.buildCatalogue(); // the first run touches new memory and files
     for (auto each : state)
         core.buildCatalogue();
-    state.counters["hash"] = core.getCatalogueSize() - 1; // less the kind of tool
+    state.counters["hash"] = core.getCatalogueSize() - 1; // without the kind of tool
 }
 
 void readModels(benchmark::State& state) {
@@ -196,7 +196,7 @@ void readModels(benchmark::State& state) {
     state.counters["hash"] = static_cast<double>(models.size());
 }
 
-// In a chain each tool waits for all behind it.
+// In a chain each tool waits for all after it.
 void sortTools(benchmark::State& state, bool isChain) {
     Rig rig(kSortedTools, isChain);
     const std::vector<PluginInstance*> tools = rig.host.core->getInstances(false);
@@ -206,7 +206,7 @@ void sortTools(benchmark::State& state, bool isChain) {
     state.counters["hash"] = static_cast<double>(hashOf(sorted));
 }
 
-// The time that a sort may take, as a peer that takes just that.
+// The longest time allowed for a sort, as a peer that lasts just so long.
 void sortBound(benchmark::State& state) {
     for (auto each : state)
         state.SetIterationTime(kSortSeconds);

@@ -1,7 +1,7 @@
 // Frames of a take and of its resimulation, beside a bare loop over the same devices, controls and
-// properties that does the same reads, mappings, key pushes and virtual calls and nothing else; and
-// a frame after an hour of recording beside one of the first minute. Each round is ten seconds at
-// 60 frames a second.
+// properties that does the same reads, mappings, key pushes and virtual calls and nothing else.
+// Also a frame after an hour of recording, beside one of the first minute. Each round is ten
+// seconds at 60 frames a second.
 
 #include "bench_host.h"
 #include "instance/plugin_instance.h"
@@ -37,7 +37,7 @@ constexpr int kHour = 3600;
 
 std::uint64_t sum = 0; // of what the tools read
 
-// Without the last digits: a resimulation reads between keys.
+// Without the last digits, since a resimulation reads between keys.
 void addToSum(double value) {
     sum = sum * 31 + static_cast<std::uint64_t>(std::llround(value * 1e6));
 }
@@ -111,7 +111,7 @@ public:
                 tool->getProperties().property(each)->bind(axes->control(each));
             instances.push_back(tool);
         }
-        // Half a frame ahead, so that each event has a frame due, whatever the rounding.
+        // Half a frame early, so that each event has a frame due, whatever the rounding.
         (void)core.startRecording();
         clock.advance(8);
         core.onTimer(RecordManager::kFrameTimer, Platform::tickMs());
@@ -151,7 +151,7 @@ public:
     std::vector<PluginInstance*> instances;
 };
 
-// What of a tool the bare loop needs.
+// The part of a tool that the bare loop needs.
 struct BareTool {
     CCamera* code;
     std::vector<UniDevice::Property*> properties;
@@ -248,7 +248,7 @@ void resimulateBare(benchmark::State& state) {
             property->bind(nullptr);
 }
 
-// One take of a minute that begins with the keys up to `start` there. Both see memory that the
+// A take of one minute that begins with the keys up to `start` in place. Both see memory that the
 // process touches for the first time, as a take in a running host does.
 void minuteFrom(benchmark::State& state, int start) {
     Setup setup(kManyTools);

@@ -1,4 +1,4 @@
-# What every target of the project is built with.
+# The options of every target of the project.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -15,7 +15,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 
 if(MIRVANE_SANITIZE)
-  # Objects cross library borders by design, each side with its own hidden type information:
+  # Objects cross library borders by design, and each side has its own hidden type information, so
   # the vptr check would compare the wrong names.
   add_compile_options(-fsanitize=address,undefined -fno-sanitize=vptr -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
@@ -28,7 +28,8 @@ if(MIRVANE_FUZZERS)
 endif()
 
 # The build folder has the shape of an installed tree, so that programs find the core, and the core
-# its tools and drivers, in both alike: the install values lead to folders beside the library.
+# finds its tools and drivers, in both in the same way: the install values lead to folders beside
+# the library.
 set(MIRVANE_LIB_DIR lib/mirvane)
 set(MIRVANE_KIND_DIR_tool ${MIRVANE_LIB_DIR}/plugins)
 set(MIRVANE_KIND_DIR_driver ${MIRVANE_LIB_DIR}/data/unidevice)

@@ -1,5 +1,5 @@
-# The installed tree. The core's folder is whole in itself and can be moved: its install values lead
-# to the folders beside the library.
+# The installed tree. The core's folder is complete and can be moved: its install values lead to the
+# folders beside the library.
 #
 #   lib/mirvane/                 libcore, libmirvane_sdk
 #   lib/mirvane/plugins/         tools
@@ -16,7 +16,7 @@ install(TARGETS core LIBRARY DESTINATION ${MIRVANE_LIB_DIR})
 install(TARGETS mirvane_sdk EXPORT MirvaneTargets ARCHIVE DESTINATION ${MIRVANE_LIB_DIR})
 install(EXPORT MirvaneTargets NAMESPACE Mirvane:: DESTINATION ${package_dir})
 
-# A room named sdk or contract is public, whole.
+# A room named sdk or contract is public as a whole.
 foreach(room IN ITEMS sdk contract)
   install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/" DESTINATION include/mirvane
           FILES_MATCHING REGEX "/${room}/[^/]*\\.h$")

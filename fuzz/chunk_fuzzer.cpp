@@ -1,5 +1,5 @@
-// Any bytes as a chunk, as base64 text and as a packed tree: what was read is written and read
-// again alike, and what is refused leaves things as they were.
+// Any bytes as a chunk, as base64 text and as a packed tree. What was read is written and read
+// again alike; what is refused changes nothing.
 
 #include "core/base/sdk/log.h"
 #include "data/sdk/base64_buffer.h"
@@ -59,7 +59,7 @@ void readPacked(const std::uint8_t* data, std::size_t size) {
     }
     Tag again = MVR::packTag(packed, "b");
     const std::string text = packed.toText("", "", "");
-    // A tree may hold what its text doesn't tell: then it is another tree, or none.
+    // A tree may hold what its text can't express; then the result is another tree, or none.
     if (MVR::unpackTag(again))
         require(Tag(text) == again);
 }

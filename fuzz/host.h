@@ -14,7 +14,7 @@
 
 #include <string>
 
-/// A kind of tools with what a kind must tell of itself.
+/// A kind of tools with everything that a kind must tell of itself.
 template <class Tool>
 class ToolKind final : public MVR::CCameraPlugin {
 public:
@@ -28,9 +28,9 @@ private:
     const char* name_;
 };
 
-/// Attached as long as the process runs: never freed.
+/// Attached as long as the process runs; never freed.
 struct Host {
-    /// With the folders of this registry.
+    /// Uses the folders of this registry.
     explicit Host(const std::string& registry = "") {
         const auto* const bytes = reinterpret_cast<const std::uint8_t*>(registry.data());
         setenv("MIRVANE_REGISTRY", writeInput(bytes, registry.size()).c_str(), 1);

@@ -1,4 +1,4 @@
-// A glTF or OBJ file that is merged: what is taken are whole nodes with whole meshes.
+// Merges a glTF or OBJ file, from which only whole nodes with whole meshes may come.
 
 #include "input_file.h"
 #include "require.h"

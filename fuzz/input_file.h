@@ -1,4 +1,4 @@
-// The bytes of an input as a file, for readers that take a path.
+// The bytes of an input as a file, for readers that open a path.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-/// A file of this process's own; it goes with the process.
+/// A file of this process's own, removed with the process.
 inline const std::string& inputPath() {
     static const std::string& path = *new std::string(
         (std::filesystem::temp_directory_path() / ("mirvane_fuzz_" + std::to_string(getpid())))
@@ -18,7 +18,7 @@ inline const std::string& inputPath() {
     return path;
 }
 
-/// A folder beside it, which goes with the process, too.
+/// A folder beside it, also removed with the process.
 inline std::string inputFolder() {
     static const std::string& path = *new std::string(inputPath() + ".folder");
     static const int registered = std::atexit([] { std::filesystem::remove_all(path); });

@@ -1,5 +1,5 @@
-// Any bytes as the text of an element, or as the chunks in it: the mesh and the matrix that come of
-// it are written and read again alike.
+// Any bytes as the text of an element, or as the chunks in it: the mesh and the matrix that result
+// are written and read again alike.
 
 #include "core/base/sdk/log.h"
 #include "data/sdk/base64_buffer.h"

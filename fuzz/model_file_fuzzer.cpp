@@ -1,5 +1,5 @@
-// A model's file of any bytes: it is listed, its page described, it is loaded as far as it goes,
-// and what came into being is written and loads again.
+// A model file of any bytes is listed, its page is described, it is loaded as far as possible, and
+// the result is written and loads again.
 
 #include "host.h"
 #include "plugins/instanciatable.h"

@@ -1,6 +1,6 @@
-// The bytes of a model or a scene through the whole load, in a host with nodes, meshes and detailed
-// models, and with tools that keep a block: what came into being is saved with every bit of the
-// mask, comes back from that, goes with an undo and leaves nothing out.
+// Loads the bytes of a model or a scene into a host with nodes, meshes and detailed models, and
+// with tools that keep a block. The result is saved with every bit of the mask and comes back from
+// that. An undo removes it, and nothing that was lent stays out.
 
 #include "data/sdk/byte_buffer.h"
 #include "host.h"
@@ -45,7 +45,7 @@ private:
     std::string block_;
 };
 
-/// With two kinds of tools, the selections of the one are saved; and a detailed model.
+/// With two kinds of tools, one of which saves selections, and with a detailed model.
 struct ModelHost : Host {
     ModelHost() {
         for (const char* name : {"Rig", "PRM"})
@@ -57,7 +57,7 @@ struct ModelHost : Host {
         };
     }
 
-    /// No circle, and nothing that was lent is out.
+    /// Checks that there is no circle and that everything lent was returned.
     void checkNodes() const {
         for (const auto& node : adaptor.nodes) {
             require(node->handles == 0 && node->resolved == 0 && node->snapshots == 0);

@@ -1,5 +1,5 @@
-// A file of a camera's movement: what is taken is finite and ascends; the rest is refused whole,
-// with a reason.
+// A file of a camera's movement. What is accepted is finite and ascends; the rest is refused as a
+// whole, with a reason.
 
 #include "input_file.h"
 #include "motion.h"

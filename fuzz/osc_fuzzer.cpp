@@ -1,4 +1,4 @@
-// What arrives at the OSC port. A packet that is read whole must hold to the reader's promises.
+// Packets of the OSC port. One that is accepted must keep the reader's promises.
 #include "osc_reader.h"
 
 #include <cmath>

@@ -1,4 +1,5 @@
-// A file of bindings for the stage: what is taken becomes a configuration that reads back.
+// A file of bindings for the stage. What is accepted becomes a configuration that can be read
+// again.
 
 #include "input_file.h"
 #include "stage/rig/tool_plan.h"

@@ -1,5 +1,5 @@
-// Files of presets of any bytes: they are read whole or not at all, what was read goes onto a tool
-// and comes back from it, and saving or removing a preset leaves every other one where it was.
+// Files of presets of any bytes. They are read as a whole or not at all, what was read is applied
+// to a tool and comes back from it, and saving or removing a preset leaves all others unchanged.
 
 #include "host.h"
 #include "plugins/instance_reference.h"
@@ -28,7 +28,7 @@ struct ToolHost : Host {
     PluginInstance* tool = nullptr;
 };
 
-/// The files of an input; they go with this object.
+/// The files of an input; removed with this object.
 struct Folder {
     explicit Folder(const std::string& input) : path(inputFolder()) {
         for (const char* name : {"/file.oip", "/file.ocp"}) {

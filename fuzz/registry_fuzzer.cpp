@@ -1,4 +1,4 @@
-// A registry file of any bytes: what is found fits its buffer and stands in the file.
+// A registry file of any bytes: each value found fits its buffer and is in the file.
 
 #include "input_file.h"
 #include "platform/registry.h"

@@ -1,4 +1,4 @@
-// Runs a fuzzer once over each file of some folders, where libFuzzer isn't to be had.
+// Runs a fuzzer once over each file of some folders, for builds without libFuzzer.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,9 +1,9 @@
-// What a fuzzer holds its subject to.
+// The check that fuzzers use.
 #pragma once
 
 #include <cstdlib>
 
-/// Ends the process, which is how a fuzzer tells of a fault.
+/// Ends the process, which is how a fuzzer reports a fault.
 inline void require(bool holds) {
     if (!holds)
         std::abort();

@@ -1,5 +1,5 @@
-// A file of the stage's scene: what is read comes into a scene, and what that scene writes reads
-// back and is written the same. The tools are left out: their text is the core's.
+// A file of the stage's scene. What is read enters a scene, and what that scene writes can be read
+// again and is written the same. The tools are left out: their text is the core's.
 
 #include "input_file.h"
 #include "platform/sdk/files.h"
@@ -11,7 +11,7 @@
 
 namespace {
 
-// Reads the file and writes what came of it. False if it can't be read, or not be written.
+// Reads the file and writes what was read. Returns false if it can't be read or written.
 bool pass(const std::string& from, const std::string& to) {
     Stage::SceneData data;
     std::string error;

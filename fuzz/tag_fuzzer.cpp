@@ -1,4 +1,4 @@
-// Any bytes are read; what was read can be written and read again. Where the format promises it the
+// Reads any bytes; what was read can be written and read again. Where the format promises it, the
 // tree comes back equal.
 
 #include "data/sdk/tag.h"
@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(copy.toText("", "", "") == written);
     Tag again;
     const std::int32_t readAgain = again.parse(written);
-    // The nesting of what is checked here is bounded by the input: each level writes all below.
+    // The input bounds the nesting here: each level writes everything below.
     if (size < 4096 && tag.kind() == Tag::Element && returns(tag))
         require(readAgain == 0 && again == tag);
     again.addChild(std::move(copy));

@@ -1,5 +1,5 @@
-// Saved tools of any bytes in a host: they load as far as they go, are written and load again, go
-// with an undo, come back with a redo, and leave nothing behind.
+// Saved tools of any bytes in a host. They are loaded as far as possible, written and loaded again,
+// removed by an undo and restored by a redo, and leave nothing behind.
 
 #include "host.h"
 #include "unidevice/sdk/control.h"
@@ -10,7 +10,7 @@ namespace {
 
 using namespace MVR;
 
-/// Has one of each thing that saved data can hold.
+/// Has one of everything that saved data can hold.
 class Rig final : public CCamera {
 public:
     using CCamera::CCamera;

@@ -1,5 +1,5 @@
-// The binary block of recorded values: whatever the bytes, a block is taken whole or refused whole,
-// and what was taken reads, writes and reads back.
+// The binary block of recorded values. Whatever the bytes, a block is accepted or refused as a
+// whole, and what was accepted can be read, written and read again.
 
 #include "core/base/sdk/log.h"
 #include "recording/values/animated_variable.h"
@@ -39,13 +39,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string block(variable.getDataSize(), '\0');
     variable.writeData(block.data(), block.size());
     Variable again;
-    // Keys of a block that contradicts itself have all the same time, which is refused.
+    // In a block that contradicts itself all keys have the same time, which is refused.
     if (again.readData(block.data(), block.size()))
         require(sameKeys(again, variable));
     else
         require(variable.getKeys().size() > 1 && variable.getKeys().back().time == -1.0);
 
-    // The last bytes as questions: in any order each has one answer.
+    // Use the last bytes as times: in any order each has one answer.
     double time = 0.0;
     if (size >= sizeof(time))
         std::memcpy(&time, data + size - sizeof(time), sizeof(time));

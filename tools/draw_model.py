@@ -51,7 +51,7 @@ def triangles(node):
 
 
 def cut(face, longest):
-    """Pieces of a face that are small enough to be drawn one behind the other."""
+    """Pieces of a face that are small enough to be sorted by depth."""
     waiting = [face]
     while waiting:
         a, b, c = max(((p, q, r) for p, q, r in (waiting[-1], waiting[-1][1:] + waiting[-1][:1],

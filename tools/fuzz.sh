@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the built fuzzers, as many at once as there are cores: tools/fuzz.sh [SECONDS] [UNIT...]
-# New finds for the corpus go to build/fuzz/corpus/UNIT, faults to build/fuzz/findings.
-# Exits non-zero if anything was found.
+# New inputs for the corpus go to build/fuzz/corpus/UNIT, faults to build/fuzz/findings. Exits
+# non-zero if a fault was found.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -23,15 +23,15 @@ for unit in "${units[@]}"; do
     fi
 done
 
-# One unit; its log stays beside its finds.
+# Fuzzes one unit; its log stays beside its corpus.
 fuzz_unit() {
     local unit=$1 seconds=$2
     local corpus=build/fuzz/corpus/$unit log=build/fuzz/$unit.log
     local seeds=()
     mkdir -p "$corpus" build/fuzz/findings
     [[ -d fuzz/corpus/$unit ]] && seeds=("fuzz/corpus/$unit")
-    # A small input that makes us take half a gigabyte at once is a fault of its own. A search for
-    # leaks stops the program for longer than a run takes, so only what stays in the corpus gets one.
+    # A small input that makes us allocate half a gigabyte at once is a fault of its own. A search
+    # for leaks stops the program for longer than a run lasts, so only the final corpus gets one.
     local program=(
         "build/fuzz/fuzz/${unit}_fuzzer" -timeout=10 -rss_limit_mb=2560 -malloc_limit_mb=512
         -artifact_prefix="build/fuzz/findings/$unit-" "$corpus" "${seeds[@]}"

@@ -1,7 +1,7 @@
 # Draws the keys of a take from the table that `mirvane-stage record --out-curves` wrote:
 #   gnuplot -e "table='out/take.csv'; picture='docs/images/take_curves.svg'" tools/plot_curves.gp
-# The table holds one object. Its first key, what stood there before the take, is left out, and so
-# is qw, which follows from the others.
+# The table holds one object. The plot leaves out its first key, which was there before the take,
+# and qw, which follows from the others.
 if (!exists("table")) table = 'out/take.csv'
 if (!exists("picture")) picture = 'out/take_curves.svg'
 

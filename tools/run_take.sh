@@ -9,7 +9,7 @@ bin=${MIRVANE_BUILD:-build/release}/bin
 out=out
 mkdir -p "$out/documents"
 
-# A port of this run's own, so that it disturbs nobody who listens on the usual one.
+# A port of this run's own, so that it disturbs no listener on the usual one.
 port=$((20000 + $$ % 20000))
 export MIRVANE_OSC_CONFIG=$PWD/$out/osc.xml
 echo "<osc><port>$port</port></osc>" >"$MIRVANE_OSC_CONFIG"
@@ -40,8 +40,9 @@ TEXT
     --resimulate --out-curves "$out/unchanged.csv" \
     --resimulate --set "*.multiplier=2" --out "$out/twice.gltf" --out-curves "$out/twice.csv"
 
-# Each key but those of the start against what the device held at that frame, all digits. A device
-# that has sent no rotation yet, four zeros, means none: W is 1. Zero has one sign here.
+# Compares each key, except those of the start, with what the device held at that frame, to the last
+# digit. A device that has sent no rotation yet holds four zeros, which count as W 1. Zero has one
+# sign here.
 awk -F, '
     FNR == 1 { next }
     NR == FNR { for (i = 1; i <= 7; ++i) held[$1, i] = $(i + 1); ++frames; next }

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Installs what is missing on this machine, and nothing else: tools/setup.sh [VERB]
-# Called by each verb of ./dev; quick and silent where all is there.
+# Called by each verb of ./dev; quick and silent if nothing is missing.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# Which verbs need it, the package, the command it brings ("-" for a library), and what for.
-# A command that is there already counts, whoever installed it.
+# The verb that needs it, the package, the command it brings ("-" for a library), and its purpose.
+# A command that exists counts, whoever installed it.
 packages() {
     cat <<'TABLE'
 build  g++                 g++                The compiler; C++20
@@ -38,7 +38,7 @@ lint   python3             python3            Runs the checks
 TABLE
 }
 
-# "build" stands below every verb. The tests run the stage and draw its curves as well.
+# Every verb needs "build". The tests also run the stage and draw its curves.
 groups_of() {
     case $1 in
         build | run | bench | fuzz | lint) echo "build $1" ;;
@@ -91,7 +91,7 @@ install_validator() {
     echo "setup: installing the glTF validator"
     mkdir -p "$folder"
     cp tools/package.json "$folder/"
-    # The lock file is copied last: it marks the folder as complete.
+    # The lock file is copied last, as the mark that the folder is complete.
     cp tools/package-lock.json "$folder/package-lock.json.part"
     mv "$folder/package-lock.json.part" "$folder/package-lock.json"
     if ! npm ci --prefix "$folder" --no-audit --no-fund --loglevel=error; then

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A second of what a busy sender sends; the system may grant less.
+// What a busy sender sends in a second; the system may grant less.
 constexpr int kReceiveBufferBytes = 1 << 20;
 
 struct AddressList {

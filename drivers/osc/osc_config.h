@@ -9,10 +9,9 @@ struct OscConfig {
     std::int32_t port = 9000;          ///< 1 to 65535; in code also 0, for any that is free
 };
 
-/// The file that holds the configuration: what the variable MIRVANE_OSC_CONFIG names, else
+/// Returns the path of the configuration: what the variable MIRVANE_OSC_CONFIG names, else
 /// "osc.xml" beside the driver library.
 std::string oscConfigPath();
 
-/// Reads the file. Without one, all is as above. What a file holds wrongly is logged, and stays as
-/// above too.
+/// Reads the file. Values that are missing or wrong keep the defaults above; wrong ones are logged.
 OscConfig loadOscConfig(const std::string& path);

@@ -122,7 +122,7 @@ UniDevice::Control* OscDevice::findControl(const MVR::Tag& tag) {
     if (!matches(tag) || !isOscAddress(address) || argument < 0 || argument >= kMaxOscArguments) {
         return nullptr;
     }
-    // A binding that leaves the device open may mean any, so nothing is made for it.
+    // A binding that leaves the device open may mean any, so no control is created for it.
     return tag.attribute("device") == name ? findOrMake(address, argument, kMaxOscControls)
                                            : find(address, argument);
 }
@@ -139,7 +139,7 @@ bool OscDevice::prepareDetection() {
 UniDevice::Control* OscDevice::detectControl(const std::vector<UniDevice::Control*>* excluded,
                                              void*) {
     drain();
-    // Whoever compares devices looks at the two values, so both show the whole move.
+    // Code that compares devices reads the two values, so they show the whole move.
     for (const auto& control : controls_) {
         control->value = control->received;
         control->previousValue = control->detectionStart;

@@ -14,11 +14,11 @@
 #include <string_view>
 #include <vector>
 
-/// Each of these ends an update early; what is left waits for the next one.
+/// Each of these limits ends an update early; the rest waits for the next one.
 constexpr int kMaxDatagramsPerUpdate = 1024;
 constexpr std::size_t kMaxBytesPerUpdate = 256 * 1024;
-/// Controls in all. The last of them come into being for saved bindings only, so that a flood of
-/// addresses can't keep a binding out.
+/// All controls. The last of them are created for saved bindings only, so that a flood of addresses
+/// can't keep a binding out.
 constexpr std::int32_t kMaxOscControls = 4096;
 constexpr std::int32_t kControlsForBindings = 512;
 
@@ -32,36 +32,36 @@ public:
     std::uint64_t lastUpdate = 0; ///< number of the update that last changed the value
 };
 
-/// The device "OSC": what arrives on one UDP port.
+/// The device "OSC": the values that arrive on one UDP port.
 class OscDevice : public UniDevice::Device {
 public:
-    /// Opens the port. If that fails, a line tells why and the device has no controls but those
-    /// that bindings name.
+    /// Opens the port. If that fails, a line in the log tells why, and the device has only the
+    /// controls that bindings name.
     explicit OscDevice(OscConfig config);
 
     [[nodiscard]] std::int32_t controlCount() const override;
     [[nodiscard]] UniDevice::Control* control(std::int32_t index) override;
 
-    /// Takes in what has arrived; of several values for one control the newest stays. False while
-    /// the port isn't open.
+    /// Reads what has arrived; of several values for one control the newest counts. Returns false
+    /// while the port isn't open.
     bool update(std::int32_t reserved) override;
 
-    /// Makes the control that the binding names, if there is none yet.
+    /// Creates the control that the binding names, if there is none yet.
     UniDevice::Control* findControl(const MVR::Tag& tag) override;
 
     bool prepareDetection() override;
 
-    /// The control that moved most. A move counts from the last poll that found it, so that a slow
-    /// one is found too.
+    /// Returns the control that moved most. A move counts from the last poll that found it, so slow
+    /// moves are found too.
     UniDevice::Control* detectControl(const std::vector<UniDevice::Control*>* excluded,
                                       void* context) override;
     void resetControls() override;
 
-    /// Tries the port again if it is closed. Each control has the value that it last received, also
-    /// if it was reset since. Always true: a take goes on without this device.
+    /// Tries the port again if it is closed. Gives each control the value that it last received,
+    /// even if it was reset since. Always returns true: a take runs without this device too.
     bool activate(std::int32_t reserved) override;
 
-    /// The port that is listened on; 0 if none is.
+    /// Returns the port that the device listens on, or 0 if none.
     [[nodiscard]] std::int32_t port() const { return socket_.port(); }
 
 private:

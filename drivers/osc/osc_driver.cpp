@@ -65,7 +65,7 @@ MVR_EXPORT void loadDevices(UniDevice::DeviceHandler* handler,
                             const UniDevice::DriverLoadInfo* info) {
     UniDevice::DeviceHandler::adopt(handler);
     MVR::Log::adopt(info->log);
-    // The handler has both from here on, and destroys them.
+    // The handler owns both from here on and destroys them.
     auto* driver = new OscDriver;
     auto* device = new OscDevice(loadOscConfig(oscConfigPath()));
     device->setDriver(driver);

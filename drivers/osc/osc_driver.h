@@ -19,5 +19,5 @@ public:
     bool deactivate() override;
 
 private:
-    UniDevice::Device* device_ = nullptr; ///< the handler's to free
+    UniDevice::Device* device_ = nullptr; ///< the handler frees it
 };

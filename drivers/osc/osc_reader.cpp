@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kBundleMark("#bundle\0", 8);
 constexpr std::size_t kBundleHeaderBytes = 16; // the mark and a time tag
-// Those that the library reads; it would name each other one on the standard error stream.
+// The types that the library reads; it reports each other one on the standard error stream.
 constexpr std::string_view kKnownTypes = "ifsbhtdScmTFNI";
 
 struct FreeMessage {
@@ -20,7 +20,8 @@ struct FreeMessage {
 };
 using Message = std::unique_ptr<std::remove_pointer_t<lo_message>, FreeMessage>;
 
-// A string's bytes with its end and its padding to a multiple of 4; 0 if it doesn't end in `size`.
+// Returns the bytes of a string with its end and its padding to a multiple of 4, or 0 if it doesn't
+// end within `size`.
 std::size_t paddedLength(const char* text, std::size_t size) {
     const void* end = std::memchr(text, '\0', size);
     if (!end) {
@@ -38,7 +39,7 @@ double load(const lo_arg* argument) {
     return static_cast<double>(number);
 }
 
-// The argument as a number; not a number for what is none.
+// Returns the argument as a number, or NaN if it is none.
 double numberOf(char type, const lo_arg* argument) {
     switch (type) {
     case LO_INT32:
@@ -69,7 +70,7 @@ bool readMessage(const char* bytes, std::size_t size, std::vector<OscValue>& out
         std::string_view(types + 1).find_first_not_of(kKnownTypes) != std::string_view::npos) {
         return false;
     }
-    // The library takes the bytes without const, and copies them.
+    // The library wants the bytes without const, but copies them.
     const Message message(lo_message_deserialise(const_cast<char*>(bytes), size, nullptr));
     if (!message) {
         return false;

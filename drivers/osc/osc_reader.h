@@ -7,11 +7,11 @@
 
 /// The packets of Open Sound Control 1.0, read without trust in a single byte.
 
-/// The longest address that is taken; a longer one is refused with its packet.
+/// The longest address; a packet with a longer one is refused.
 constexpr std::size_t kMaxOscAddressBytes = 255;
-/// Arguments of one message that are looked at; those behind are dropped.
+/// The most arguments of a message that are read; further ones are dropped.
 constexpr std::int32_t kMaxOscArguments = 64;
-/// Bundles that may stand one inside the other.
+/// The most bundles inside one another.
 constexpr int kMaxOscBundleDepth = 8;
 
 /// One numeric argument of a message.
@@ -21,11 +21,11 @@ struct OscValue {
     double value;             ///< finite
 };
 
-/// True for an address that names one thing: it starts with "/" and holds printable ASCII without
-/// blanks and without the characters of address patterns.
+/// Returns true for an address that names one thing: it starts with "/" and holds printable ASCII
+/// without blanks and without the characters of address patterns.
 bool isOscAddress(std::string_view address);
 
 /// Reads a message, or a bundle with all that is in it, and appends the numeric arguments in their
-/// order. Values that are no finite numbers, and arguments of other types, are left out.
-/// False, with `out` as it was, if any part of the packet is broken.
+/// order. Values that aren't finite and arguments of other types are left out. Returns false, with
+/// `out` unchanged, if any part of the packet is broken.
 [[nodiscard]] bool readOscPacket(const char* bytes, std::size_t size, std::vector<OscValue>& out);

@@ -36,7 +36,7 @@ struct FreeBundle {
 };
 using Bundle = std::unique_ptr<std::remove_pointer_t<lo_bundle>, FreeBundle>;
 
-// Waits in short steps, so that Ctrl+C is noticed. False if it came.
+// Waits in short steps, so that Ctrl+C is noticed. Returns false after Ctrl+C.
 bool waitUntil(Clock::time_point deadline) {
     constexpr std::chrono::milliseconds kStep(50);
     while (!interrupted) {
@@ -67,7 +67,7 @@ public:
                                             std::to_string(options.port).c_str())) {}
 
     bool send(const MotionSample& sample) {
-        const Bundle bundle(lo_bundle_new({0U, 1U})); // the time tag of "at once"
+        const Bundle bundle(lo_bundle_new({0U, 1U})); // the time tag for "immediately"
         add(bundle, positionPath_, sample.position);
         add(bundle, rotationPath_, sample.rotation);
         const double now = Seconds(Clock::now().time_since_epoch()).count();
@@ -90,11 +90,11 @@ private:
     long long sentCount_ = 0;
 };
 
-// Each sample has a deadline counted from the start, so that no delay adds up.
+// Each sample has a deadline counted from the start, so delays don't add up.
 ExitCode stream(const Motion& motion, const Options& options, Sender& sender) {
     const double first = motion.front().timeSeconds;
     const double span = motion.back().timeSeconds - first;
-    // A repeated movement goes on one mean step behind its end.
+    // A repeated movement starts again one mean step after its end.
     const double period =
         motion.size() > 1 ? span * motion.size() / static_cast<double>(motion.size() - 1) : 0.01;
     const auto start = Clock::now() + std::chrono::duration_cast<Clock::duration>(

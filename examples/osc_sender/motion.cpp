@@ -17,8 +17,8 @@ constexpr std::size_t kNumbersPerLine = 8;
 // Files hold rounded numbers.
 constexpr double kRotationTolerance = 0.01;
 
-// A smooth wandering between about -1 and 1: whole numbers of waves in `kSeconds`, from slow sway
-// to the tremor of a hand, each weaker than the one before. Each `channel` wanders in its own way.
+// Wanders smoothly between about -1 and 1: whole numbers of waves in `kSeconds`, from slow sway to
+// the tremor of a hand, each weaker than the one before. Each `channel` wanders in its own way.
 double wander(double timeSeconds, int channel) {
     constexpr int kWaves[] = {2, 5, 9, 17, 31, 58, 110, 203};
     constexpr double kGoldenRatio = 0.6180339887498949;
@@ -42,7 +42,8 @@ std::array<double, 4> quaternion(double pan, double tilt, double roll) {
             cy * cx * cz + sy * sx * sz};
 }
 
-// The numbers of a line; empty with a reason in `error` if it isn't made of exactly eight.
+// Reads the numbers of a line. Returns false, with a reason in `error`, if the line isn't made of
+// exactly eight.
 bool readNumbers(std::string_view line, std::array<double, kNumbersPerLine>& numbers,
                  std::string& error) {
     constexpr std::string_view kBlanks = " \t\r";

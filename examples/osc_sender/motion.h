@@ -19,6 +19,6 @@ using Motion = std::vector<MotionSample>;
 Motion makeHandheldMotion();
 
 /// Reads a text file with a line "time x y z qx qy qz qw" for each sample, times in seconds and
-/// ascending; empty lines and lines that begin with "#" are skipped. False with "path:line: what is
-/// wrong" in `error`, and `out` as it was.
+/// ascending. Empty lines and lines that begin with "#" are skipped. Returns false, with
+/// "path:line: what is wrong" in `error` and `out` unchanged, on failure.
 [[nodiscard]] bool readMotion(const std::string& path, Motion& out, std::string& error);

@@ -18,12 +18,12 @@ Each sample is one bundle of three messages; all values are doubles:
   --file PATH        lines "time x y z qx qy qz qw", times in seconds; "#" begins a comment
   --host ADDRESS     where to send to (127.0.0.1)
   --port NUMBER      1 to 65535 (9000)
-  --prefix TEXT      begin of the addresses (/camera)
+  --prefix TEXT      start of the addresses (/camera)
   --speed FACTOR     2 sends twice as fast, 0.5 at half the pace (1)
   --seconds NUMBER   stop after this time (the whole movement)
-  --loop             begin again at the end, until --seconds or Ctrl+C
+  --loop             start again at the end, until --seconds or Ctrl+C
   --start-delay NUMBER   seconds to wait before the first sample (0)
-  --quiet            print nothing but faults
+  --quiet            print only errors
   --help, --version
 
 Exit codes: 0 all was sent, or Ctrl+C; 1 sending failed; 2 wrong options; 3 bad motion file.
@@ -44,7 +44,7 @@ bool readNumber(std::string_view text, double least, double most, double& out) {
 
 constexpr double kLongestSeconds = 1e6;
 
-// Options with a value. False if `name` is none of them or its value doesn't fit.
+// Sets an option with a value. Returns false if there is none of this name or the value is invalid.
 bool setValue(std::string_view name, const std::string& value, Options& out) {
     if (name == "--file") {
         out.file = value;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// What the command line tells.
+/// The options of the command line.
 struct Options {
     bool help = false;
     bool version = false;
@@ -17,7 +17,7 @@ struct Options {
     double startDelaySeconds = 0.0;
 };
 
-/// False with what is wrong in `error`.
+/// Returns false, with what is wrong in `error`, on failure.
 [[nodiscard]] bool readOptions(int count, char** words, Options& out, std::string& error);
 
 extern const char kHelp[];

@@ -32,10 +32,6 @@ bool CoreDoor::isRecording() const {
     return recorder_->isRecording();
 }
 
-bool CoreDoor::isResimulating() const {
-    return recorder_->isResimulating();
-}
-
 void CoreDoor::leaveTake(PluginInstance* instance, bool finish) {
     recorder_->dropInstance(instance, finish);
 }

@@ -31,7 +31,6 @@ public:
     [[nodiscard]] InstanceManager& getTree() const override { return *tree_; }
     [[nodiscard]] UserDialogs& getDialogs() override;
     [[nodiscard]] bool isRecording() const override;
-    [[nodiscard]] bool isResimulating() const override;
     void leaveTake(PluginInstance* instance, bool finish) override;
 
 private:

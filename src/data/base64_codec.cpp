@@ -28,7 +28,7 @@ constexpr std::array<Pair, 4096> kPairs = makePairs();
 
 constexpr std::uint32_t kNoCharacter = 1u << 24; // Above the 24 bits of a group.
 
-// The bits that a character stands for, at its place in the 24 bits of a group.
+// The bits that a character stands for, in their position in the 24 bits of a group.
 using Values = std::array<std::uint32_t, 256>;
 
 constexpr std::array<Values, 4> makeValues() {
@@ -59,8 +59,8 @@ void store(std::uint32_t group, std::uint8_t* out, std::size_t bytes) {
         out[i] = static_cast<std::uint8_t>(group >> (16 - 8 * i));
 }
 
-// The bytes of a group with padding; 0 if it isn't sound. With "=" in the third place alone the
-// fourth character is not looked at.
+// Decodes a group with padding. Returns the number of its bytes, or 0 if it isn't valid. If only
+// the third character is "=", the fourth is ignored.
 std::size_t decodePadded(const char* from, std::uint8_t* to) {
     std::uint32_t group = valueOf(from[0], 0) | valueOf(from[1], 1);
     std::size_t bytes = 2;

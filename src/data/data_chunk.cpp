@@ -8,7 +8,7 @@
 namespace MVR::Util {
 namespace {
 
-// Plain storage: it outlives everything that may still read through it while a library unloads.
+// Never destroyed: it outlives everything that may still read it while a library unloads.
 DataChunk& sharedEmpty() {
     alignas(DataChunk) static unsigned char storage[sizeof(DataChunk)];
     static DataChunk* const empty = new (storage) DataChunk;
@@ -40,7 +40,7 @@ const void* DataChunk::parse(const void* serialized, std::size_t size) {
 }
 
 DataChunk& DataChunk::addChild(const DataChunk& child) {
-    children_.push_back(DataChunk(child)); // `child` may stand below this chunk.
+    children_.push_back(DataChunk(child)); // `child` may be below this chunk.
     return *this;
 }
 
@@ -64,7 +64,7 @@ const DataChunk& DataChunk::child(std::string_view name) const {
     return index < children_.size() ? children_[index] : sharedEmpty();
 }
 
-// 0 if the flat form can't tell it.
+// Returns 0 if the flat form can't hold it.
 std::size_t DataChunk::flatSize(std::size_t depth) const {
     if (depth > kMaxDepth || name_.size() > kMaxName || data_.size() > kMaxFlatSize)
         return 0;

@@ -33,7 +33,7 @@ const std::uint8_t* DataChunkView::parse(const std::uint8_t* at, const std::uint
     data = at + nameSize;
     size = dataSize;
     at = data + size;
-    // No room is made ahead: each level could ask for as many as the whole buffer holds.
+    // Nothing is reserved: each level could ask for as much as the whole buffer holds.
     children.clear();
     for (std::size_t i = 0; i < childCount; ++i) {
         DataChunkView next;

@@ -12,13 +12,13 @@ namespace MVR::Util {
 // children, the length of the name.
 constexpr std::size_t kChunkHeadSize = 12;
 
-// Of a payload and of the whole; what is more is a negative size.
+// The largest payload and the largest whole; more would be a negative size.
 constexpr std::size_t kMaxFlatSize = std::numeric_limits<std::int32_t>::max();
 
 void storeChunkHead(std::uint8_t* to, std::size_t dataSize, std::size_t childCount,
                     std::size_t nameSize);
 
-// A chunk that is read where it lies: names and payloads stay in the flat form.
+// A chunk that is read in place: names and payloads stay in the flat form.
 struct DataChunkView {
     std::string_view name;
     const std::uint8_t* data = nullptr;
@@ -28,7 +28,7 @@ struct DataChunkView {
     // As `DataChunk::parse`.
     [[nodiscard]] const std::uint8_t* parse(const std::uint8_t* at, const std::uint8_t* end,
                                             std::size_t depth = 1);
-    // Null if there is none.
+    // Returns null if there is none.
     const DataChunkView* child(std::string_view wanted) const;
 };
 

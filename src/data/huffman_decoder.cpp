@@ -7,12 +7,12 @@
 namespace MVR {
 namespace {
 
-// The large table still fits a first-level cache.
+// The large table still fits into a first-level cache.
 constexpr std::uint32_t kLargeTableBits = 12;
 constexpr std::uint32_t kSmallTableBits = 8;
 constexpr std::size_t kLargeOutput = 16384;
 
-constexpr std::uint32_t kMaxBytes = 3; // Of one entry.
+constexpr std::uint32_t kMaxBytes = 3; // In one entry.
 constexpr std::uint32_t kLookups = 4;  // Between two refills, which leave 49 bits or more.
 static_assert(kLookups * kLargeTableBits <= 49);
 
@@ -70,8 +70,8 @@ void HuffmanDecoder::fillTable() {
     }
 }
 
-// Adds the bytes whose codes stand whole in the rest of an entry's bits. From the highest entry
-// down, since the rest of an entry is a lower one.
+// Adds the bytes whose codes lie entirely in the rest of an entry's bits. From the highest entry
+// down, since the rest of an entry indexes a lower one.
 void HuffmanDecoder::joinEntries() {
     for (std::size_t i = table_.size(); i-- > 0;) {
         Entry joined = table_[i];
@@ -88,7 +88,7 @@ void HuffmanDecoder::joinEntries() {
     }
 }
 
-// Bit by bit: for codes longer than the table's, and near the ends, where whole words don't fit.
+// Bit by bit: for codes longer than the table's, and near the ends, where a whole word doesn't fit.
 bool HuffmanDecoder::decodeOne(const std::uint8_t* payload, std::uint64_t& bit,
                                std::uint64_t bitCount, std::uint8_t& out) const {
     std::int32_t at = tree_.root();
@@ -103,8 +103,8 @@ bool HuffmanDecoder::decodeOne(const std::uint8_t* payload, std::uint64_t& bit,
     return true;
 }
 
-// Goes on from `bit` by the table, as long as eight bytes can be read at once and what a round may
-// give fits, or up to a code that is longer than the table's.
+// Decodes from `bit` on with the table while eight bytes can be read at once and the output of a
+// round fits, or up to a code that is longer than the table's.
 std::uint8_t* HuffmanDecoder::decodeRun(const std::uint8_t* payload, std::size_t payloadSize,
                                         std::uint64_t& bit, std::uint8_t* to,
                                         const std::uint8_t* end) const {
@@ -116,8 +116,8 @@ std::uint8_t* HuffmanDecoder::decodeRun(const std::uint8_t* payload, std::size_t
         return to;
     const std::uint8_t* from = payload + bit / 8;
     const std::uint8_t* const last = payload + payloadSize - 8;
-    // The bits that are read and not yet used, and their number. Above them may stand the next bits
-    // of the payload, which are then read again.
+    // The bits that were read and not yet used, and their number. Above them may lie the next bits
+    // of the payload, which are read again later.
     std::uint64_t bits = loadLittle64(from) >> bit % 8;
     std::uint32_t count = 56 - bit % 8;
     from += 7;

@@ -8,21 +8,22 @@
 
 namespace MVR {
 
-// Reads the payload of a block by a table of the next bits, which gives up to three bytes at once.
+// Decodes the payload of a block with a table, indexed by the next bits, that yields up to three
+// bytes at once.
 class HuffmanDecoder {
 public:
-    // `outputSize` is what the decoder is expected to give; a large table pays for large output.
+    // `outputSize` is the expected size of the output; a large table pays off for large output.
     HuffmanDecoder(const HuffmanTree& tree, std::size_t outputSize);
 
-    // No code has fewer bits. 0 if there is one symbol only.
+    // The bits of the shortest code, or 0 if there is only one symbol.
     std::uint32_t shortestCode() const { return shortest_; }
-    // Decodes at most `outSize` bytes and gives their number: fewer if the payload ends.
+    // Decodes at most `outSize` bytes and returns their number, which is less if the payload ends.
     std::size_t decode(const std::uint8_t* payload, std::size_t payloadSize, std::uint8_t* out,
                        std::size_t outSize) const;
 
 private:
-    // Bits 0 to 5: the bits that the entry takes. 6 to 7: the number of its bytes, 0 for a code
-    // longer than the table's bits. 8 to 31: the bytes.
+    // Bits 0 to 5: the number of bits that the entry consumes. 6 to 7: the number of its bytes, 0
+    // for a code longer than the table's bits. 8 to 31: the bytes.
     using Entry = std::uint32_t;
 
     void fillTable();

@@ -7,7 +7,7 @@
 namespace MVR {
 namespace {
 
-// Bits that wait to be written: fewer than 8 between two calls of `flush`.
+// Bits that wait to be written: fewer than 8 after each `flush`.
 struct BitWriter {
     std::uint8_t* out;
     std::uint64_t bits = 0;
@@ -25,7 +25,7 @@ struct BitWriter {
     }
 };
 
-// Codes of this length go into the 64 bits four at a time, beside what waits.
+// Four codes of this length fit into the 64 bits beside what waits.
 constexpr std::uint32_t kLongestOfFour = 14;
 
 } // namespace
@@ -43,7 +43,8 @@ HuffmanEncoder::HuffmanEncoder(const std::uint8_t* data, std::size_t size)
         assignCodes();
 }
 
-// Four counters a byte value: a run of one byte would wait for its counter each time.
+// Four counters for each byte value: with one, a run of a byte would wait for its counter each
+// time.
 void HuffmanEncoder::countBytes() {
     std::array<std::array<std::uint32_t, 256>, 4> counts{};
     std::size_t i = 0;

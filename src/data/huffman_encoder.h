@@ -9,8 +9,8 @@
 
 namespace MVR {
 
-// Writes the payload of a block: the code of each byte, the first bit in the lowest place. Limit:
-// the input has less than 2^32 bytes, so that no code is longer than 45 bits.
+// Writes the payload of a block: the code of each byte, its first bit lowest. Limit: the input has
+// less than 2^32 bytes, so no code is longer than 45 bits.
 class HuffmanEncoder {
 public:
     HuffmanEncoder(const std::uint8_t* data, std::size_t size);
@@ -18,7 +18,7 @@ public:
     // In ascending order of weight; empty for an empty input.
     const std::vector<HuffmanSymbol>& table() const { return table_; }
     std::size_t payloadSize() const;
-    // `out` has room for the payload and `kSlack` bytes more, which are written to.
+    // `out` has room for the payload and for `kSlack` more bytes, which are overwritten.
     void write(std::uint8_t* out) const;
 
     static constexpr std::size_t kSlack = 8;
@@ -26,7 +26,7 @@ public:
 private:
     struct Code {
         std::uint64_t bits;
-        std::uint32_t length; // 0 for a byte that doesn't occur, and for the only one.
+        std::uint32_t length; // 0 for a byte that doesn't occur, and for a lone one.
     };
 
     void countBytes();

@@ -15,7 +15,7 @@ HuffmanTree::HuffmanTree(const std::vector<HuffmanSymbol>& table) {
         const std::int32_t left = order[i];
         const std::int32_t right = order[i + 1];
         const std::uint64_t weight = nodes_[left].weight + nodes_[right].weight;
-        // Behind all nodes of equal weight: both sides of the format depend on it.
+        // After all nodes of equal weight: reader and writer of the format depend on it.
         std::size_t place = i + 2;
         while (place < order.size() && weight >= nodes_[order[place]].weight)
             ++place;

@@ -16,11 +16,11 @@ struct HuffmanNode {
     std::int32_t left; // Reached by bit 0; -1 in a leaf.
     std::int32_t right;
     std::int32_t parent;  // -1 in the root.
-    std::uint64_t weight; // In a merged node the sum of its children.
+    std::uint64_t weight; // In a merged node, the sum of its children.
     std::int32_t symbol;  // -1 in a merged node.
 };
 
-// The code tree of a symbol table. Any table of 1 to 256 records gives a tree: weights need not be
+// The code tree of a symbol table. Any table of 1 to 256 records makes a tree: weights needn't be
 // in order, and symbols may repeat. No code is longer than 255 bits.
 class HuffmanTree {
 public:

@@ -5,8 +5,8 @@
 
 namespace MVR {
 
-// Numbers in the byte order of the stored formats, at any address. Compilers make one move of
-// each.
+// Numbers in the byte order of the stored formats, at any address. Compilers turn each into one
+// move.
 
 inline std::uint32_t loadLittle32(const std::uint8_t* at) {
     return at[0] | at[1] << 8 | at[2] << 16 | static_cast<std::uint32_t>(at[3]) << 24;

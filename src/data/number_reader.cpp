@@ -10,7 +10,7 @@ bool isSign(char c) {
     return c == '+' || c == '-';
 }
 
-// The characters that a stream takes for a number: it passes them even if they turn out to be none,
+// The number of characters that a stream consumes as a number, even if they turn out to be none,
 // such as "-" or "1e".
 std::size_t numberSize(std::string_view text) {
     bool hasDigit = false;

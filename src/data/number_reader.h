@@ -5,16 +5,16 @@
 
 namespace MVR {
 
-// Reads numbers one after another from text as a stream of the classic locale would, whatever the
-// process has set. Infinities and NaN are no numbers. A number that can't be read leaves `out` as
-// it is.
+// Reads numbers one after another from text as a stream of the classic locale does, whatever locale
+// the process has set. Infinities and NaN are no numbers. A number that can't be read leaves `out`
+// unchanged.
 class NumberReader {
 public:
     explicit NumberReader(std::string_view text) : left_(text) {}
 
-    // False, from then on, once there is no number.
+    // Returns false once there is no number, and from then on.
     bool read(double& out);
-    // If there is no number, passes one character and tries again: so "1,2", "1;2" and "1 2" read
+    // If there is no number, skips one character and tries again, so "1,2", "1;2" and "1 2" read
     // alike.
     bool readNext(double& out);
 

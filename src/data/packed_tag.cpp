@@ -14,15 +14,15 @@ namespace {
 constexpr std::string_view kMark = "compressed";
 constexpr std::string_view kMarked = "1";
 
-/// A block of a single symbol, which no tree's text is. It is the one kind that can be far larger
-/// unpacked than packed.
+/// Returns true for a block of a single symbol. No tree's text is one, and only such a block can be
+/// far larger unpacked than packed.
 bool isRepetition(const ByteBuffer& block) {
     constexpr std::size_t kSymbolCountAt = 8;
     return block.size() >= kSymbolCountAt + 4 && loadLittle32(block.data() + kSymbolCountAt) == 1;
 }
 
-/// True if elements `name` nested in `tree` are packed again. They are never written so, and each
-/// such level would make a small file several times larger.
+/// Returns true if elements `name` nested in `tree` are packed again. They are never written so,
+/// and each such level would make a small file several times larger.
 bool holdsPacked(const Tag& tree, std::string_view name) {
     std::vector<const Tag*> waiting{&tree};
     while (!waiting.empty()) {
@@ -44,7 +44,7 @@ bool holdsPacked(const Tag& tree, std::string_view name) {
 
 Tag packTag(const Tag& tree, std::string_view name) {
     const std::string text = tree.toText("", "", "");
-    // The zero byte behind the text is a part of the form.
+    // The zero byte after the text is a part of the form.
     const ByteBuffer block = ByteBuffer::compressed({text.c_str(), text.size() + 1});
     Tag packed = Tag::element(name, Base64Buffer(block.data(), block.size()).toText());
     packed.attributeRef(kMark) = kMarked;

@@ -48,7 +48,7 @@ Tag& Tag::operator=(Tag&& other) noexcept {
     assert(this != &sharedEmpty());
     if (this == &other)
         return *this;
-    // `other` may be a child of this Tag: it is emptied before anything is freed.
+    // `other` may be a child of this Tag, so it is emptied before anything is freed.
     Tag taken(std::move(other));
     std::swap(text_, taken.text_);
     std::swap(attributes_, taken.attributes_);
@@ -58,7 +58,7 @@ Tag& Tag::operator=(Tag&& other) noexcept {
     return *this;
 }
 
-// No recursion, and no allocation: the rings of deeper levels are spliced into the list of blocks
+// No recursion and no allocation: the rings of deeper levels are spliced into the list of blocks
 // that are still to be freed.
 void Tag::destroyBlocks() noexcept {
     TagRelease release;
@@ -70,7 +70,7 @@ void Tag::destroyBlocks() noexcept {
     while (pending) {
         ChildBlock* block = pending;
         pending = block->next;
-        // A tree of some size lies in no cache: ask for all that the block leads to at once.
+        // A tree of some size is in no cache: prefetch all that the block leads to at once.
         for (const Tag& child : *block) {
             Platform::prefetch(child.lastBlock_);
             Platform::prefetch(child.attributes_);
@@ -227,7 +227,7 @@ Tag& Tag::addChild(Tag&& child) {
     assert(this != &sharedEmpty());
     if (child.isEmpty())
         return *this;
-    Tag taken(std::move(child)); // `child` may be this Tag, or stand below it.
+    Tag taken(std::move(child)); // `child` may be this Tag or one below it.
     return append(std::move(taken));
 }
 
@@ -263,7 +263,7 @@ void Tag::clear() {
     kind_ = kept;
 }
 
-// Everything but the children, for which room is made.
+// Copies everything except the children, for which it reserves memory.
 void Tag::copyOwn(const Tag& other) {
     text_ = other.text_;
     kind_ = other.kind_;
@@ -309,7 +309,7 @@ bool Tag::operator==(const Tag& other) const {
     return true;
 }
 
-// Plain storage: it outlives everything that may still read through it while a library unloads.
+// Never destroyed: it outlives everything that may still read it while a library unloads.
 Tag& Tag::sharedEmpty() {
     alignas(Tag) static unsigned char storage[sizeof(Tag)];
     static Tag* const empty = new (storage) Tag;
@@ -322,7 +322,7 @@ std::int32_t Tag::parse(std::string_view xmlText) {
 }
 
 std::int32_t Tag::parse(std::string_view xmlText, Place& fault) {
-    // The text may be a part of the tree that is replaced.
+    // The text may be a part of the tree that it replaces.
     Tag root;
     root.kind_ = kind_;
     TagReader reader(xmlText);

@@ -6,7 +6,8 @@ namespace MVR {
 namespace {
 
 constexpr std::uint32_t kFirstPage = 512;
-// Few enough to free, and yet below the size that heaps take from the system one by one.
+// Large, so that there are few pages to free, yet below the size that heaps get from the system one
+// by one.
 constexpr std::uint32_t kLargestPage = 120 * 1024;
 constexpr std::size_t kLargestPooled = 4096; // Larger blocks would waste the rest of a page.
 constexpr std::uint32_t kHeadSize = alignof(std::max_align_t);
@@ -33,7 +34,7 @@ TagPool::Place TagPool::allocate(std::size_t size, TagPool* pool) {
     size = (size + alignof(std::string) - 1) / alignof(std::string) * alignof(std::string);
     while (pool->free_ < kHeadSize + size)
         pool->openPage();
-    // From the end down: trees are freed in the opposite order, so upwards in memory.
+    // From the end down: trees are freed in the opposite order, and so upwards in memory.
     pool->free_ -= static_cast<std::uint32_t>(size);
     const Place place{pool->page_ + pool->free_, pool->free_};
     ++pool->blocks_;
@@ -49,7 +50,7 @@ void TagPool::openPage() {
 }
 
 void TagPool::closePage() noexcept {
-    free_ = 0; // should no other page be had
+    free_ = 0; // in case no other page can be allocated
     if (page_)
         releasePage(std::exchange(page_, nullptr), kOpen - std::exchange(blocks_, 0u));
 }

@@ -11,13 +11,13 @@
 
 namespace MVR {
 
-// How a Tag keeps its attributes and children. Both stand in blocks, a small head with the items
-// behind it. A tree that is read from text has its blocks in pages, which saves most of the time
-// that allocating and freeing them one by one takes. A page goes with its last block, whichever
-// tree that belongs to by then; blocks of two trees, each used by a thread of its own, may share
-// one.
+// How a Tag keeps its attributes and children. Both are in blocks, a small head followed by the
+// items. The blocks of a tree that is read from text are in pages, which saves most of the time of
+// allocating and freeing them one by one. A page is freed with its last block, whichever tree that
+// belongs to by then. Blocks of two trees may share a page, even if each tree is used by a thread
+// of its own.
 
-// The head of a page. Blocks lie behind it.
+// The head of a page. Blocks follow it.
 struct TagPage {
     std::atomic<std::uint32_t> blocks;
 };
@@ -34,8 +34,8 @@ private:
     std::uint32_t pageOffset_; // Bytes from the start of its page, or `kNoPage`.
 };
 
-// Frees blocks whose items are destroyed. Counts what it frees of one page, since the count in the
-// page is slow to change.
+// Frees blocks whose items are destroyed. Counts what it frees of one page itself, since the count
+// in the page is slow to change.
 class TagRelease {
 public:
     TagRelease() = default;
@@ -62,7 +62,7 @@ private:
     std::uint32_t blocks_ = 0;
 };
 
-// Gives memory for blocks. Lives as long as a text is read.
+// Allocates blocks. Lives as long as a text is read.
 class TagPool {
 public:
     TagPool() = default;
@@ -74,7 +74,7 @@ public:
         void* memory;
         std::uint32_t pageOffset;
     };
-    // `pool` may be null: the block then stands alone.
+    // With a null `pool` the block has memory of its own.
     static Place allocate(std::size_t size, TagPool* pool);
 
 private:
@@ -82,7 +82,7 @@ private:
     void closePage() noexcept;
 
     std::byte* page_ = nullptr;
-    std::uint32_t free_ = 0; // Where what is still free ends.
+    std::uint32_t free_ = 0; // The end of what is still free.
     std::uint32_t pageSize_ = 0;
     std::uint32_t blocks_ = 0;
 };
@@ -93,8 +93,8 @@ struct Tag::Attribute {
     std::uint32_t keySize;
 };
 
-// Sorted by key. The keys, which never change, stand behind the items, so that an item is small. A
-// block is as large as what it holds: for a new key all goes into a larger one.
+// Sorted by key. The keys, which never change, follow the items, so that an item is small. A block
+// is as large as what it holds: a new key moves everything into a larger one.
 struct alignas(std::string) Tag::AttributeBlock : TagBlock {
     std::uint32_t count = 0;
     std::uint32_t capacity;
@@ -106,7 +106,7 @@ struct alignas(std::string) Tag::AttributeBlock : TagBlock {
         return {keys() + attribute.keyStart, attribute.keySize};
     }
 
-    // Adds an item behind the others. There must be room for it and its key.
+    // Adds an item after the others. There must be room for it and its key.
     Attribute& add(std::string_view key, std::string_view value) {
         std::memcpy(keys() + keyBytes, key.data(), key.size());
         auto* added = new (end())
@@ -116,7 +116,7 @@ struct alignas(std::string) Tag::AttributeBlock : TagBlock {
         return *added;
     }
 
-    // `room` is the number of bytes of all keys.
+    // `room` is the size of all keys, in bytes.
     static AttributeBlock* create(std::uint32_t capacity, std::size_t room,
                                   TagPool* pool = nullptr);
 
@@ -127,8 +127,9 @@ private:
     char* keys() { return reinterpret_cast<char*>(begin() + capacity); }
 };
 
-// Children never move to another block when one is added: references to them stay valid. The blocks
-// of a Tag form a ring: the Tag holds the last, whose `next` is the first. No block is empty.
+// Children never move to another block when one is added, so references to them stay valid. The
+// blocks of a Tag form a ring: the Tag holds the last, whose `next` is the first. No block is
+// empty.
 struct Tag::ChildBlock : TagBlock {
     std::uint32_t count = 0;
     std::uint32_t capacity;
@@ -137,7 +138,7 @@ struct Tag::ChildBlock : TagBlock {
     Tag* begin() { return reinterpret_cast<Tag*>(this + 1); }
     Tag* end() { return begin() + count; }
 
-    // Makes a block the last of the ring of which `last` is the last so far, or null.
+    // Creates a block as the last of a ring. `last` is the present last, or null if there is none.
     static ChildBlock* create(std::uint32_t capacity, ChildBlock* last, TagPool* pool = nullptr);
 
 private:
@@ -145,7 +146,8 @@ private:
         : TagBlock(pageOffset), capacity(room), next(this) {}
 };
 
-// Room is taken for one child, which often stays the only one, a text; then it doubles.
+// The first block has room for one child, often a text that stays alone; each further block doubles
+// the room.
 inline Tag& Tag::append(Tag&& node, TagPool* pool) {
     if (!lastBlock_ || lastBlock_->count == lastBlock_->capacity)
         lastBlock_ = ChildBlock::create(std::max(1u, childCount_), lastBlock_, pool);

@@ -31,12 +31,12 @@ enum Code : std::int32_t {
     kTooDeep = 6
 };
 
-// Decoded text up to this size goes through a buffer that is used again, so that it takes no more
-// memory than it needs. Larger text is decoded in its place.
+// Decoded text up to this size goes through a buffer that is reused, so the result occupies no more
+// memory than it needs. Larger text is decoded in place.
 constexpr std::size_t kSmallText = 4096;
 
-// Of one parent; more are moved into it in several blocks, so that a wide tree doesn't stand in
-// memory twice.
+// More siblings than these are moved into their parent in several blocks, so that a wide tree isn't
+// in memory twice.
 constexpr std::size_t kSiblingsAtOnce = 256;
 
 int hexDigit(char c) {
@@ -60,13 +60,13 @@ bool precedes(std::string_view a, std::string_view b) {
     return static_cast<unsigned char>(a[0]) < static_cast<unsigned char>(b[0]);
 }
 
-// Appends the byte that the reference at `at` ("&#") stands for, and gives the place behind it. A
-// reference without digits is a zero byte, as is one whose number has none of its own base.
+// Appends the byte that the reference at `at` ("&#") stands for and returns the position after it.
+// A reference without digits is a zero byte, as is one without a digit of its own base.
 const char* decodeReference(const char* at, const char* end, std::string& out) {
     at += 2;
     const bool hexadecimal = at != end && *at == 'x';
     at += hexadecimal;
-    unsigned char number = 0; // The low 8 bits are all that is wanted of any number.
+    unsigned char number = 0; // Only the low 8 bits of a number count.
     bool counts = true;
     for (int digit; at != end && (digit = hexDigit(*at)) >= 0; ++at) {
         counts = counts && (hexadecimal || digit < 10);
@@ -96,7 +96,7 @@ void decodeInto(std::string_view markup, std::string& out) {
 TagReader::TagReader(std::string_view text)
     : begin_(text.data()), at_(begin_), end_(findByte(at_, at_ + text.size(), '\0')) {}
 
-// Holds nothing by now unless memory ran out.
+// Nothing is left here unless memory ran out.
 TagReader::~TagReader() {
     drop(0);
 }
@@ -127,7 +127,7 @@ bool TagReader::next(Token& token) {
     return false;
 }
 
-// Cuts the text that begins at `at_`; `first` is its first byte that is no space.
+// Reads the text that begins at `at_` into `token`; `first` is its first byte that is no space.
 void TagReader::cutText(Token& token, const char* first) {
     const char* last = findAny(first, end_, '<', '&');
     const bool hasReference = last != end_ && *last == '&';
@@ -137,7 +137,7 @@ void TagReader::cutText(Token& token, const char* first) {
     at_ = last;
 }
 
-// Cuts what stands between the brackets of a tag, from `begin` on. False if nothing does.
+// Reads what is between the brackets of a tag, from `begin` on. Returns false if nothing is.
 bool TagReader::cutTag(Token& token, const char* begin) {
     if (begin == end_ || (*begin != '/' && *begin != '!'))
         return cutElement(token, begin);
@@ -158,7 +158,7 @@ bool TagReader::cutElement(Token& token, const char* begin) {
     if (token.hasReference)
         at = findSpaceOr(at + 1, end_, '>');
     const char* nameEnd = at;
-    if (at == begin) // Blanks ahead of the first word: no name, and the word is passed.
+    if (at == begin) // Blanks before the first word: no name; skip the word.
         at = findSpaceOr(skipSpace(at, end_), end_, '>');
     attributes_.clear();
     if (at != end_ && *at != '>')
@@ -173,12 +173,12 @@ bool TagReader::cutElement(Token& token, const char* begin) {
     return last != begin;
 }
 
-// Goes on behind the bracket at `last`, which may be the end of the text.
+// Continues after the bracket at `last`, which may be the end of the text.
 void TagReader::endTag(const char* last) {
     at_ = last == end_ ? end_ : last + 1;
 }
 
-// Gives the place of the bracket that ends the tag, or the end of the text.
+// Returns the position of the bracket that ends the tag, or the end of the text.
 const char* TagReader::scanAttributes(Token& token, const char* at) {
     while (at != end_ && *at != '>') {
         if (*at == '/' && end_ - at > 1 && at[1] == '>')
@@ -220,7 +220,7 @@ std::int32_t TagReader::readInto(Tag& root) {
         open_.push_back(0);
         code = readChildren();
     }
-    // A close tag in place of the root leaves nothing.
+    // A close tag instead of the root leaves nothing.
     if (nodes_[0].kind != Tag::None)
         root = makeTag(nodes_[0]);
     return code;
@@ -267,12 +267,12 @@ std::int32_t TagReader::readChild(const Token& token) {
     return code;
 }
 
-// A close tag is compared as it stands, with the decoded name.
+// A close tag is compared undecoded with the decoded name.
 bool TagReader::closes(const Node& node, std::string_view closeTag) {
     return node.hasReference ? closeTag == decode(node.text) : closeTag == node.text;
 }
 
-// Makes the nodes behind an element its children.
+// Makes the nodes after an element its children.
 void TagReader::keepChildren(std::size_t parent) {
     Node& owner = nodes_[parent];
     for (std::size_t i = parent + 1; i < nodes_.size(); ++i) {
@@ -299,7 +299,7 @@ void TagReader::drop(std::size_t first) {
     nodes_.resize(first);
 }
 
-// The node holds nothing then.
+// Leaves the node empty.
 Tag TagReader::makeTag(Node& node) {
     Tag tag(node.kind, node.hasReference ? std::string_view() : node.text);
     if (node.hasReference)
@@ -352,7 +352,7 @@ void TagReader::storeAttributes(Node& node) {
     }
 }
 
-// By key; of one key only the last in the text remains.
+// Sorts by key; of equal keys only the last in the text remains.
 void TagReader::orderAttributes() {
     std::sort(attributes_.begin(), attributes_.end(),
               [](const RawAttribute& a, const RawAttribute& b) {

@@ -17,9 +17,9 @@ public:
     TagReader& operator=(const TagReader&) = delete;
     ~TagReader();
 
-    // Reads the root element into an empty Tag; the codes are those of `Tag::parse`.
+    // Reads the root element into an empty Tag. Returns the codes of `Tag::parse`.
     [[nodiscard]] std::int32_t readInto(Tag& root);
-    // After `readInto` gave another code than 0.
+    // Call after `readInto` returned another code than 0.
     [[nodiscard]] Tag::Place faultPlace() const;
 
 private:
@@ -36,7 +36,7 @@ private:
         bool hasReference;      // In `value`.
     };
 
-    // A node of which all is known but what comes below it.
+    // A node of which only the children may still be unknown.
     struct Node {
         Tag::Kind kind;
         std::uint32_t childCount;
@@ -67,14 +67,14 @@ private:
     const char* begin_;
     const char* at_;
     const char* end_;
-    const char* fault_ = nullptr; // In the text; null for its end.
+    const char* fault_ = nullptr; // In the text; null means its end.
     TagPool pool_;
     // The elements that are being read, each followed by those of its children that are complete
-    // and not yet in a block. So a block is made when the number of its items is known, and their
-    // texts are copied once.
+    // and not yet in a block. So a block is created when the number of its items is known, and
+    // their texts are copied once.
     std::vector<Node> nodes_;
-    std::vector<std::size_t> open_;        // Where in `nodes_` the former stand, from the root on.
-    std::vector<RawAttribute> attributes_; // Of one tag; kept to be used again.
+    std::vector<std::size_t> open_;        // Their indices in `nodes_`, from the root on.
+    std::vector<RawAttribute> attributes_; // Of one tag; kept for reuse.
     std::string decoded_;                  // Likewise.
 };
 

@@ -14,11 +14,11 @@ namespace {
 constexpr std::string_view kHeader = "<?xml version=\"1.0\"?>\n";
 constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
 
-// A text of this size has its room made for it at once.
+// For a text of this size memory is reserved at once.
 constexpr std::size_t kLargeText = 65536;
 
-// The number of bytes that each byte is written as: 1 for the printable ASCII characters without
-// "&" and "<", more for what becomes a reference.
+// The number of bytes that each byte is written as: 1 for printable ASCII characters except "&" and
+// "<", more for what becomes a reference.
 using EncodedSizes = std::array<unsigned char, 256>;
 
 constexpr EncodedSizes encodedSizes(bool quoteIsEncoded) {
@@ -39,7 +39,8 @@ std::size_t sizeOf(char c, const EncodedSizes& sizes) {
     return sizes[static_cast<unsigned char>(c)];
 }
 
-// Judges the whole by its start; if it has more references further on, the string grows by itself.
+// Estimates the size of the whole from its start; if more references follow, the string grows by
+// itself.
 void makeRoom(std::string_view text, const EncodedSizes& sizes, std::string& out) {
     std::size_t sample = 0;
     for (char c : text.substr(0, kLargeText))
@@ -108,7 +109,7 @@ bool TagWriter::write(const Tag& root, std::string_view indent, std::size_t maxD
     return true;
 }
 
-// Writes a node; of an element with children only what stands ahead of them.
+// Writes a node, but of an element with children only what precedes them.
 void TagWriter::begin(const Tag& node) {
     const std::size_t depth = open_.size();
     switch (node.kind_) {

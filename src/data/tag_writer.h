@@ -15,15 +15,15 @@ public:
     TagWriter(std::string_view newline, std::string_view indentUnit)
         : newline_(newline), indentUnit_(indentUnit) {}
 
-    // Appends the tree. False, with the work stopped, if elements with children stand in more than
-    // `maxDepth` levels.
+    // Appends the tree. Stops and returns false if elements with children are nested more than
+    // `maxDepth` levels deep.
     [[nodiscard]] bool write(const Tag& root, std::string_view indent, std::size_t maxDepth,
                              std::string& out);
 
 private:
     // An element whose children are being written.
     struct Open {
-        Tag* next; // Null behind the last child.
+        Tag* next; // Null after the last child.
         const Tag* element;
         Tag::ChildBlock* block;
         bool isInline;

@@ -55,7 +55,7 @@ void XMLFileManager::reload() {
         const std::string folder = path + "/";
         std::size_t read = 0;
         for (const Platform::FoundFile& file : Platform::listFiles(folder + fileFilter())) {
-            if (!file.isRegular) // opening a pipe would wait for ever
+            if (!file.isRegular) // opening a pipe would block
                 continue;
             if (read++ == kMostFiles) {
                 Log(Log::Warning)
@@ -70,7 +70,7 @@ void XMLFileManager::reload() {
 void XMLFileManager::addFile(const std::string& path) {
     for (const Tag& element : loadFile(path)) {
         elementFiles_[elementName(element)] = path;
-        (void)addElement(element, false, false); // what is reserved stays out
+        (void)addElement(element, false, false); // reserved names stay out
     }
 }
 
@@ -89,7 +89,7 @@ std::int32_t XMLFileManager::addElement(const Tag& element, bool saveFile, bool 
         if (destinationPath_.empty()) {
             entry.write("No folder to save to", Log::Error);
         } else {
-            (void)Platform::createFolder(destinationPath_); // a missing one shows when it is used
+            (void)Platform::createFolder(destinationPath_); // a missing one shows on its first use
             file = saveToFile(element, destinationPath_);
         }
     }

@@ -27,7 +27,7 @@ constexpr PathMacro kPathMacros[] = {
     {"[SHAREDDATAPATH]", [] { return readInstallValue("datapath"); }}, // the install's
 };
 
-// What a folder's name itself holds is not expanded again.
+// Macros within a folder's own name are not expanded.
 void expand(std::string& path, const PathMacro& macro) {
     std::size_t at = 0;
     while ((at = path.find(macro.text, at)) != std::string::npos) {

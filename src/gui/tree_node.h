@@ -1,5 +1,5 @@
 /// \file
-/// What stands in a tree that the user sees.
+/// The nodes of a tree that the user sees.
 #pragma once
 
 #include "core/messages/sdk/message_node.h"
@@ -13,8 +13,8 @@
 namespace MVR::GUI {
 
 /// A node of a tree: its label, and how it is shown. A parent owns its children. A tree of nodes
-/// can be built and changed with no dialog open. Host thread only; no operation recurses, so that
-/// a tree may be as deep as memory allows.
+/// can be built and changed with no dialog open. Host thread only. No operation recurses, so a tree
+/// may be as deep as memory allows.
 class TreeNode : public Util::DynamicObject,
                  public Util::Composite_Dynamic<TreeNode>,
                  public Util::MessageNode {
@@ -33,19 +33,19 @@ public:
     void setShown(bool shown) { shown_ = shown; }
     /// The check mark.
     [[nodiscard]] bool isChecked() const { return checked_; }
-    /// With `recursive` it is set on everything below too.
+    /// With `recursive` sets it on all descendants too.
     void setChecked(bool checked, bool recursive);
 
-    /// The node above, null for a root.
+    /// Returns the node above, or null for a root.
     [[nodiscard]] TreeNode* getParentNode() const { return static_cast<TreeNode*>(getParent()); }
-    /// The place among the parent's children, 0 for a root. Found fastest near the end.
+    /// Returns the index among the parent's children, 0 for a root. Fastest near the end.
     [[nodiscard]] std::int32_t getPosition() const;
 
     void destroyComposite() override { destroy(); }
 
-    /// Calls `visit(node)` on `top` and everything below, a node before its children, children in
-    /// order, leaving out `skipped` and what is below it; ends early with true when `visit` gives
-    /// true. `visit` must not change the tree.
+    /// Calls `visit(node)` on `top` and all its descendants, a node before its children and
+    /// children in order, but not on `skipped` and its descendants. Stops and returns true as soon
+    /// as `visit` does. `visit` must not change the tree.
     template <class Visit>
     static bool walk(TreeNode& top, Visit visit, const TreeNode* skipped = nullptr);
 

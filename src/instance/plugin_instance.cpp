@@ -43,6 +43,15 @@ void destroyPlainChildren(SceneNode* node) {
     }
 }
 
+/// The tool's own list if it has one, else the one that it shares with its kind.
+template <class List>
+List& listOf(CCamera* tool, std::int32_t extension, List& shared) {
+    if (tool == nullptr || !tool->supportsExtension(extension))
+        return shared;
+    List* const own = reinterpret_cast<List*>(tool->extend(extension, 0));
+    return own != nullptr ? *own : shared;
+}
+
 } // namespace
 
 PluginInstance::PluginInstance(CoreImplementation* core, CoreServices& services, Plugin* plugin,
@@ -64,8 +73,7 @@ PluginInstance::~PluginInstance() {
     const Log entry("Destroying PluginInstance: " + name, Log::Notice);
     destroying_ = true;
     services_.leaveTake(this, false);
-    while (!comboUpdaters_.empty())
-        comboUpdaters_.pop_back();
+    panel_.clear();
     if (reference_ != nullptr)
         reference_->destroy();
     code_.reset();
@@ -79,12 +87,13 @@ AdaptorInterface* PluginInstance::adaptor() const {
 }
 
 void PluginInstance::setName(std::string wanted) {
-    std::string taken = services_.getTree().getNames().makeUnique(wanted);
+    InstanceNames& names = services_.getTree().getNames();
+    std::string unique = names.makeUnique(wanted);
     if (nameInUse_) {
-        services_.getTree().getNames().remove(name);
-        services_.getTree().getNames().add(taken);
+        names.remove(name);
+        names.add(unique);
     }
-    name = std::move(taken);
+    name = std::move(unique);
     if (code_ != nullptr)
         code_->setName(name);
 }
@@ -165,6 +174,86 @@ void PluginInstance::setCustomData(Tag data) {
 
 void PluginInstance::timeChanged(double time) {
     code_->setTime(time);
+}
+
+ConfigProfileManager& PluginInstance::getConfigProfiles() const {
+    return listOf(code_.get(), ToolExtension::kConfigProfiles, plugin_->getConfigProfiles());
+}
+
+InputProfileManager& PluginInstance::getInputProfiles() const {
+    return listOf(code_.get(), ToolExtension::kInputProfiles, plugin_->getInputProfiles());
+}
+
+Tag PluginInstance::getConfigProfile(const std::string& profileName) const {
+    return panel_.describe(profileName);
+}
+
+void PluginInstance::applyConfigProfile(const Tag& profile) {
+    panel_.apply(profile);
+}
+
+Tag PluginInstance::getInputProfile(const std::string& profileName) const {
+    return inputs_.describe(profileName);
+}
+
+std::int32_t PluginInstance::applyInputProfile(const Tag& profile) {
+    const std::int32_t missing = inputs_.apply(profile);
+    if (missing == kNoProfile)
+        return missing;
+    Util::Message applied(kInputProfileApplied);
+    broadcast(applied);
+    return missing;
+}
+
+void PluginInstance::prepareRecording(double time, TakeSource source) {
+    const InstanceReference::Watch self(reference_);
+    isPrepared_ = true;
+    code_->startRecording(time);
+    // The tool may have left the tree, or ended the take: then nothing of it is for this one.
+    if (self.get() == nullptr || !isInTree() || !isPrepared_)
+        return;
+    for (SceneNode* node : adaptor()->getNodes(this))
+        node->startRecording(time);
+    storedInput_.begin(time, source, *adaptor());
+}
+
+void PluginInstance::step(double time) {
+    storedInput_.step(time);
+    code_->record(time);
+}
+
+void PluginInstance::finishRecording(double time) {
+    if (!std::exchange(isPrepared_, false)) // never started, or being finished
+        return;
+    const InstanceReference::Watch self(reference_);
+    code_->finishRecording(time);
+    if (self.get() != nullptr) // the tool may be gone
+        storedInput_.end();
+}
+
+std::int32_t PluginInstance::controlCount() const {
+    return virtualControls_.count();
+}
+
+UniDevice::Control* PluginInstance::control(std::int32_t index) {
+    return virtualControls_.at(index);
+}
+
+bool PluginInstance::update(std::int32_t) {
+    if (virtualControls_.count() == 0)
+        return true;
+    const InstanceReference::Watch self(reference_);
+    for (std::int32_t i = 0; code_ != nullptr && i < virtualControls_.count(); ++i) {
+        code_->extend(ToolExtension::kVirtualControl,
+                      reinterpret_cast<std::intptr_t>(virtualControls_.at(i)));
+        if (self.get() == nullptr) // the tool has removed itself
+            break;
+    }
+    return true;
+}
+
+UniDevice::Control* PluginInstance::detectControl(const std::vector<UniDevice::Control*>*, void*) {
+    return nullptr;
 }
 
 } // namespace MVR

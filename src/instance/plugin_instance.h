@@ -5,20 +5,19 @@
 #include "core/messages/sdk/message_node.h"
 #include "core/util/sdk/dynamic_object.h"
 #include "data/sdk/tag.h"
-#include "instance/panel_layout.h"
+#include "instance/combo_updater.h"
+#include "instance/instance_inputs.h"
+#include "instance/instance_panel.h"
 #include "instance/plugin_instance_virtual_device.h"
-#include "instance/temporary_control.h"
+#include "instance/saved_block.h"
+#include "instance/stored_input.h"
+#include "instance/virtual_controls.h"
 #include "plugins/contract/c_camera.h"
 #include "plugins/contract/c_interface.h"
 #include "plugins/libraries/instance_maker.h"
-#include "recording/values/animated_variable.h"
-#include "unidevice/sdk/control.h"
-#include "unidevice/sdk/property_handler.h"
+#include "recording/values/take_source.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -34,45 +33,24 @@ class Plugin;
 
 /// The core's side of one placed tool. To the tool it is its CInterface; to the input layer a
 /// device with the tool's virtual controls; to the tree what a reference stands for; to the
-/// recorder what gets prepared, stepped and finished. Owns the tool object. Host thread only.
+/// recorder what gets prepared, stepped and finished. Owns the tool object, and is put together
+/// from parts that own what the tool has of the core: inputs, stored input, panel, saved block and
+/// virtual controls. Host thread only.
 ///
 /// 1. Plugin::createInstance() makes it, outside the tree.
-/// 2. A reference gives it a place (setReference), extensions 52, init, create or load follow.
+/// 2. A reference stands for it (setReference); extensions 52, init, create or load follow.
 /// 3. Takes: prepareRecording(), step() for each frame, finishRecording().
 /// 4. The end of its reference is its end, and the other way round.
 class PluginInstance final : public PluginInstanceVirtualDevice,
                              public CInterface,
                              public Util::MessageNode {
 public:
-    /// A value that the tool offers as input to other tools.
-    class VirtualControl final : public UniDevice::Control {
-    public:
-        using Control::Control;
-    };
+    using VirtualControl = MVR::VirtualControl;
+    using COREComboUpdater = MVR::COREComboUpdater;
+    using RecordedValues = StoredInput::Values;
 
-    /// Changes the choices of a combo. Its component is a node that takes these messages.
-    class COREComboUpdater final : public Util::DynamicObject,
-                                   public ComboUpdater,
-                                   public Util::DynamicCreator<COREComboUpdater>,
-                                   public Util::MessageNode {
-    public:
-        static constexpr std::int32_t kClearChoices = 20300;
-        static constexpr std::int32_t kAddChoice = 20301; ///< lParam: a const std::string*
-
-        explicit COREComboUpdater(std::int32_t id);
-        void update(std::vector<std::string> choices) override;
-        void setComponent(Util::MessageNode* component) { component_ = component; }
-        [[nodiscard]] std::int32_t getId() const { return id_; }
-
-    private:
-        Util::MessageNode* component_ = nullptr; // null until the panel is built; not owned
-        std::int32_t id_;
-    };
-
-    using RecordedValues = std::vector<Util::AVar_Linear<double>>;
-
-    /// What applyInputProfile() gives for a tag that is no profile.
-    static constexpr std::int32_t kNoProfile = 9999999;
+    /// What applyInputProfile() returns for a tag that is no profile.
+    static constexpr std::int32_t kNoProfile = InstanceInputs::kNoProfile;
     /// Broadcast when the bindings of the input properties were replaced.
     static constexpr std::int32_t kInputProfileApplied = 154;
 
@@ -84,7 +62,7 @@ public:
 
     /// The instance's name, unique among the tools in the tree.
     [[nodiscard]] std::string getName() const override { return name; }
-    /// Takes `wanted`, or what makes it unique; getName() tells the name taken.
+    /// Makes `wanted` the name, with a number that makes it unique if another tool has it.
     void setName(std::string wanted) override;
     /// The name that it has in the data it is made from, by which that data names it.
     [[nodiscard]] const std::string& getNameFromData() const { return nameFromData_; }
@@ -93,14 +71,15 @@ public:
     [[nodiscard]] bool isUnderCreation() const { return underCreation_; }
     void setUnderCreation(bool underCreation) { underCreation_ = underCreation; }
 
-    /// Gives the instance its place. A second one is logged and taken all the same.
+    /// `reference` stands for this instance from now on. A second one is logged, and replaces the
+    /// first all the same.
     void setReference(InstanceReference* reference);
     [[nodiscard]] InstanceReference* getReference() const { return reference_; }
     /// The reference ends: destroys this instance, unless that has begun already.
     void clearReference();
     /// True if it has a reference that is in the tree.
     [[nodiscard]] bool isInTree() const;
-    /// For the reference, after its in-tree flag changed: takes or frees the name.
+    /// For the reference, after its in-tree flag changed: reserves the name or frees it.
     void updateNameUse();
     /// Takes the tool out of the tree as an undoable step; with `deleteScene` the scene objects
     /// behind it go too.
@@ -119,32 +98,33 @@ public:
     Tag& getCustomData(Tag& out);
     void setCustomData(Tag data);
     /// True if the tool described a panel with a control in it.
-    [[nodiscard]] bool hasPanel() const { return panelLayout_.hasControls(); }
+    [[nodiscard]] bool hasPanel() const { return panel_.hasControls(); }
     /// The host's time changed outside a take.
     void timeChanged(double time);
 
     /// The presets of this tool: a list of its own, or else the plug-in's.
     [[nodiscard]] ConfigProfileManager& getConfigProfiles() const;
     [[nodiscard]] InputProfileManager& getInputProfiles() const;
-    /// A tag "profile" of the values of its panel.
+    /// The values of its panel, as InstancePanel tells.
     [[nodiscard]] Tag getConfigProfile(const std::string& profileName) const;
-    /// Sets the values of its panel. An empty tag, or a tool without a panel, changes nothing.
     void applyConfigProfile(const Tag& profile);
-    /// A tag "profile" of the present bindings and their parameters.
+    /// The bindings of its inputs and their parameters, as InstanceInputs tells.
     [[nodiscard]] Tag getInputProfile(const std::string& profileName) const;
-    /// Replaces all bindings. Gives the number of controls that were not found, or `kNoProfile`,
-    /// with nothing changed.
+    /// Broadcasts `kInputProfileApplied`, unless it returns `kNoProfile`.
     std::int32_t applyInputProfile(const Tag& profile);
 
-    [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
-    /// One for each property at most, in their order; filled from saved data and by takes.
-    [[nodiscard]] RecordedValues& getRecordedValues() { return *sharedRecordedValues(); }
+    [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const {
+        return inputs_.getProperties();
+    }
+    /// What is stored of its inputs, as StoredInput tells.
+    [[nodiscard]] RecordedValues& getRecordedValues() { return storedInput_.getValues(); }
 
-    /// A take or resimulation starts at `time`: what is stored from there on goes, undoably.
-    void prepareRecording(double time);
-    /// One frame. A take stores the raw values of the bound controls, a resimulation puts the
-    /// stored ones in their place; then the tool records.
+    /// A take begins at `time`, with input from `source`: the tool starts, then its scene nodes and
+    /// its stored input.
+    void prepareRecording(double time, TakeSource source);
+    /// One frame: the input is stored, or played, and then the tool records.
     void step(double time);
+    /// Finishes the tool, unless it isn't prepared.
     void finishRecording(double time);
 
     // UniDevice::Device
@@ -213,6 +193,7 @@ public:
 
 private:
     [[nodiscard]] AdaptorInterface* adaptor() const;
+
     /// What the plug-in's list has of this instance.
     class Membership final : public PluginMember {
     public:
@@ -225,34 +206,25 @@ private:
         PluginInstance& instance_;
     };
 
-    [[nodiscard]] PluginInstance* parentInstance() const;
-    const std::shared_ptr<RecordedValues>& sharedRecordedValues();
     UniDevice::Control* addVirtualControl(const VirtualControlRecord& record);
-    void addMasterNodes(Tag& out);
-    void addSpinnerProperty(std::int32_t id, const std::string& label, bool input);
 
     Util::Owned<CCamera> code_;
-    bool unplugging_ = false;
     InstanceReference* reference_ = nullptr; // not owned
     Plugin* plugin_;                         // not owned
     Membership membership_{*this};
-    std::vector<Util::Owned<COREComboUpdater>> comboUpdaters_;
-    std::map<std::int32_t, UniDevice::Property*> spinnerProperties_; // by component id
-    UniDevice::PropertyHandler properties_;
-    // Made at its first use. Shared with nobody: undo entries that outlive this instance watch it.
-    std::shared_ptr<RecordedValues> recordedValues_;
-    std::vector<std::unique_ptr<TemporaryControl>> temporaryControls_; // by property
-    bool controlsReplaced_ = false; // the temporary controls are in place
-    bool isPrepared_ = false;       // prepareRecording() without finishRecording() so far
     CoreImplementation* core_;
     CoreServices& services_;
-    std::string savedBlock_;
-    PanelLayout panelLayout_;
+    InstanceInputs inputs_;
+    StoredInput storedInput_{inputs_.getProperties()};
+    InstancePanel panel_;
+    SavedBlock savedBlock_;
     std::string nameFromData_;
     bool underCreation_ = false;
+    bool unplugging_ = false;
     bool destroying_ = false;
-    bool nameInUse_ = false; // the core's index of names counts this one
-    std::vector<Util::Owned<VirtualControl>> virtualControls_; // only grows
+    bool nameInUse_ = false;  // the core's index of names counts this one
+    bool isPrepared_ = false; // prepareRecording() without finishRecording() so far
+    VirtualControls virtualControls_;
 };
 
 } // namespace MVR

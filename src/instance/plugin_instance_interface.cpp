@@ -4,11 +4,10 @@
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
 #include "core/services/user_dialogs.h"
+#include "instance/tool_parents.h"
 #include "platform/choosers.h"
 #include "plugins/contract/c_mesh.h"
 #include "plugins/contract/extension_ids.h"
-#include "plugins/instance_manager.h"
-#include "plugins/instance_reference.h"
 #include "plugins/libraries/plugin.h"
 
 namespace MVR {
@@ -91,49 +90,21 @@ std::intptr_t PluginInstance::extend(std::int32_t id, std::intptr_t data) {
         unplug(true);
         return 0;
     case InterfaceExtension::kParentName:
-        if (const PluginInstance* const parent = parentInstance())
+        if (const PluginInstance* const parent = getParentTool(*this))
             *pointerTo<std::string>(data) = parent->getName();
         return 0;
     case InterfaceExtension::kMasterNodes:
-        addMasterNodes(*pointerTo<Tag>(data));
+        addMasterNodes(*this, *pointerTo<Tag>(data));
         return 0;
     }
     Log(Log::Warning).write("Interface: Caught unhandled extension", id, Log::OwnLevel);
     return 0;
 }
 
-/// The instance above in the tree, unless that is the root.
-PluginInstance* PluginInstance::parentInstance() const {
-    const InstanceReference* const parent =
-        reference_ != nullptr ? reference_->getParentReference() : nullptr;
-    return parent != nullptr && parent != services_.getTree().getRoot() ? parent->getInstance()
-                                                                        : nullptr;
-}
-
-/// Appends one "masternode" for this tool and each above it whose object is in the scene, the
-/// outermost first: what a tool needs to build its chain of parents again. The tools are asked for
-/// their blocks from this one upwards.
-void PluginInstance::addMasterNodes(Tag& out) {
-    AdaptorInterface& host = *adaptor();
-    std::vector<Tag> masters;
-    PluginInstance* each = this;
-    do {
-        Tag master = Tag::element("masternode");
-        if (const PluginInstance* const parent = each->parentInstance())
-            master.addChild(Tag::element("parent", parent->getName()));
-        const InstanceReference::Watch saved(each->reference_); // a tool may end as it is asked
-        if (InstanceReference* const reference = saved.get()) {
-            if (reference->getParentReference() != nullptr)
-                master.addChild(Tag::element("childindex", reference->getPosition()));
-            Tag configuration;
-            reference->save(configuration, SaveMask::kOwnRequest);
-            master.addChild(std::move(configuration));
-        }
-        each = saved.get() != nullptr ? each->parentInstance() : nullptr;
-        masters.push_back(std::move(master));
-    } while (each != nullptr && !host.getNodes(each).empty());
-    for (auto master = masters.rbegin(); master != masters.rend(); ++master)
-        out.addChild(std::move(*master));
+UniDevice::Control* PluginInstance::addVirtualControl(const VirtualControlRecord& record) {
+    if (!isEnabled())
+        setEnabled(true);
+    return virtualControls_.add(*this, record);
 }
 
 void PluginInstance::addUndo(CUndo* object) {
@@ -143,11 +114,75 @@ void PluginInstance::addUndo(CUndo* object) {
 UniDevice::Property* PluginInstance::addProperty(std::string propertyName,
                                                  std::int32_t acceptedKinds,
                                                  UniDevice::Property::Factory*) {
-    return properties_.getOrCreate(propertyName, acceptedKinds, UniDevice::Property::Factory());
+    return inputs_.add(propertyName, acceptedKinds);
 }
 
 UniDevice::Property* PluginInstance::findProperty(std::string propertyName) {
-    return properties_.property(propertyName);
+    return getProperties().property(propertyName);
+}
+
+void PluginInstance::beginPanel() {
+    panel_.getLayout().begin();
+}
+
+void PluginInstance::endPanel() {
+    panel_.finish();
+}
+
+void PluginInstance::beginGroup(std::string label, std::string tooltip) {
+    panel_.getLayout().beginGroup(label, tooltip);
+}
+
+void PluginInstance::endGroup() {
+    panel_.getLayout().endGroup();
+}
+
+void PluginInstance::addSpinnerInt(std::string label, std::string tooltip, std::int32_t* variable,
+                                   std::int32_t minimum, std::int32_t maximum, std::int32_t step,
+                                   std::int32_t triggerLength, bool input, std::intptr_t,
+                                   Callback* callback) {
+    const std::int32_t id = panel_.getLayout().addSpinnerInt(
+        label, tooltip, variable, minimum, maximum, step, triggerLength, callback);
+    if (input && id != PanelLayout::kNoId)
+        inputs_.addForSpinner(id, label);
+}
+
+void PluginInstance::addSpinner(std::string label, std::string tooltip, double* variable,
+                                double minimum, double maximum, double step,
+                                std::int32_t triggerLength, bool input, std::intptr_t,
+                                Callback* callback) {
+    const std::int32_t id = panel_.getLayout().addSpinner(label, tooltip, variable, minimum,
+                                                          maximum, step, triggerLength, callback);
+    if (input && id != PanelLayout::kNoId)
+        inputs_.addForSpinner(id, label);
+}
+
+void PluginInstance::addCheck(std::string label, std::string tooltip, bool* variable,
+                              Callback* callback) {
+    panel_.getLayout().addCheck(label, tooltip, variable, callback);
+}
+
+void PluginInstance::addText(std::string label, std::string tooltip, std::string* variable,
+                             Callback* callback) {
+    panel_.getLayout().addText(label, tooltip, variable, callback);
+}
+
+CInterface::ComboUpdater* PluginInstance::addCombo(std::string label, std::string tooltip,
+                                                   std::vector<std::string> choices,
+                                                   std::string* variable, Callback* callback) {
+    return panel_.addCombo(label, tooltip, choices, variable, callback);
+}
+
+void PluginInstance::addButton(std::string label, std::string tooltip, Callback* callback) {
+    panel_.getLayout().addButton(label, tooltip, callback);
+}
+
+void PluginInstance::openConfiguration() {} // there is no dialog
+
+void PluginInstance::updatePanel() {} // nothing shows the tool's variables
+
+std::intptr_t PluginInstance::openInputDialog() {
+    return 0;
 }
 
 std::string PluginInstance::getDataPath() {
@@ -159,16 +194,11 @@ std::string PluginInstance::getDataPath() {
 }
 
 void PluginInstance::setSaveData(const void* bytes, std::int32_t size) {
-    if (bytes != nullptr && size > 0)
-        savedBlock_.assign(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
-    else
-        savedBlock_.clear();
+    savedBlock_.set(bytes, size);
 }
 
 std::int32_t PluginInstance::getSaveData(const void** address) {
-    if (address != nullptr)
-        *address = savedBlock_.empty() ? nullptr : savedBlock_.data();
-    return static_cast<std::int32_t>(savedBlock_.size());
+    return savedBlock_.get(address);
 }
 
 void PluginInstance::clearSaveData() {

@@ -20,7 +20,7 @@ TemporaryControl::~TemporaryControl() {
     keep(nullptr);
 }
 
-void TemporaryControl::takeOver(UniDevice::Property& property) {
+void TemporaryControl::standIn(UniDevice::Property& property) {
     UniDevice::Control* const own = property.control;
     property.bind(this);
     keep(own);

@@ -10,17 +10,17 @@
 
 namespace MVR {
 
-/// Takes the place of a property's control, fed from the stored values, and keeps the property's
-/// own binding for the time after. A device may go in the meantime: then there is no control to
-/// come back to.
+/// Stands in for a property's control, fed from the stored values, and keeps the property's own
+/// binding for the time after. A device may go in the meantime: then there is no control to come
+/// back to.
 class TemporaryControl final : public UniDevice::Control, public UniDevice::ControlTarget {
 public:
     /// `index` is that of the property among those of its tool.
     explicit TemporaryControl(std::int32_t index);
     ~TemporaryControl() override;
 
-    /// Exchanges the binding of `property` with the one that is kept here.
-    void takeOver(UniDevice::Property& property);
+    /// Binds `property` to this control and keeps the control that it had.
+    void standIn(UniDevice::Property& property);
     /// Gives `property` its own binding back.
     void giveBack(UniDevice::Property& property);
 

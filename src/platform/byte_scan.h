@@ -8,9 +8,9 @@
 #include <emmintrin.h>
 #endif
 
-/// Search in text, in steps of as many bytes as the processor compares at once: most of what is
-/// looked for in structured text stands less than a step away, where a call of `memchr` costs more
-/// than its work. Nothing is read behind `end`.
+/// Search in text, in steps of as many bytes as the processor compares at once. Most of what is
+/// searched in structured text is less than a step away, where a call of `memchr` costs more than
+/// its work. Nothing is read past `end`.
 namespace MVR::Platform {
 
 constexpr std::ptrdiff_t kScanStep = 16;
@@ -20,7 +20,7 @@ constexpr bool isSpace(char c) {
     return c == ' ' || static_cast<unsigned char>(c - '\t') < 5;
 }
 
-/// A bit for each of the bytes of one step, the first byte's lowest.
+/// A bit for each byte of a step; the first byte's is the lowest.
 using ScanHits = std::uint32_t;
 
 #if defined(__SSE2__)
@@ -67,7 +67,7 @@ private:
 
 #endif
 
-/// The place of the lowest bit; there must be one.
+/// Returns the index of the lowest bit; there must be one.
 inline std::ptrdiff_t firstHit(ScanHits hits) {
 #if defined(__GNUC__)
     return __builtin_ctz(hits);
@@ -79,7 +79,7 @@ inline std::ptrdiff_t firstHit(ScanHits hits) {
 #endif
 }
 
-/// Asks for memory that is read soon. A hint: any address will do.
+/// Prefetches memory that is read soon. A hint: any address will do.
 inline void prefetch(const void* at) {
 #if defined(__GNUC__)
     __builtin_prefetch(at);
@@ -88,7 +88,7 @@ inline void prefetch(const void* at) {
 #endif
 }
 
-/// The first of the `wanted` bytes, or `end`.
+/// Returns the first of the `wanted` bytes, or `end`.
 template <typename... Bytes>
 const char* findAny(const char* at, const char* end, Bytes... wanted) {
     for (; end - at >= kScanStep; at += kScanStep) {
@@ -101,7 +101,7 @@ const char* findAny(const char* at, const char* end, Bytes... wanted) {
     return at;
 }
 
-/// The first space or one of the `wanted` bytes, or `end`.
+/// Returns the first space or `wanted` byte, or `end`.
 template <typename... Bytes>
 const char* findSpaceOr(const char* at, const char* end, Bytes... wanted) {
     for (; end - at >= kScanStep; at += kScanStep) {
@@ -114,15 +114,16 @@ const char* findSpaceOr(const char* at, const char* end, Bytes... wanted) {
     return at;
 }
 
-/// The first byte that is no space, or `end`. Byte by byte: indentation is much the same from line
-/// to line, so that a processor guesses its end, where it would wait for that of a step.
+/// Returns the first byte that is no space, or `end`. Byte by byte: indentation is much the same
+/// from line to line, so the processor predicts its end, where it would wait for the result of a
+/// step.
 inline const char* skipSpace(const char* at, const char* end) {
     while (at != end && isSpace(*at))
         ++at;
     return at;
 }
 
-/// The first `wanted` byte, or `end`; it may be far.
+/// Returns the first `wanted` byte, which may be far away, or `end`.
 inline const char* findByte(const char* at, const char* end, char wanted) {
     if (end - at < kScanStep)
         return findAny(at, end, wanted);

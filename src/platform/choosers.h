@@ -34,7 +34,7 @@ constexpr std::int32_t kAnswerIgnore = 5;
 constexpr std::int32_t kAnswerYes = 6;
 constexpr std::int32_t kAnswerNo = 7;
 
-/// For the back ends: the buttons of each set that they show, in their order; 0 is no button.
+/// For the back ends: the buttons of each set that they show, in their order; 0 means no button.
 constexpr std::size_t kMostButtons = 3;
 constexpr std::int32_t kButtonSets[][kMostButtons] = {
     {kAnswerOk, 0, 0},
@@ -46,8 +46,8 @@ constexpr std::int32_t kButtonSets[][kMostButtons] = {
 };
 constexpr std::uint32_t kButtonSetCount = sizeof(kButtonSets) / sizeof(kButtonSets[0]);
 
-/// What the button that Return presses would answer: the first if the flags name one that isn't
-/// there. Of a set that isn't shown: Cancel for Cancel, Try, Continue, else OK.
+/// Returns the answer of the button that Return presses, which is the first if the flags name one
+/// that isn't there. For a set that isn't shown: Cancel for Cancel, Try, Continue, else OK.
 constexpr std::int32_t defaultAnswer(std::uint32_t flags) {
     const std::uint32_t set = flags & kButtonsMask;
     if (set >= kButtonSetCount)
@@ -57,9 +57,9 @@ constexpr std::int32_t defaultAnswer(std::uint32_t flags) {
                                                                   : kButtonSets[set][0];
 }
 
-/// Shows a box and gives the button that the user chose; 0 for an unknown button set, where nothing
-/// is shown. Without a screen it is answered by what was scripted (see
-/// "platform/headless/desktop.h"), else by its default button. Stands for MessageBoxA.
+/// Shows a box and returns the button that the user chose, or 0, with nothing shown, for an unknown
+/// button set. Without a screen a scripted answer (see "platform/headless/desktop.h") counts, else
+/// the default button. Stands for MessageBoxA.
 std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::string& title,
                         std::uint32_t flags);
 
@@ -75,9 +75,9 @@ struct FileChooser {
     std::string folder;              ///< where the user begins
 };
 
-/// Let the user choose a file: one to read, or a name to write to. The full path, "" if the user
-/// gave up. Without a screen they are answered by what was scripted, else with "".
-/// Stand for GetOpenFileNameA and GetSaveFileNameA.
+/// Lets the user choose a file to read or a name to write to. Returns the full path, or "" if the
+/// user cancelled. Without a screen a scripted answer counts, else "". Stands for GetOpenFileNameA
+/// and GetSaveFileNameA.
 std::string chooseFileToOpen(WindowHandle owner, const FileChooser& chooser);
 std::string chooseFileToSave(WindowHandle owner, const FileChooser& chooser);
 
@@ -89,9 +89,9 @@ struct MenuItem {
     std::vector<MenuItem> items; ///< of a submenu
 };
 
-/// Shows a menu at the mouse and returns the command that the user chose, 0 for none. Without a
-/// screen it is answered by what was scripted, else with 0; a greyed or missing item can't be
-/// chosen. Stands for TrackPopupMenu.
+/// Shows a menu at the mouse and returns the command that the user chose, or 0 for none. Without a
+/// screen a scripted answer counts, else 0; a greyed or missing item can't be chosen. Stands for
+/// TrackPopupMenu.
 std::int32_t chooseFromMenu(WindowHandle owner, const std::vector<MenuItem>& items);
 
 } // namespace MVR::Platform

@@ -3,8 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The native dialogs by resource number, for the back ends: each builds the same controls from
-/// them.
+/// The native dialogs by resource number. Each back end builds the same controls from them.
 namespace MVR::Platform {
 
 enum class ControlKind { Label, Button, ProgressBar };
@@ -29,7 +28,7 @@ struct DialogTemplate {
     ControlTemplate controls[kMostControls];
 };
 
-/// The dialog that shows how far a resimulation is.
+/// The dialog that shows the progress of a resimulation.
 namespace ResimulationResource {
 constexpr std::int32_t kDialog = 140;
 constexpr std::int32_t kProgressBar = 1070;

@@ -8,25 +8,25 @@
 
 namespace MVR::Platform {
 
-/// The one who may change the files of a folder, for as long as it lives. It binds those who ask
-/// for it: this system in other processes, and other objects of this one. Readers need none, since
-/// files are written as a whole. A process that ends, however it does, gives it up.
+/// The right to change the files of a folder, for as long as the object lives. It binds those who
+/// ask for it: this system in other processes, and other objects of this one. Readers need no lock,
+/// since files are replaced as a whole. The lock ends with the process, however that ends.
 ///
-/// It stands for the exclusive opening of the file ".mvr-lock" in the folder, which stays behind.
+/// Stands for opening the file ".mvr-lock" in the folder exclusively. The file stays in the folder.
 class FolderLock {
 public:
-    /// Nobody holds one for longer than it takes to write a few files.
+    /// Nobody holds a lock for longer than it takes to write a few files.
     static constexpr std::uint32_t kLongestWaitMs = 2000;
 
-    /// Waits for the others, up to `kLongestWaitMs`.
+    /// Waits up to `kLongestWaitMs` for the others.
     explicit FolderLock(std::string_view folder);
     ~FolderLock();
     FolderLock(const FolderLock&) = delete;
     FolderLock& operator=(const FolderLock&) = delete;
 
-    /// False if the folder is missing, can't be written to, or somebody else keeps it.
+    /// Returns false if the folder is missing, can't be written to, or is locked by somebody else.
     [[nodiscard]] bool isHeld() const { return handle_ >= 0; }
-    /// The system's words for why it isn't held; empty if it is.
+    /// Returns the system's words for why the lock isn't held; "" if it is.
     [[nodiscard]] const std::string& getReason() const { return reason_; }
 
 private:

@@ -5,33 +5,33 @@
 
 namespace MVR::Platform {
 
-/// A library in this process; null is none. Plain data: it frees nothing by itself.
+/// A library in this process; null means none. Plain data: it frees nothing by itself.
 using LibraryHandle = void*;
 
-/// Loads a library, all its symbols bound at once and hidden from other libraries; null on failure.
-/// A name without a folder is one in the current folder: system folders are not searched. Further
-/// libraries that it needs are found by its own run path ("$ORIGIN"), not in the current folder.
-/// Each success is to be matched by one `freeLibrary`. Stands for LoadLibraryA.
+/// Loads a library, all its symbols bound at once and hidden from other libraries. Returns null on
+/// failure. A name without a folder is one in the current folder: system folders are not searched.
+/// Further libraries that it needs are found by its own run path ("$ORIGIN"), not in the current
+/// folder. Match each success with one `freeLibrary`. Stands for LoadLibraryA.
 LibraryHandle loadLibrary(std::string_view path);
 
-/// The exported function of this name, or null. Valid until the library is freed.
-/// Stands for GetProcAddress.
+/// Returns the exported function of this name, or null. Valid until the library is freed. Stands
+/// for GetProcAddress.
 void* findFunction(LibraryHandle library, const char* name);
 
 /// Null does nothing. Stands for FreeLibrary.
 void freeLibrary(LibraryHandle library);
 
-/// The library that this code was linked into, or the program. Valid while that is loaded; not to
-/// be freed. Stands for the module handle that a library's entry point is given.
+/// Returns the library or program that this code was linked into. Valid while that is loaded; must
+/// not be freed. Stands for the module handle that a library's entry point receives.
 LibraryHandle ownModule();
-/// The full path of its file; empty if unknown. Stands for GetModuleFileNameA.
+/// Returns the full path of its file, or "" if unknown. Stands for GetModuleFileNameA.
 std::string ownModulePath();
 
-/// Which files of a folder are libraries: "*.so", "*.dll" or "*.dylib".
+/// Returns the wildcard of library files: "*.so", "*.dll" or "*.dylib".
 std::string libraryPattern();
 
-/// The system's words for why the latest operation of this header failed; empty if none did.
-/// Reading it clears it. Stands for GetLastError.
+/// Returns the system's words for why the latest operation of this header failed, or "" if none
+/// did. Reading them clears them. Stands for GetLastError.
 std::string lastLibraryError();
 
 } // namespace MVR::Platform

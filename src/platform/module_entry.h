@@ -1,9 +1,9 @@
 #pragma once
 
-/// Defines this library's entry point: `onLoad` runs when the library comes into the process,
-/// `onUnload` when it leaves, by a free or with the process. Both take nothing and give nothing.
-/// Stands once, in one source file of a shared library, which must hold no static object with a
-/// destructor: such objects are gone before `onUnload` runs. Stands for DllMain.
+/// Defines this library's entry point: `onLoad` runs when the library is loaded, `onUnload` when it
+/// is freed or the process ends. Both have no parameters and no result. Use it once, in one source
+/// file of a shared library. The library must hold no static object with a destructor: such objects
+/// are destroyed before `onUnload` runs. Stands for DllMain.
 #if defined(__GNUC__)
 #define MVR_MODULE_ENTRY(onLoad, onUnload)                                                         \
     __attribute__((constructor)) static void moduleEntered() {                                     \
@@ -13,7 +13,8 @@
         onUnload();                                                                                \
     }
 #else
-/// The objects of a library end in the reverse order of their making, this one near the last.
+/// The objects of a library are destroyed in the reverse order of construction, this one among the
+/// last.
 #define MVR_MODULE_ENTRY(onLoad, onUnload)                                                         \
     static const struct ModuleEntry {                                                              \
         ModuleEntry() { onLoad(); }                                                                \

@@ -13,23 +13,23 @@
 ///     datapath=/opt/mirvane/data
 ///     pluginpath=/opt/mirvane/plugins
 ///
-/// A line in brackets opens a key; a value is all that follows the first "=", with the blanks
-/// around name and value left out. Lines that begin with "#" or ";" are comments. A line of no such
-/// form, or a value before the first key, is skipped. Keys and names match whatever their ASCII
-/// case; the first of two equal names counts.
+/// A line in brackets opens a key. A value is all that follows the first "="; blanks around name
+/// and value don't count. Lines that begin with "#" or ";" are comments. Any other line, and a
+/// value before the first key, is skipped. Keys and names match in any ASCII case; the first of two
+/// equal names counts.
 ///
 /// Where a hive is looked up:
-/// 1. MIRVANE_REGISTRY in the environment names one file that serves both hives, and nothing else
-///    is asked.
-/// 2. Else the user's hive is mirvane/registry.ini in the XDG config folder ($XDG_CONFIG_HOME, else
-///    ~/.config), the machine's the first mirvane/registry.ini of the system's config folders
-///    ($XDG_CONFIG_DIRS, else /etc/xdg).
+/// 1. MIRVANE_REGISTRY in the environment names one file that serves both hives; nothing else is
+///    read.
+/// 2. Otherwise the user's hive is mirvane/registry.ini in the XDG config folder ($XDG_CONFIG_HOME,
+///    or ~/.config), and the machine's is the first mirvane/registry.ini of the system's config
+///    folders ($XDG_CONFIG_DIRS, or /etc/xdg).
 /// 3. A value of "...\Explorer\Shell Folders" that the user's file doesn't have comes from the XDG
-///    user folders: "Personal" is the documents folder, "Desktop" the desktop. With no file for the
-///    machine the install values lead to the folder of the library: "path" is that folder,
+///    user folders: "Personal" is the documents folder, "Desktop" the desktop. If the machine has
+///    no file, the install values lead to the folder of the library: "path" is that folder,
 ///    "datapath", "pluginpath" and "docpath" are "data", "plugins" and "doc" in it.
 ///
-/// Nothing is cached: each call reads the files anew. One of more than a megabyte is refused.
+/// Nothing is cached: each call reads the files anew. A file of more than a megabyte is refused.
 namespace MVR::Platform {
 
 /// The keys that the system reads: the user's folders, and where it is installed.
@@ -46,12 +46,12 @@ enum class RegistryResult {
     FileUnreadable, ///< the file that MIRVANE_REGISTRY names; `lastFileError` tells why
 };
 
-/// Values are read into buffers of this size, which hold a closing zero too; a value that doesn't
+/// Values are read into buffers of this size, which includes a closing zero. A value that doesn't
 /// fit counts as missing.
 constexpr std::size_t kRegistryBufferBytes = 1024;
 
-/// Reads one value; `out` is changed only if it was found.
-/// Stands for RegOpenKeyExA, RegQueryValueExA, RegCloseKey.
+/// Reads a value; `out` changes only if it is found. Stands for RegOpenKeyExA, RegQueryValueExA,
+/// RegCloseKey.
 [[nodiscard]] RegistryResult readRegistryValue(Hive hive, std::string_view key,
                                                std::string_view name, std::string& out);
 

@@ -13,7 +13,10 @@
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
+#include "recording/order/run_order.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace MVR {
@@ -59,6 +62,18 @@ std::vector<PluginInstance*> InstanceManager::getInstances(bool checkedOnly) con
         return false;
     });
     return instances;
+}
+
+std::vector<PluginInstance*>
+InstanceManager::sortForRecording(const std::vector<PluginInstance*>& instances) {
+    const std::vector<CInterface*> tools(instances.begin(), instances.end());
+    const std::vector<std::size_t> order =
+        findRunOrder(*getServices().getAdaptor(), tools,
+                     [&instances](std::size_t index) { return instances[index]->getName(); });
+    std::vector<PluginInstance*> sorted(order.size());
+    std::transform(order.begin(), order.end(), sorted.begin(),
+                   [&instances](std::size_t index) { return instances[index]; });
+    return sorted;
 }
 
 std::int32_t InstanceManager::getCatalogueSize() const {

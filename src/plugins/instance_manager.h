@@ -84,8 +84,7 @@ public:
     /// The reference of a new instance, which, unless it is the root, is undone with the host's
     /// open step. Null, and logged, if the instance is another core's.
     [[nodiscard]] InstanceReference* createReference(PluginInstance* instance);
-    /// The same instances in an order in which a tool runs after those whose scene nodes its own
-    /// hang below. Else the order stays. Takes any depth, in time proportional to the scene nodes.
+    /// Returns the same instances in the order in which a take runs them: findRunOrder() tells it.
     [[nodiscard]] std::vector<PluginInstance*>
     sortForRecording(const std::vector<PluginInstance*>& instances);
 

@@ -122,7 +122,8 @@ void RecordManager::prepare(double time) {
     devicesActive_ = true;
     UniDevice::DeviceHandler::instance()->activate();
     entry.write("initalizing plugins");
-    forEachInstance([time](PluginInstance& instance) { instance.prepareRecording(time); });
+    const TakeSource source = resimulating_ ? TakeSource::Stored : TakeSource::Live;
+    forEachInstance([=](PluginInstance& instance) { instance.prepareRecording(time, source); });
 }
 
 std::int32_t RecordManager::stopRecording() {

@@ -19,7 +19,7 @@ Control::Control(const Control& other)
       description(other.description), device(other.device) {}
 
 Control::~Control() {
-    // A target may take itself, or another, off the list while it is told.
+    // A target may remove itself, or another, during the call.
     while (!targets.empty()) {
         ControlTarget* target = targets.back();
         targets.pop_back();

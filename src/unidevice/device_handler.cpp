@@ -86,7 +86,7 @@ void DeviceHandler::resetControls() {
 
 bool DeviceHandler::prepareDetection() {
     MVR::Util::checkHostThread();
-    // All are asked: each starts its own detection.
+    // No early return: each driver starts its own detection.
     std::int32_t taking = 0;
     for (Driver* driver : drivers) {
         taking += driver->prepareDetection();
@@ -111,7 +111,7 @@ void DeviceHandler::destroyDevices() {
     while (!devices.empty()) {
         Device* last = devices.back();
         last->destroy();
-        // It leaves the list by itself, unless its library keeps it: then it must forget us.
+        // It leaves the list by itself, unless its library keeps it; then it must forget us.
         if (!devices.empty() && devices.back() == last) {
             devices.pop_back();
             last->unregister();

@@ -16,8 +16,8 @@ namespace UniDevice {
 
 namespace {
 
-// The loaded libraries. It makes sure of the device handler first, so that of the two it is the
-// younger one and the handler still stands when the libraries are freed.
+// The loaded libraries. It creates the device handler first, so that it is the younger of the two
+// and the handler still exists when the libraries are freed.
 class DriverLibraries : public MVR::Util::Singleton<DriverLibraries> {
 public:
     ~DriverLibraries() override { shutDown(); }
@@ -41,7 +41,7 @@ private:
     std::vector<MVR::Platform::LibraryHandle> libraries_;
 };
 
-// The library's `loadDevices`, or null if it isn't a driver library of our version.
+// Returns the library's `loadDevices`, or null if it isn't a driver library of our version.
 LoadDevices findEntry(MVR::Platform::LibraryHandle library) {
     const auto getVersion =
         reinterpret_cast<GetDriverVersion>(MVR::Platform::findFunction(library, "getVersion"));
@@ -64,7 +64,7 @@ void startDevices(std::intptr_t moduleHandle, std::intptr_t hostWindow) {
     info.hostWindow = hostWindow;
     info.log = MVR::Log::instance();
     const std::string data = MVR::readInstallValue("datapath");
-    if (!data.empty()) { // never the root of the file system
+    if (!data.empty()) { // else it would be the root of the file system
         loadDriverLibraries(data + "/unidevice/", info);
     }
 
@@ -80,7 +80,7 @@ std::int32_t loadDriverLibraries(const std::string& folder, const DriverLoadInfo
     std::int32_t kept = 0;
     for (const Platform::FoundFile& file :
          Platform::listFiles(folder + "/" + Platform::libraryPattern())) {
-        if (!file.isRegular) { // opening a pipe would wait for ever
+        if (!file.isRegular) { // opening a pipe would block
             continue;
         }
         const Platform::LibraryHandle library = Platform::loadLibrary(folder + "/" + file.name);

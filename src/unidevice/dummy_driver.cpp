@@ -11,7 +11,7 @@ namespace UniDevice {
 DummyDriver::DummyDriver() : Driver("dummydriver") {}
 
 DummyDriver::~DummyDriver() {
-    // Also those that no handler lists.
+    // Including those that no handler lists.
     for (Device* device : devices) {
         device->driver = nullptr;
     }
@@ -21,7 +21,7 @@ void DummyDriver::update() {
     for (std::size_t i = 0; i < devices.size();) {
         Device* const device = devices[i];
         device->update(0);
-        if (i < devices.size() && devices[i] == device) { // else it has gone, as tools may
+        if (i < devices.size() && devices[i] == device) { // else it was removed, as tools may be
             ++i;
         }
     }
@@ -51,13 +51,13 @@ bool DummyDriver::addDevice(Device* device) {
 }
 
 bool DummyDriver::removeDevice(Device* device) {
-    // Thousands of tools leave in the order they came in or in the reverse of it: the next to leave
-    // stands where the last one stood, or before that place.
+    // Thousands of tools leave in the order in which they came or in the reverse: the next to leave
+    // is where the last one was, or before it.
     const std::size_t count = devices.size();
     const std::size_t start = std::min(lastPlace_, count);
     for (std::size_t distance = 0; distance < count; ++distance) {
         for (const std::size_t place : {start + distance, start - distance - 1}) {
-            if (place < count && devices[place] == device) { // a place before the first wraps
+            if (place < count && devices[place] == device) { // an index below 0 wraps
                 devices.erase(devices.begin() + static_cast<std::ptrdiff_t>(place));
                 lastPlace_ = place;
                 return true;

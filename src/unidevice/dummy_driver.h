@@ -8,8 +8,8 @@
 
 namespace UniDevice {
 
-/// The built-in driver: whatever needs polling and has no driver of its own joins it by the name
-/// "dummydriver".
+/// The built-in driver. Devices that need polling and have no driver of their own join it by the
+/// name "dummydriver".
 class DummyDriver : public Driver {
 public:
     DummyDriver();
@@ -28,7 +28,7 @@ public:
     std::deque<Device*> devices; ///< not owned
 
 private:
-    std::size_t lastPlace_ = 0; // where the device stood that left last
+    std::size_t lastPlace_ = 0; // index of the device that left last
 };
 
 } // namespace UniDevice

@@ -166,7 +166,7 @@ Control* EmulatedTrinaryDevice::createControl(Control* first, Control* second) {
         return nullptr;
     }
     auto made = std::make_unique<EmulatedTControl>(first, second, this, trinary, kThreshold);
-    // The type takes part in matching, so it stands before the search.
+    // Set before the search, since matching compares the type.
     made->type = "control";
     MVR::Tag tag;
     made->toTag(tag);

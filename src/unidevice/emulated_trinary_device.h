@@ -20,13 +20,13 @@ public:
     /// Leaves both sources.
     ~EmulatedTControl() override;
 
-    /// The plain form, with the two sources as children that carry their `te_direction`.
+    /// Writes the plain form, with the two sources as children that carry their `te_direction`.
     void toTag(MVR::Tag& out) const override;
 
-    /// True if `tag` names this device and both sources, in either order.
+    /// Returns true if `tag` names this device and both sources, in either order.
     [[nodiscard]] bool matches(const MVR::Tag& tag) const override;
 
-    /// Computed at each call; 0 as soon as a source is gone.
+    /// Computed at each call. Returns 0 once a source is gone.
     [[nodiscard]] double getValue() const override;
 
     void controlRemoved(Control* control) override;
@@ -37,12 +37,12 @@ public:
 
 /// The built-in device "TrinaryEmulator", which keeps the emulated controls.
 ///
-/// It stands behind all other devices and takes no part in detection. A saved binding to an
-/// emulated control makes the control again on demand.
+/// It is last of all devices and does not participate in detection. A saved binding to an emulated
+/// control creates the control again on demand.
 class EmulatedTrinaryDevice : public Device,
                               public MVR::Util::DynamicCreator<EmulatedTrinaryDevice> {
 public:
-    /// Registers and joins the driver "dummydriver" if there is one.
+    /// Registers, and joins the driver "dummydriver" if there is one.
     EmulatedTrinaryDevice();
     ~EmulatedTrinaryDevice() override;
 
@@ -54,12 +54,11 @@ public:
     Control* detectControl(const std::vector<Control*>* excluded, void* context) override;
     void resetControls() override;
 
-    /// The control of these two sources, made if there is none yet and kept until the device goes.
-    /// Null if either source is null.
+    /// Returns the control of these two sources, created if there is none yet and kept until the
+    /// device is destroyed. Returns null if either source is null.
     Control* createControl(Control* first, Control* second);
 
-    /// How deep emulated controls may be built on emulated ones in saved bindings. The dialogs make
-    /// one level.
+    /// How deeply saved bindings may nest emulated controls. The dialogs create one level.
     static constexpr std::int32_t kMaxNesting = 16;
 
     std::vector<std::unique_ptr<EmulatedTControl>> controls; ///< in order of creation

@@ -23,7 +23,7 @@ std::vector<std::string> presetNames(const Tag& collection) {
     return names;
 }
 
-/// Takes the presets of this name out; gives the number of those that are left.
+/// Removes the presets of this name; returns the number of those that are left.
 std::int32_t takeOut(const std::string& name, Tag& tree, bool& isChanged) {
     std::int32_t left = 0;
     for (std::int32_t i = 0; i < tree.childCount(); ++i) {
@@ -39,12 +39,12 @@ std::int32_t takeOut(const std::string& name, Tag& tree, bool& isChanged) {
     return left;
 }
 
-/// Why the text of a file is not taken; empty if it is.
+/// Parses the text of a file; returns "", or why it is refused.
 std::string parse(const std::string& text, Tag& tree) {
     std::istringstream stream(text);
     const std::int32_t code = tree.read(stream);
     if (code != 0) {
-        Tag::Place place; // the tree is read without line ends, the place is told with them
+        Tag::Place place; // reading removes line ends, so parse again with them
         if (Tag().parse(text, place) == 0)
             return Tag::describeFault(code);
         return std::string(Tag::describeFault(code)) + ", line " + std::to_string(place.line) +
@@ -55,7 +55,7 @@ std::string parse(const std::string& text, Tag& tree) {
     return "";
 }
 
-/// A separator would lead to another folder; the path's other rules are the machine's.
+/// A separator would lead to another folder. All other rules for paths are the machine's.
 bool canBeFileName(const std::string& name) {
     for (const char c : name)
         if (c == '/' || c == '\\' || (c >= 0 && c < ' ') || c == 0x7F)
@@ -81,7 +81,8 @@ std::string ProfileManager::elementName(const Tag& element) const {
     return isPreset(preset) ? preset.attribute("name") : std::string();
 }
 
-/// The tree of a file of presets; else an empty one, with a line in the log unless it is missing.
+/// Returns the tree of a file of presets; else an empty one, with a line in the log unless the file
+/// is missing.
 Tag ProfileManager::readFile(const std::string& path) const {
     std::string text;
     Tag tree;
@@ -112,11 +113,11 @@ std::vector<Tag> ProfileManager::loadFile(std::string path) {
     return presets;
 }
 
-/// Why the file couldn't be written; empty if it was.
+/// Writes a file; returns "", or why it couldn't be written.
 std::string ProfileManager::writeFile(const Tag& file, const std::string& path) {
     const std::string text = file.toText("", "", "");
     Tag again;
-    // Not every text can be written into an attribute so that it is read again.
+    // A text that can be written into an attribute can't always be read again.
     if (text.size() > kMostFileBytes || !parse(text, again).empty() ||
         presetNames(again) != presetNames(file))
         return "its text could not be read again";
@@ -140,7 +141,7 @@ std::string ProfileManager::saveToFile(Tag element, std::string folder) {
         logFailure(kNotSaved, path, lock.getReason());
         return "";
     }
-    // The file may be a collection, or another preset's whose name differs in case only.
+    // The file may be a collection, or the file of another preset whose name differs only in case.
     for (Tag& other : loadFile(path))
         if (elementName(other) != name)
             file.addChild(std::move(other));
@@ -162,7 +163,7 @@ void ProfileManager::removeFromFile(Tag element, std::string path) {
     bool isChanged = isPreset(tree) && tree.attribute("name") == name;
     const std::int32_t left = isPreset(tree) ? 0 : takeOut(name, tree, isChanged);
     if (!isChanged)
-        return; // somebody else took it out
+        return; // somebody else removed it
     std::string fault;
     if (left > 0)
         fault = writeFile(tree, path);

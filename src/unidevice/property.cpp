@@ -15,7 +15,7 @@ struct Parameter {
     double Property::*field;
 };
 
-// In the order of the file.
+// In the order in which a file holds them.
 constexpr Parameter kParameters[] = {
     {"multiplier", &Property::multiplier},
     {"exponent", &Property::exponent},

@@ -19,8 +19,6 @@ namespace Stage {
 
 namespace {
 
-// The lens of every camera: the upright angle of a 36 by 24 mm picture behind 35 mm.
-constexpr double kFieldOfViewRadians = 0.66;
 constexpr double kNearestUnits = 0.01;
 constexpr double kFarthestUnits = 10000;
 
@@ -46,7 +44,7 @@ private:
     int addTimes(const std::vector<double>& times);
     void addChannel(tinygltf::Animation& animation, const char* path, int node, int times,
                     int values);
-    int addCamera(const std::string& name);
+    int addCamera(const StageNode& node, double start);
 
     tinygltf::Model model_;
     std::map<const StageNode*, int> indices_;
@@ -78,7 +76,7 @@ void GltfBuilder::addNodes(const std::vector<const StageNode*>& nodes, double st
         out.rotation = toNumbers(normalised(transform.rotation));
         out.scale = toNumbers(transform.scale);
         if (node->getKind() == MVR::kNodeCamera) {
-            out.camera = addCamera(out.name);
+            out.camera = addCamera(*node, start);
         }
         if (node->getMesh() != nullptr && node->isShown()) {
             out.mesh = addMesh(node->getMesh(), out.name);
@@ -93,11 +91,11 @@ void GltfBuilder::addNodes(const std::vector<const StageNode*>& nodes, double st
     }
 }
 
-int GltfBuilder::addCamera(const std::string& name) {
+int GltfBuilder::addCamera(const StageNode& node, double start) {
     tinygltf::Camera& camera = model_.cameras.emplace_back();
-    camera.name = name;
+    camera.name = toUtf8(node.getSceneName());
     camera.type = "perspective";
-    camera.perspective.yfov = kFieldOfViewRadians;
+    camera.perspective.yfov = toFieldOfView(node.evaluateLens(start)[kFocalLength]);
     camera.perspective.znear = kNearestUnits;
     camera.perspective.zfar = kFarthestUnits;
     return static_cast<int>(model_.cameras.size()) - 1;

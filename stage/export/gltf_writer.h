@@ -8,7 +8,8 @@ namespace Stage {
 class StageNode;
 
 /// The nodes as a glTF 2.0 file with its data inside: hierarchy, transforms, cameras, the triangles
-/// of meshes without texture coordinates, and one animation of position and rotation.
+/// of meshes without texture coordinates, and one animation of position and rotation. The format
+/// can't animate a lens: a camera has the field of view that it has at `start`.
 ///
 /// A node that is hidden keeps its place and shows no mesh. A triangle whose corner names no vertex
 /// is left out.

@@ -264,6 +264,14 @@ bool readNumbers(const std::vector<double>& from, std::array<double, Size>& to) 
     return true;
 }
 
+/// The field of view of a camera, or null for none; one that can't be leaves the lens.
+void readLens(const tinygltf::Camera* from, Lens& to) {
+    if (from != nullptr && from->type == "perspective") {
+        const double focalLength = toFocalLength(from->perspective.yfov);
+        to[kFocalLength] = isLensNumber(focalLength) ? focalLength : to[kFocalLength];
+    }
+}
+
 bool readTransform(const tinygltf::Node& from, Transform& to) {
     if (from.matrix.empty()) {
         return readNumbers(from.translation, to.position) &&
@@ -339,6 +347,7 @@ bool readGltf(const std::string& bytes, const std::string& folder, std::vector<I
         node.parent = step.parent;
         node.record.name = from->name.empty() ? "Node_" + std::to_string(step.node) : from->name;
         node.record.kind = from->camera >= 0 ? MVR::kNodeCamera : MVR::kNodeHelper;
+        readLens(itemAt(model.cameras, from->camera), node.record.lens);
         if (!readTransform(*from, node.record.rest)) {
             error = name + ": its transform can't be read";
             return false;

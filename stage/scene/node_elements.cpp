@@ -2,8 +2,10 @@
 
 #include "core/contract/adaptor_interface.h"
 #include "stage/base/text.h"
+#include "stage/scene/lens.h"
 #include "stage/scene/tag_numbers.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -93,6 +95,24 @@ bool readVisible(const char* word, Reading& node) {
     node.record.isVisible = text == "true";
     return text == "true" || text == "false" ||
            node.fail(std::string("\"") + word + "\" is to be true or false, not " + shown(text));
+}
+
+void writeLens(const char* word, Writing& node) {
+    if (node.record.kind == MVR::kNodeCamera) {
+        node.out.addChild(toTag(word, node.record.lens));
+    }
+}
+
+/// A file from before the lens could be set has none.
+bool readLens(const char* word, Reading& node) {
+    if (node.tag.child(word).isEmpty()) {
+        return true;
+    }
+    Lens& lens = node.record.lens;
+    return readNumbers(node.tag, word, lens, node.reason) &&
+           (std::all_of(lens.begin(), lens.end(), isLensNumber) ||
+            node.fail(std::string("\"") + word + "\" is to hold numbers above 0, not " +
+                      shown(node.text(word))));
 }
 
 void writeCurves(const char* word, Writing& node) {
@@ -210,6 +230,7 @@ constexpr NodeElement kElements[] = {
     restElement<&Transform::position>("position"),
     restElement<&Transform::rotation>("rotation"),
     restElement<&Transform::scale>("scale"),
+    {"lens", writeLens, readLens},
     {"highpoly",
      [](const char* word, Writing& node) {
          for (const std::string& name : node.record.highPolyNames) {

@@ -66,6 +66,23 @@ void NodeTransform::setRotation(const double quaternion[4]) {
     node_.setRotation(time_, {quaternion[0], quaternion[1], quaternion[2], quaternion[3]});
 }
 
+NodeLens* NodeLens::open(double time) {
+    if (isOpen_) {
+        return nullptr;
+    }
+    isOpen_ = true;
+    time_ = time;
+    return this;
+}
+
+double NodeLens::get(LensPart part) const {
+    return node_.evaluateLens(time_)[part];
+}
+
+void NodeLens::set(LensPart part, double value) {
+    node_.setLens(time_, part, value);
+}
+
 void NodeMesh::get(MVR::CMesh& mesh) {
     mesh = *node_.getMesh();
 }

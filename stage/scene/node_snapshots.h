@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plugins/contract/snapshots.h"
+#include "stage/scene/lens.h"
 
 namespace Stage {
 
@@ -25,6 +26,31 @@ public:
     void setRotation(const double quaternion[4]) override;
 
 private:
+    StageNode& node_;
+    double time_ = 0.0;
+    bool isOpen_ = false;
+};
+
+/// The lens of one camera at one time. Part of its node; one may be out at a time.
+class NodeLens final : public MVR::LensSnapshot {
+public:
+    explicit NodeLens(StageNode& node) : node_(node) {}
+
+    /// Null if it is out already.
+    NodeLens* open(double time);
+
+    double getFocalLengthMm() override { return get(kFocalLength); }
+    void setFocalLengthMm(double millimetres) override { set(kFocalLength, millimetres); }
+    double getFocusDistance() override { return get(kFocusDistance); }
+    void setFocusDistance(double distance) override { set(kFocusDistance, distance); }
+    double getFNumber() override { return get(kFNumber); }
+    void setFNumber(double fNumber) override { set(kFNumber, fNumber); }
+    void release() override { isOpen_ = false; }
+
+private:
+    [[nodiscard]] double get(LensPart part) const;
+    void set(LensPart part, double value);
+
     StageNode& node_;
     double time_ = 0.0;
     bool isOpen_ = false;

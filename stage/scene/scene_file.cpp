@@ -179,9 +179,10 @@ SceneData takeScene(const Scene& scene, const Timeline& timeline, const ToolName
         indices.emplace(node.get(), static_cast<std::int32_t>(indices.size()));
         const auto tool = tools.find(node->getOwner());
         data.nodes.emplace_back().record = {
-            node->getName(), node->getSceneName(), tool != tools.end() ? tool->second : "",
-            node->getKind(), node->getRest(),      node->getCurves(),
-            node->getMesh(), node->isShown(),      node->getHighPolyNames()};
+            node->getName(),         node->getSceneName(), tool != tools.end() ? tool->second : "",
+            node->getKind(),         node->getRest(),      node->getRestLens(),
+            node->getCurves(),       node->getMesh(),      node->isShown(),
+            node->getHighPolyNames()};
     }
     for (std::size_t i = 0; i < data.nodes.size(); ++i) {
         const auto parent = indices.find(scene.getNodes()[i]->getParentNode());

@@ -34,6 +34,7 @@ StageNode::StageNode(Scene& scene, NodeRecord record)
     hostName_ = std::move(record.sceneName);
     savedOwner_ = std::move(record.tool);
     rest_ = record.rest;
+    lens_ = record.lens;
     curves_ = std::move(record.curves);
     mesh_ = std::move(record.mesh);
     isVisible_ = record.isVisible;
@@ -164,6 +165,7 @@ MVR::SceneNode* StageNode::duplicate(std::int32_t flag) {
     (void)flag;
     StageNode* copy = scene_.create(name_, nullptr, kind_, parent_);
     copy->rest_ = rest_;
+    copy->lens_ = lens_;
     copy->curves_ = curves_;
     copy->mesh_ = mesh_;
     copy->isVisible_ = isVisible_;
@@ -181,8 +183,7 @@ MVR::HelperSnapshot* StageNode::getHelperSnapshot() {
 }
 
 std::intptr_t StageNode::getLensSnapshot(double time) {
-    (void)time;
-    return 0; // The stage's cameras have one fixed lens.
+    return MVR::LensSnapshot::toHandle(hasLens() ? lensSnapshot_.open(time) : nullptr);
 }
 
 void StageNode::startRecording(double time) {
@@ -193,11 +194,24 @@ void StageNode::startRecording(double time) {
     // The key at the start holds what stood there, so that animation before it keeps its form, and
     // whatever runs again from here starts from the same pose.
     const Transform start = evaluate(time);
-    for (Curve& curve : curves_) {
-        curve.eraseFrom(time);
+    for (std::size_t i = 0; i < kFirstLensCurve; ++i) {
+        curves_[i].eraseFrom(time);
     }
     setKeys(time, 0, start.position.data(), start.position.size());
     setKeys(time, kFirstRotationCurve, start.rotation.data(), start.rotation.size());
+    startLens(time);
+}
+
+void StageNode::startLens(double time) {
+    const Lens start = evaluateLens(time);
+    for (std::size_t i = 0; i < start.size(); ++i) {
+        Curve& curve = curves_[kFirstLensCurve + i];
+        curve.eraseFrom(time);
+        // Few takes write to a lens: one that stays as it was gets no key.
+        if (curve.evaluate(time, lens_[i]) != start[i]) {
+            curve.setKey(time, start[i]);
+        }
+    }
 }
 
 std::intptr_t StageNode::firstExtension(double time) {
@@ -247,6 +261,18 @@ Matrix StageNode::evaluateGlobal(double time) const {
     return global;
 }
 
+bool StageNode::hasLens() const {
+    return kind_ == MVR::kNodeCamera;
+}
+
+Lens StageNode::evaluateLens(double time) const {
+    Lens result;
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        result[i] = curves_[kFirstLensCurve + i].evaluate(time, lens_[i]);
+    }
+    return result;
+}
+
 void StageNode::setKeys(double time, std::size_t firstCurve, const double* values,
                         std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -284,6 +310,20 @@ void StageNode::setTransform(double time, const Transform& transform) {
     if (!isSameScale(rest.scale, rest_.scale)) {
         setRest(rest);
     }
+}
+
+void StageNode::setLens(double time, LensPart part, double value) {
+    if (!isLensNumber(value)) {
+        return;
+    }
+    if (scene_.isRecording()) {
+        setKeys(time, kFirstLensCurve + part, &value, 1);
+        scene_.notifyKey(*this, time);
+        return;
+    }
+    Lens lens = lens_;
+    lens[part] = value;
+    change(&StageNode::lens_, lens);
 }
 
 void StageNode::setRest(const Transform& rest) {

@@ -3,6 +3,7 @@
 #include "plugins/contract/c_mesh.h"
 #include "plugins/contract/scene_node.h"
 #include "stage/scene/curve.h"
+#include "stage/scene/lens.h"
 #include "stage/scene/node_snapshots.h"
 #include "stage/scene/transform.h"
 
@@ -17,11 +18,13 @@ namespace Stage {
 
 class Scene;
 
-/// The animated numbers of a node, in this order everywhere.
-inline constexpr std::size_t kCurveCount = 7;
-inline constexpr std::array<const char*, kCurveCount> kCurveNames = {"tx", "ty", "tz", "qx",
-                                                                     "qy", "qz", "qw"};
+/// The animated numbers of a node, in this order everywhere. Those of the lens are a camera's
+/// alone.
+inline constexpr std::size_t kCurveCount = 10;
+inline constexpr std::array<const char*, kCurveCount> kCurveNames = {
+    "tx", "ty", "tz", "qx", "qy", "qz", "qw", "focallength", "focusdistance", "fnumber"};
 inline constexpr std::size_t kFirstRotationCurve = 3;
+inline constexpr std::size_t kFirstLensCurve = 7;
 using Curves = std::array<Curve, kCurveCount>;
 /// A mesh that isn't changed any more, only put in place of another; null for none.
 using SharedMesh = std::shared_ptr<const MVR::CMesh>;
@@ -33,14 +36,15 @@ struct NodeRecord {
     std::string tool;      ///< name of the tool that owns it; empty for a plain object
     std::intptr_t kind = 0;
     Transform rest;
+    Lens lens = kDefaultLens; ///< at rest; of a camera
     Curves curves;
     SharedMesh mesh;
     bool isVisible = true;
     std::vector<std::string> highPolyNames;
 };
 
-/// One object of the scene: a place below a parent, a transform at rest, seven curves that rule
-/// position and rotation where they have keys, a scale, a visibility, a mesh.
+/// One object of the scene: a place below a parent, a transform and a lens at rest, curves that
+/// rule position, rotation and lens where they have keys, a scale, a visibility, a mesh.
 ///
 /// The "faces" of a mesh are the corners of triangles here, three indices each; so are its
 /// "textureFaces", and both lists have one entry a corner. Tools and models do the same.
@@ -89,6 +93,8 @@ public:
     [[nodiscard]] const std::vector<StageNode*>& getChildren() const { return children_; }
     [[nodiscard]] const Curves& getCurves() const { return curves_; }
     [[nodiscard]] const Transform& getRest() const { return rest_; }
+    [[nodiscard]] const Lens& getRestLens() const { return lens_; }
+    [[nodiscard]] bool hasLens() const;
     /// Null for none; nodes that were copied from one another share it.
     [[nodiscard]] const SharedMesh& getMesh() const { return mesh_; }
     [[nodiscard]] bool isShown() const { return isVisible_; }
@@ -97,12 +103,15 @@ public:
     /// was written where they don't.
     [[nodiscard]] Transform evaluate(double time) const;
     [[nodiscard]] Matrix evaluateGlobal(double time) const;
+    [[nodiscard]] Lens evaluateLens(double time) const;
 
     /// While a take runs these set one key at `time` on each curve that they name; else they change
     /// the values at rest, which stay if the new ones aren't finite. The scale has no curve.
     void setPosition(double time, const Vector3& position);
     void setRotation(double time, const Quaternion& rotation);
     void setTransform(double time, const Transform& transform);
+    /// A number that no lens has changes nothing.
+    void setLens(double time, LensPart part, double value);
 
     void setMesh(SharedMesh mesh);
     void setOwner(MVR::CInterface* owner);
@@ -121,6 +130,7 @@ private:
     /// What isn't finite leaves the node where it is.
     void setRest(const Transform& rest);
     void setKeys(double time, std::size_t firstCurve, const double* values, std::size_t count);
+    void startLens(double time);
     Quaternion evaluateRotation(double time) const;
     /// The place among the parent's children; 0 for a root.
     std::size_t getIndex() const;
@@ -133,6 +143,7 @@ private:
     StageNode* parent_ = nullptr;
     std::vector<StageNode*> children_;
     Transform rest_;
+    Lens lens_ = kDefaultLens;
     Curves curves_;
     SharedMesh mesh_;
     std::string savedOwner_;
@@ -140,6 +151,7 @@ private:
     std::int32_t handles_ = 0; // given out and not yet back
     NodeTransform snapshot_{*this};
     NodeTransform access_{*this};
+    NodeLens lensSnapshot_{*this};
     NodeMesh meshSnapshot_{*this};
     NodeHelper helper_{*this};
 };

@@ -31,7 +31,7 @@ Json keyCounts(const std::vector<const StageNode*>& nodes) {
     Json counts = Json::object();
     for (const StageNode* node : nodes) {
         Json& ofNode = counts[toUtf8(node->getSceneName())];
-        for (std::size_t i = 0; i < kCurveCount; ++i) {
+        for (std::size_t i = 0; i < (node->hasLens() ? kCurveCount : kFirstLensCurve); ++i) {
             ofNode[kCurveNames[i]] = node->getCurves()[i].getKeys().size();
         }
     }
@@ -47,13 +47,15 @@ std::string line(const char* label, const char* format, Values... values) {
     return result + text + "\n";
 }
 
+/// Of positions and rotations, which a take writes in each frame.
 std::string keysPerCurve(const std::vector<const StageNode*>& nodes) {
     std::size_t least = std::numeric_limits<std::size_t>::max();
     std::size_t most = 0;
     for (const StageNode* node : nodes) {
-        for (const Curve& curve : node->getCurves()) {
-            least = std::min(least, curve.getKeys().size());
-            most = std::max(most, curve.getKeys().size());
+        for (std::size_t i = 0; i < kFirstLensCurve; ++i) {
+            const std::size_t keys = node->getCurves()[i].getKeys().size();
+            least = std::min(least, keys);
+            most = std::max(most, keys);
         }
     }
     least = std::min(least, most);

@@ -104,6 +104,9 @@ TEST(ContractTest, TheOperationsOfToolsAndSceneStandInTheirPlaces) {
                 &TransformSnapshot::getGlobal, &TransformSnapshot::setGlobal,
                 &TransformSnapshot::getPosition, &TransformSnapshot::setPosition,
                 &TransformSnapshot::getRotation, &TransformSnapshot::setRotation);
+    expectSlots("lens", 0, &LensSnapshot::getFocalLengthMm, &LensSnapshot::setFocalLengthMm,
+                &LensSnapshot::getFocusDistance, &LensSnapshot::setFocusDistance,
+                &LensSnapshot::getFNumber, &LensSnapshot::setFNumber, &LensSnapshot::release);
     expectSlots("mesh", 0, &MeshSnapshot::get);
     expectSlots("helper", 0, &HelperSnapshot::set);
     expectSlots("undo", 0, &CUndo::restore, &CUndo::redo, &CUndo::destroy);

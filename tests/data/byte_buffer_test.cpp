@@ -25,7 +25,7 @@ std::string little32(std::uint32_t value) {
     return bytes;
 }
 
-// A block with the table's records in the order given.
+// A block with the table's records in this order.
 std::string block(const std::vector<std::pair<char, std::uint32_t>>& table, std::uint32_t size,
                   const std::string& payload) {
     std::string bytes = little32(0x005331CA) + little32(100) +
@@ -46,7 +46,7 @@ TEST(ByteBufferTest, WritesTheBlockFormat) {
     EXPECT_EQ(text(ByteBuffer().compress()), block({}, 0, ""));
     EXPECT_EQ(text(ByteBuffer(nullptr, 3)), std::string(3, '\0'));
 
-    // A block of the first version, which must go on loading.
+    // A block of the first version, which must stay readable.
     ByteBuffer file;
     ASSERT_TRUE(file.readFile(MIRVANE_TEST_FILES "block_100.bin"));
     EXPECT_EQ(text(file.decompress()), "<id>34</id>\r\n\xC3\xA4");
@@ -79,12 +79,12 @@ TEST(ByteBufferTest, RoundTripsAnyBytes) {
 }
 
 TEST(ByteBufferTest, TiesAndOddTablesDecodeByTheTable) {
-    // All weights equal: the table's order alone gives the codes, left to right.
+    // All weights equal: only the table's order defines the codes, from left to right.
     EXPECT_EQ(decoded(block({{'a', 1}, {'b', 1}, {'c', 1}, {'d', 1}}, 4, "\xD8")), "abcd");
     EXPECT_EQ(decoded(block({{'d', 1}, {'c', 1}, {'b', 1}, {'a', 1}}, 4, "\xD8")), "dcba");
-    // A merged node stands behind a leaf of its weight: b and c together weigh as much as a.
+    // A merged node comes after a leaf of its weight: b and c together weigh as much as a.
     EXPECT_EQ(decoded(block({{'b', 1}, {'c', 1}, {'a', 2}}, 3, "\x0A")), "abb");
-    // Weights that overflow 32 bits when they are added, that are 0, or that stand in no order.
+    // Weights that overflow 32 bits when they are added, that are 0, or that are in no order.
     for (std::uint32_t weight : {0u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
         EXPECT_EQ(decoded(block({{'a', weight}, {'b', weight}}, 4, "\x05")), "baba");
     std::vector<std::pair<char, std::uint32_t>> chain;

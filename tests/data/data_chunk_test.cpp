@@ -44,9 +44,9 @@ TEST(Base64BufferTest, ReadsOddPaddingAndRefusesTheRest) {
     const std::pair<std::string, std::string> sound[] = {
         {"YWJjYQ==YWJj", "abcaabc"},        // a padded group in the middle
         {"YWI=YQ==", "aba"},                //
-        {"YQ=x", std::string("a\0", 2)},    // "=" in the third place alone
-        {"YW=!YWJj", std::string("a`abc")}, // whatever stands in the fourth
-        {"YR==", "a"},                      // bits behind the last byte
+        {"YQ=x", std::string("a\0", 2)},    // only the third character is "="
+        {"YW=!YWJj", std::string("a`abc")}, // whatever the fourth is
+        {"YR==", "a"},                      // bits after the last byte
     };
     for (const auto& [text, plain] : sound)
         EXPECT_EQ(bytes(Base64Buffer(text)), plain) << text;
@@ -90,7 +90,7 @@ TEST(DataChunkTest, WritesTheFlatFormAndReadsItBack) {
     root.setName("root");
     root.setData("\1\2", 2);
     root.addChild(inner).addChild(DataChunk("in", "second", 6));
-    root.addChild(root); // of itself, as it is by then
+    root.addChild(root); // a copy of itself as it is now
     const std::string own = head(2, 2, 4) + "root\1\2" + head(3, 2, 2) + "inxyz" + head(2, 0, 4) +
                             std::string("zero\0\0", 6) + head(0, 0, 0) + head(6, 0, 2) + "insecond";
     const std::string form = head(2, 3, 4) + own.substr(12) + own;
@@ -104,7 +104,7 @@ TEST(DataChunkTest, WritesTheFlatFormAndReadsItBack) {
     EXPECT_TRUE(read.child("root").child("in").hasChild("zero"));
 }
 
-TEST(DataChunkTest, GivesAnEmptyChunkForAMissingOne) {
+TEST(DataChunkTest, ReturnsAnEmptyChunkForAMissingOne) {
     DataChunk root;
     EXPECT_FALSE(root.hasChild("a"));
     root.child("a").setData("left", 4);
@@ -122,7 +122,7 @@ TEST(DataChunkTest, StaysInsideDamagedBytes) {
         const std::string part = form.substr(0, cut); // a heap block of its own, with guards
         DataChunk chunk("before", "x", 1);
         EXPECT_EQ(chunk.parse(part.data(), part.size()), nullptr) << cut;
-        // The least that two children take is asked for with the head.
+        // The head asks for at least the size of two children.
         const bool hasHead = cut >= 13 + 2 * 12;
         EXPECT_EQ(chunk.name(), hasHead ? "" : "before") << cut;
         EXPECT_EQ(chunk.hasChild("a"), hasHead) << cut;
@@ -169,7 +169,7 @@ TEST(PackedTagTest, PacksATreeAndUnpacksIt) {
     Tag restored = packed;
     EXPECT_TRUE(unpackTag(restored));
     EXPECT_EQ(restored, tree);
-    // Text that was packed without compression, and without its zero byte.
+    // Text packed without compression and without its zero byte.
     Tag plain("<a compressed=\"1\">" + encoded("<b/>") + "</a>");
     EXPECT_TRUE(unpackTag(plain));
     EXPECT_EQ(plain, Tag("<b/>"));

@@ -1,4 +1,4 @@
-// Files as earlier versions wrote them: each still loads, with all that it holds.
+// Files as earlier versions wrote them. Each still loads, with all that it holds.
 
 #include "instance/plugin_instance.h"
 #include "osc_config.h"
@@ -43,7 +43,7 @@ protected:
         CoreTest::SetUp();
         kind_ = &ScriptedPlugin::add("Rig");
         kind_->properties = {"Move", "Turn"};
-        (new ScriptedDevice("Stick"))->add("axis", UniDevice::finite, 3); // the handler's now
+        (new ScriptedDevice("Stick"))->add("axis", UniDevice::finite, 3); // the handler owns it
     }
 
     std::string readTools() {
@@ -83,7 +83,7 @@ protected:
         return all.str();
     }
 
-    ScriptedPlugin* kind_ = nullptr; // the core's
+    ScriptedPlugin* kind_ = nullptr; // the core owns it
 };
 
 TEST_F(StoredFilesTest, EachLoadsWithAllThatItHolds) {

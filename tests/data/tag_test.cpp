@@ -17,7 +17,7 @@ const std::string kSample = "<?xml version=\"1.0\"?>\n<MVR>\n\t<MVR_Plugin name=
                             "\t\t<id>34</id>\n\t\t<note q='say \"x\"' r=\"&#34;'&#10;\">a > b&#38;c"
                             "</note>\n\t\t<empty/>\n\t</MVR_Plugin>\n</MVR>";
 
-// A text, its code, and what the tree is written as, without line ends and indentation.
+// A text, its code, and how the tree is written, without line ends and indentation.
 const struct {
     std::string text;
     int code;
@@ -126,7 +126,7 @@ TEST(TagTest, TellsWhereAFaultIs) {
 }
 
 TEST(TagTest, SurvivesACutAtEveryByte) {
-    // Whole without its last byte, and with the line end behind the header as its root.
+    // Complete without its last byte, and with the line end after the header as its root.
     const std::set<std::size_t> whole{22, kSample.size() - 1};
     for (std::size_t size = 0; size < kSample.size(); ++size) {
         Tag tag;
@@ -136,7 +136,7 @@ TEST(TagTest, SurvivesACutAtEveryByte) {
     }
 }
 
-TEST(TagTest, WritesEachKindInItsPlace) {
+TEST(TagTest, WritesEachKind) {
     Tag tag;
     ASSERT_EQ(tag.parse(kSample), 0);
     EXPECT_EQ("<?xml version=\"1.0\"?>\n" + tag.toText("\n", "\t", ""), kSample);
@@ -278,7 +278,7 @@ TEST(TagTest, FilesAreReadByLineAndReplacedWhole) {
     EXPECT_EQ(tag, sample);
     EXPECT_FALSE(sample.save(folder.path + "missing/tree.xml"));
 
-    // A file of the first version, which must go on loading.
+    // A file of the first version, which must stay readable.
     EXPECT_EQ(tag.load(MIRVANE_TEST_FILES "tag_1.xml"), 0);
     EXPECT_EQ(tag, Tag(kSample));
 }

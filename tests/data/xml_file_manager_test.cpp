@@ -13,7 +13,7 @@ namespace {
 using namespace MVR;
 using testing::HasSubstr;
 
-/// A file of this list has a line "name value" for each element.
+/// A list whose files have a line "name value" for each element.
 class LineList final : public XMLFileManager {
 public:
     std::string saveToFile(Tag element, std::string folder) override {
@@ -77,7 +77,7 @@ struct FileListTest : testing::Test {
     LineList list;
 };
 
-TEST_F(FileListTest, LaterSourcesReplaceAndKeepThePlace) {
+TEST_F(FileListTest, LaterSourcesReplaceAtTheSamePosition) {
     folder.add("own.old/f.lst", "F 6");
     for (const char* path : {"missing", "missing.xml", "own.old"})
         list.addSourcePath(folder.path + path);

@@ -12,7 +12,7 @@ namespace {
 
 TEST(XmlResourcesTest, ExpandsTheTwoPathMacros) {
     TemporaryFolder folder;
-    // Folders whose names hold a macro are not expanded without end.
+    // Folders whose names hold a macro must not be expanded without end.
     const std::string registry = folder.add("registry.ini", R"(
         [Software\Microsoft\Windows\CurrentVersion\Explorer\Shell Folders]
         Personal=/home/[DATAPATH]

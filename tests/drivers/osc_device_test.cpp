@@ -39,9 +39,9 @@ struct OscDeviceTest : testing::Test {
     }
 };
 
-// With a device on a port of its own.
+// With a device on a free port.
 struct LiveOscTest : OscDeviceTest {
-    OscDevice& device = *new OscDevice({"127.0.0.1", 0}); // the handler's
+    OscDevice& device = *new OscDevice({"127.0.0.1", 0}); // the handler owns it
     UdpSender sender{device.port()};
 };
 
@@ -122,7 +122,7 @@ TEST_F(LiveOscTest, DetectionFindsQuickAndSlowMoves) {
     EXPECT_LT(fader->value, fader->previousValue) << "the direction of the move";
     EXPECT_EQ(device.detectControl(nullptr, nullptr), nullptr) << "found once";
 
-    // The user goes on to a second control, with the first left out.
+    // The user looks for a second control, with the first left out.
     device.resetControls();
     EXPECT_EQ(fader->value, 0.0);
     EXPECT_TRUE(device.prepareDetection());
@@ -173,7 +173,7 @@ TEST_F(LiveOscTest, AFloodOfBytesDoesNotHoldUpAnUpdate) {
     EXPECT_EQ(count->value, 99.0) << "all was read in the end";
 }
 
-TEST_F(LiveOscTest, ATakenPortIsALineInTheLog) {
+TEST_F(LiveOscTest, APortInUseIsLogged) {
     auto* late = new OscDevice({"127.0.0.1", device.port()});
     late->deviceIndex = 1;
     EXPECT_EQ(lines("(ERROR): OSC: unable to listen on 127.0.0.1 port " +

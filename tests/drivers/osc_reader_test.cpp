@@ -11,8 +11,8 @@
 
 namespace {
 
-// The values of a packet, such as "/a 0 1.5, /a 1 2"; "refused" if it is broken. The bytes lie in
-// memory of their exact size, so that a sanitizer sees each read beyond them.
+// Returns the values of a packet, such as "/a 0 1.5, /a 1 2", or "refused" if it is broken. The
+// bytes are in memory of their exact size, so that a sanitizer sees each read beyond them.
 std::string values(const std::string& packet) {
     const std::unique_ptr<char[]> exact(new char[packet.size()]);
     std::memcpy(exact.get(), packet.data(), packet.size());
@@ -65,7 +65,7 @@ TEST(OscReaderTest, RefusesWhatIsBroken) {
         oscBundle({oscMessage("/a", "sd", "word", 1.0), oscMessage("/b", "i", 2)});
     const std::string first = oscBundle({oscMessage("/a", "sd", "word", 1.0)});
     for (std::size_t size = 0; size < whole.size(); ++size) {
-        // A bundle may end behind its head and behind each element.
+        // A bundle may end after its head and after each element.
         const bool isBundle = size == 16 || size == first.size();
         EXPECT_EQ(values(whole.substr(0, size)) == "refused", !isBundle) << size;
     }

@@ -38,7 +38,7 @@ template <class... Arguments>
 std::string oscMessage(const std::string& address, const std::string& types,
                        Arguments... arguments) {
     lo_message message = lo_message_new();
-    // The library's own name, since its macro wants the end marks to stand in the call.
+    // The function behind the library's macro, which accepts the end marks only in the call itself.
     lo_message_add_internal(message, __FILE__, __LINE__, types.c_str(), arguments..., LO_MARKER_A,
                             LO_MARKER_B);
     std::size_t size = 0;

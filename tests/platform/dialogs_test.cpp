@@ -22,7 +22,7 @@ void countThreadTimer(TimerId, std::uint32_t) {
     ++threadTimerEvents;
 }
 
-/// Works in slices like a long task: each slice arms the dialog's timer for the next.
+/// Works in slices, like a long computation: each slice arms the dialog's timer for the next.
 class SlicedWork : public DialogLogic {
 public:
     void onOpen(DialogHandle dialog) override {

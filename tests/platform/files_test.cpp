@@ -38,7 +38,7 @@ TEST(Files, PathsFoldToWhatIsThere) {
         {root + "data\\CORE\\\\core.log", root + "Data/Core/Core.log"},
         {root + "Data/core.LOG", root + "Data/core.LOG"},           // the exact name first
         {root + "Data/core.log", root + "Data/CORE.log"},           // else the first in byte order
-        {root + "DATA//new\\File.txt", root + "Data/new/File.txt"}, // what isn't there stays
+        {root + "DATA//new\\File.txt", root + "Data/new/File.txt"}, // a missing name stays
         {root + "data\\core\\", root + "Data/Core/"},
         {root + "data/core/core.log/below", root + "Data/Core/Core.log/below"},
         {"\\\\", "/"},
@@ -76,7 +76,7 @@ TEST(Files, ListsByWildcardInByteOrder) {
     EXPECT_EQ(listed(folder.path + "*e*t*"), "noext ");
     EXPECT_EQ(listed(folder.path + "missing/*"), "");
     EXPECT_EQ(listed(folder.path + "noext/*"), "");
-    // Many stars over a long name must not take for ever.
+    // Many stars over a long name must not run for ever.
     folder.add(std::string(200, 'a'));
     EXPECT_EQ(listed(folder.path + "a*a*a*a*a*a*a*a*a*a*a*a*a*b"), "");
 }

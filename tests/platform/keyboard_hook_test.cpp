@@ -9,7 +9,7 @@ using namespace MVR::Platform;
 
 namespace {
 
-/// What the hooks saw: a letter of the hook, the key, "-" for a release, "a" with Alt.
+/// What the hooks saw: a letter for the hook, the key, "-" for a release, "a" with Alt.
 std::string seen;
 HookHandle oldest, middle, newest;
 enum class Act { Pass, Swallow, RemoveSelf, RemoveOlder, Install } act;

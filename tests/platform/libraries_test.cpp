@@ -15,7 +15,7 @@ Function* find(LibraryHandle library, const char* name) {
     return reinterpret_cast<Function*>(findFunction(library, name));
 }
 
-TEST(Libraries, LoadFromAFolderKnowTheirPlaceAndUnload) {
+TEST(Libraries, LoadFromAFolderKnowTheirPathAndUnload) {
     TemporaryFolder folder;
     std::filesystem::copy_file(PLATFORM_SAMPLE_LIBRARY, folder.path + "Sample.so");
     const std::string before = currentFolder();

@@ -36,7 +36,7 @@ protected:
     static void set(const std::string& name, const std::string& value) {
         setenv(name.c_str(), value.c_str(), 1);
     }
-    /// The value, or "key" or "value" in brackets for what is missing.
+    /// Returns the value, or what is missing, "key" or "value", in brackets.
     static std::string read(Hive hive, const std::string& key, const std::string& name) {
         std::string out = "kept";
         switch (readRegistryValue(hive, key, name, out)) {

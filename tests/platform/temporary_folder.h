@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-/// An empty folder that goes with its object; its path ends with "/".
+/// An empty folder, removed with its object. Its path ends with "/".
 class TemporaryFolder {
 public:
     TemporaryFolder() {

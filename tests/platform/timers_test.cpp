@@ -133,7 +133,7 @@ TEST_F(Timers, RunOnTheRealClock) {
     EXPECT_GE(tickMs() - start, 6u);
 }
 
-TEST(Clock, HandClockMovesTheDateWithItAndGivesTheRealOneBack) {
+TEST(Clock, HandClockMovesTheDateWithItAndRestoresTheRealClock) {
     const auto text = [](const UtcTime& t) {
         std::string joined;
         for (std::int32_t part : {t.year, t.month, t.day, t.hour, t.minute, t.second}) {

@@ -34,6 +34,7 @@ protected:
             const double sign = i % 2 == 0 ? 3 : -3; // any length, any sign
             camera->setRotation(time, {0, sign * std::sin(angle), 0, sign * std::cos(angle)});
             camera->setPosition(time, {i == 7 ? NAN : i * 0.5, i == 8 ? INFINITY : 0, 1e300});
+            camera->setLens(time, kFocalLength, 12 + i); // the half height, at the start
             rig->setPosition(time * 1e-7, {time, 0, 0}); // one time but for single precision
         }
         rig->setRotation(0, {0, 0, 0, 0});
@@ -79,6 +80,7 @@ TEST_F(GltfTest, ReadsBackAsItWasMeant) {
     EXPECT_EQ(model.nodes[0].children, std::vector<int>{1});
     EXPECT_EQ(model.nodes[1].children, std::vector<int>{2});
     EXPECT_EQ(model.nodes[1].camera, 0);
+    EXPECT_NEAR(model.cameras[0].perspective.yfov, M_PI / 2, 1e-12) << "the lens at the start";
     EXPECT_EQ(model.nodes[2].translation, (std::vector<double>{1, 2, 3}));
     ASSERT_EQ(model.meshes.size(), 1U);
     EXPECT_EQ(model.nodes[0].mesh, 0);
@@ -135,8 +137,8 @@ TEST_F(GltfTest, TheTableHoldsEachKeyToTheLastBit) {
     scene.create("odd, \"one\"", nullptr, MVR::kNodeHelper, nullptr)
         ->setPosition(1.0 / 3, {0.1 + 0.2, -0.0, 5e-324});
     EXPECT_EQ(toCurveTable({scene.getNodes().back().get()}),
-              "node,time,tx,ty,tz,qx,qy,qz,qw\n"
-              "\"odd, \"\"one\"\"\",0.3333333333333333,0.30000000000000004,-0,5e-324,,,,\n");
+              "node,time,tx,ty,tz,qx,qy,qz,qw,focallength,focusdistance,fnumber\n"
+              "\"odd, \"\"one\"\"\",0.3333333333333333,0.30000000000000004,-0,5e-324,,,,,,,\n");
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -27,11 +28,13 @@ protected:
         mesh->faces = {0, 1, 2};
         hand.setMesh(mesh);
         hand.getHighPolyNames() = {"Body", "Wheel 2"};
+        hand.setLens(0, kFNumber, 0.1 + 0.2);
         rig.hide();
         rig.setTransform(0, {{0.1 + 0.2, -0.0, 5e-324}, {3, 0, 0, -4}, {-1, 1, 1e9}});
         scene.setRecording(true);
         for (int i = 0; i < 100; ++i) {
             hand.setPosition(i / 30.0, {i * 0.1, i == 7 ? NAN : 1e300, -INFINITY});
+            hand.setLens(i / 30.0, kFocalLength, 24 + i / 7.0);
         }
         timeline.setRate(29.97);
         timeline.setRange(-1, 3);
@@ -67,6 +70,7 @@ TEST_F(SceneFileTest, AllOfASceneComesBackToTheLastBit) {
     EXPECT_EQ(hand.getSavedOwner(), "Hand");
     EXPECT_EQ(hand.getParentNode(), other.getNodes()[1].get());
     EXPECT_EQ(hand.getMesh()->faces.size(), 3U);
+    EXPECT_EQ(hand.evaluateLens(1), scene.getNodes()[0]->evaluateLens(1));
     EXPECT_TRUE(std::isnan(hand.getCurves()[1].getKeys()[7].value));
     EXPECT_EQ(other.getNodes()[1]->getRest(), scene.getNodes()[1]->getRest());
     EXPECT_FALSE(other.getNodes()[1]->isShown());
@@ -88,7 +92,7 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         const char* to;
         const char* reason;
     } cases[] = {
-        {"</node>", "</nod>", "a.scene:23:4: a close tag of another element"},
+        {"</node>", "</nod>", "a.scene:25:4: a close tag of another element"},
         {"<MirvaneScene version=\"1\">", "<Mesh/>", "is no scene but \"Mesh\""},
         {"version=\"1\">", "version=\"2\">", "version \"2\"; this stage reads version 1"},
         {"<rate>29.97", "<rate>0", "a rate of 0"},
@@ -103,6 +107,8 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         {"<visible>false", "<visible>no", "node 2 \"Rig\": \"visible\""},
         {"<scale>-1 1 1e+09", "<scale>-1 1", "\"scale\" is to hold 3 numbers"},
         {"<scale>-1 1 1e+09", "<scale>1 1 1 1", "holds \"1\" behind its numbers"},
+        {"<lens>35", "<lens>0", "\"lens\" is to hold numbers above 0, not \"0 10 "},
+        {"<lens>35", "<lens>", "\"lens\" is to hold 3 numbers"},
         {"<curve name=\"tx\">", "<curve name=\"zoom\">", "no curve \"zoom\""},
         {"<curve name=\"ty\">", "<curve name=\"tx\">", "\"tx\" is there twice"},
         {"<curve name=\"tx\">0 0 ", "<curve name=\"tx\">9 0 ", "key 2: the time doesn't rise"},
@@ -121,6 +127,14 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         EXPECT_NE(error.find(bad.reason), std::string::npos) << bad.to << "\n" << error;
         EXPECT_EQ(error.find(path), 0U) << error;
     }
+    // What an older stage wrote has no lens.
+    const std::size_t lens = good.find("<lens>");
+    folder.add("a.scene",
+               std::string(good).erase(lens, good.find("</lens>") + std::strlen("</lens>") - lens));
+    SceneData old;
+    ASSERT_TRUE(readSceneFile(path, old, error)) << error;
+    EXPECT_EQ(old.nodes[0].record.lens, kDefaultLens);
+
     for (std::size_t i = 0; i + 1 < good.size(); i += 1 + good.size() / 500) {
         folder.add("a.scene", good.substr(0, i));
         EXPECT_FALSE(readSceneFile(path, data, error)) << i;

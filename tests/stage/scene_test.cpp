@@ -74,6 +74,30 @@ TEST_F(SceneTest, ATakeGoesWithOneUndoAndLeavesWhatWasBefore) {
     EXPECT_EQ(node.evaluate(1).position[0], 3);
 }
 
+TEST_F(SceneTest, ACameraHasALensThatToolsReadAndSet) {
+    StageNode& camera = *scene.create("Camera", nullptr, MVR::kNodeCamera, nullptr);
+    EXPECT_EQ(make("Body").getLensSnapshot(0), 0) << "only cameras have one";
+    undo.begin("set the lens");
+    MVR::LensSnapshot* lens = MVR::LensSnapshot::fromHandle(camera.getLensSnapshot(0));
+    ASSERT_NE(lens, nullptr);
+    EXPECT_EQ(camera.getLensSnapshot(0), 0) << "one at a time";
+    lens->setFocalLengthMm(50);
+    lens->setFocusDistance(2.5);
+    lens->setFNumber(1.4);
+    for (const double none : {0.0, -1.0, double(NAN), double(INFINITY)}) {
+        lens->setFNumber(none);
+    }
+    EXPECT_EQ(lens->getFocalLengthMm(), 50);
+    EXPECT_EQ(lens->getFocusDistance(), 2.5);
+    EXPECT_EQ(lens->getFNumber(), 1.4) << "no lens has 0";
+    lens->release();
+    undo.end();
+    EXPECT_NE(camera.getLensSnapshot(0), 0);
+    EXPECT_EQ(keyCount(camera, kFirstLensCurve), 0U) << "no take runs";
+    ASSERT_TRUE(undo.undo());
+    EXPECT_EQ(camera.evaluateLens(0), kDefaultLens);
+}
+
 TEST_F(SceneTest, RotationTakesTheShorterWayWhateverTheSignsAndLengths) {
     StageNode& node = make("Camera");
     const double half = std::sqrt(0.5);

@@ -4,6 +4,8 @@
 #include "stage/scene/curve_copy.h"
 #include "stage/takes/resimulation.h"
 #include "tests/stage/session_test.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/property.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -39,10 +41,11 @@ TEST_F(TakeTest, OneKeyAFrameOnTheGridAndOneAtTheStart) {
     EXPECT_EQ(figures.endTime, 10 * 0.04);
     EXPECT_FALSE(figures.isCutShort);
     for (const StageNode* node : {object, camera}) {
-        for (const Curve& curve : node->getCurves()) {
-            ASSERT_EQ(curve.getKeys().size(), 11U);
-            for (std::size_t i = 0; i < 11; ++i) {
-                EXPECT_EQ(curve.getKeys()[i].time, static_cast<double>(i) * 0.04);
+        for (std::size_t curve = 0; curve < kCurveCount; ++curve) {
+            const std::vector<Key>& keys = node->getCurves()[curve].getKeys();
+            ASSERT_EQ(keys.size(), curve < kFirstLensCurve ? 11U : 0U) << "nobody zoomed";
+            for (std::size_t i = 0; i < keys.size(); ++i) {
+                EXPECT_EQ(keys[i].time, static_cast<double>(i) * 0.04);
             }
         }
     }
@@ -106,6 +109,46 @@ TEST_F(TakeTest, AResimulationRepeatsTheTakeAndFollowsAChangedSetting) {
     EXPECT_FALSE(session.getCore().isRecording());
     ASSERT_TRUE(session.undo.undo());
     EXPECT_EQ(table(), again);
+}
+
+TEST_F(TakeTest, AZoomSetsKeysWhereTheLensMovesAndIsSimulatedToTheSame) {
+    UniDevice::Control wheel(nullptr, UniDevice::infinite, 0);
+    const auto zoom = session.findProperties({"Camera", "Zoom", "", 0});
+    ASSERT_EQ(zoom.size(), 1U);
+    zoom[0]->bind(&wheel);
+    zoom[0]->deadzone = 0;
+    session.timeline.setRange(0, 0.4);
+    TakePlan plan;
+    plan.countdownSeconds = 0;
+    plan.autoExpand = false;
+    // Two movements: over the frames at 0.12 and 0.16, and in the one at 0.28.
+    plan.onFrame = [&wheel](double time) {
+        wheel.setValue((time > 0.1 && time < 0.18) || (time > 0.26 && time < 0.3) ? 50 : 0);
+    };
+    ASSERT_TRUE(runTake(session, plan, nullptr, {}, error)) << error;
+    const std::vector<Key>& keys = camera->getCurves()[kFirstLensCurve].getKeys();
+    const double expected[][2] = {{0.08, 35}, {0.12, 37}, {0.16, 39}, {0.24, 39}, {0.28, 41}};
+    ASSERT_EQ(keys.size(), std::size(expected)) << table();
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        EXPECT_NEAR(keys[i].time, expected[i][0], 1e-9);
+        EXPECT_NEAR(keys[i].value, expected[i][1], 1e-9);
+    }
+    const CurveCopy original(session.scene);
+    for (const double start : {0.0, 0.04, 0.08, 0.12, 0.16, 0.2, 0.24, 0.28, 0.32}) {
+        ASSERT_TRUE(resimulate(session, start, 0.4, {}, error)) << error;
+        const CurveCopy::Difference difference = CurveCopy(session.scene).compare(original);
+        EXPECT_TRUE(difference.isSameFrames && difference.largest < 1e-9) << start << '\n'
+                                                                          << table();
+    }
+    // A take without it leaves the lens as it was at its start, and one undo brings all back.
+    const CurveCopy before(session.scene);
+    plan.onFrame = {};
+    session.timeline.setTime(0.2);
+    ASSERT_TRUE(runTake(session, plan, nullptr, {}, error)) << error;
+    EXPECT_EQ(keys.size(), 3U);
+    EXPECT_EQ(camera->evaluateLens(0.4)[kFocalLength], keys.back().value);
+    ASSERT_TRUE(session.undo.undo());
+    EXPECT_EQ(CurveCopy(session.scene), before);
 }
 
 TEST_F(TakeTest, CtrlCStopsATakeWithoutEndAndKeepsIt) {

@@ -19,7 +19,7 @@ inline std::string identifierOf(std::int32_t code) {
     return ErrorCode::instance()->find(code).getIdentifier();
 }
 
-/// Each line stands in the text at or behind the one before it.
+/// Expects each line in the text, at or after the one before it.
 inline void expectInOrder(const std::string& text, const std::vector<const char*>& lines) {
     std::size_t at = 0;
     for (const char* line : lines) {

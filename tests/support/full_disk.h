@@ -7,7 +7,7 @@
 
 namespace MVR::Testing {
 
-/// As if the disk were full: while this object lives no file grows beyond so many bytes.
+/// Simulates a full disk: while this object lives no file grows beyond so many bytes.
 class FullDisk {
 public:
     explicit FullDisk(rlim_t bytes) {

@@ -10,7 +10,7 @@
 
 namespace MVR::Testing {
 
-/// Compares with the text of a file; with MIRVANE_WRITE_GOLDEN set it is written instead.
+/// Compares `text` with a file, or with MIRVANE_WRITE_GOLDEN set writes the file instead.
 inline void expectGolden(const std::string& path, const std::string& text) {
     if (std::getenv("MIRVANE_WRITE_GOLDEN") != nullptr)
         std::ofstream(path, std::ios::binary) << text;

@@ -10,13 +10,13 @@
 
 namespace MVR::Testing {
 
-/// A device whose controls a test sets. Make it with `new`: it registers, joins the driver
+/// A device whose controls a test sets. Create it with `new`: it registers, joins the driver
 /// "dummydriver" if there is one, and the device handler destroys it like any other.
 class ScriptedDevice : public UniDevice::Device {
 public:
     explicit ScriptedDevice(const std::string& deviceName);
 
-    /// A new control; its description is its type.
+    /// Adds a control; its description is its type.
     UniDevice::Control* add(const std::string& type,
                             std::int32_t kindMask = UniDevice::finite | UniDevice::infinite,
                             std::int32_t index = 0);
@@ -24,7 +24,7 @@ public:
     /// Sets the first control of this type.
     void set(const std::string& type, double value);
 
-    /// Frees a control, as a device does that loses it.
+    /// Frees a control, as a device does when it loses one.
     void remove(const std::string& type);
 
     std::int32_t controlCount() const override;
@@ -40,7 +40,7 @@ public:
     int updates = 0;
     int activations = 0;
     int deactivations = 0;
-    bool works = true;              ///< what `activate` and `deactivate` answer
+    bool works = true;              ///< what `activate` and `deactivate` return
     std::function<void()> onUpdate; ///< runs at each update, if set
 
 private:

@@ -21,15 +21,17 @@ class ScriptedTool;
 /// "Rig_01 record 0.04".
 class ScriptedPlugin final : public CCameraPlugin {
 public:
-    /// A new kind of tool, known to the core until it is unloaded. After the core was loaded.
+    /// Adds a kind of tool, known to the core until that is unloaded. Call it after the core was
+    /// loaded.
     static ScriptedPlugin& add(const std::string& typeName);
 
-    /// A tool of this kind under the root of the tree; an empty name takes the kind's first one.
+    /// Places a tool of this kind under the root of the tree. With an empty name it gets the kind's
+    /// first one.
     PluginInstance& place(CoreImplementation& core, const std::string& name = "") const;
 
     std::vector<std::string> calls;
     std::vector<std::string> properties;  ///< asked for in init()
-    std::vector<std::int32_t> extensions; ///< what the tools say that they answer
+    std::vector<std::int32_t> extensions; ///< those that the tools list
     std::int32_t initResult = 0;
     std::int32_t createResult = 0;
     std::int32_t loadResult = 0;
@@ -56,9 +58,9 @@ public:
     ~ScriptedTool() override { note("destroy"); }
 
     ScriptedPlugin& getKind() const { return kind_; }
-    /// The mapped value of its property at `index` now.
+    /// Returns the mapped value of its property at `index`.
     double read(std::size_t index) const;
-    /// The block that it was saved with.
+    /// Returns the block that it was saved with.
     std::string readSaveData();
 
     std::intptr_t extend(std::int32_t id, std::intptr_t data) override;

@@ -4,8 +4,8 @@
 
 namespace MVR::Testing {
 
-/// A folder of the test's own with a registry that leads the documents and the install values into
-/// it; gone with this object. One at a time.
+/// A folder of the test's own, with a registry that leads the documents and the install values into
+/// it. Removed with this object. One at a time.
 class TempHome {
 public:
     TempHome();
@@ -16,7 +16,7 @@ public:
     /// The documents root of the core, the install folder, and its folders "data" and "plugins".
     std::string documents() const { return root_ + "/documents/Oskelworks/Mirvane"; }
     std::string install() const { return root_ + "/install"; }
-    /// Makes the registry an empty file: nothing can be looked up.
+    /// Empties the registry, so that nothing can be looked up.
     void forgetRegistry() const;
     /// Writes a file and the folders above it; `path` begins at the home.
     void write(const std::string& path, const std::string& text) const;
@@ -25,7 +25,7 @@ private:
     std::string root_;
 };
 
-/// The bytes of a file; a test failure if it can't be read.
+/// Returns the bytes of a file; fails the test if it can't be read.
 std::string readText(const std::string& path);
 
 } // namespace MVR::Testing

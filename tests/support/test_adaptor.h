@@ -12,14 +12,14 @@
 
 namespace MVR::Testing {
 
-/// A host without a scene of its own: it notes each call as a line of text, keeps an undo list, and
-/// shows the state that the test sets. Reading that state leaves no line.
+/// A host without a scene of its own. It notes each call as a line of text, keeps an undo list, and
+/// shows the state that the test sets. Reading that state adds no line.
 class RecordingAdaptor final : public AdaptorInterface {
 public:
     ~RecordingAdaptor();
 
     std::vector<std::string> calls;
-    std::vector<std::unique_ptr<TestNode>> nodes; ///< all that were made, also those destroyed
+    std::vector<std::unique_ptr<TestNode>> nodes; ///< all ever created, even if destroyed since
     std::int32_t version = kCoreVersion;
     std::string name = "Stage";
     double time = 0;
@@ -30,13 +30,13 @@ public:
     std::function<std::vector<TestNode*>(const std::string& path)> onMerge; ///< the file's nodes
     std::function<void(const std::string& call)> onCall; ///< what the host does in its own calls
 
-    /// The undo list: names of the closed steps that can be undone, oldest first.
+    /// Returns the names of the closed steps that can be undone, oldest first.
     std::vector<std::string> undoNames() const;
-    /// Repeats the last undone step; true if it did.
+    /// Repeats the last undone step. Returns true if there was one.
     bool redo();
     /// Drops all steps, as a host does before it detaches.
     void clearUndo();
-    /// A scene object, of a tool or of nobody.
+    /// Creates a scene object, of a tool or of nobody.
     TestNode& makeNode(const std::string& nodeName, TestNode* parent, CInterface* tool = nullptr);
     TestNode* findNode(const std::string& nodeName) const;
 

@@ -13,8 +13,8 @@
 
 namespace MVR::Testing {
 
-/// A scene object that keeps what is written into it, the position as keys by time. It stays where
-/// it is in the world when it gets another parent.
+/// A scene object that keeps what is written into it, the position as keys by time. It keeps its
+/// position in the world when it gets another parent.
 class TestNode final : public SceneNode,
                        public TransformSnapshot,
                        public MeshSnapshot,
@@ -36,14 +36,14 @@ public:
     bool linked = true;                            ///< to its tool
     std::vector<TestNode*> children;               ///< kept by setParent()
     std::vector<std::unique_ptr<TestNode>> copies; ///< made by duplicate()
-    int handles = 0;                               ///< given out and not given back
+    int handles = 0;                               ///< handed out and not returned
     int resolved = 0;                              ///< handles of itself that are out
-    int snapshots = 0;                             ///< taken and not given back
-    std::string lastTool;                          ///< the name of the one that left it
+    int snapshots = 0;                             ///< made and not returned
+    std::string lastTool;                          ///< the name of the tool that left it
     CInterface* claim = nullptr;                   ///< the tool that it is resolved for
     std::vector<std::int32_t> commands;            ///< of extend(); 0 for select()
     bool isRuled = false;                          ///< has a visibility controller
-    int rulings = 0;                               ///< how often that was given back
+    int rulings = 0;                               ///< how often that was returned
     CMesh mesh;                                    ///< none without vertices
     Matrix matrix = kIdentityMatrix;               ///< in the world; its row 3 doesn't count
     std::map<double, std::array<double, 3>> positions;

@@ -7,8 +7,8 @@
 
 namespace MVR::Testing {
 
-/// The place of a virtual operation in its class's table, from 0. Members to pointers of virtual
-/// operations hold it, as this compiler's binary interface tells: the offset in bytes plus one.
+/// Returns the index of a virtual operation in the table of its class, from 0. A pointer to a
+/// virtual member holds it in this compiler's binary interface: the offset in bytes plus one.
 template <class Operation>
 std::ptrdiff_t slotOf(Operation operation) {
     std::ptrdiff_t word = 0;
@@ -17,7 +17,7 @@ std::ptrdiff_t slotOf(Operation operation) {
     return (word - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
 }
 
-/// The operations of `what` stand in its table one after the other from the slot `first` on.
+/// Expects the operations of `what` one after another in its table, from the slot `first` on.
 template <class... Operations>
 void expectSlots(const char* what, std::ptrdiff_t first, Operations... operations) {
     for (const std::ptrdiff_t slot : {slotOf(operations)...})

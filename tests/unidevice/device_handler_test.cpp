@@ -78,7 +78,7 @@ TEST_F(DeviceHandlerTest, FindsTheControlThatABindingNames) {
     EXPECT_EQ(first->control(first->controlCount()), nullptr);
 }
 
-TEST_F(DeviceHandlerTest, KeepsDevicesInTheirPlaces) {
+TEST_F(DeviceHandlerTest, KeepsDevicesAtTheirPositions) {
     auto* a = new ScriptedDevice("a");
     auto* b = new ScriptedDevice("b");
     auto* c = new ScriptedDevice("c");
@@ -162,7 +162,7 @@ TEST_F(DeviceHandlerTest, EndsDevicesThenDriversLastFirst) {
     EXPECT_TRUE(handler.devices.empty());
     EXPECT_TRUE(handler.drivers.empty());
 
-    // A driver that goes before its devices, and a device that the singleton's end finds.
+    // A driver that is destroyed before its devices, and a device that is left for the singleton.
     auto* late = new EndingDevice("late");
     late->setDriver(new EndingDriver("early"));
     late->driver->destroy();

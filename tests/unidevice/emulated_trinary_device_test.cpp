@@ -65,7 +65,7 @@ TEST_F(TrinaryTest, ASavedBindingMakesTheControlAgain) {
     EXPECT_EQ(emulator.controlCount(), 2);
 }
 
-TEST_F(TrinaryTest, SourcesAndDevicesMayGoInAnyOrder) {
+TEST_F(TrinaryTest, SourcesAndDevicesEndInAnyOrder) {
     Control* both = emulator.createControl(up, down);
     Control* nested = emulator.createControl(both, down);
     keys.set("up", 1);

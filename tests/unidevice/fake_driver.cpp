@@ -1,4 +1,4 @@
-// A driver library in the variants that FAKE_VERSION and FAKE_LOAD tell.
+// A driver library; FAKE_VERSION and FAKE_LOAD choose its variant.
 #include "core/base/sdk/export.h"
 #include "core/base/sdk/log.h"
 #include "unidevice/sdk/control.h"
@@ -11,7 +11,7 @@ namespace {
 
 using namespace UniDevice;
 
-// Its one control holds what the library was told.
+// Its one control shows what the library was told.
 class FakeDevice : public Device {
 public:
     explicit FakeDevice(const DriverLoadInfo& info) : Device(true), told_(this, infinite, 0.1) {

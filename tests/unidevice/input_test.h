@@ -10,14 +10,14 @@
 
 #include <string>
 
-/// An input layer with the built-in driver alone, torn down behind each test as at unload.
+/// An input layer with only the built-in driver, torn down after each test as at unload.
 struct InputTest : testing::Test {
     InputTest()
         : handler(*UniDevice::DeviceHandler::instance()), driver(*new UniDevice::DummyDriver) {}
     ~InputTest() override { MVR::Util::SingletonCollector::destroyAll(); }
 
     UniDevice::DeviceHandler& handler;
-    UniDevice::DummyDriver& driver; // the handler's
+    UniDevice::DummyDriver& driver; // the handler owns it
 };
 
 inline MVR::Tag parsed(const std::string& text) {

@@ -32,7 +32,7 @@ struct ProfileListTest : testing::Test {
         made.attributeRef("name") = name;
         return made;
     }
-    /// The tree of a file of the folder, as one line.
+    /// Returns the tree of a file of the folder, as one line.
     std::string tree(const std::string& name) const {
         Tag file;
         EXPECT_EQ(file.load(folder.path + name), 0) << name;
@@ -153,7 +153,7 @@ TEST_F(ProfileListTest, OtherPresetsOfTheSameFileStay) {
     }
 }
 
-TEST_F(ProfileListTest, PresetsAreTakenOutOneByOne) {
+TEST_F(ProfileListTest, PresetsAreRemovedOneByOne) {
     struct {
         const char* before;
         const char* removed;
@@ -185,7 +185,7 @@ TEST_F(ProfileListTest, PresetsAreTakenOutOneByOne) {
     folder.add("torn.ocp", "<ConfigProfile><profile name=\"a\"/><profile name=\"b\"/>");
     configs.removeFromFile(preset("a"), folder.path + "torn.ocp");
     EXPECT_EQ(folder.read("torn.ocp"), "<ConfigProfile><profile name=\"a\"/><profile name=\"b\"/>")
-        << "what isn't whole is left to its owner";
+        << "an incomplete file is left to its owner";
 }
 
 TEST_F(ProfileListTest, AFailedSaveLeavesTheOldFileWhole) {
@@ -208,8 +208,8 @@ TEST_F(ProfileListTest, AFailedSaveLeavesTheOldFileWhole) {
     EXPECT_EQ(inputs.findElement("a")->data, preset("a"));
 }
 
-/// What a process of its own does to the collection: takes out those that are its, and writes each
-/// into a file that it shares with the other process, whose names differ in case.
+/// Edits the collection in a process of its own: removes the presets of that process, and writes
+/// each into a file that it shares with the other process, whose names differ in case.
 void editAsProcess(const std::string& folder, int own, int count) {
     InputProfileManager list;
     for (int i = own; i < count; i += 2) {
@@ -219,7 +219,7 @@ void editAsProcess(const std::string& folder, int own, int count) {
         preset.attributeRef("name") = (own == 0 ? "q" : "Q") + std::to_string(i / 2);
         if (list.saveToFile(std::move(preset), folder).empty())
             _exit(2);
-        usleep(500); // lets the other one in
+        usleep(500); // lets the other process in
     }
     _exit(0); // without this program's clean-up
 }

@@ -47,7 +47,7 @@ TEST_F(PropertyTest, MapsAControlsValue) {
     EXPECT_EQ(property.getValue(), 3.0) << "unbound";
 }
 
-TEST_F(PropertyTest, BindsAndLetsGoInAnyOrder) {
+TEST_F(PropertyTest, BindsAndUnbindsInAnyOrder) {
     Control* key = stick.add("key", binary);
     Control* axis = stick.add("axis", UniDevice::finite);
     Property::Listener cache{true};
@@ -81,8 +81,8 @@ TEST_F(PropertyTest, BindsAndLetsGoInAnyOrder) {
     EXPECT_FALSE(cache.bound);
 }
 
-TEST_F(PropertyTest, KeepsItsSettingsInATag) {
-    std::setlocale(LC_ALL, "de_DE.UTF-8"); // a host may have any
+TEST_F(PropertyTest, KeepsItsParametersInATag) {
+    std::setlocale(LC_ALL, "de_DE.UTF-8"); // a host may set any
     property.readSettings(parsed("<property><multiplier>2.5</multiplier><other>9</other>"
                                  "<exponent>none</exponent></property>"));
     EXPECT_EQ(property.multiplier, 2.5);
@@ -106,7 +106,7 @@ TEST(PropertyHandlerTest, KeepsOnePropertyOfEachName) {
         }
     };
     PropertyHandler handler;
-    Property* first = handler.getOrCreate("Pan", UniDevice::finite, Property::Factory());
+    Property* first = handler.getOrCreate("Pan", UniDevice::finite, Property::PlainFactory());
     Property* second = handler.getOrCreate("Tilt", trinary, DoubledFactory());
     second->offset = 4;
     EXPECT_EQ(second->getValue(), 8.0);
@@ -119,7 +119,7 @@ TEST(PropertyHandlerTest, KeepsOnePropertyOfEachName) {
     EXPECT_EQ(handler.property(2), nullptr);
 }
 
-/// Where a field begins, its size and its alignment; `Type` holds its type fast.
+/// The offset of a field, its size and its alignment; `Type` fixes its type.
 struct FieldPlace {
     const char* name;
     std::ptrdiff_t offset;
@@ -168,7 +168,7 @@ TEST_F(PropertyTest, SharedFieldsFollowTheTableOfOperationsInTheirOrder) {
           placeOf<double>("offset", property, property.offset)}},
     };
     for (const auto& shared : cases) {
-        std::size_t end = sizeof(void*); // the address of the table of operations
+        std::size_t end = sizeof(void*); // the pointer to the table of operations
         for (const FieldPlace& field : shared.fields) {
             end = (end + field.alignment - 1) / field.alignment * field.alignment;
             EXPECT_EQ(field.offset, static_cast<std::ptrdiff_t>(end)) << field.name;
@@ -179,7 +179,7 @@ TEST_F(PropertyTest, SharedFieldsFollowTheTableOfOperationsInTheirOrder) {
 }
 
 TEST(InputContractTest, OrderOfVirtualOperationsIsFrozen) {
-    // A destructor takes two places.
+    // A destructor has two slots.
     expectSlots("control", 0, &Control::toTag, &Control::matches, &Control::getValue,
                 &Control::destroy);
     expectSlots("target", 0, &ControlTarget::controlRemoved);

@@ -9,7 +9,7 @@ import subprocess
 from common import PRODUCT_FOLDERS, ROOT, TEST_FOLDERS, Finding, cpp_files, read
 from floors import includes_of, is_public
 
-WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Werror"]
+WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wnon-virtual-dtor", "-Werror"]
 STAMPS = ROOT / "build/lint/headers"
 
 

@@ -20,7 +20,7 @@ def code_lines(name):
 def check(files):
     lines = {name: list(code_lines(name)) for name in cpp_files(files, PRODUCT_FOLDERS)}
     first_seen = {}
-    reported = set()  # places whose run was told with the place before
+    reported = set()  # starts whose run was reported with the start before
     for name, own in lines.items():
         for index in range(len(own) - SHORTEST + 1):
             window = tuple(text for _, text in own[index:index + SHORTEST])

@@ -14,13 +14,13 @@ SCOPE = re.compile(r"\b(namespace|class|struct|union|enum|extern)\b[^()=]*$|^\s*
 def functions(text):
     """(first line, last line) of each function body outside of other functions.
 
-    Braces are counted. A brace behind "..." with a parameter list opens a body; one inside a list of
+    Braces are counted. A brace after "..." with a parameter list opens a body; one inside a list of
     member initialisers does not end the head it stands in.
     """
     code = without_comments(text, keep_strings=False)
     code = re.sub(r"^[ \t]*#.*$", "", code, flags=re.MULTILINE)
     line, head, head_line = 1, "", 1
-    scopes = []  # per open brace outside of functions: the head to take up again, or None
+    scopes = []  # per open brace outside of functions: the head to resume, or None
     depth, begin = 0, 0
     for position, letter in enumerate(code):
         if letter == "\n":
@@ -59,7 +59,7 @@ def check_functions(name, text):
         around = "\n".join(lines[max(0, begin - 6):end])
         if length > LONGEST_FUNCTION and REASON not in around:
             yield Finding(name, begin, f"a function of {length} lines",
-                          f"take steps out into functions of their own; a table or a switch that"
+                          f"move steps into functions of their own; a table or a switch that"
                           f' reads better whole says "{REASON} ..."',
                           warning=name.split("/")[0] not in PRODUCT_FOLDERS)
 

@@ -15,7 +15,7 @@ def word(*parts):
 
 UNFINISHED = [
     (rf"\b{word('TO', 'DO')}\b|\b{word('FIX', 'ME')}\b|\b{word('XX', 'X')}\b|\b{word('HA', 'CK')}\b",
-     0, "finish it, or take it out"),
+     0, "finish it, or remove it"),
     (rf"(?<!std::)\b{word('place', 'holder')}s?\b|{word('not ', 'implemented ', 'yet')}|\b{word('st', 'ub')}s?\b",
      re.IGNORECASE, "write what it stands for"),
 ]

@@ -6,6 +6,7 @@
 #include "plugins/contract/c_camera.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/c_interface.h"
+#include "plugins/contract/scoped_snapshot.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/property.h"
 
@@ -37,15 +38,12 @@ public:
 
     // One frame of a take, or of a simulation from the stored input: both read the same property.
     void record(double time) override {
-        MVR::TransformSnapshot* const transform = getInterface()->getSnapshot(node_, time);
-        if (transform == nullptr) {
-            return;
+        if (const MVR::ScopedTransform transform{getInterface(), node_, time}) {
+            double position[3];
+            transform->getPosition(position);
+            position[0] = position_->getValue();
+            transform->setPosition(position); // this sets the key
         }
-        double position[3];
-        transform->getPosition(position);
-        position[0] = position_->getValue();
-        transform->setPosition(position);  // this sets the key
-        getInterface()->nodeQuery5(node_); // gives the snapshot back
     }
 
 private:

@@ -1,13 +1,14 @@
 // "Free Camera": a camera that is flown.
 //
-// Its six inputs are velocities, so that a stick at rest leaves the camera where it is. The tool
+// Its seven inputs are velocities, so that a stick at rest leaves the camera as it is. The tool
 // keeps the pose between frames: it takes it from the scene when a take starts, and moves it by one
-// frame's worth at each record().
+// frame's worth at each record(). "Zoom" does the same with the lens, once it is touched.
 
 #include "core/base/sdk/export.h"
 #include "core/contract/adaptor_interface.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/c_interface.h"
+#include "plugins/contract/scoped_snapshot.h"
 #include "unidevice/sdk/control.h"
 
 #include <cmath>
@@ -18,6 +19,14 @@ constexpr std::int32_t kNoNode = 1; // the code of a failed step: anything but 0
 // A velocity may come from anything: a key, a hat switch, a stick, a wheel.
 constexpr std::int32_t kKinds =
     UniDevice::binary | UniDevice::trinary | UniDevice::finite | UniDevice::infinite;
+// Stored takes hold the inputs by their places: a new one goes to the end.
+constexpr int kZoom = 6;
+constexpr int kInputs = 7;
+// In millimetres a second. A resimulation reads the stored input at times that were rounded anew,
+// and so may see a trace of the frame after.
+constexpr double kLeastRate = 1e-6;
+constexpr double kShortestMm = 1;
+constexpr double kLongestMm = 10000;
 constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180.0;
 
 struct Quaternion {
@@ -53,8 +62,9 @@ public:
     using MVR::CCamera::CCamera;
 
     std::int32_t init() override {
-        static const char* const names[6] = {"Move X", "Move Y", "Move Z", "Pan", "Tilt", "Roll"};
-        for (int i = 0; i < 6; ++i) {
+        static const char* const names[kInputs] = {"Move X", "Move Y", "Move Z", "Pan",
+                                                   "Tilt",   "Roll",   "Zoom"};
+        for (int i = 0; i < kInputs; ++i) {
             inputs_[i] = getInterface()->addProperty(names[i], kKinds, nullptr);
         }
         return 0;
@@ -76,27 +86,24 @@ public:
 
     // The flight begins where the camera stands at that moment.
     void startRecording(double time) override {
-        MVR::TransformSnapshot* snapshot = getInterface()->getSnapshot(node_, time);
-        if (snapshot == nullptr) {
-            return;
+        isZooming_ = false;
+        if (const MVR::ScopedTransform transform{getInterface(), node_, time}) {
+            double rotation[4];
+            transform->getPosition(position_);
+            transform->getRotation(rotation);
+            rotation_ = normalised({rotation[0], rotation[1], rotation[2], rotation[3]});
         }
-        double rotation[4];
-        snapshot->getPosition(position_);
-        snapshot->getRotation(rotation);
-        rotation_ = normalised({rotation[0], rotation[1], rotation[2], rotation[3]});
-        getInterface()->nodeQuery5(node_); // gives the snapshot back
     }
 
     void record(double time) override {
-        move(getInterface()->getFrameStep());
-        MVR::TransformSnapshot* snapshot = getInterface()->getSnapshot(node_, time);
-        if (snapshot == nullptr) {
-            return;
+        const double seconds = getInterface()->getFrameStep();
+        move(seconds);
+        if (const MVR::ScopedTransform transform{getInterface(), node_, time}) {
+            const double rotation[4] = {rotation_.x, rotation_.y, rotation_.z, rotation_.w};
+            transform->setPosition(position_);
+            transform->setRotation(rotation);
         }
-        const double rotation[4] = {rotation_.x, rotation_.y, rotation_.z, rotation_.w};
-        snapshot->setPosition(position_);
-        snapshot->setRotation(rotation);
-        getInterface()->nodeQuery5(node_);
+        zoom(time, seconds);
     }
 
 private:
@@ -115,10 +122,35 @@ private:
         position_[2] += turned.z;
     }
 
-    UniDevice::Property* inputs_[6] = {}; // the core's
-    MVR::SceneNode* node_ = nullptr;      // the host's
+    // The lens gets a key in each frame in which it moves, and one in the frame before, which holds
+    // it up to there. So a lens that nobody touches gets none, and a resimulation, which can't know
+    // what was bound, sets the same keys again.
+    void zoom(double time, double seconds) {
+        const double rate = inputs_[kZoom]->getValue();
+        const bool isTouched = std::fabs(rate) > kLeastRate;
+        const bool isStarting = isTouched && !isZooming_;
+        isZooming_ = isTouched;
+        if (isStarting) {
+            if (const MVR::ScopedLens lens{getInterface(), node_, time - seconds}) {
+                focalLengthMm_ = lens->getFocalLengthMm();
+                lens->setFocalLengthMm(focalLengthMm_);
+            }
+        }
+        if (isZooming_) {
+            focalLengthMm_ =
+                std::fmin(std::fmax(focalLengthMm_ + rate * seconds, kShortestMm), kLongestMm);
+            if (const MVR::ScopedLens lens{getInterface(), node_, time}) {
+                lens->setFocalLengthMm(focalLengthMm_);
+            }
+        }
+    }
+
+    UniDevice::Property* inputs_[kInputs] = {}; // the core's
+    MVR::SceneNode* node_ = nullptr;            // the host's
     double position_[3] = {};
     Quaternion rotation_;
+    double focalLengthMm_ = 0; // while it zooms
+    bool isZooming_ = false;
 };
 
 class FreeCameraPlugin final : public MVR::CCameraPlugin {
@@ -128,12 +160,14 @@ public:
     }
     std::string getName() override { return "Free Camera"; }
     std::string getKey() override { return "examples/free_camera"; }
-    std::string getDescription() override { return "A camera that is flown by six velocities"; }
+    std::string getDescription() override {
+        return "A camera that is flown by velocities, and zooms";
+    }
     std::string getCategory() override { return "Cameras;Examples"; }
     std::string getAbout() override {
         return "Moves along its own axes (x right, y up, z back) in units a second, and turns "
-               "about "
-               "them (pan about y, tilt about x, roll about z) in degrees a second.";
+               "about them (pan about y, tilt about x, roll about z) in degrees a second. Zoom "
+               "makes the lens longer, in millimetres a second.";
     }
     std::string getAuthor() override { return "Mirvane"; }
 };

@@ -1,13 +1,14 @@
-// "Latency Probe": hands a number of the input on to the host, frame by frame.
+// "Latency Probe": passes a number from the input to the host, frame by frame.
 //
 // Bind its one property to a control that carries the sender's clock. The host finds that time in
-// the x of the probe's object at the moment the key is written, and so knows how long the packet
-// took from the sender to the key.
+// the x of the probe's object when the key is written, and so knows how long the packet was on its
+// way from the sender to the key.
 
 #include "core/base/sdk/export.h"
 #include "core/contract/adaptor_interface.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/c_interface.h"
+#include "plugins/contract/scoped_snapshot.h"
 #include "unidevice/sdk/control.h"
 
 namespace {
@@ -33,10 +34,9 @@ public:
     }
 
     void record(double time) override {
-        if (MVR::TransformSnapshot* snapshot = getInterface()->getSnapshot(node_, time)) {
+        if (const MVR::ScopedTransform transform{getInterface(), node_, time}) {
             const double position[3] = {sent_->getValue(), 0, 0};
-            snapshot->setPosition(position);
-            getInterface()->nodeQuery5(node_);
+            transform->setPosition(position);
         }
     }
 

@@ -11,6 +11,7 @@
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/c_interface.h"
 #include "plugins/contract/extension_ids.h"
+#include "plugins/contract/scoped_snapshot.h"
 #include "unidevice/sdk/control.h"
 
 namespace {
@@ -80,8 +81,8 @@ public:
     // One frame of a take or of a resimulation. Both look alike from here: the properties read the
     // live device in the one, the recorded values in the other.
     void record(double time) override {
-        MVR::TransformSnapshot* snapshot = getInterface()->getSnapshot(node_, time);
-        if (snapshot == nullptr) {
+        const MVR::ScopedTransform transform{getInterface(), node_, time};
+        if (!transform) {
             return;
         }
         const double position[3] = {position_[0]->getValue(), position_[1]->getValue(),
@@ -92,9 +93,8 @@ public:
         if (rotation[0] == 0 && rotation[1] == 0 && rotation[2] == 0 && rotation[3] == 0) {
             rotation[3] = 1;
         }
-        snapshot->setPosition(position);
-        snapshot->setRotation(rotation);
-        getInterface()->nodeQuery5(node_); // gives the snapshot back
+        transform->setPosition(position);
+        transform->setRotation(rotation);
     }
 
 private:

@@ -7,16 +7,16 @@
 
 namespace MVR {
 
-/// The folder of the user's own data; empty, with a line in the log, if it can't be found. Nothing
-/// is cached: each call asks anew.
+/// Returns the folder of the user's own data. If it can't be found, returns "" and logs a line.
+/// Nothing is cached: each call looks anew.
 std::string resolveDocumentsPath();
 
-/// An install value: "path" (install folder), "datapath" (shared data), "pluginpath" (tool
-/// libraries) or "docpath" (documentation). Empty, with a line in the log, if it can't be found.
+/// Returns an install value: "path" (install folder), "datapath" (shared data), "pluginpath" (tool
+/// libraries) or "docpath" (documentation). If it can't be found, returns "" and logs a line.
 std::string readInstallValue(const std::string& name);
 
-/// The user's folder for one host: documents root, "\data\" and the adaptor's name. Empty without a
-/// documents root, so that nothing is looked for in the root of the file system.
+/// Returns the user's folder for one host: the documents root, "\data\" and the adaptor's name.
+/// Returns "" without a documents root, so that nothing is searched in the root of the file system.
 std::string resolveUserFolder(const std::string& adaptorName);
 
 } // namespace MVR

@@ -12,8 +12,8 @@ namespace MVR {
 
 /// A key that stays the host's while a take runs.
 struct UnlockedKey {
-    std::int32_t key = -1;      ///< virtual-key code, 0 to 255; -1 for a locked key
-    std::int32_t modifiers = 0; ///< keys that must be down: 1 Ctrl, 2 Alt, 4 Shift
+    std::int32_t key = -1;      ///< a code of key_codes.h, 0 to 255; -1 for a locked key
+    std::int32_t modifiers = 0; ///< bits of KeyModifier: keys that must be down
 };
 
 /// One attachment of the core: what an adaptor calls.

@@ -5,11 +5,11 @@
 namespace MVR {
 
 /// One key event of a host whose own loop reads the keyboard. Ctrl and Shift are known from their
-/// own events, with the codes 17 and 16 for either side; so every event should be handed on,
+/// own events, with KeyCode::kCtrl and KeyCode::kShift for either side; so hand on every event,
 /// between takes too.
 struct HostEvent {
     std::uint32_t size = sizeof(HostEvent); ///< bytes of this record, for later growth
-    std::uint32_t virtualKey = 0;           ///< virtual-key code, 0 to 255; 65 to 90 are A to Z
+    std::uint32_t virtualKey = 0;           ///< a code of key_codes.h, 0 to 255
     bool pressed = false;   ///< true for a press (and its repeats), false for a release
     bool alt = false;       ///< Alt is down
     bool swallowed = false; ///< answer: true if the host must not act on the key

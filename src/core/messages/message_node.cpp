@@ -13,7 +13,7 @@ namespace {
 
 using Nodes = std::vector<MessageNode*>;
 
-// Links tend to end in the reverse order of their making, so the search starts at the end.
+// Links tend to end in the reverse order in which they were made, so the search starts at the end.
 Nodes::const_iterator findLast(const Nodes& nodes, const MessageNode* node) {
     for (auto position = nodes.end(); position != nodes.begin();)
         if (*--position == node)
@@ -29,14 +29,13 @@ MessageNode* nodeAt(const Nodes& nodes, std::int32_t index) {
 
 } // namespace
 
-// A broadcast under way, or a message whose handler may destroy the node. It goes backwards, so
-// what is appended stays out of it; the node corrects the count when it loses a listener that is
-// still to be called.
+// A broadcast under way, or a message whose handler may destroy the node. The walk goes backwards,
+// so listeners that are added meanwhile stay out of it. When the node loses a listener that is
+// still to be called, it corrects the count.
 struct MessageNode::Walk {
     explicit Walk(MessageNode* sender)
         : node(sender), outer(sender->walks_), remaining(sender->listeners_.size()) {
-        // Laundered, since GCC warns of the local's address: it can't see the destructor take it
-        // out.
+        // Laundered: GCC warns of the local's address, since it can't see the destructor remove it.
         node->walks_ = std::launder(this);
     }
     ~Walk() {
@@ -89,7 +88,7 @@ void MessageNode::broadcast(Message& message) {
     message.sender = this;
     if (Log::getThreshold() >= Log::Trace)
         trace(" is broadcasting message: ", message);
-    if (listeners_.size() == 1) { // nothing is looked at after the call
+    if (listeners_.size() == 1) { // nothing is read after the call
         listeners_.front()->receive(message, true);
         return;
     }

@@ -1,6 +1,7 @@
 #include "core/services/key_hook.h"
 
 #include "core/base/sdk/log.h"
+#include "core/contract/key_codes.h"
 #include "platform/keyboard_hook.h"
 
 #include <algorithm>
@@ -13,11 +14,6 @@ bool hookEnabled = false;
 namespace {
 
 constexpr std::int32_t kKeyCount = 256;
-constexpr std::uint32_t kShiftKey = 16;
-constexpr std::uint32_t kCtrlKey = 17;
-constexpr std::int32_t kNeedsCtrl = 1;
-constexpr std::int32_t kNeedsAlt = 2;
-constexpr std::int32_t kNeedsShift = 4;
 
 std::int32_t hookUsers = 0;
 Platform::HookHandle coreHook = 0;
@@ -25,14 +21,15 @@ bool ctrlDown = false;
 bool altDown = false;
 bool shiftDown = false;
 UnlockedKey unlockedKeys[kKeyCount];
-std::vector<KeyEventCallback*>* callbacks = nullptr; // made with the first one, freed with the last
+std::vector<KeyEventCallback*>* callbacks = nullptr; // made with the first, freed with the last
 
 bool passesToHost(std::uint32_t virtualKey) {
     if (virtualKey >= kKeyCount || unlockedKeys[virtualKey].key == -1)
         return false;
     const std::int32_t needed = unlockedKeys[virtualKey].modifiers;
-    return ((needed & kNeedsCtrl) == 0 || ctrlDown) && ((needed & kNeedsAlt) == 0 || altDown) &&
-           ((needed & kNeedsShift) == 0 || shiftDown);
+    return ((needed & KeyModifier::kCtrl) == 0 || ctrlDown) &&
+           ((needed & KeyModifier::kAlt) == 0 || altDown) &&
+           ((needed & KeyModifier::kShift) == 0 || shiftDown);
 }
 
 void handOut(std::int32_t virtualKey, bool pressed) {
@@ -52,10 +49,11 @@ std::intptr_t onKeyEvent(int code, std::uint32_t virtualKey, std::uint32_t flags
     if (code != Platform::kHookAction && code != Platform::kHookNoRemove)
         return pass();
     const bool pressed = (flags & Platform::kFlagReleased) == 0;
-    // Followed between takes too: a Ctrl that is let go then must not turn a later Z into a retake.
-    if (virtualKey == kShiftKey)
+    // Followed between takes too: a Ctrl that was released then must not turn a later Z into a
+    // retake.
+    if (virtualKey == KeyCode::kShift)
         shiftDown = pressed;
-    if (virtualKey == kCtrlKey)
+    if (virtualKey == KeyCode::kCtrl)
         ctrlDown = pressed;
     altDown = (flags & Platform::kFlagAlt) != 0;
     if (!hookEnabled || passesToHost(virtualKey))

@@ -1,5 +1,5 @@
 /// \file
-/// The one place that turns a wish for a timer into a platform timer, and its events into calls.
+/// Timers for any number of clients, made of the platform's timers.
 #pragma once
 
 #include "core/util/sdk/singleton.h"
@@ -10,24 +10,25 @@
 
 namespace MVR::Util {
 
-/// The timer service, as the singleton, and the base of its clients, which override `onTimer`.
+/// The timer service (the singleton) and the base of its clients, which override `onTimer`.
 ///
 /// 1. A client arms a timer under an id that is unique in the whole process (123: a recording's
 ///    frames).
-/// 2. `onTimer` comes from the host's loop, or from a loop inside another event, at each interval.
-/// 3. The client disarms it, or arms it again with another interval, also in `onTimer`. Its
+/// 2. `onTimer` is called at each interval, from the host's loop or from a loop inside another
+///    event.
+/// 3. The client disarms the timer or arms it again with another interval, also in `onTimer`. Its
 ///    destructor disarms what still runs.
 class TimerManager : public Singleton<TimerManager> {
 public:
     ~TimerManager() override;
 
-    /// The client's event; `now` is a tick in milliseconds that wraps at 2^32.
+    /// Called at each interval. `now` is a tick in milliseconds that wraps at 2^32.
     virtual void onTimer(std::int32_t id, std::uint32_t now);
 
-    /// Starts the timer `id`, or gives the running one this interval and this client. Whole
-    /// milliseconds count, the rest is cut off.
+    /// Starts the timer `id`, or gives the running one this interval and this client. Fractions of
+    /// a millisecond are cut off.
     void arm(TimerManager* client, std::int32_t id, double seconds);
-    /// Stops the timer `id` of this client, if it runs.
+    /// Stops the timer `id` if it runs for this client.
     void disarm(TimerManager* client, std::int32_t id);
 
 protected:

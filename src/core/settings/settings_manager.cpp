@@ -53,7 +53,7 @@ void SettingsManager::receive(Util::Message& message, bool) {
                      [&message](const auto& property) { return property.get() == message.sender; });
     if (leaving == properties_.end())
         return;
-    static_cast<void>(leaving->release()); // it destroys itself already
+    static_cast<void>(leaving->release()); // it is destroying itself
     properties_.erase(leaving);
 }
 

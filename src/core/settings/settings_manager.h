@@ -1,5 +1,5 @@
 /// \file
-/// The options of the system.
+/// The user's settings.
 #pragma once
 
 #include "core/contract/setting_ids.h"
@@ -14,8 +14,8 @@
 
 namespace MVR {
 
-/// A flat list of typed properties, each known by an id, read from a shared file and then from the
-/// user's file, which wins and is written back at the end.
+/// A flat list of typed properties, each known by an id. They are read from a shared file and then
+/// from the user's file, which wins and is written at the end.
 class SettingsManager : public Util::MessageNode, public CoreSubSystem {
 public:
     class Property;
@@ -29,18 +29,18 @@ public:
 
     /// Finds the files, reads them and applies the log level.
     void initialize() override;
-    /// A property that goes by itself leaves the list.
+    /// A property that is destroyed from outside leaves the list.
     void receive(Util::Message& message, bool viaBroadcast) override;
 
-    /// Adds a property and gives its node. The files are read again: the new property takes its
-    /// stored value, and so do the others. An id in use gives the node of the property that has it,
-    /// and nothing changes.
+    /// Adds a property and returns its node. All files are read again, so the new property and the
+    /// others get their stored values. If `id` is in use, returns the node of its property and
+    /// changes nothing.
     Util::MessageNode* addProperty(std::int32_t id, double defaultValue);
     Util::MessageNode* addProperty(std::int32_t id, std::string defaultValue);
     Util::MessageNode* addProperty(std::int32_t id, std::int32_t defaultValue);
     Util::MessageNode* addProperty(std::int32_t id, bool defaultValue);
-    /// `value` points to a variable of the property's type. False, and nothing changed, for an
-    /// unknown id.
+    /// `value` points to a variable of the property's type. Both return false, with nothing
+    /// changed, if `id` is unknown.
     bool getProperty(std::int32_t id, void* value) const;
     bool setProperty(std::int32_t id, const void* value);
 

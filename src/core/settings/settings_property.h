@@ -1,5 +1,5 @@
 /// \file
-/// One option of the system.
+/// One setting of the user.
 #pragma once
 
 #include "core/settings/settings_manager.h"
@@ -10,8 +10,8 @@
 
 namespace MVR {
 
-/// A value that is known by its id, and a node whose listeners hear when the user changes it
-/// (message 324, wParam the id, lParam the property).
+/// A value with an id, and a node whose listeners hear when the user changes it (message 324,
+/// wParam the id, lParam the property).
 class SettingsManager::Property : public Util::DynamicObject, public Util::MessageNode {
 public:
     explicit Property(std::int32_t id) : MessageNode("Configuration property"), id_(id) {}
@@ -21,16 +21,16 @@ public:
     virtual bool getValue(void* value) const = 0;
     /// Makes `out` the element that a settings file holds for this property.
     virtual void toTag(Tag& out) const;
-    /// Takes the value from such an element; one without content leaves it alone. False if `tag`
-    /// is no element of this property; one with an id below 0 is nobody's.
+    /// Reads the value from such an element; one without content leaves it unchanged. Returns false
+    /// if `tag` isn't the element of this property. An element with an id below 0 is never read.
     virtual bool fromTag(const Tag& tag);
 
     std::int32_t getId() const { return id_; }
 
 protected:
-    /// The value as a settings file holds it; reading back what was written gives the same value.
+    /// Returns the value as a settings file holds it. Reading that text gives the same value again.
     virtual std::string getText() const = 0;
-    /// Text that doesn't fit the type leaves the value alone.
+    /// Sets the value from text. Text that doesn't fit the type leaves it unchanged.
     virtual void setText(const Tag& content) = 0;
 
 private:

@@ -10,31 +10,31 @@
 
 namespace MVR::Util {
 
-/// Base of a `T` that stands in a tree of `T`s. The order of its operations is frozen.
+/// Base of a `T` whose objects form a tree. The order of its operations is frozen.
 template <class T>
 class Composite_Dynamic {
 public:
     /// Destroys this object as its own class does.
     virtual void destroyComposite() = 0;
-    /// Called on a child after it joined a parent.
+    /// Called on a child after it has joined a parent.
     virtual void onAttached() {}
     /// Called on a child before it leaves its parent's list.
     virtual void onDetached() {}
     /// Leaves the parent, then destroys the children, last first.
     virtual ~Composite_Dynamic();
 
-    /// Takes `child` from the parent it has and appends it here, where it is owned from now on.
-    /// A child that is here already moves to the end; null does nothing.
+    /// Moves `child` from its present parent, if any, to the end of this list and owns it from now
+    /// on. Null does nothing.
     void add(T* child);
-    /// As `add`, but before the child that stands at `index` then; negative or past the end
-    /// appends.
+    /// As `add`, but puts `child` before the one that has `index` once `child` has left its parent.
+    /// A negative index, or one past the end, appends.
     void insert(T* child, std::int32_t index);
-    /// Takes `child` off the list of its parent; the caller owns it from now on. It has no parent
-    /// afterwards, also if that wasn't this object. Null does nothing.
+    /// Removes `child` from the list of its parent, even if that isn't this object, so that it has
+    /// no parent. The caller owns it from now on. Null does nothing.
     void remove(T* child);
 
     const std::vector<T*>& getChildren() const { return children_; }
-    /// Null for a root.
+    /// Returns null for a root.
     Composite_Dynamic* getParent() const { return parent_; }
 
 protected:
@@ -45,7 +45,7 @@ protected:
 private:
     void detach(Composite_Dynamic* child);
 
-    std::vector<T*> children_; // owned: destroyComposite(), where each leaves the list
+    std::vector<T*> children_; // owned: destroyComposite(), which removes each from the list
     Composite_Dynamic* parent_ = nullptr;
 };
 
@@ -78,7 +78,7 @@ void Composite_Dynamic<T>::remove(T* child) {
 template <class T>
 void Composite_Dynamic<T>::detach(Composite_Dynamic* child) {
     const auto isChild = [child](Composite_Dynamic* each) { return each == child; };
-    // A child stands in the list once, and most leave in the reverse order of joining.
+    // A child is in the list once, and most leave in the reverse order of joining.
     if (std::any_of(children_.rbegin(), children_.rend(), isChild)) {
         child->onDetached(); // may itself change the list
         const auto found = std::find_if(children_.rbegin(), children_.rend(), isChild);

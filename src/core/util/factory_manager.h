@@ -2,7 +2,7 @@
 /// Named factories, which build objects from tag trees.
 ///
 /// 1. At load each factory is given to `registerFactory`; the first of a name wins.
-/// 2. `find(tag)` gives the factory that is named as the tag, or null.
+/// 2. `find(tag)` returns the factory with the name of the tag, or null.
 /// 3. `create(tag)` of that factory builds the object.
 #pragma once
 
@@ -23,23 +23,23 @@ namespace MVR::Util {
 template <class T>
 class FactoryManager : public Singleton<FactoryManager<T>> {
 public:
-    /// Builds a `T` from a tag. A class's factory is its nested `Factory`, which derives from
-    /// `DynamicCreator` of itself too. The order of the operations is frozen.
+    /// Builds a `T` from a tag. The factory of a class is its nested `Factory`, which also derives
+    /// from `DynamicCreator` of itself. The order of the operations is frozen.
     class Factory : public DynamicObject {
     public:
         /// The name of the tags that this factory builds from, for example "dialog".
         virtual std::string getName() const = 0;
-        /// A new object built from `tag`; the caller owns it.
+        /// Returns a new object built from `tag`; the caller owns it.
         virtual T* create(Tag tag) = 0;
     };
 
-    /// True if a factory of this name is registered.
+    /// Returns true if a factory of this name is registered.
     bool hasFactory(const std::string& name) const { return findByName(name) != nullptr; }
 
     /// Appends `factory`; its name isn't checked.
     void add(Owned<Factory> factory) { factories_.push_back(std::move(factory)); }
 
-    /// Adds `factory` unless its name is taken; then it is destroyed at once and false comes back.
+    /// Adds `factory`. If its name is in use, destroys it instead and returns false.
     bool registerFactory(Owned<Factory> factory) {
         if (hasFactory(factory->getName()))
             return false;
@@ -47,8 +47,8 @@ public:
         return true;
     }
 
-    /// The first factory that has the name of `tag`, a `Tag`; null if there is none. The manager
-    /// keeps owning it.
+    /// Returns the first factory that has the name of `tag`, a `Tag`, or null if there is none. The
+    /// manager owns it.
     template <class TagType>
     Factory* find(const TagType& tag) const {
         return findByName(tag.name());

@@ -7,7 +7,7 @@ namespace MVR::Util {
 void SingletonCollector::destroyAll() {
     SingletonCollector* const collector = instance();
     std::vector<SingletonReference*>& list = collector->singletons_;
-    // A destructor may still be the first to ask for another service, which then is the newest.
+    // A destructor may ask for another service first, which is then the newest.
     while (list.size() > 1) {
         SingletonReference* const newest = list.back();
         newest->destroySingleton();

@@ -10,7 +10,7 @@ namespace MVR::Util {
 
 namespace {
 
-std::atomic<std::thread::id> hostThread; // no thread: nothing is bound
+std::atomic<std::thread::id> hostThread; // none until one is bound
 
 } // namespace
 

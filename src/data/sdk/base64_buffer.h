@@ -13,22 +13,22 @@ namespace MVR {
 /// unbroken line.
 class Base64Buffer {
 public:
-    /// A copy of the bytes; a null pointer gives `size` zero bytes.
+    /// Copies the bytes; a null pointer makes `size` zero bytes.
     Base64Buffer(const void* data, std::size_t size) : bytes_(data, size) {}
-    /// Decodes a text. Empty if its length is no multiple of 4, or if it holds a character that is
-    /// none of base64's (blanks and line ends are none). "=" in the fourth place of a group, or in
-    /// the third, ends the group early, wherever it stands.
+    /// Decodes a text. The buffer is empty if the length is no multiple of 4, or if the text holds
+    /// a character outside of base64, blanks and line ends included. "=" as the third or fourth
+    /// character of a group ends the group early, wherever the group is.
     explicit Base64Buffer(std::string_view text);
 
-    /// The bytes as text; "" for none.
+    /// Returns the bytes as text; "" if there are none.
     std::string toText() const;
 
     std::size_t size() const { return bytes_.size(); }
     /// Valid as long as the buffer; may be null if it is empty.
     const std::uint8_t* data() const { return bytes_.data(); }
     const ByteBuffer& bytes() const { return bytes_; }
-    /// Copies all bytes to `dest`, which has room for `capacity`. False, with nothing copied, if
-    /// that is less than `size()`.
+    /// Copies all bytes to `dest`, which has room for `capacity`. Returns false, with nothing
+    /// copied, if that is less than `size()`.
     [[nodiscard]] bool copyTo(void* dest, std::size_t capacity) const;
 
 private:

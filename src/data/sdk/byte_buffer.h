@@ -14,7 +14,7 @@ namespace MVR {
 class ByteBuffer {
 public:
     ByteBuffer() = default;
-    /// A copy of the bytes; a null pointer gives `size` zero bytes.
+    /// Copies the bytes; a null pointer makes `size` zero bytes.
     ByteBuffer(const void* data, std::size_t size);
     ByteBuffer(const ByteBuffer& other) : ByteBuffer(other.data(), other.size_) {}
     ByteBuffer(ByteBuffer&& other) noexcept
@@ -25,31 +25,31 @@ public:
         return *this;
     }
 
-    /// Room for bytes that are all about to be written.
+    /// Returns a buffer whose bytes have no value yet; the caller writes all of them.
     static ByteBuffer uninitialised(std::size_t size);
 
     const std::uint8_t* data() const { return bytes_.get(); }
     std::uint8_t* data() { return bytes_.get(); }
-    /// The bytes to be read as text.
+    /// The bytes as text.
     std::string_view view() const { return {reinterpret_cast<const char*>(bytes_.get()), size_}; }
     std::size_t size() const { return size_; }
-    /// Bytes that are added are zero.
+    /// Added bytes are zero.
     void resize(std::size_t size);
     bool operator==(const ByteBuffer& other) const;
 
-    /// The bytes as a compressed block. What a block can't tell the size of (4 GB and more) comes
-    /// back as a copy, which `decompress` passes on.
+    /// Returns the bytes as a compressed block. 4 GB and more, whose size a block can't hold, come
+    /// back as a copy, which `decompress` returns unchanged.
     ByteBuffer compress() const;
-    /// The same of bytes that stand elsewhere, such as a tree's text.
+    /// The same for bytes outside of a buffer, such as a tree's text.
     static ByteBuffer compressed(std::string_view bytes);
-    /// The decoded bytes if this is a block, else a copy. A block that is cut short or asks for
-    /// more than it can hold gives what could be decoded, with a line in the log. A block of one
-    /// symbol has no payload to bound it: it gives at most 64 MiB.
+    /// Returns the decoded bytes if this is a block, else a copy. Of a block that is cut short or
+    /// asks for more than it can hold, returns what could be decoded and logs a line. A block of
+    /// one symbol has no payload to bound it and yields at most 64 MiB.
     ByteBuffer decompress() const;
 
-    /// Reads a whole file of up to 2 GiB; on failure false, with the buffer as it was.
+    /// Reads a whole file of up to 2 GiB. Returns false, with the buffer unchanged, on failure.
     [[nodiscard]] bool readFile(const std::string& path);
-    /// Replaces a whole file; on failure false, with the old file whole.
+    /// Replaces a whole file. Returns false, with the old file intact, on failure.
     [[nodiscard]] bool writeFile(const std::string& path) const;
 
 private:

@@ -21,9 +21,9 @@ struct DataChunkView;
 class DataChunk {
 public:
     DataChunk() = default;
-    /// A copy of `size` bytes; null data gives as many zero bytes.
+    /// Copies `size` bytes; null data makes as many zero bytes.
     DataChunk(std::string name, const void* data, std::size_t size);
-    /// Reads the flat form from at most `size` bytes, as `parse` does. The result is dropped.
+    /// Reads the flat form from at most `size` bytes, as `parse` does, and drops its result.
     DataChunk(const void* serialized, std::size_t size);
     DataChunk(const DataChunk&) = default;
     DataChunk(DataChunk&&) noexcept = default;
@@ -31,41 +31,43 @@ public:
     DataChunk& operator=(DataChunk&&) noexcept = default;
     virtual ~DataChunk() = default;
 
-    /// Reads the flat form in place of what the chunk held. Gives the place behind it, or null if
-    /// it is damaged: if a count is negative or more than the bytes that are there, a name is
-    /// longer than `kMaxName`, or the levels are more than `kMaxDepth`. A damaged head leaves the
-    /// chunk as it is; damage further on leaves it with the children that were read before.
+    /// Replaces what the chunk holds by what the flat form holds. Returns a pointer past the form,
+    /// or null if it is damaged: if a count is negative or more than the bytes that are there, a
+    /// name is longer than `kMaxName`, or the levels are more than `kMaxDepth`. A damaged head
+    /// leaves the chunk unchanged; damage further on leaves it with the children that were read
+    /// before.
     [[nodiscard]] const void* parse(const void* serialized, std::size_t size);
 
     void setName(std::string name) { name_ = std::move(name); }
-    /// Replaces the payload by a copy of `size` bytes; null data gives as many zero bytes.
+    /// Replaces the payload by a copy of `size` bytes; null data makes as many zero bytes.
     void setData(const void* data, std::size_t size) { data_ = ByteBuffer(data, size); }
-    /// Appends a copy; gives this chunk, so that calls can be chained.
+    /// Appends a copy. Returns this chunk, so that calls can be chained.
     DataChunk& addChild(const DataChunk& child);
 
     bool hasChild(std::string_view name) const;
-    /// The first direct child of that name. If there is none, a shared chunk that is empty after
-    /// each such call: nothing that is written into it lasts.
+    /// Returns the first direct child of that name. If there is none, returns a shared chunk that
+    /// each such call empties, so nothing that is written into it lasts.
     DataChunk& child(std::string_view name);
     const DataChunk& child(std::string_view name) const;
 
-    /// The flat form, valid until the next call on this chunk; `size` gets its bytes. Null and 0 if
-    /// the form can't tell it: a name longer than `kMaxName`, more levels than
-    /// `kMaxDepth`, or 2 GiB and more.
+    /// Returns the flat form, valid until the next call on this chunk, and sets `size` to its
+    /// bytes. Returns null and 0 for what the form can't hold: a name longer than `kMaxName`, more
+    /// levels than `kMaxDepth`, or 2 GiB and more.
     const void* serialize(std::int32_t& size);
 
     const std::uint8_t* data() const { return data_.data(); }
     std::size_t size() const { return data_.size(); }
     const std::string& name() const { return name_; }
 
-    /// Of a name, in bytes.
+    /// The longest name, in bytes.
     static constexpr std::size_t kMaxName = 256;
-    /// The levels of chunks that are read, the outermost counted.
+    /// The most levels of chunks that are read, the outermost included.
     static constexpr std::size_t kMaxDepth = 64;
 
 private:
     explicit DataChunk(const DataChunkView& view);
-    std::size_t indexOf(std::string_view name) const; // The number of children if there is none.
+    // Returns the number of children if there is none of that name.
+    std::size_t indexOf(std::string_view name) const;
     std::size_t flatSize(std::size_t depth) const;
     std::uint8_t* write(std::uint8_t* to) const;
 

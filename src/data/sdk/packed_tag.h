@@ -6,13 +6,13 @@
 
 namespace MVR {
 
-/// The tree in its packed form: an element of that name with the attribute compressed="1", whose
+/// Returns the packed form of the tree: an element `name` with the attribute compressed="1", whose
 /// text is the base64 of the tree's compressed text.
 Tag packTag(const Tag& tree, std::string_view name);
 
-/// Puts the tree in place of its packed form. What isn't packed stays as it is, which is a success.
-/// False, with the element unchanged, if the text is no base64, what comes out of it no tree, or
-/// such an element nested in the tree packed again.
+/// Replaces a packed form by its tree. An element that isn't packed stays unchanged, which is a
+/// success. Returns false, with the element unchanged, if the text is no base64 or holds no tree,
+/// or if an element of the same name in that tree is packed again.
 [[nodiscard]] bool unpackTag(Tag& element);
 
 } // namespace MVR

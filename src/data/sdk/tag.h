@@ -18,13 +18,13 @@ class TagWriter;
 /// One node of the tree that every structured text goes through: settings, layouts, models,
 /// profiles.
 ///
-/// A Tag owns its children and frees them with itself. A copy is deep. A move takes the children
-/// along, so that references to them stay valid. All operations are safe for a tree of any depth.
-/// A tree belongs to one thread at a time.
+/// A Tag owns its children. A copy is deep. A move carries the children along, so that references
+/// to them stay valid. All operations are safe for a tree of any depth. A tree belongs to one
+/// thread at a time.
 ///
-/// Reading never fails loudly: what is missing reads as a shared empty Tag, so that
+/// Reading never fails loudly: what is missing reads as a shared empty Tag, so
 /// `tag.child("a").child("b").value()` needs no test. Nothing may be written into that shared Tag:
-/// test `isEmpty()` before changing what `child` gave.
+/// test `isEmpty()` before you change what `child` returned.
 class Tag {
 public:
     enum Kind : std::uint32_t {
@@ -54,9 +54,9 @@ public:
 
     /// An element without children.
     static Tag element(std::string_view name);
-    /// An element with one text child. An empty value gives no child.
+    /// An element with one text child, or without a child if `value` is empty.
     static Tag element(std::string_view name, std::string_view value);
-    /// As above, the components with "," between them.
+    /// As above, with the components joined by ",".
     static Tag element(std::string_view name, const std::array<double, 3>& value);
     /// As above, a number with at most six significant digits, whatever the locale.
     template <typename T, std::enable_if_t<std::is_arithmetic_v<T>, int> = 0>
@@ -74,82 +74,86 @@ public:
     const std::string& name() const { return text_; }
     bool hasName(std::string_view name) const { return text_ == name; }
     Kind kind() const { return kind_; }
-    /// No text and no children; attributes don't count. True for the shared empty Tag.
+    /// Returns true if there is no text and no child; attributes don't count. True for the shared
+    /// empty Tag.
     bool isEmpty() const { return childCount_ == 0 && text_.empty(); }
-    /// The text of the first text child, or an empty string. Valid until that child changes.
+    /// Returns the text of the first text child, or an empty string. Valid until that child
+    /// changes.
     const std::string& value() const;
-    /// Reads the own text as a number; false, with `out` unchanged, if it holds none. For the
-    /// number of an element ask its first child: `child(0).as(out)`. `T` is any built-in number
-    /// type but the character types.
+    /// Reads this Tag's own text as a number. Returns false, with `out` unchanged, if it holds
+    /// none. For the number of an element ask its first child: `child(0).as(out)`. `T` is any
+    /// built-in number type except the character types.
     template <typename T>
     bool as(T& out) const;
 
-    /// The value, or "" if there is none; never adds the key.
+    /// Returns the value, or "" if there is none; never adds the key.
     std::string attribute(std::string_view key) const;
-    /// A writable reference to the value, added as "" if there is none. Valid until the next key is
-    /// added.
+    /// Returns a writable reference to the value, which is added as "" if there is none. Valid
+    /// until the next key is added.
     std::string& attributeRef(std::string_view key);
 
     std::int32_t childCount() const { return static_cast<std::int32_t>(childCount_); }
-    /// The number of children of any kind with that text.
+    /// Returns the number of children of any kind with that text.
     std::int32_t childCount(std::string_view name) const;
-    /// The child at `index`, from 0. Out of range: the shared empty Tag. The reference stays valid
-    /// while siblings are added, until one is removed.
+    /// Returns the child at `index`, from 0, or the shared empty Tag if there is none. The
+    /// reference stays valid while siblings are added, until one is removed.
     const Tag& child(std::int32_t index) const;
     Tag& child(std::int32_t index);
-    /// The `n`-th child, from 0, of any kind, with that text; none: the shared empty Tag.
+    /// Returns the `n`-th child, from 0, of any kind with that text, or the shared empty Tag if
+    /// there is none.
     const Tag& child(std::string_view name, std::int32_t n = 0) const;
     Tag& child(std::string_view name, std::int32_t n = 0);
 
-    /// Sets the text and gives a writable reference to it.
+    /// Sets the text and returns a writable reference to it.
     std::string& setName(std::string_view name);
-    /// Appends a copy and gives a reference to it. A child without text and children is not added:
-    /// the result is then this Tag. What is moved in may be this Tag or stand below it, never
-    /// above.
+    /// Appends a copy and returns a reference to it. A child without text and children is not
+    /// added; this Tag is returned instead. A Tag that is moved in may be this one or one below it,
+    /// but none above it.
     Tag& addChild(const Tag& child);
     Tag& addChild(Tag&& child);
-    /// Removes the first child of the same kind, text and attributes; its children don't count.
-    /// False if there is none.
+    /// Removes the first child of the same kind, text and attributes, whatever its children.
+    /// Returns false if there is none.
     bool removeChild(const Tag& child);
-    /// Frees the children, attributes and text. The kind stays.
+    /// Frees the children, the attributes and the text. The kind stays.
     void clear();
 
-    /// Clears the Tag and reads the text into it. What stands behind the root element is ignored.
-    /// 0: success. 2: no root, or a close tag where a node was expected. 3: the text ended inside
-    /// an element. 4: a close tag of another element. 5: a fault in an attribute, or nothing where
-    /// a node was expected. 6: more levels than `kMaxDepth`; logged. On failure the Tag keeps what
-    /// was complete before the fault, of the root's own attributes too.
+    /// Clears the Tag and reads the text into it. Anything after the root element is ignored.
+    /// Returns 0 for success; 2 if there is no root, or a close tag where a node was expected; 3 if
+    /// the text ended inside an element; 4 for a close tag of another element; 5 for a fault in an
+    /// attribute, or nothing where a node was expected; 6 for more levels than `kMaxDepth`, which
+    /// is logged. On failure the Tag keeps all that was complete before the fault, including the
+    /// root's own attributes.
     [[nodiscard]] std::int32_t parse(std::string_view xmlText);
-    /// Where in a text something stands: its line from 1, and the byte in that line from 1.
+    /// A position in a text: the line, from 1, and the byte in that line, from 1.
     struct Place {
         std::int32_t line = 0;
         std::int32_t column = 0;
     };
-    /// The same, and tells where the fault is; of an element that isn't closed, where it opens.
-    /// Without a fault `fault` is as it was.
+    /// The same, and stores where the fault is; for an element that isn't closed, where it opens.
+    /// Without a fault `fault` stays unchanged.
     [[nodiscard]] std::int32_t parse(std::string_view xmlText, Place& fault);
-    /// What a code of `parse`, `read` or `load` says, in a few words for the user.
+    /// Describes a code of `parse`, `read` or `load` in a few words for the user.
     static const char* describeFault(std::int32_t code);
     /// Reads the stream to its end, line ends removed, and parses that.
     [[nodiscard]] std::int32_t read(std::istream& stream);
-    /// What `load` gives for a file that can't be opened or read.
+    /// Returned by `load` for a file that can't be opened or read.
     static constexpr std::int32_t kNotOpened = 1;
-    /// Reads a file as `read` does. `kNotOpened`, with nothing changed, if it can't be opened or
-    /// read, or is larger than 2 GiB.
+    /// Reads a file as `read` does. Returns `kNotOpened`, with nothing changed, if the file can't
+    /// be opened or read, or is larger than 2 GiB.
     [[nodiscard]] std::int32_t load(const std::string& path);
 
-    /// The tree as text. `indent` stands before the root, one `indentUnit` more before each level.
+    /// Returns the tree as text. `indent` precedes the root, and each level adds one `indentUnit`.
     std::string toText(std::string_view newline, std::string_view indentUnit,
                        std::string_view indent) const;
-    /// Writes an XML header and the tree. False, with the old file whole, if that fails or the tree
-    /// is deeper than `load` would read.
+    /// Writes an XML header and the tree. Returns false, with the old file intact, if that fails or
+    /// the tree is deeper than `load` reads.
     [[nodiscard]] bool save(const std::string& path) const;
 
     bool operator==(const Tag& other) const;
     bool operator!=(const Tag& other) const { return !(*this == other); }
 
-    /// The levels of elements with content that are read from text; a leaf may stand one level
-    /// deeper. Bounds the recursion of those who walk a tree.
+    /// The most levels of elements with content that are read from text; a leaf may be one level
+    /// deeper. Bounds the recursion of code that walks a tree.
     static constexpr std::int32_t kMaxDepth = 2000;
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// Lists of named elements, such as presets, that are gathered from files.
+/// Lists of named elements, such as presets, gathered from files.
 #pragma once
 
 #include "data/sdk/tag.h"
@@ -18,8 +18,8 @@ struct FileElement {
     Tag data;
 };
 
-/// A list of named elements from several places, which the user sees as one. What a file looks like
-/// is told by a derived class. Host thread only.
+/// A list of named elements from several files and folders, which the user sees as one. A derived
+/// class defines the format of a file. Host thread only.
 ///
 /// 1. `addSourcePath` in reading order, `setDestinationPath`, `addReadOnlyName`.
 /// 2. `reload`, then and whenever files may have changed.
@@ -28,53 +28,56 @@ struct FileElement {
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class XMLFileManager {
 public:
-    /// The most files of one folder that are read, the first in byte order of their names.
+    /// The most files of one folder that are read: the first in byte order of their names.
     static constexpr std::size_t kMostFiles = 10000;
 
     static constexpr std::int32_t kDone = 0;
     static constexpr std::int32_t kRefused = 1; ///< the name is reserved
 
-    /// Writes `element` as a file of its own in `folder`. Gives its path; empty, with a line in the
-    /// log and everything as it was, if that failed.
+    /// Writes `element` to a file of its own in `folder` and returns its path. On failure logs a
+    /// line, changes nothing and returns "".
     virtual std::string saveToFile(Tag element, std::string folder) = 0;
-    /// All elements of a file. None of one that is missing, or that can't be read, which is logged.
+    /// Returns all elements of a file; none if the file is missing, or if it can't be read, which
+    /// is logged.
     virtual std::vector<Tag> loadFile(std::string path) = 0;
-    /// Takes what has the name of `element` out of a file. A failure is logged.
+    /// Removes what has the name of `element` from a file. A failure is logged.
     virtual void removeFromFile(Tag element, std::string path) = 0;
-    /// The name, or "" if it has none.
+    /// Returns the name, or "" if there is none.
     [[nodiscard]] virtual std::string elementName(const Tag& element) const = 0;
-    /// The wildcard of the list's files, "*" and their ending.
+    /// Returns the wildcard of the list's files: "*" and their ending.
     [[nodiscard]] virtual std::string fileFilter() const = 0;
 
     virtual ~XMLFileManager() = default;
 
-    /// A folder, or, if the fourth character from the end is ".", a single file. An element of a
-    /// later source takes the place of an earlier one with its name.
+    /// Adds a folder, or, if the fourth character from the end is ".", a single file. An element of
+    /// a later source replaces an earlier one with its name.
     void addSourcePath(const std::string& path);
-    /// The folder that new files go to. Without one nothing is written.
+    /// Sets the folder that new files go to. Without one nothing is written.
     void setDestinationPath(const std::string& path);
-    /// No file and no user may put anything under this name, in upper or lower case, nor remove it.
+    /// Reserves a name, in upper or lower case: no file and no user may add or remove an element of
+    /// that name.
     void addReadOnlyName(const std::string& name);
 
-    /// Reads all sources anew. What was only added to the list is gone then.
+    /// Reads all sources again. Elements that were only added to the list are lost.
     void reload();
-    /// Puts an element into the list, in the place of one with its name, and with `saveFile` into a
-    /// file. `force` passes over the reserved names. `kDone`, or `kRefused` with nothing changed.
-    /// A failure to write is no refusal: the element is in the list, the log says why, and
-    /// `elementFile` is empty.
+    /// Adds an element to the list, replacing one with its name, and with `saveFile` writes it to a
+    /// file. `force` ignores the reserved names. Returns `kDone`, or `kRefused` with nothing
+    /// changed. If only the file can't be written, the element is in the list all the same, the log
+    /// says why, and `elementFile` is empty.
     [[nodiscard]] std::int32_t addElement(const Tag& element, bool saveFile, bool force);
-    /// Takes an element out of the list, and out of the file that it came from or went to.
+    /// Removes an element from the list and from the file that it came from or went to. Returns
     /// `kRefused` for a reserved name.
     [[nodiscard]] std::int32_t removeElement(const std::string& name);
 
     [[nodiscard]] std::int32_t elementCount() const {
         return static_cast<std::int32_t>(elements_.size());
     }
-    /// In order of arrival; null if `index` is out of range. Valid until the list changes.
+    /// Returns the element at `index`, in order of arrival, or null if `index` is out of range.
+    /// Valid until the list changes.
     [[nodiscard]] const FileElement* element(std::int32_t index) const;
-    /// The element of this very name, or null. Valid until the list changes.
+    /// Returns the element of exactly this name, or null. Valid until the list changes.
     [[nodiscard]] const FileElement* findElement(const std::string& name) const;
-    /// The file that an element came from or went to; "" if there is none.
+    /// Returns the file that an element came from or went to, or "" if there is none.
     [[nodiscard]] std::string elementFile(const std::string& name) const;
 
 protected:
@@ -91,7 +94,7 @@ private:
     std::vector<FileElement> elements_;
     std::map<std::string, std::string> elementFiles_; // path by name
     std::vector<std::string> readOnlyNames_;          // lower case
-    std::map<std::string, std::size_t> places_;       // in `elements_`, by name
+    std::map<std::string, std::size_t> places_;       // index in `elements_`, by name
 };
 
 } // namespace MVR

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-/// The desktop without a screen: what stands on it, and the user's hand on it, for tests and for
-/// batch processes.
+/// The desktop without a screen: what is on it, and the user's hand on it, for tests and batch
+/// processes.
 namespace MVR::Platform::Headless {
 
 /// The desktop's size in pixels.
@@ -31,26 +31,27 @@ struct WindowState {
 
 /// All windows and dialogs, oldest first.
 std::vector<WindowHandle> windows();
-/// False, and `out` as it was, if there is no such window.
+/// Returns false, with `out` unchanged, if there is no such window.
 bool describeWindow(WindowHandle window, WindowState& out);
 /// The user minimises or restores a window.
 bool setIconic(WindowHandle window, bool iconic);
 
 /// Modal dialogs that run, outermost first.
 std::vector<DialogHandle> openDialogs();
-/// The resource number of a dialog; 0 if there is no such dialog.
+/// Returns the resource number of a dialog, or 0 if there is no such dialog.
 std::int32_t dialogResource(DialogHandle dialog);
-/// The user presses a button; its command arrives at the next turn of the pump. False if there is
-/// no such button, or the dialog is covered by another modal dialog.
+/// The user presses a button; its command arrives at the next turn of the pump. Returns false if
+/// there is no such button, or if another modal dialog covers this one.
 bool pressControl(DialogHandle dialog, std::int32_t control);
 
 enum class ModalEvent {
     Opened, ///< after the logic's `onOpen`
     Turn    ///< before each turn of its loop, at least each `kModalTurnMs`
 };
-/// How long a modal loop sleeps at most, with a user hook, before it asks that again.
+/// With a user hook, a modal loop sleeps at most this long before it calls the hook again.
 constexpr std::int32_t kModalTurnMs = 20;
-/// Acts as the user of modal dialogs; called with the innermost. An empty function takes it away.
+/// Acts as the user of modal dialogs; called with the innermost. An empty function removes the
+/// hook.
 using UserHook = std::function<void(DialogHandle dialog, ModalEvent event)>;
 void setUserHook(UserHook hook);
 
@@ -65,14 +66,14 @@ struct ShownMessageBox {
 constexpr std::size_t kMessageBoxesKept = 256;
 /// What was shown, oldest first.
 std::vector<ShownMessageBox> messageBoxes();
-/// Answers one later box, the first scripted first; a box without such a button takes its default
-/// and uses the answer up.
+/// Answers one later box, the first scripted first. A box without such a button answers with its
+/// default and uses the script's answer up.
 void scriptMessageBoxAnswer(std::int32_t answer);
 
 struct ShownFileChooser {
     FileChooser chooser;
     bool isSave;
-    std::string answer; ///< "" if the user gave up
+    std::string answer; ///< "" if the user cancelled
 };
 /// Only the latest are kept.
 constexpr std::size_t kFileChoosersKept = 256;

@@ -47,7 +47,7 @@ void runRedraws() {
     }
 }
 
-/// 0 if something is due, -1 if nothing waits.
+/// Returns 0 if something is due, -1 if nothing waits.
 std::int32_t msUntilNext() {
     const bool isRedraw = std::any_of(getState().windows.begin(), getState().windows.end(),
                                       [](const auto& window) { return isRedrawDue(*window); });

@@ -10,13 +10,13 @@ namespace {
 
 constexpr std::uint32_t kHighestVirtualKey = 255;
 
-/// Runs the newest hook older than `handle`, and with it those it passes the event on to.
+/// Runs the newest hook older than `handle`, and through it those to which it passes the event.
 std::intptr_t runHookBelow(HookHandle handle, int code, std::uint32_t virtualKey,
                            std::uint32_t flags) {
     Headless::State& state = Headless::getState();
     for (auto hook = state.hooks.rbegin(); hook != state.hooks.rend(); ++hook) {
         if (hook->handle < handle) {
-            // The call may change the list, so nothing of it is used afterwards.
+            // The call may change the list, so don't use the iterator after it.
             const HookHandle before = std::exchange(state.runningHook, hook->handle);
             const std::intptr_t result = hook->procedure(code, virtualKey, flags);
             state.runningHook = before;

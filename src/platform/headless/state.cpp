@@ -8,7 +8,7 @@ namespace MVR::Platform {
 
 namespace {
 
-/// A plain pointer: the library may be unloaded before the process runs its destructors.
+/// A plain pointer, since the library may be unloaded before the process runs its destructors.
 Headless::State* state = nullptr;
 
 } // namespace

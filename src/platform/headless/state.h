@@ -26,7 +26,7 @@ struct Timer {
     std::uint32_t dialogTimerId;
 };
 
-/// A dialog's logic is called by the one or the other.
+/// Which operation of a dialog's logic is called.
 enum class PostKind { Message, Command };
 
 struct Post {
@@ -88,27 +88,28 @@ struct State {
     std::deque<std::int32_t> menuAnswers;
 };
 
-/// Made at the first call, freed by `releasePlatform`.
+/// Created at the first call, freed by `releasePlatform`.
 State& getState();
 
-/// Null if there is no such window; valid until it is destroyed.
+/// Returns null if there is no such window. Valid until the window is destroyed.
 Window* findWindow(WindowHandle window);
-/// Null if there is no such dialog or it has ended.
+/// Returns null if there is no such dialog or it has ended.
 Dialog* findDialog(DialogHandle dialog);
 Control* findControl(DialogHandle dialog, std::int32_t control);
 
 /// Adds an empty window at the end of the list.
 Window& addWindow();
-/// Takes a window out of the list, with its timers; nobody is told.
+/// Removes a window and its timers from the lists; notifies nobody.
 void removeWindow(WindowHandle window);
 
 TimerId unusedTimerId();
-/// Starts a timer under an id that isn't in use. `callback` null: the dialog's logic is called.
+/// Starts a timer under an id that isn't in use. With a null `callback` the dialog's logic is
+/// called.
 TimerId addTimer(TimerId id, std::uint32_t intervalMs, TimerCallback callback, DialogHandle dialog,
                  std::uint32_t dialogTimerId);
 /// Calls the timers that are due now, each at most once.
 void runDueTimers();
-/// Milliseconds until the next timer is due, -1 if there is none.
+/// Returns the milliseconds until the next timer is due, or -1 if there is none.
 std::int32_t msUntilTimer();
 
 void post(DialogHandle dialog, PostKind kind, std::uint32_t message, std::int32_t control);

@@ -18,13 +18,13 @@ Timer* findTimer(TimerId id) {
     return found != timers.end() ? &*found : nullptr;
 }
 
-/// 0 or above if the timer is due. A clock that was set back makes all timers due: better once too
-/// early than 49 days too late.
+/// Returns 0 or more if the timer is due. A clock that was set back makes all timers due: better
+/// once too early than 49 days too late.
 std::int64_t overdueMs(const Timer& timer, std::uint32_t now) {
     return std::int64_t(now - timer.startTick) - timer.intervalMs;
 }
 
-/// By due time; of equals the one that was set first.
+/// Sorted by due time; of equals the one that was set first comes first.
 std::vector<TimerId> listDueTimers() {
     const std::uint32_t now = tickMs();
     std::vector<Timer> due = Headless::getState().timers;
@@ -40,7 +40,7 @@ std::vector<TimerId> listDueTimers() {
 }
 
 void fire(Timer& timer, std::uint32_t now) {
-    // Missed periods are dropped, the grid stays.
+    // Drop missed periods, keep the grid.
     timer.startTick += (now - timer.startTick) / timer.intervalMs * timer.intervalMs;
     const Timer copy = timer; // the call may end the timer
     if (copy.callback) {

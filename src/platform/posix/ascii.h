@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-/// Names that match whatever the case of their ASCII letters, as those of files and of the
-/// registry.
+/// Names that match in any case of their ASCII letters, as those of files and of the registry do.
 namespace MVR::Platform {
 
 inline char lowerAscii(char c) {

@@ -50,7 +50,7 @@ std::string joinSeparators(std::string_view path) {
     return joined;
 }
 
-/// Calls `visit` with each entry of a folder, in no order.
+/// Calls `visit` with each entry of a folder, in any order.
 template <typename Visit>
 void visitFolder(const std::string& folder, Visit visit) {
     std::error_code error;
@@ -63,7 +63,7 @@ void visitFolder(const std::string& folder, Visit visit) {
     }
 }
 
-/// The first name in a folder that differs only in case, or `name` itself.
+/// Returns the first name in a folder that differs only in case, or `name` itself.
 std::string findCase(const std::string& folder, std::string_view name) {
     std::string best;
     const int errorBefore = lastError;
@@ -77,8 +77,8 @@ std::string findCase(const std::string& folder, std::string_view name) {
     return best.empty() ? std::string(name) : best;
 }
 
-/// Walks both at once and goes back to the latest "*" only, so time is at most the product of the
-/// two lengths.
+/// Walks both at once and goes back only to the latest "*", so the time is at most the product of
+/// the two lengths.
 bool fitsPattern(std::string_view name, std::string_view pattern) {
     if (pattern == "*.*") {
         return true;
@@ -131,15 +131,15 @@ public:
         return true;
     }
 
-    /// Some file systems and devices have nothing to flush, and say EINVAL.
+    /// Some file systems and devices have nothing to flush and report EINVAL.
     bool flush() { return fsync(handle_) == 0 || errno == EINVAL; }
 
 private:
     int handle_;
 };
 
-/// Where a write to `path` ends up: the end of its chain of symbolic links, whether or not there is
-/// a file. Empty for a loop.
+/// Returns where a write to `path` ends up: the end of its chain of symbolic links, whether or not
+/// there is a file. Returns "" for a loop.
 std::string followLinks(std::string path) {
     for (int links = 0; links < kMostLinks; ++links) {
         char target[PATH_MAX];
@@ -171,8 +171,8 @@ bool keepOwnerAndPermissions(const OpenFile& file, const struct stat& old) {
     return (status.st_mode & 0777) == permissions || fchmod(file.get(), permissions) == 0;
 }
 
-/// A name in the target's folder that nobody else uses; short, as the target's own may be as long
-/// as names can be.
+/// Returns a name in the target's folder that nobody else uses. It is short, since the target's own
+/// may be as long as names can be.
 std::string nameBeside(const std::string& target) {
     static std::atomic<unsigned> counter{0};
     return target.substr(0, target.rfind('/') + 1) + ".mvr-" + std::to_string(getpid()) + "-" +
@@ -192,11 +192,11 @@ bool fillAndRename(OpenFile& file, const std::string& name, const std::string& t
            file.close() && rename(name.c_str(), target.c_str()) == 0;
 }
 
-/// `old`: the status of the file that is replaced, or null.
+/// `old` is the status of the file that is replaced, or null.
 bool replaceFile(const std::string& target, const struct stat* old, std::string_view bytes) {
     for (int attempt = 0; attempt < kMostNames; ++attempt) {
         const std::string name = nameBeside(target);
-        // The bytes of a private file must not be open to all while they are written.
+        // The bytes of a private file must not be readable by all while they are written.
         OpenFile file(name, O_WRONLY | O_CREAT | O_EXCL, old ? 0600 : 0666);
         if (!file.isOpen()) {
             if (errno == EEXIST) {
@@ -318,7 +318,7 @@ bool readFile(std::string_view path, std::string& out, std::uint64_t mostBytes) 
     std::string bytes;
     bytes.reserve(isRegular ? std::size_t(status.st_size) + 1 : kChunkBytes);
     while (true) {
-        // A pipe, or a file that grows meanwhile, has no size to go by.
+        // A pipe, or a file that grows meanwhile, has no known size.
         const std::size_t have = bytes.size();
         const std::size_t room = bytes.capacity() - have;
         const std::size_t step = room == 0 ? kChunkBytes : std::min(room, kChunkBytes);

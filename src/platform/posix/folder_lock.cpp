@@ -17,7 +17,7 @@ namespace {
 constexpr std::uint32_t kStepMs = 5; ///< between two tries
 constexpr const char* kLockFile = "/.mvr-lock";
 
-/// Zero, or the system's error. The file's lock ends with the last handle to it, and so with a
+/// Returns 0 or the system's error. The lock ends with the last handle of the file, and so with a
 /// process that is killed.
 int lockFile(int file) {
     for (std::uint32_t waitedMs = 0;; waitedMs += kStepMs) {

@@ -11,8 +11,8 @@ namespace MVR::Platform {
 
 namespace {
 
-/// Where this code came from. Found at the first call, as the loader knows a path as it was given,
-/// which may be relative to a current folder that changes later.
+/// The library of this code. Looked up once, early: the loader knows a path as it was given, which
+/// may be relative to a current folder that changes later.
 struct OwnModule {
     LibraryHandle handle = nullptr;
     char path[PATH_MAX] = "";
@@ -33,7 +33,7 @@ OwnModule& findOwnModule() {
         }
     }
     if (!module.handle) {
-        // The program itself isn't known to the loader by its file; nor is its path always whole.
+        // The loader doesn't know the program itself by its file, nor always its whole path.
         module.handle = dlopen(nullptr, RTLD_LAZY);
 #ifdef __linux__
         if (!realpath("/proc/self/exe", module.path)) {
@@ -41,7 +41,7 @@ OwnModule& findOwnModule() {
         }
 #endif
     }
-    // The handle stays good without a count of its own, which would keep the library from
+    // The handle stays valid without a count of its own, which would keep the library from
     // unloading.
     if (module.handle) {
         dlclose(module.handle);
@@ -65,7 +65,7 @@ void* findFunction(LibraryHandle library, const char* name) {
     if (!function) {
         return nullptr;
     }
-    // The search goes on in the libraries that this one needs, which are other plug-ins perhaps.
+    // The search continues in the libraries that this one needs, which may be other plug-ins.
     Dl_info unused;
     void* place = nullptr;
     void* own = nullptr;

@@ -16,11 +16,11 @@ namespace {
 constexpr std::uint64_t kLargestRegistryBytes = 1 << 20; ///< a hive of ours has a few lines
 constexpr std::string_view kRegistryFile = "/mirvane/registry.ini";
 
-/// The values that the machine itself can answer, when no file does.
+/// The values that the machine itself can tell when no file does.
 struct UserFolder {
     const char* value;
     const char* xdgName;
-    const char* usualName; ///< below the home folder, taken if there is such a folder
+    const char* usualName; ///< below the home folder, used if it exists
 };
 constexpr UserFolder kUserFolders[] = {{"Personal", "XDG_DOCUMENTS_DIR", "/Documents"},
                                        {"Desktop", "XDG_DESKTOP_DIR", "/Desktop"}};
@@ -43,7 +43,7 @@ std::string_view trim(std::string_view text) {
     return text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
-/// Takes the next line off `text`, without its end and the blanks around it.
+/// Removes the next line from `text` and returns it without its end and the blanks around it.
 std::string_view takeLine(std::string_view& text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = trim(text.substr(0, end));
@@ -80,7 +80,7 @@ RegistryResult findValue(std::string_view hive, std::string_view key, std::strin
     return result;
 }
 
-/// A folder of the environment; relative ones don't count.
+/// Returns a folder of the environment; relative ones don't count.
 std::string environmentFolder(const char* name) {
     std::string folder = environment(name);
     return folder.substr(0, 1) == "/" ? folder : "";
@@ -111,7 +111,8 @@ bool readMachineHive(std::string& text) {
     return false;
 }
 
-/// A folder of the user's list, which has lines of the form XDG_DOCUMENTS_DIR="$HOME/Documents".
+/// Returns a folder of the user's list, which has lines such as
+/// XDG_DOCUMENTS_DIR="$HOME/Documents".
 std::string listedUserFolder(const UserFolder& wanted, const std::string& home) {
     std::string list;
     if (!readHive(configFolder() + "/user-dirs.dirs", list)) {

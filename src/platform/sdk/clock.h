@@ -4,8 +4,8 @@
 
 namespace MVR::Platform {
 
-/// Milliseconds since an arbitrary start; wraps to 0 after 2^32 - 1, so only differences count.
-/// Stands for GetTickCount.
+/// Returns the milliseconds since an arbitrary start. They wrap to 0 after 2^32 - 1, so only
+/// differences count. Stands for GetTickCount.
 std::uint32_t tickMs();
 
 struct UtcTime {
@@ -17,13 +17,13 @@ struct UtcTime {
     std::int32_t second; ///< 0 to 59
 };
 
-/// Date and time in UTC, Gregorian. Stands for GetSystemTime.
+/// Returns the Gregorian date and time in UTC. Stands for GetSystemTime.
 UtcTime utcNow();
 
-/// A clock in the caller's hand. While it lives `tickMs` and `utcNow` stand still, and move only by
-/// `advance` and `set`; with its end the real clock is back. One at a time.
-/// It rules the library or program that it was linked into: a tool or driver library that carries
-/// its own static part keeps the real clock.
+/// A clock in the caller's hand. While it lives `tickMs` and `utcNow` stand still, and only
+/// `advance` and `set` move them; afterwards the real clock is back. One at a time. It rules the
+/// library or program that it was linked into: a tool or driver library with a static part of its
+/// own keeps the real clock.
 class HandClock {
 public:
     static constexpr std::int64_t kMillennium = 946684800000; ///< 2000-01-01 00:00:00 in UTC
@@ -36,10 +36,10 @@ public:
 
     /// Moves the tick, which may wrap, and the UTC time.
     void advance(std::uint32_t ms);
-    /// Puts the tick there, forward or back; the UTC time stays.
+    /// Sets the tick, forward or back. The UTC time stays.
     void set(std::uint32_t tick);
 
-    /// The living hand clock, or null when the clock is real.
+    /// Returns the living hand clock, or null if the clock is real.
     static HandClock* current();
 
 private:

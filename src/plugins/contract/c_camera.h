@@ -27,7 +27,7 @@ class CInterface;
 class CCamera : public CExtendable {
 public:
     /// What a new tool object is built from. The core owns it for the length of the call.
-    class CreateParam : public CExtendable {
+    class CreateParam final : public CExtendable {
     public:
         std::int32_t version = 100;
         CCameraPlugin* plugin = nullptr; ///< filled in by createCode()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace MVR {
 
 class CMesh;
@@ -63,6 +65,45 @@ public:
 
 protected:
     ~HelperSnapshot() = default;
+};
+
+/// The lens of a camera at one time: what a tool reads and animates.
+///
+/// 1. Take it with ScopedLens (plugins/contract/scoped_snapshot.h), or with
+///    `LensSnapshot::fromHandle(tool->getLensSnapshot(node, time))`. A node that is no camera has
+///    none, nor has any node of a host that doesn't animate lenses.
+/// 2. Read and write as often as needed. While a recording or a resimulation runs, a write sets one
+///    key at that time on the curve that it names; else it changes the value at rest. A value that
+///    isn't above 0, or isn't finite, is left alone. A lens to which a take writes nothing gets no
+///    key from it.
+/// 3. Give it back with release() before the next lens snapshot of that node; ScopedLens does.
+///
+/// The adaptor owns the object; it is valid until it is given back. The field of view that a focal
+/// length leads to depends on the size of the picture, which is the host's.
+class LensSnapshot {
+public:
+    /// Millimetres.
+    virtual double getFocalLengthMm() = 0;
+    virtual void setFocalLengthMm(double millimetres) = 0;
+    /// From the camera to the plane that is sharp, in scene units.
+    virtual double getFocusDistance() = 0;
+    virtual void setFocusDistance(double distance) = 0;
+    /// Focal length over the width of the iris: 5.6 for f/5.6.
+    virtual double getFNumber() = 0;
+    virtual void setFNumber(double fNumber) = 0;
+    /// Gives the snapshot back.
+    virtual void release() = 0;
+
+    /// What SceneNode::getLensSnapshot() and CInterface::getLensSnapshot() return: 0 for null.
+    [[nodiscard]] static std::intptr_t toHandle(LensSnapshot* snapshot) {
+        return reinterpret_cast<std::intptr_t>(snapshot);
+    }
+    [[nodiscard]] static LensSnapshot* fromHandle(std::intptr_t handle) {
+        return reinterpret_cast<LensSnapshot*>(handle);
+    }
+
+protected:
+    ~LensSnapshot() = default;
 };
 
 } // namespace MVR

@@ -13,7 +13,7 @@ namespace UniDevice {
 class ControlTarget;
 class Device;
 
-/// Bits of a kind mask: what a control gives, or what a property accepts. Write them with their
+/// Bits of a kind mask: what a control provides, or what a property accepts. Write them with their
 /// namespace: the C library has a function `finite` of its own.
 enum ControlKind : std::int32_t {
     binary = 1,   ///< two states, 0 or 1: a key or a button
@@ -24,14 +24,14 @@ enum ControlKind : std::int32_t {
 
 /// One live input value: a key, an axis, an argument of a network message.
 ///
-/// A control belongs to its device, which makes it, writes its values and frees it by `destroy()`.
-/// It may be freed while something is bound to it. Host thread only.
+/// A control belongs to its device, which creates it, writes its values and frees it by
+/// `destroy()`. It may be freed while something is bound to it. Host thread only.
 ///
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Control {
 public:
-    /// `device` is the owner, or null for a control that stands alone; `threshold` is the least
-    /// change that counts as a move in a detection. Values start at 0.
+    /// `device` is the owner, or null for a control without one; `threshold` is the least change
+    /// that counts as a move in a detection. Values start at 0.
     Control(Device* device, std::int32_t kindMask, double threshold);
 
     /// Keeps all fields but `targets`, which starts empty.
@@ -41,17 +41,17 @@ public:
     /// Makes `out` a `control` element that names this control, so that a saved binding finds it.
     virtual void toTag(MVR::Tag& out) const;
 
-    /// True if `tag` names this control: device, `type` and `index` fit. A missing `index` fits
-    /// any; the description takes no part.
+    /// Returns true if `tag` names this control: device, `type` and `index` match. A missing
+    /// `index` matches any; the description is ignored.
     [[nodiscard]] virtual bool matches(const MVR::Tag& tag) const;
 
-    /// The value that bound properties map, asked at each read. By default `value`.
+    /// Returns the value that bound properties map, `value` by default. Called at each read.
     [[nodiscard]] virtual double getValue() const;
 
     /// Frees the control in the library that made it.
     virtual void destroy();
 
-    /// Tells each target that the control goes.
+    /// Tells each target that the control is being destroyed.
     virtual ~Control();
 
     /// Stores a new value and keeps the one it replaces in `previousValue`. Not virtual.
@@ -60,13 +60,13 @@ public:
     /// Sets both values to 0.
     void resetValues();
 
-    /// Size of the last change, never negative.
+    /// Returns the size of the last change, never negative.
     [[nodiscard]] double change() const;
 
-    /// Takes every entry of `target` off `targets`; one that isn't there does nothing.
+    /// Removes every entry of `target` from `targets`, if there is one.
     void removeTarget(const ControlTarget* target);
 
-    /// Of some candidates the one with the largest change, the first of equals; null if there is
+    /// Returns the candidate with the largest change, the first of equals, or null if there is
     /// none.
     [[nodiscard]] static Control* mostMoved(const std::vector<Control*>& candidates);
 

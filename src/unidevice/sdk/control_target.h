@@ -4,14 +4,14 @@ namespace UniDevice {
 
 class Control;
 
-/// Whoever is bound to a control and must know when it goes.
+/// An object that is bound to a control and must know when the control is destroyed.
 ///
-/// A target stands in `Control::targets` while it is bound. Whichever of the two ends first takes
-/// itself out of the other.
+/// A target is in `Control::targets` while it is bound. Whichever of the two is destroyed first
+/// removes itself from the other.
 class ControlTarget {
 public:
-    /// Called by the destructor of a control for each of its targets. `control` is on its way out:
-    /// compare the address, call nothing of it.
+    /// Called by the destructor of a control for each of its targets. Only compare the address of
+    /// `control` and call nothing of it: it is being destroyed.
     virtual void controlRemoved(Control* control) = 0;
 
 protected:

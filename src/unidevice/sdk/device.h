@@ -24,20 +24,20 @@ class Driver;
 /// 2. `activate(0)` when a take begins.
 /// 3. `update(0)` once per tick: the device writes new values into its controls.
 /// 4. `deactivate(0)` when the take ends.
-/// 5. `destroy()` when the host detaches; the destructor leaves handler and driver.
+/// 5. `destroy()` when the host detaches; the destructor leaves the handler and the driver.
 /// `update` may also come outside of a take, as may `prepareDetection`, `detectControl` and
 /// `resetControls` while the user looks for a control. Host thread only.
 ///
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Device : public MVR::Util::DynamicObject {
 public:
-    /// With `registerNow` the device joins the end of the handler's list at once. Name and index
-    /// are the maker's to fill.
+    /// With `registerNow` the device joins the end of the handler's list at once. The caller sets
+    /// name and index.
     explicit Device(bool registerNow);
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
 
-    /// Leaves handler and driver.
+    /// Leaves the handler and the driver.
     ~Device() override;
 
     /// Makes `out` a `control` element that names this device.
@@ -45,51 +45,53 @@ public:
 
     [[nodiscard]] virtual std::int32_t controlCount() const = 0;
 
-    /// The control at `index`, still the device's; null if `index` is out of range.
+    /// Returns the control at `index`, which the device owns, or null if `index` is out of range.
     [[nodiscard]] virtual Control* control(std::int32_t index) = 0;
 
-    /// Reads new values into the controls; the argument is always 0. Never blocks. False if the
-    /// device failed; its controls then keep what they had.
+    /// Reads new values into the controls; the argument is always 0. Never blocks. Returns false if
+    /// the device failed; its controls then keep their values.
     virtual bool update(std::int32_t reserved) = 0;
 
-    /// The first control that `tag` names, or null. A device whose controls come into being on
-    /// demand makes the control here.
+    /// Returns the first control that `tag` names, or null. A device that creates controls on
+    /// demand creates the control here.
     virtual Control* findControl(const MVR::Tag& tag);
 
-    /// Start of a detection: from now on changes count. False if the device takes no part.
+    /// Starts a detection: changes count from now on. Returns false if the device does not
+    /// participate.
     virtual bool prepareDetection() = 0;
 
-    /// The control that moved most since the last poll, by more than its threshold, or null.
-    /// `excluded` lists controls to leave out, or is null; `context` is always null.
+    /// Returns the control that moved most since the last poll, by more than its threshold, or
+    /// null. `excluded` lists controls to leave out, or is null; `context` is always null.
     virtual Control* detectControl(const std::vector<Control*>* excluded, void* context) = 0;
 
-    /// Sets previous and current value of all controls to 0.
+    /// Sets the previous and the current value of all controls to 0.
     virtual void resetControls() = 0;
 
-    /// A take or a detection begins; the argument is always 0. False if the device can't.
+    /// A take or a detection begins; the argument is always 0. Returns false if the device can't
+    /// participate.
     virtual bool activate(std::int32_t reserved);
 
-    /// The end of what `activate` began. May come without it.
+    /// The take or the detection ends. May be called without `activate`.
     virtual bool deactivate(std::int32_t reserved);
 
-    /// Joins `handler`'s list, leaving a previous one; null means the handler of the process. A
-    /// negative `position` appends; a position beyond the end leaves the device out of the list,
+    /// Joins the list of `handler`, leaving a previous one; null means the handler of the process.
+    /// A negative `position` appends; a position beyond the end leaves the device out of the list,
     /// with `handler` set.
     void registerWith(std::int32_t position, DeviceHandler* handler);
 
-    /// Leaves the handler's list. Harmless when not registered.
+    /// Leaves the handler's list. Does nothing if not registered.
     void unregister();
 
-    /// Joins `newDriver`, leaving a previous one. Null only leaves.
+    /// Joins `newDriver`, leaving a previous one. With null it only leaves.
     void setDriver(Driver* newDriver);
 
-    /// Leaves the driver. Harmless without one.
+    /// Leaves the driver. Does nothing without one.
     void clearDriver();
 
-    /// Position in the handler's list, or -1.
+    /// Returns the position in the handler's list, or -1.
     [[nodiscard]] std::int32_t handlerIndex() const;
 
-    /// True if `tag` names this device or leaves the device open.
+    /// Returns true if `tag` names this device or leaves the device open.
     [[nodiscard]] bool matches(const MVR::Tag& tag) const;
 
     std::string name;
@@ -98,8 +100,8 @@ public:
     Driver* driver = nullptr;         ///< null when it has none
 
 protected:
-    /// What most devices answer to `detectControl`: of the controls that moved by more than their
-    /// threshold and aren't in `excluded`, the one that moved most, the first of equals.
+    /// What most devices return from `detectControl`: the control that moved most, the first of
+    /// equals, among those that moved by more than their threshold and aren't in `excluded`.
     [[nodiscard]] Control* mostMovedControl(const std::vector<Control*>* excluded);
 };
 

@@ -19,42 +19,42 @@ class Driver;
 /// All drivers and devices of the process, in order of registration.
 ///
 /// The library has one, reached by `instance()`. A driver library compiles its own copy of this
-/// code: it calls `DeviceHandler::adopt(handler)` with the handler it is given, before anything
-/// else, so that its own `instance()` yields the library's. Host thread only.
+/// code. It calls `DeviceHandler::adopt(handler)` with the handler it gets, before anything else,
+/// so that its own `instance()` returns the library's. Host thread only.
 class DeviceHandler : public MVR::Util::Singleton<DeviceHandler> {
 public:
     DeviceHandler(const DeviceHandler&) = delete;
     DeviceHandler& operator=(const DeviceHandler&) = delete;
 
-    /// Destroys what is left of devices and drivers, last first.
+    /// Destroys the remaining devices and drivers, last first.
     ~DeviceHandler() override;
 
-    /// Position of `device` in the list, or -1.
+    /// Returns the position of `device` in the list, or -1.
     [[nodiscard]] std::int32_t indexOf(const Device* device) const;
 
-    /// The first device with this name and index, or null.
+    /// Returns the first device with this name and index, or null.
     [[nodiscard]] Device* findDevice(const std::string& name, std::int32_t deviceIndex) const;
 
-    /// The first driver with this name, or null.
+    /// Returns the first driver with this name, or null.
     [[nodiscard]] Driver* findDriver(const std::string& name) const;
 
-    /// The control that a saved binding names, or null. A device may make it on demand.
+    /// Returns the control that a saved binding names, or null. A device may create it on demand.
     [[nodiscard]] Control* findControl(const MVR::Tag& tag) const;
 
-    /// Polls all drivers in order: once per simulated frame. Always true.
+    /// Polls all drivers in order, once per simulated frame. Always returns true.
     bool update();
 
-    /// All drivers, also after a failure; false if any returned false.
+    /// Calls all drivers, also after a failure. Returns false if any of them did.
     bool activate();
     bool deactivate();
 
     void resetControls();
 
-    /// True if any device takes part in the detection.
+    /// Returns true if any device participates in the detection.
     bool prepareDetection();
 
-    /// The control that moved most since the last poll, the first of equals, or null. `excluded`
-    /// lists controls to leave out, or is null.
+    /// Returns the control that moved most since the last poll, the first of equals, or null.
+    /// `excluded` lists controls to leave out, or is null.
     Control* detectControl(const std::vector<Control*>* excluded);
 
     /// Destroys all listed devices, last first.
@@ -63,8 +63,8 @@ public:
     /// Destroys all drivers, last first.
     void destroyDrivers();
 
-    // Each joins on construction and may go by itself, its library's or the host's doing; what is
-    // left is freed by destroyDrivers() and destroyDevices().
+    // Each joins on construction and may leave when its library or the host destroys it.
+    // destroyDrivers() and destroyDevices() free those that are left.
     std::vector<Driver*> drivers;
     std::vector<Device*> devices; ///< see `Device::registerWith`
 

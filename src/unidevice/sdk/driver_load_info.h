@@ -18,17 +18,17 @@ inline constexpr std::int32_t kDriverInterfaceVersion = 120;
 /// The value of `DriverLoadInfo::version`.
 inline constexpr std::int32_t kDriverLoadInfoVersion = 1203;
 
-/// What a driver library is told when it is loaded. Valid during `loadDevices` only; copy what is
-/// needed. The first three fields are in every version of the record.
+/// What a driver library is told when it is loaded. Valid during `loadDevices` only; copy what you
+/// need. The first three fields are in every version of the record.
 struct DriverLoadInfo {
     std::int32_t version = kDriverLoadInfoVersion;
     std::intptr_t moduleHandle = 0; ///< the core library's own handle
-    std::intptr_t hostWindow = 0;   ///< the host's main window; 0 where there is none
+    std::intptr_t hostWindow = 0;   ///< the host's main window; 0 if there is none
     MVR::Log* log = nullptr;        ///< the core's log, for `MVR::Log::adopt`
 };
 
-/// The two exports of a driver library, under the undecorated names "getVersion" and
-/// "loadDevices", each marked `MVR_EXPORT`. The order of calls stands at `Driver`.
+/// The two exports of a driver library, under the undecorated names "getVersion" and "loadDevices",
+/// each marked `MVR_EXPORT`. `Driver` lists the order of calls.
 using GetDriverVersion = std::int32_t (*)();
 using LoadDevices = void (*)(DeviceHandler* handler, const DriverLoadInfo* info);
 

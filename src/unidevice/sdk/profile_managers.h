@@ -12,11 +12,11 @@ namespace MVR {
 
 /// The preset of a tool's first values; reserved in every list.
 constexpr const char* kFactorySettings = "Factory Settings";
-/// The preset that a new tool starts with, if the user has saved one.
+/// The preset that a new tool starts with if the user has saved one.
 constexpr const char* kStartProfile = "Start Profile";
 
-/// What both lists share: presets are elements "profile" with a name, alone in a file or several in
-/// a collection.
+/// What both lists share. A preset is an element "profile" with a name. A file holds one alone, or
+/// several in a collection.
 ///
 /// Several processes may change the same folder: a file is read, changed and written back under the
 /// folder's lock, and replaced as a whole. Readers need no lock.
@@ -25,23 +25,23 @@ public:
     static constexpr std::uint64_t kMostFileBytes = 16u << 20; ///< of one file
     static constexpr std::int32_t kMostProfiles = 10000;       ///< of one collection
 
-    /// The file has the preset's name, so that "", one with a separator or a control character and
-    /// one that couldn't be read again are refused. Other presets that the file holds stay in it.
+    /// Names the file after the preset, so it refuses "", a name with a separator or a control
+    /// character, and a name that couldn't be read again. Other presets in the file stay in it.
     std::string saveToFile(Tag element, std::string folder) override;
-    /// A file that isn't whole, or is beyond the limits, has none.
+    /// Returns nothing for a file that is incomplete or exceeds the limits.
     std::vector<Tag> loadFile(std::string path) override;
-    /// A file that is left without presets is deleted. One that isn't a list of presets stays.
+    /// Deletes a file that is left without presets. A file that isn't a list of presets stays.
     void removeFromFile(Tag element, std::string path) override;
-    /// That of a preset, or of the first one of a collection.
+    /// Returns the name of a preset, or of the first one of a collection.
     [[nodiscard]] std::string elementName(const Tag& element) const override;
     [[nodiscard]] std::string fileFilter() const override { return words_.filter; }
 
 protected:
-    /// The words of a list; none is owned.
+    /// The words of a list's format; not owned.
     struct Words {
         const char* filter;  ///< "*" and the ending of its files
-        const char* root;    ///< the collection that is written, and read
-        const char* oldRoot; ///< another one that is read
+        const char* root;    ///< the collection, written and read
+        const char* oldRoot; ///< an older collection, only read
     };
     explicit ProfileManager(const Words& words) : words_(words) {}
 

@@ -14,27 +14,31 @@ namespace UniDevice {
 
 /// One named input of a tool: a control seen through dead zone, exponent, multiplier and offset.
 ///
-/// Owned by the tool instance's `PropertyHandler`, also when a tool asked for it. Property and
-/// control may go in any order. Host thread only.
+/// The `PropertyHandler` of the tool instance owns it, even if a tool asked for it. Property and
+/// control may be destroyed in any order. Host thread only.
 ///
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Property : public ControlTarget {
 public:
-    /// A tool-side record that caches whether the property is bound. `bound` is set by its owner
-    /// and cleared by the property when its control goes.
+    /// A tool's record of whether the property is bound. Its owner sets `bound`; the property
+    /// clears it when its control is destroyed.
     struct Listener {
         bool bound = false;
     };
 
-    /// Builds properties, so that a library of tools can ask for its own kind. What it builds is
-    /// made with `new`, and freed by its virtual destructor, in the library that made it.
+    /// Creates properties, so that a library of tools can ask for its own kind. They are made with
+    /// `new` and freed by their virtual destructor, in the library that made them.
     class Factory {
     public:
-        /// A new property, the caller's to free.
+        /// Returns a new property, which the caller owns; by default a plain one.
         virtual Property* create(const std::string& name, std::int32_t acceptedKinds) const;
-    };
 
-    /// What `bind` returns when it was given no control.
+    protected:
+        ~Factory() = default;
+    };
+    class PlainFactory final : public Factory {};
+
+    /// Returned by `bind` if it got no control.
     static constexpr std::int32_t kUnbound = 65535;
 
     /// `acceptedKinds` are bits of `ControlKind`.
@@ -42,24 +46,25 @@ public:
     Property(const Property&) = delete;
     Property& operator=(const Property&) = delete;
 
-    /// Called by a control that goes: the property is unbound and all listeners are told.
+    /// Called by a control that is being destroyed. Unbinds the property and tells all listeners.
     void controlRemoved(Control* control) override;
 
-    /// The bound control's value, mapped anew at each call: the part of its size beyond `deadzone`
-    /// over 1 - `deadzone`, raised to `exponent`, with the sign of the value, times `multiplier`,
-    /// plus `offset`. Not clamped. An unbound property maps 0. A `deadzone` of 1 divides by 0.
+    /// Returns the bound control's value, mapped anew at each call: the part of its size beyond
+    /// `deadzone`, divided by 1 - `deadzone`, raised to `exponent`, with the sign of the value,
+    /// times `multiplier`, plus `offset`. Not clamped. An unbound property maps 0. A `deadzone` of
+    /// 1 divides by 0.
     [[nodiscard]] virtual double getValue() const;
 
     /// Leaves its control.
     virtual ~Property();
 
-    /// Leaves the present control and takes `control`, which stays its device's. Null only leaves,
-    /// and gives `kUnbound`. Else gives the kinds that both have in common; at 0 they don't fit,
-    /// and the binding stands all the same.
+    /// Leaves the present control and joins `newControl`, which stays its device's. Null only
+    /// leaves and returns `kUnbound`. Otherwise returns the kinds that both have in common; if that
+    /// is 0 they don't match, but the binding is made all the same.
     std::int32_t bind(Control* newControl);
 
-    /// Takes from `tag` those of `multiplier`, `exponent`, `deadzone` and `offset` that it has as
-    /// child elements; the others stay, as does one whose text is no number.
+    /// Reads `multiplier`, `exponent`, `deadzone` and `offset` from the child elements of `tag`.
+    /// One that is missing, or whose text is no number, stays unchanged.
     void readSettings(const MVR::Tag& tag);
 
     /// Makes `out` a `property` element with the name and the four parameters.

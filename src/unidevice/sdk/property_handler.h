@@ -17,14 +17,14 @@ public:
     PropertyHandler(const PropertyHandler&) = delete;
     PropertyHandler& operator=(const PropertyHandler&) = delete;
 
-    /// The property at `index`, null when out of range.
+    /// Returns the property at `index`, or null if `index` is out of range.
     [[nodiscard]] Property* property(std::int32_t index) const;
 
-    /// The first property of this name, null if there is none.
+    /// Returns the first property of this name, or null if there is none.
     [[nodiscard]] Property* property(const std::string& name) const;
 
-    /// The property of this name, or a new one that `factory` makes, at the end. Null only if the
-    /// factory makes none.
+    /// Returns the property of this name, or a new one that `factory` creates, at the end. Returns
+    /// null only if the factory does.
     Property* getOrCreate(const std::string& name, std::int32_t acceptedKinds,
                           const Property::Factory& factory);
 

@@ -34,7 +34,7 @@ public:
 
     /// An object that writes at the current depth.
     explicit Log(std::int32_t level);
-    /// An entry: writes `text`, and lines written while it lives stand one tab deeper.
+    /// An entry: writes `text`. Lines written while it lives stand one tab deeper.
     Log(std::string_view text, std::int32_t level);
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
@@ -48,14 +48,14 @@ public:
     void write(std::string_view name, std::string_view value, std::int32_t level);
     void write(std::string_view name, std::int32_t value, std::int32_t level);
 
-    /// Closes the log file, if one is open, and opens `path`, truncated. If that fails the log goes
-    /// on in memory.
+    /// Opens `path`, truncated, as the log file, and closes the one before. If the file can't be
+    /// opened, the log continues in memory.
     static void setFile(const std::string& path);
-    /// Ends the log file as an orderly unload does; the log goes on in memory.
+    /// Ends the log file as an orderly unload does. The log continues in memory.
     static void closeFile();
-    /// All that was written since the library was loaded.
+    /// Returns all that was written since the library was loaded.
     static std::string getText();
-    /// Writes all text to `path`, truncated; false if that failed.
+    /// Writes all text to `path`, truncated. Returns false if that failed.
     [[nodiscard]] static bool saveTo(const std::string& path);
 
     static std::int32_t getThreshold() { return instance()->level_; }

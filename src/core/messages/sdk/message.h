@@ -14,10 +14,10 @@ class MessageNode;
 enum LinkMessage : std::int32_t {
     NowListening = -1,     ///< from a listener to its source, when the link was made
     StoppedListening = -2, ///< from a listener to its source, while the link still exists
-    StopBroadcasting = -3, ///< from a node to its listeners, in its destructor; lParam the node
+    StopBroadcasting = -3, ///< from a node to its listeners, in its destructor; lParam is the node
 };
 
-/// One message, built on the stack by its sender and valid for the duration of the call.
+/// A message. Its sender builds it on the stack; it is valid for the duration of the call.
 class Message {
 public:
     explicit Message(std::int32_t messageId, std::uint32_t first = 0, std::intptr_t second = 0,

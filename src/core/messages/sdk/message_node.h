@@ -15,9 +15,9 @@ namespace MVR::Util {
 /// A node of the network. The order of its operations is frozen. All calls come on the host's
 /// thread. Operations that return a code return 0 for success.
 ///
-/// A node may be destroyed at any time, also by a handler that runs in its own broadcast: its
-/// destructor tells the listeners with `StopBroadcasting` and cuts all links. Its most derived
-/// parts are gone by then, so handlers may only compare its address.
+/// A node may be destroyed at any time, even by a handler during its own broadcast: its destructor
+/// tells the listeners with `StopBroadcasting` and cuts all links. Its most derived parts are gone
+/// by then, so handlers may only compare its address.
 class MessageNode {
 public:
     explicit MessageNode(std::string name);
@@ -25,27 +25,28 @@ public:
     MessageNode& operator=(const MessageNode&) = delete;
 
     virtual void setName(std::string name);
-    /// The handler, for subclasses; `viaBroadcast` tells how the message came. Does nothing here.
+    /// Handles a message; subclasses override it, here it does nothing. `viaBroadcast` is false for
+    /// `send`.
     virtual void receive(Message& message, bool viaBroadcast);
-    /// Delivers `message` to `node`, whose handler has ended when this returns. The code of "NULL"
-    /// without a node.
+    /// Delivers `message` to `node`; its handler has run when this returns. Returns the code of
+    /// "NULL" if `node` is null.
     [[nodiscard]] virtual std::int32_t send(MessageNode* node, Message& message);
-    /// Delivers `message` to all listeners, the last one first. A handler may stop listening, let
-    /// others stop, add listeners (which get nothing this time) and destroy nodes, this one
-    /// included: each listener that stays gets the message once.
+    /// Delivers `message` to all listeners, the last one first. A handler may stop listening, make
+    /// others stop, add listeners (which don't get this message) and destroy nodes, this one
+    /// included. Each listener that stays gets the message once.
     virtual void broadcast(Message& message);
-    /// Makes this node a listener of `node`, which gets a `NowListening`. Nothing happens if it is
-    /// one. The code of "NULL" without a node.
+    /// Makes this node a listener of `node`, which gets a `NowListening`. Does nothing if it
+    /// listens already. Returns the code of "NULL" if `node` is null.
     [[nodiscard]] virtual std::int32_t listenTo(MessageNode* node);
-    /// Sends `node` a `StoppedListening` and ends the link. The code of "NULL" without a node, of
-    /// "MESSAGE_NOT_LISTENING" without a link.
+    /// Sends `node` a `StoppedListening` and ends the link. Returns the code of "NULL" if `node` is
+    /// null, of "MESSAGE_NOT_LISTENING" if there is no link.
     [[nodiscard]] virtual std::int32_t stopListeningTo(MessageNode* node);
     virtual std::string getName() const;
     virtual std::int32_t getSourceCount() const;
-    /// Null if `index` is out of range.
+    /// Returns null if `index` is out of range.
     virtual MessageNode* getSource(std::int32_t index) const;
     virtual std::int32_t getListenerCount() const;
-    /// Null if `index` is out of range.
+    /// Returns null if `index` is out of range.
     virtual MessageNode* getListener(std::int32_t index) const;
     virtual bool hasListener(const MessageNode* node) const;
     virtual bool isListeningTo(const MessageNode* node) const;

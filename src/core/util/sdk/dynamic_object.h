@@ -1,13 +1,13 @@
 /// \file
-/// Objects that cross library borders or live in trees: each frees itself, with the memory
-/// functions of the library that made it.
+/// Objects that cross library borders or live in trees. Each frees itself with the memory functions
+/// of the library that made it.
 #pragma once
 
 #include <memory>
 
 namespace MVR::Util {
 
-/// Base of what frees itself. The order of its operations is frozen.
+/// Base of objects that free themselves. The order of its operations is frozen.
 class DynamicObject {
 public:
     /// Destroys this object, which must have been made with `new`, and frees it.

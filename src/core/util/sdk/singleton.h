@@ -1,22 +1,21 @@
 /// \file
-/// Process-wide services that are created on first use and destroyed newest first at one known
-/// moment.
+/// Process-wide services, created on first use and destroyed all at once, newest first.
 ///
 /// 1. `T::instance()` creates the service at its first call and hands it to the collector.
 /// 2. `SingletonCollector::destroyAll()` destroys all of them in the reverse order of creation.
 ///
 /// Each library that compiles this header has pointers and a collector of its own. A library that
-/// is given a service by another one (an adaptor its log, a driver the device handler) calls
+/// gets a service from another one (an adaptor its log, a driver the device handler) calls
 /// `T::adopt(given)`, so that its own copy of the code works on the given object, and
-/// `T::adopt(nullptr)` before that object goes.
+/// `T::adopt(nullptr)` before that object is destroyed.
 #pragma once
 
 #include <cstddef>
 #include <type_traits>
 #include <vector>
 
-/// Keeps a name out of a library's dynamic symbols, whatever the visibility the library is built
-/// with: were these names shared, two libraries would silently share one pointer.
+/// Keeps a name out of a library's dynamic symbols, whatever visibility the library is built with.
+/// If these names were shared, two libraries would silently share one pointer.
 #if defined(__GNUC__) && !defined(_WIN32)
 #define MVR_LIBRARY_LOCAL __attribute__((visibility("hidden")))
 #else
@@ -33,23 +32,23 @@ public:
     virtual ~SingletonReference() = default;
 };
 
-/// Base of a process-wide service `T`, which befriends it and has a private default constructor.
-/// Further objects of `T` may exist on the stack or by value; they are no one's singleton and
-/// cost nothing here.
+/// Base of a process-wide service `T`. `T` makes this class a friend and has a private default
+/// constructor. Further objects of `T` may exist on the stack or by value; they are no singletons
+/// and cost nothing here.
 template <class T>
 class Singleton : public SingletonReference {
 public:
-    /// The one service of this library, or the one it adopted; created at the first call. Never
-    /// null. May be called in destructors of younger singletons, and not once `destroyAll` has
-    /// returned.
+    /// Returns this library's service, its own or the one it adopted; the first call creates it.
+    /// Never returns null. May be called in destructors of younger singletons, but not after
+    /// `destroyAll` has returned.
     MVR_LIBRARY_LOCAL static T* instance();
 
-    /// True if `instance` has something to give without creating it.
+    /// Returns true if there is a service, so that `instance` won't create one.
     MVR_LIBRARY_LOCAL static bool exists() { return current_ != nullptr; }
 
-    /// Makes `foreign`, another library's service, this library's one. It is neither owned nor
-    /// collected here, and must live until it is let go with null, which brings back the service
-    /// that this library had of its own, if any.
+    /// Makes another library's service this library's. `foreign` is neither owned nor collected
+    /// here and must live until `adopt(nullptr)`, which brings back this library's own service, if
+    /// there is one.
     MVR_LIBRARY_LOCAL static void adopt(T* foreign) {
         current_ = foreign != nullptr ? foreign : own_;
     }
@@ -67,7 +66,7 @@ private:
 
     MVR_LIBRARY_LOCAL inline static T* current_ = nullptr;
     MVR_LIBRARY_LOCAL inline static T* own_ = nullptr;
-    // The base part of `own_`: known without a cast while `T`'s part is gone already.
+    // The base part of `own_`, known without a cast when the part of `T` is already gone.
     MVR_LIBRARY_LOCAL inline static const Singleton* ownBase_ = nullptr;
 };
 
@@ -79,7 +78,7 @@ public:
     static void destroyAll();
 
     void add(SingletonReference* singleton) { singletons_.push_back(singleton); }
-    /// Takes every entry of `singleton` off the list, searching from the end.
+    /// Removes every entry of `singleton`, searching from the end.
     void remove(const SingletonReference* singleton);
 
 private:
@@ -96,7 +95,7 @@ inline T* Singleton<T>::instance() {
 
 template <class T>
 T* Singleton<T>::makeOwn() {
-    // Reachable before it is in the list: the collector and other singletons may use it.
+    // Reachable before it is in the list, since the collector and other singletons may use it.
     own_ = current_ = new T;
     ownBase_ = own_;
     SingletonCollector::instance()->add(own_);

@@ -1,37 +1,39 @@
-#include "plugins/instance_manager.h"
+#include "recording/order/run_order.h"
 
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/services/core_services.h"
-#include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <numeric>
 #include <unordered_map>
+#include <utility>
 
 namespace MVR {
+
 namespace {
+
+using NameOf = std::function<std::string(std::size_t)>;
 
 /// Depth first over the tools and the tools that own their nodes' parents. A loop with a stack of
 /// its own, since each tool of a long chain waits for the one above it.
-class RecordingOrder {
+class RunOrder {
 public:
-    RecordingOrder(AdaptorInterface& adaptor, const std::vector<PluginInstance*>& instances)
-        : instances_(instances), isVisited_(instances.size(), false) {
-        nodes_.reserve(instances.size());
-        for (std::size_t i = 0; i < instances.size(); ++i) {
-            nodes_.push_back(adaptor.getNodes(instances[i]));
-            indices_.emplace(instances[i], i);
+    RunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools, const NameOf& nameOf)
+        : tools_(tools), nameOf_(nameOf), isVisited_(tools.size(), false) {
+        nodes_.reserve(tools.size());
+        for (std::size_t i = 0; i < tools.size(); ++i) {
+            nodes_.push_back(host.getNodes(tools[i]));
+            indices_.emplace(tools[i], i);
         }
     }
 
-    std::vector<PluginInstance*> sort() {
-        sorted_.reserve(instances_.size());
-        for (PluginInstance* instance : instances_)
-            if (const std::size_t index = indices_.at(instance); !isVisited_[index])
+    std::vector<std::size_t> find() {
+        order_.reserve(tools_.size());
+        for (const CInterface* tool : tools_)
+            if (const std::size_t index = indices_.at(tool); !isVisited_[index])
                 visit(index);
-        return std::move(sorted_);
+        return std::move(order_);
     }
 
 private:
@@ -57,8 +59,9 @@ private:
                 visitNode(current);
                 continue;
             }
-            write("    add: ", instances_[current.index]->getName());
-            sorted_.push_back(instances_[current.index]);
+            if (isLogged_)
+                log_.write("    add: " + nameOf_(current.index));
+            order_.push_back(current.index);
             open_.pop_back();
         }
     }
@@ -89,33 +92,35 @@ private:
             log_.write(what + name);
     }
 
-    const std::vector<PluginInstance*>& instances_;
-    std::vector<std::vector<SceneNode*>> nodes_;                 // by index in instances_
-    std::unordered_map<const CInterface*, std::size_t> indices_; // in instances_
+    const std::vector<CInterface*>& tools_;
+    const NameOf& nameOf_;
+    std::vector<std::vector<SceneNode*>> nodes_;                 // by index in tools_
+    std::unordered_map<const CInterface*, std::size_t> indices_; // in tools_
     std::vector<bool> isVisited_; // or being visited: tools may own each other's parents
     std::vector<Visit> open_;
-    std::vector<PluginInstance*> sorted_;
+    std::vector<std::size_t> order_;
     Log log_{Log::Notice};
     const bool isLogged_ = Log::getThreshold() >= Log::Notice;
 };
 
-void writeNames(std::string text, const std::vector<PluginInstance*>& instances) {
+void writeNames(std::string text, const std::vector<std::size_t>& order, const NameOf& nameOf) {
     if (Log::getThreshold() < Log::Notice)
         return;
-    for (const PluginInstance* instance : instances)
-        text += instance->getName() + "\n";
+    for (const std::size_t index : order)
+        text += nameOf(index) + "\n";
     Log(Log::Notice).write(text);
 }
 
 } // namespace
 
-std::vector<PluginInstance*>
-InstanceManager::sortForRecording(const std::vector<PluginInstance*>& instances) {
-    writeNames("Before sort: ", instances);
-    std::vector<PluginInstance*> sorted =
-        RecordingOrder(*getServices().getAdaptor(), instances).sort();
-    writeNames("After sort: ", sorted);
-    return sorted;
+std::vector<std::size_t> findRunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools,
+                                      const NameOf& nameOf) {
+    std::vector<std::size_t> order(tools.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    writeNames("Before sort: ", order, nameOf);
+    order = RunOrder(host, tools, nameOf).find();
+    writeNames("After sort: ", order, nameOf);
+    return order;
 }
 
 } // namespace MVR

@@ -1,0 +1,34 @@
+#include "instance/instance_panel.h"
+
+namespace MVR {
+
+CInterface::ComboUpdater* InstancePanel::addCombo(const std::string& label,
+                                                  const std::string& tooltip,
+                                                  const std::vector<std::string>& choices,
+                                                  std::string* variable,
+                                                  CInterface::Callback* callback) {
+    const std::int32_t id = layout_.addCombo(label, tooltip, choices, variable, callback);
+    if (id == PanelLayout::kNoId)
+        return nullptr;
+    comboUpdaters_.emplace_back(new COREComboUpdater(id));
+    return comboUpdaters_.back().get();
+}
+
+void InstancePanel::finish() {
+    layout_.end();
+}
+
+void InstancePanel::clear() {
+    while (!comboUpdaters_.empty())
+        comboUpdaters_.pop_back();
+}
+
+Tag InstancePanel::describe(const std::string& profileName) const {
+    Tag profile = Tag::element("profile");
+    profile.attributeRef("name") = profileName;
+    return profile;
+}
+
+void InstancePanel::apply(const Tag&) {} // the values are those of a dialog
+
+} // namespace MVR

@@ -1,0 +1,46 @@
+/// \file
+/// The panel of one placed tool.
+#pragma once
+
+#include "core/util/sdk/dynamic_object.h"
+#include "data/sdk/tag.h"
+#include "instance/combo_updater.h"
+#include "instance/panel_layout.h"
+
+#include <string>
+#include <vector>
+
+namespace MVR {
+
+/// What a tool described as its panel, and the values in it as a profile.
+///
+/// The dialog around a panel is built from the frame that all tools share. There is no such frame
+/// yet, so no dialog comes into being and a profile carries no values.
+class InstancePanel {
+public:
+    /// The layout in the making, to add groups and all controls but combos to.
+    [[nodiscard]] PanelLayout& getLayout() { return layout_; }
+    /// Adds a combo. Returns what changes its choices, which lives as long as the panel, or null if
+    /// no panel is being described.
+    CInterface::ComboUpdater* addCombo(const std::string& label, const std::string& tooltip,
+                                       const std::vector<std::string>& choices,
+                                       std::string* variable, CInterface::Callback* callback);
+    /// The description is complete.
+    void finish();
+    /// Destroys what the panel owns, the last first.
+    void clear();
+
+    /// True if the tool ever described a control.
+    [[nodiscard]] bool hasControls() const { return layout_.hasControls(); }
+
+    /// Returns a tag "profile" of the values.
+    [[nodiscard]] Tag describe(const std::string& profileName) const;
+    /// Sets the values that `profile` has.
+    void apply(const Tag& profile);
+
+private:
+    PanelLayout layout_;
+    std::vector<Util::Owned<COREComboUpdater>> comboUpdaters_;
+};
+
+} // namespace MVR

@@ -1,0 +1,53 @@
+/// \file
+/// The raw input of a tool's takes, which a resimulation plays again.
+#pragma once
+
+#include "instance/temporary_control.h"
+#include "recording/values/animated_variable.h"
+#include "recording/values/take_source.h"
+#include "unidevice/sdk/property_handler.h"
+
+#include <memory>
+#include <vector>
+
+namespace MVR {
+
+class AdaptorInterface;
+
+/// What the controls of a tool's properties gave, frame by frame.
+///
+/// 1. begin() when a take begins.
+/// 2. step() for each frame, before the tool records it.
+/// 3. end().
+class StoredInput {
+public:
+    using Values = std::vector<Util::AVar_Linear<double>>;
+
+    /// `properties` are those of the tool, and outlive this object.
+    explicit StoredInput(const UniDevice::PropertyHandler& properties) : properties_(properties) {}
+
+    /// At most one for each property, in their order; filled from saved data and by takes.
+    [[nodiscard]] Values& getValues() { return *sharedValues(); }
+
+    /// For a live take what is stored from `time` on goes, as part of the host's undo step; in a
+    /// resimulation the stored values stand in for the controls.
+    void begin(double time, TakeSource source, AdaptorInterface& host);
+    /// Stores the values of the controls, or puts the stored ones in their place.
+    void step(double time);
+    /// Each property has its own control again.
+    void end();
+
+private:
+    const std::shared_ptr<Values>& sharedValues();
+    void store(double time);
+    void play(double time);
+
+    const UniDevice::PropertyHandler& properties_;
+    // Made when it is first used. Nobody shares it, but undo entries, which may outlive the tool,
+    // watch it.
+    std::shared_ptr<Values> values_;
+    std::vector<std::unique_ptr<TemporaryControl>> standIns_; // by property; kept for the next time
+    bool isPlaying_ = false;                                  // the stand-ins are bound
+};
+
+} // namespace MVR

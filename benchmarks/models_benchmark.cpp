@@ -206,7 +206,7 @@ void sortTools(benchmark::State& state, bool isChain) {
     state.counters["hash"] = static_cast<double>(hashOf(sorted));
 }
 
-// The longest time allowed for a sort, as a peer that lasts just so long.
+// The time limit of a sort, in the table as if a peer needed it.
 void sortBound(benchmark::State& state) {
     for (auto each : state)
         state.SetIterationTime(kSortSeconds);

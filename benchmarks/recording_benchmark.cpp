@@ -248,8 +248,8 @@ void resimulateBare(benchmark::State& state) {
             property->bind(nullptr);
 }
 
-// A take of one minute that begins with the keys up to `start` in place. Both see memory that the
-// process touches for the first time, as a take in a running host does.
+// A take of one minute that begins with the keys up to `start` in place. Each start sees memory
+// that the process touches for the first time, as a take in a running host does.
 void minuteFrom(benchmark::State& state, int start) {
     Setup setup(kManyTools);
     for (PluginInstance* instance : setup.instances) {

@@ -15,7 +15,7 @@ namespace MVR {
 ///
 /// 1. begin().
 /// 2. Groups, which nest, and controls; each control gets the next id.
-/// 3. The layout and the bindings are taken up, then end().
+/// 3. getTag() and getBindings() are read, then end().
 ///
 /// Outside of begin() and end() nothing is added and no id is used up.
 class PanelLayout {

@@ -32,7 +32,7 @@ public:
     /// For a live take what is stored from `time` on goes, as part of the host's undo step; in a
     /// resimulation the stored values stand in for the controls.
     void begin(double time, TakeSource source, AdaptorInterface& host);
-    /// Stores the values of the controls, or puts the stored ones in their place.
+    /// Stores the values of the controls, or plays the stored ones instead.
     void step(double time);
     /// Each property has its own control again.
     void end();

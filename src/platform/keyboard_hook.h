@@ -21,7 +21,7 @@ using HookProcedure = std::intptr_t (*)(int code, std::uint32_t virtualKey, std:
 using HookHandle = std::intptr_t;
 
 /// Installs a hook. May be called at any time, also from a hook; a hook installed during an event
-/// sees the next one first. Stands for SetWindowsHookExA with WH_KEYBOARD and the current thread.
+/// sees only later ones. Stands for SetWindowsHookExA with WH_KEYBOARD and the current thread.
 HookHandle installKeyboardHook(HookProcedure procedure);
 
 /// Removes a hook; returns true if it was installed. May be called from any hook, its own included:

@@ -1,12 +1,15 @@
 /// \file
-/// Takes and resimulations: the heart of the product.
+/// What begins takes and resimulations, and ends them.
 #pragma once
 
 #include "core/services/core_sub_system.h"
 #include "core/services/timer_manager.h"
 #include "platform/windows.h"
+#include "recording/frame_clock.h"
+#include "recording/take.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace MVR {
@@ -15,14 +18,14 @@ class AdaptorInterface;
 class CoreImplementation;
 class PluginInstance;
 
-/// Drives the checked tools frame by frame: in a take from the live devices, against the clock; in
-/// a resimulation from the stored values, as fast as the machine allows.
+/// Drives one take at a time, frame by frame: a live one against the clock; one of stored input as
+/// fast as the machine allows.
 ///
-/// A take:
-/// 1. startRecording() opens the host's undo step, prepares the tools and arms the frame timer.
-/// 2. onTimer() counts down, then simulates one step for each frame of the host's grid that has
-///    passed, at most three an event; what is still due comes with later events.
-/// 3. stopRecording() finishes the tools and closes the undo step.
+/// A live take:
+/// 1. startRecording() opens the host's undo step, begins the take and arms the frame timer.
+/// 2. onTimer() counts down, then simulates each frame of the host's grid that has passed, at most
+///    three an event; what is still due comes with later events.
+/// 3. stopRecording() ends the take and closes the undo step.
 ///
 /// A resimulation is one call of resimulate(), which runs a modal dialog until the end.
 ///
@@ -45,77 +48,54 @@ public:
     /// neither runs. Always 0.
     std::int32_t stopRecording();
     /// True during a take and during a resimulation.
-    [[nodiscard]] bool isRecording() const { return recording_; }
-    [[nodiscard]] bool isResimulating() const { return resimulating_; }
+    [[nodiscard]] bool isRecording() const { return take_ != nullptr && take_->isRecording(); }
+    [[nodiscard]] bool isResimulating() const {
+        return isRecording() && take_->getSource() == TakeSource::Stored;
+    }
 
-    /// 1 is real time, each step more halves the speed; taken up by the next timer event.
-    void setSlowMotion(std::int32_t slowMotion);
-    [[nodiscard]] std::int32_t getSlowMotion() const;
+    /// 1 is real time, each step more halves the speed. The next timer event uses it.
+    void setSlowMotion(std::int32_t slowMotion) { clock_.setSlowMotion(slowMotion); }
+    [[nodiscard]] std::int32_t getSlowMotion() const { return clock_.getSlowMotion(); }
 
-    /// Simulates the frames behind `start` up to `end` again. Returns when all are done or the user
+    /// Simulates the frames after `start` up to `end` again. Returns when all are done or the user
     /// stopped it; the frames done so far stay. 0, the code of "ALREADYRECORDING", or that of
     /// "RESIMULATE_BADRANGE" for a span that is no number or has more than `kMostFrames` frames.
     [[nodiscard]] std::int32_t resimulate(double start, double end);
 
-    /// A key that was kept from the host during a take: Space and Escape stop it, Ctrl+Z takes it
-    /// back and starts again.
+    /// A key that was kept from the host during a take: Space and Escape stop it, Ctrl+Z undoes it
+    /// and starts again.
     void handleKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt, bool shift);
 
     /// The tools of the running take or resimulation, in the order they run in.
     [[nodiscard]] std::vector<PluginInstance*> getRecordedInstances() const;
-    /// Takes a tool out of the running take or resimulation, finished if `finish`: called when it
-    /// is deleted. Harmless for one that takes no part.
+    /// Removes a tool from the running take or resimulation, finished if `finish`: called when it
+    /// is deleted. Harmless for one that has no part in it.
     void dropInstance(PluginInstance* instance, bool finish);
 
     /// The countdown window while it exists, else 0.
     [[nodiscard]] Platform::WindowHandle getCountdownWindow() const { return countdownWindow_; }
 
-    /// For the resimulation's dialog: the share that is done, 0 to 1.
-    [[nodiscard]] float getProgress() const { return progress_; }
-    /// Simulates for up to half a second; false when nothing is left to do.
-    [[nodiscard]] bool runResimulationSlice();
-    void finishResimulation();
-
     /// `now` is the tick of the event, in milliseconds.
     void onTimer(std::int32_t id, std::uint32_t now) override;
 
 private:
-    void prepare(double time);
-    void simulate(double time);
-    void finish(double time);
-    void deactivateDevices();
-    void runDueFrames(std::uint32_t take);
-    bool expandRange();
-    void showCountdown();
+    void beginCountdown(Take& take);
+    void runDueFrames(Take& take);
+    bool expandRange(Take& take);
+    void showCountdown(const Take& take);
     void closeCountdownWindow();
-    template <class Operation>
-    void forEachInstance(Operation operation);
     [[nodiscard]] AdaptorInterface* adaptor() const;
     // Until the host's undo step is closed.
-    [[nodiscard]] bool isBusy() const { return recording_ || stopping_; }
-    [[nodiscard]] bool isRunning(std::uint32_t take) const { return recording_ && take_ == take; }
+    [[nodiscard]] bool isBusy() const {
+        return take_ != nullptr && take_->getState() != Take::State::Closed;
+    }
 
+    // The last one, or null. Shared with the operations under way, in whose midst it may be
+    // replaced.
+    std::shared_ptr<Take> take_;
+    FrameClock clock_;
     Platform::WindowHandle countdownWindow_ = 0;
-    double slowMotionFactor_ = 1.0; // real seconds per scene second
-    std::int32_t savedLogThreshold_ = 0;
-    double startTime_ = 0.0;
-    double endTime_ = 0.0;
-    std::vector<PluginInstance*> instances_; // parents first; not owned; null: dropped in a walk
-    std::uint32_t lastTick_ = 0;
-    double currentTime_ = 0.0; // starts before startTime_ by the countdown
-    double accumulator_ = 0.0; // scene seconds that have passed and are not yet simulated
-    bool recording_ = false;
-    bool resimulating_ = false;
-    float progress_ = 0.0F;
-    double resimTime_ = 0.0; // of the next step of a resimulation
-    double savedSlowMotion_ = 0.0;
-
-    std::uint32_t take_ = 0;     // counts takes and resimulations, to notice the end of one
-    std::int32_t walks_ = 0;     // walks over instances_ that are under way
-    bool inEvent_ = false;       // a timer event runs; those that come in its midst wait
-    bool stopping_ = false;      // stopRecording or finishResimulation runs
-    bool devicesActive_ = false; // for this take or resimulation
-    bool stopRequested_ = false; // the resimulation is to end before its next step
+    bool inEvent_ = false; // a timer event runs; those that come in its midst wait
 };
 
 } // namespace MVR

@@ -1,7 +1,7 @@
 #include "recording/resimulation_dialog.h"
 
 #include "platform/dialog_templates.h"
-#include "recording/record_manager.h"
+#include "recording/resimulation.h"
 
 namespace MVR {
 
@@ -19,9 +19,9 @@ constexpr std::int32_t kFull = 100;        // the bar's upper end
 void ResimulationDialog::run(Platform::WindowHandle owner) {
     (void)Platform::runModalDialog(kDialog, owner, *this);
     // The dialog may be missing, or have been ended by the desktop.
-    if (manager_ != nullptr)
-        manager_->finishResimulation();
-    manager_ = nullptr;
+    if (resimulation_ != nullptr)
+        resimulation_->finish();
+    resimulation_ = nullptr;
 }
 
 void ResimulationDialog::onOpen(Platform::DialogHandle dialog) {
@@ -47,13 +47,13 @@ void ResimulationDialog::onCommand(Platform::DialogHandle dialog, std::int32_t c
 
 void ResimulationDialog::advance(Platform::DialogHandle dialog) {
     Platform::killDialogTimer(dialog, kSliceTimer);
-    if (manager_ == nullptr)
+    if (resimulation_ == nullptr)
         return;
     Platform::setProgressPosition(
         dialog, kProgressBar,
-        static_cast<std::int32_t>(manager_->getProgress() * static_cast<float>(kFull)));
-    const bool moreRemains = manager_->runResimulationSlice();
-    if (manager_ == nullptr) // a tool's own message loop let the button through
+        static_cast<std::int32_t>(resimulation_->getProgress() * static_cast<float>(kFull)));
+    const bool moreRemains = resimulation_->runSlice();
+    if (resimulation_ == nullptr) // a tool's own message loop let the button through
         return;
     if (moreRemains) {
         Platform::setDialogTimer(dialog, kSliceTimer, kSlicePauseMs);
@@ -65,10 +65,10 @@ void ResimulationDialog::advance(Platform::DialogHandle dialog) {
 
 void ResimulationDialog::finish(Platform::DialogHandle dialog) {
     Platform::killDialogTimer(dialog, kSliceTimer);
-    RecordManager* const manager = manager_;
-    manager_ = nullptr;
-    if (manager != nullptr)
-        manager->finishResimulation();
+    Resimulation* const resimulation = resimulation_;
+    resimulation_ = nullptr;
+    if (resimulation != nullptr)
+        resimulation->finish();
     Platform::endDialog(dialog, 0);
 }
 

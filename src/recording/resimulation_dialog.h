@@ -1,5 +1,5 @@
 /// \file
-/// The modal dialog that shows how far a resimulation is, and drives it.
+/// The modal dialog that shows how far a resimulation is, and runs its slices.
 #pragma once
 
 #include "platform/dialogs.h"
@@ -8,17 +8,17 @@
 
 namespace MVR {
 
-class RecordManager;
+class Resimulation;
 
 /// Runs a resimulation in slices, so that the message loop and the Stop button stay alive.
 ///
-/// 1. Construct it for a record manager that has prepared a resimulation.
+/// 1. Construct it for a resimulation whose take has begun.
 /// 2. run() returns when all frames are done or the user pressed Stop. Either way the resimulation
 ///    has been finished.
 class ResimulationDialog final : public Platform::DialogLogic {
 public:
-    /// `manager` must outlive run().
-    explicit ResimulationDialog(RecordManager* manager) : manager_(manager) {}
+    /// `resimulation` must outlive run().
+    explicit ResimulationDialog(Resimulation& resimulation) : resimulation_(&resimulation) {}
 
     void run(Platform::WindowHandle owner);
 
@@ -31,7 +31,7 @@ private:
     void advance(Platform::DialogHandle dialog);
     void finish(Platform::DialogHandle dialog);
 
-    RecordManager* manager_; // null once the resimulation is finished: later messages do nothing
+    Resimulation* resimulation_; // null once it is finished: later messages do nothing
 };
 
 } // namespace MVR

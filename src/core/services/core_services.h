@@ -33,7 +33,7 @@ public:
 
     /// True during a take and during a resimulation.
     [[nodiscard]] virtual bool isRecording() const = 0;
-    /// Takes a tool out of the running take or resimulation, finished if `finish`; harmless for one
+    /// Removes a tool from the running take or resimulation, finished if `finish`; harmless for one
     /// that has no part in it.
     virtual void leaveTake(PluginInstance* instance, bool finish) = 0;
 

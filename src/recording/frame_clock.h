@@ -1,0 +1,39 @@
+/// \file
+/// The clock of a live take: how many frames are due.
+#pragma once
+
+#include <cstdint>
+
+namespace MVR {
+
+/// Turns the time that passes into frames of the host, at most three an event.
+///
+/// 1. start().
+/// 2. At each timer event beginEvent(), then nextFrame() until it is false.
+///
+/// Time that is left over stays for later events, and for the next take.
+class FrameClock {
+public:
+    /// All ticks are in milliseconds and wrap at 2^32.
+    void start(std::uint32_t now) { lastTick_ = now; }
+    /// Adds the time that has passed since the last event.
+    void beginEvent(std::uint32_t now);
+    /// True if a frame of `step` scene seconds is due in this event, which is then used up. Once
+    /// three have run, less than a frame that is left is dropped.
+    [[nodiscard]] bool nextFrame(double step);
+
+    /// 1 is real time, each step more halves the speed. The next event uses it.
+    void setSlowMotion(std::int32_t slowMotion);
+    [[nodiscard]] std::int32_t getSlowMotion() const;
+    /// The same as real seconds per scene second.
+    void setSlowness(double slowness) { slowness_ = slowness; }
+    [[nodiscard]] double getSlowness() const { return slowness_; }
+
+private:
+    double slowness_ = 1.0;
+    double due_ = 0.0; // scene seconds that have passed and are not simulated yet
+    std::uint32_t lastTick_ = 0;
+    std::int32_t framesLeft_ = 0; // of this event
+};
+
+} // namespace MVR

@@ -1,0 +1,83 @@
+#include "recording/take.h"
+
+#include "core/base/sdk/log.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
+#include "core/services/key_hook.h"
+#include "instance/plugin_instance.h"
+#include "plugins/instance_manager.h"
+#include "unidevice/sdk/device_handler.h"
+
+#include <utility>
+
+namespace MVR {
+
+Take::Take(CoreServices& services, TakeSource source, double start, double end)
+    : services_(services), source_(source), start_(start), end_(end), time_(start),
+      logThreshold_(Log::getThreshold()) {}
+
+AdaptorInterface& Take::host() const {
+    return *services_.getAdaptor();
+}
+
+void Take::begin() {
+    Hooks::hookEnabled = source_ == TakeSource::Live;
+    InstanceManager& tree = services_.getTree();
+    std::vector<PluginInstance*> tools = tree.sortForRecording(tree.getInstances(true));
+    const std::vector<CInterface*> interfaces(tools.begin(), tools.end());
+    tools_.assign(std::move(tools)); // before the host is told, which may delete some
+    host().recordingStarted(interfaces);
+    if (!isRecording()) // the host stopped it
+        return;
+    Log entry("Preparing recording", Log::Notice);
+    entry.write("Activating UniDevice");
+    devices_ = UniDevice::DeviceHandler::instance();
+    devices_->activate();
+    entry.write("initalizing plugins");
+    tools_.forEach([this](PluginInstance& tool) { tool.prepareRecording(start_, source_); });
+}
+
+void Take::quietLog() {
+    logThreshold_ = Log::getThreshold(); // a tool may have set another
+    Log::setThreshold(Log::Error);
+}
+
+void Take::restoreLog() const {
+    Log::setThreshold(logThreshold_);
+}
+
+void Take::simulate() {
+    devices_->update();
+    tools_.forEach([time = time_](PluginInstance& tool) { tool.step(time); });
+}
+
+void Take::requestStop() {
+    if (state_ == State::Running)
+        state_ = State::StopWanted;
+}
+
+void Take::finishTools(double time) {
+    state_ = State::Finishing;
+    tools_.forEach([time](PluginInstance& tool) { tool.finishRecording(time); });
+    tools_.clear(); // from now on they can be deleted without a word to the take
+}
+
+void Take::deactivateDevices() {
+    if (UniDevice::DeviceHandler* const devices = std::exchange(devices_, nullptr))
+        devices->deactivate();
+}
+
+void Take::close() {
+    state_ = State::Closing;
+    host().recordingFinished();
+    Hooks::hookEnabled = false;
+    host().endUndo();
+    state_ = State::Closed;
+}
+
+void Take::drop(PluginInstance* tool, bool finish) {
+    if (tools_.drop(tool) && finish)
+        tool->finishRecording(time_);
+}
+
+} // namespace MVR

@@ -1,0 +1,94 @@
+/// \file
+/// A take: the heart of the product.
+#pragma once
+
+#include "recording/running_tools.h"
+#include "recording/values/take_source.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace UniDevice {
+class DeviceHandler;
+}
+
+namespace MVR {
+
+class AdaptorInterface;
+class CoreServices;
+class PluginInstance;
+
+/// One take of the artist, or one simulated again: the checked tools, run frame by frame from the
+/// live devices or from what an earlier take stored.
+///
+/// 1. The host's undo step is open; begin() tells the host and prepares the tools.
+/// 2. setTime() and simulate() for each frame.
+/// 3. finishTools(), deactivateDevices(), and last close(), which closes the undo step.
+///
+/// Host and tools may end the take from inside any operation, and begin another one: whoever calls
+/// one holds the take until that returns, and asks isRecording() before going on. Scene times are
+/// seconds. Host thread only.
+class Take {
+public:
+    enum class State : std::uint8_t {
+        Running,
+        StopWanted, ///< ends after the present frame
+        Finishing,  ///< the tools are being finished
+        Closing,    ///< the host learns of the end
+        Closed,     ///< the undo step is closed
+    };
+
+    /// Its time is `start`. `services` outlive it.
+    Take(CoreServices& services, TakeSource source, double start, double end);
+    Take(const Take&) = delete;
+    Take& operator=(const Take&) = delete;
+
+    [[nodiscard]] TakeSource getSource() const { return source_; }
+    [[nodiscard]] State getState() const { return state_; }
+    /// True until all tools are finished.
+    [[nodiscard]] bool isRecording() const { return state_ < State::Closing; }
+    /// True while frames may come and nobody ends it.
+    [[nodiscard]] bool isGoingOn() const { return state_ < State::Finishing; }
+
+    [[nodiscard]] double getStart() const { return start_; }
+    [[nodiscard]] double getEnd() const { return end_; }
+    void setEnd(double end) { end_ = end; }
+    /// That of the present frame; before the start during a countdown.
+    [[nodiscard]] double getTime() const { return time_; }
+    void setTime(double time) { time_ = time; }
+
+    /// Sorts the tools, tells the host, activates the devices and prepares the tools.
+    void begin();
+    /// Keeps the log down to errors until finishTools() or restoreLog(), so that no frame writes.
+    void quietLog();
+    void restoreLog() const;
+    /// One frame: the devices are polled, then each tool makes its step.
+    void simulate();
+    /// Has it end after the present frame.
+    void requestStop();
+    /// Finishes the tools at `time` and forgets them.
+    void finishTools(double time);
+    void deactivateDevices();
+    /// Tells the host and closes its undo step.
+    void close();
+
+    /// Removes a tool, finished if `finish`; harmless for one that isn't there.
+    void drop(PluginInstance* tool, bool finish);
+    /// In the order they run in.
+    [[nodiscard]] std::vector<PluginInstance*> getTools() const { return tools_.list(); }
+
+private:
+    [[nodiscard]] AdaptorInterface& host() const;
+
+    CoreServices& services_;
+    const TakeSource source_;
+    State state_ = State::Running;
+    RunningTools tools_;
+    UniDevice::DeviceHandler* devices_ = nullptr; // null unless they are active for this take
+    double start_;
+    double end_;
+    double time_;
+    std::int32_t logThreshold_; // outside the take
+};
+
+} // namespace MVR

@@ -2,13 +2,56 @@
 
 #include "core/contract/adaptor_interface.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <iterator>
+#include <string_view>
 
 namespace Stage {
 
+namespace {
+
 void printVersion() {
     std::printf("mirvane-stage %s (core interface %d)\n", MIRVANE_STAGE_VERSION, MVR::kCoreVersion);
+}
+
+std::string helpOf(const std::string& group, const std::string& about,
+                   std::span<const Command> commands) {
+    std::size_t width = 0;
+    for (const Command& command : commands) {
+        width = std::max(width, std::string_view(command.name).size());
+    }
+    std::string help = "usage: mirvane-stage " + group + "COMMAND [OPTIONS]\n\n" + about + "\n\n";
+    for (const Command& command : commands) {
+        std::string name = command.name;
+        name.resize(width, ' ');
+        help += "  " + name + "  " + command.purpose + "\n";
+    }
+    return help + "\nmirvane-stage " + group +
+           "COMMAND --help tells more. --version tells the version.\n";
+}
+
+} // namespace
+
+ExitCode runCommand(const std::string& group, const std::string& about,
+                    std::span<const Command> commands, const std::vector<std::string>& words) {
+    const std::string help = helpOf(group, about, commands);
+    if (words.empty()) {
+        std::fputs(help.c_str(), stderr);
+        return ExitCode::Usage;
+    }
+    const std::string& name = words.front();
+    for (const Command& command : commands) {
+        if (name == command.name) {
+            return command.run({words.begin() + 1, words.end()});
+        }
+    }
+    if (answerHelp({name == "help" ? "--help" : name}, help)) {
+        return ExitCode::Ok;
+    }
+    complain("no command named \"" + group + name + "\"; see mirvane-stage " + group + "--help");
+    return ExitCode::Usage;
 }
 
 std::vector<Option> withCommonOptions(std::vector<Option> options) {

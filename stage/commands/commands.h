@@ -1,3 +1,5 @@
+/// \file
+/// What the commands share.
 #pragma once
 
 #include "stage/base/options.h"
@@ -5,24 +7,28 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
-/// The commands of the program. Each takes the words behind its name.
 namespace Stage {
 
-ExitCode recordCommand(const std::vector<std::string>& words);
-ExitCode resimulateCommand(const std::vector<std::string>& words);
-ExitCode modelCommand(const std::vector<std::string>& words);
-ExitCode toolsCommand(const std::vector<std::string>& words);
-ExitCode devicesCommand(const std::vector<std::string>& words);
+/// A command of the program, or of one of its commands. A new one is a pair of files and a row.
+struct Command {
+    const char* name;
+    const char* purpose;                                    ///< for the help
+    ExitCode (*run)(const std::vector<std::string>& words); ///< the words that follow its name
+};
+
+/// Runs the command that the first word names, or tells of all of them. `group`: the command that
+/// they belong to, with a blank; "" for the program's own.
+ExitCode runCommand(const std::string& group, const std::string& about,
+                    std::span<const Command> commands, const std::vector<std::string>& words);
 
 /// The earliest time that a command takes, in seconds; times are single numbers in a glTF file.
 constexpr double kLeastTime = -1e6;
 /// The latest end of a take. A scene's file takes later ones: a take may make its range longer.
 constexpr double kLatestTime = 1e6;
-
-void printVersion();
 
 /// Adds the options that every command has: --core, --data, --plugins, --documents, --help,
 /// --version.

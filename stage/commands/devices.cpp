@@ -1,3 +1,5 @@
+#include "stage/commands/devices.h"
+
 #include "stage/base/machine.h"
 #include "stage/commands/commands.h"
 #include "stage/host/core_library.h"

@@ -1,4 +1,4 @@
-#include "stage/commands/model_commands.h"
+#include "stage/commands/model_files.h"
 
 #include "core/base/sdk/error_code.h"
 #include "stage/base/log_lines.h"

@@ -1,4 +1,4 @@
-#include "stage/commands/model_commands.h"
+#include "stage/commands/model_views.h"
 
 #include "platform/sdk/files.h"
 #include "stage/commands/commands.h"

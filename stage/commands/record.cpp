@@ -1,3 +1,5 @@
+#include "stage/commands/record.h"
+
 #include "plugins/contract/c_interface.h"
 #include "plugins/contract/extension_ids.h"
 #include "stage/base/machine.h"

@@ -1,3 +1,5 @@
+#include "stage/commands/resimulate.h"
+
 #include "stage/base/machine.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"

@@ -1,3 +1,5 @@
+#include "stage/commands/tools.h"
+
 #include "stage/commands/commands.h"
 #include "stage/host/core_library.h"
 #include "stage/host/tool_catalog.h"

@@ -2,11 +2,14 @@
 
 #include "platform/sdk/files.h"
 #include "stage/base/text.h"
+#include "stage/scene/node_elements.h"
 #include "stage/scene/scene.h"
-#include "stage/scene/scene_format.h"
+#include "stage/scene/tag_numbers.h"
 #include "stage/scene/timeline.h"
 #include "stage/scene/undo_list.h"
 
+#include <cmath>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -16,86 +19,149 @@ namespace {
 
 using MVR::Tag;
 
-/// Text of blanks alone would not be read again.
-Tag toTag(const char* name, const std::string& text) {
-    return Tag::element(name, trimmed(text).empty() ? "" : text);
-}
+constexpr const char* kRoot = "MirvaneScene";
+constexpr const char* kVersion = "1";
+constexpr const char* kConfiguration = "MVR";
 
-template <typename Numbers>
-Tag toTag(const char* name, const Numbers& numbers) {
-    std::string text;
-    for (const double number : numbers) {
-        text += (text.empty() ? "" : " ") + toText(number);
-    }
-    return Tag::element(name, text);
-}
-
-Tag toTag(std::size_t curve, const std::vector<Key>& keys) {
-    std::string text;
-    for (const Key& key : keys) {
-        text += (text.empty() ? "" : " ") + toText(key.time) + " " + toText(key.value);
-    }
-    Tag tag = Tag::element("curve", text);
-    tag.attributeRef("name") = kCurveNames[curve];
-    return tag;
-}
-
-std::string toKindText(std::intptr_t kind) {
-    for (const SceneFormat::Kind& known : SceneFormat::kKinds) {
-        if (known.kind == kind) {
-            return known.word;
-        }
-    }
-    return std::to_string(kind);
-}
-
-Tag toTag(const SceneData::Node& node, const SceneData& data) {
-    const NodeRecord& record = node.record;
-    Tag tag = Tag::element("node");
-    // Names are texts: an attribute can't hold every byte.
-    tag.addChild(Tag::element("name", record.sceneName));
-    tag.addChild(Tag::element("kind", toKindText(record.kind)));
-    if (!record.tool.empty()) {
-        tag.addChild(toTag("tool", record.tool));
-    }
-    tag.addChild(toTag("toolnode", record.name));
-    if (node.parent >= 0) {
-        const auto parent = static_cast<std::size_t>(node.parent);
-        tag.addChild(Tag::element("parent", data.nodes[parent].record.sceneName));
-    }
-    tag.addChild(Tag::element("visible", record.isVisible ? "true" : "false"));
-    tag.addChild(toTag("position", record.rest.position));
-    tag.addChild(toTag("rotation", record.rest.rotation));
-    tag.addChild(toTag("scale", record.rest.scale));
-    if (record.kind == MVR::kNodeCamera) {
-        tag.addChild(toTag(SceneFormat::kLens, record.lens));
-    }
-    for (const std::string& name : record.highPolyNames) {
-        tag.addChild(toTag("highpoly", name));
-    }
-    if (record.mesh != nullptr) {
-        tag.addChild(record.mesh->write(false));
-    }
-    for (std::size_t i = 0; i < kCurveCount; ++i) {
-        if (!record.curves[i].isEmpty()) {
-            tag.addChild(toTag(i, record.curves[i].getKeys()));
-        }
-    }
-    return tag;
-}
+struct TimeElement {
+    const char* word;
+    double SceneData::*number;
+};
+/// In the order of the file.
+constexpr TimeElement kTimes[] = {{"time", &SceneData::time},
+                                  {"start", &SceneData::start},
+                                  {"end", &SceneData::end},
+                                  {"rate", &SceneData::rate}};
 
 Tag toTag(const SceneData& data) {
-    Tag tag = Tag::element(SceneFormat::kRoot);
-    tag.attributeRef("version") = SceneFormat::kVersion;
-    tag.addChild(Tag::element("time", toText(data.time)));
-    tag.addChild(Tag::element("start", toText(data.start)));
-    tag.addChild(Tag::element("end", toText(data.end)));
-    tag.addChild(Tag::element("rate", toText(data.rate)));
+    Tag tag = Tag::element(kRoot);
+    tag.attributeRef("version") = kVersion;
+    for (const TimeElement& time : kTimes) {
+        tag.addChild(Tag::element(time.word, toText(data.*time.number)));
+    }
     for (const SceneData::Node& node : data.nodes) {
-        tag.addChild(toTag(node, data));
+        const auto parent = static_cast<std::size_t>(node.parent);
+        tag.addChild(
+            writeNode(node.record, node.parent >= 0 ? data.nodes[parent].record.sceneName : ""));
     }
     tag.addChild(data.configuration);
     return tag;
+}
+
+/// Turns a tree into a scene's data and checks all of it. The first fault ends the reading.
+class SceneReader {
+public:
+    explicit SceneReader(const Tag& tag) : tag_(tag) {}
+
+    [[nodiscard]] bool read(SceneData& out);
+    [[nodiscard]] const std::string& getError() const { return error_; }
+
+private:
+    bool fail(const std::string& reason) {
+        error_ = reason;
+        return false;
+    }
+    bool readTime(SceneData& data);
+    bool readNodes(SceneData& data);
+    bool link(SceneData& data);
+    bool checkHierarchy(const SceneData& data);
+
+    const Tag& tag_;
+    std::string error_;
+    std::vector<std::string> parents_; // by node; empty for a root
+};
+
+bool SceneReader::readTime(SceneData& data) {
+    for (const TimeElement& time : kTimes) {
+        if (!readNumbers(tag_, time.word, {&(data.*time.number), 1}, error_)) {
+            return false;
+        }
+    }
+    for (const double time : {data.time, data.start, data.end}) {
+        if (std::fabs(time) > kLongestTime) {
+            return fail("the time " + toText(time) + " is too far from 0");
+        }
+    }
+    if (data.rate < kLeastRate || data.rate > kHighestRate) {
+        return fail("a rate of " + toText(data.rate) + " frames a second can't be");
+    }
+    return data.start <= data.end || fail("the range ends before it starts");
+}
+
+bool SceneReader::readNodes(SceneData& data) {
+    for (std::int32_t i = 0; i < tag_.childCount(); ++i) {
+        if (!tag_.child(i).hasName(kNodeWord)) {
+            continue;
+        }
+        if (data.nodes.size() == kMostSceneNodes) {
+            return fail("it has more than " + std::to_string(kMostSceneNodes) + " nodes");
+        }
+        NodeRecord& record = data.nodes.emplace_back().record;
+        std::string reason;
+        if (!readNode(tag_.child(i), record, parents_.emplace_back(), reason)) {
+            return fail("node " + std::to_string(data.nodes.size()) + " " +
+                        shown(record.sceneName) + ": " + reason);
+        }
+    }
+    return true;
+}
+
+/// Finds the parents by their names, which must be unique.
+bool SceneReader::link(SceneData& data) {
+    std::unordered_map<std::string_view, std::int32_t> byName;
+    for (std::size_t i = 0; i < data.nodes.size(); ++i) {
+        const std::string& name = data.nodes[i].record.sceneName;
+        if (!byName.emplace(name, static_cast<std::int32_t>(i)).second) {
+            return fail("two nodes are called " + shown(name));
+        }
+    }
+    for (std::size_t i = 0; i < data.nodes.size(); ++i) {
+        if (parents_[i].empty()) {
+            continue;
+        }
+        const auto parent = byName.find(parents_[i]);
+        if (parent == byName.end()) {
+            return fail("the parent of " + shown(data.nodes[i].record.sceneName) + ", " +
+                        shown(parents_[i]) + ", isn't there");
+        }
+        data.nodes[i].parent = parent->second;
+    }
+    return checkHierarchy(data);
+}
+
+bool SceneReader::checkHierarchy(const SceneData& data) {
+    // Each node is reached once: the way up ends at a root, or at a node of an earlier way.
+    std::vector<std::size_t> wayOf(data.nodes.size(), 0);
+    for (std::size_t way = 1; way <= data.nodes.size(); ++way) {
+        auto index = static_cast<std::int32_t>(way - 1);
+        while (index >= 0 && wayOf[static_cast<std::size_t>(index)] == 0) {
+            wayOf[static_cast<std::size_t>(index)] = way;
+            index = data.nodes[static_cast<std::size_t>(index)].parent;
+        }
+        if (index >= 0 && wayOf[static_cast<std::size_t>(index)] == way) {
+            return fail("the node " +
+                        shown(data.nodes[static_cast<std::size_t>(index)].record.sceneName) +
+                        " hangs below itself");
+        }
+    }
+    return true;
+}
+
+bool SceneReader::read(SceneData& out) {
+    if (!tag_.hasName(kRoot)) {
+        return fail("it is no scene but " + shown(tag_.name()));
+    }
+    if (tag_.attribute("version") != kVersion) {
+        return fail("it is a scene of version " + shown(tag_.attribute("version")) +
+                    "; this stage reads version " + kVersion);
+    }
+    SceneData data;
+    if (!readTime(data) || !readNodes(data) || !link(data)) {
+        return false;
+    }
+    data.configuration = tag_.child(kConfiguration);
+    out = std::move(data);
+    return true;
 }
 
 } // namespace
@@ -160,6 +226,28 @@ bool writeSceneFile(const std::string& path, const SceneData& data, std::string&
         return true;
     }
     return false;
+}
+
+bool readSceneFile(const std::string& path, SceneData& out, std::string& error) {
+    std::string text;
+    if (!MVR::Platform::readFile(path, text, kMostSceneBytes)) {
+        error = "can't read " + path + ": " + MVR::Platform::lastFileError();
+        return false;
+    }
+    Tag tag;
+    Tag::Place fault;
+    if (const std::int32_t code = tag.parse(text, fault); code != 0) {
+        error = path + ":" + std::to_string(fault.line) + ":" + std::to_string(fault.column) +
+                ": " + Tag::describeFault(code);
+        return false;
+    }
+    text = std::string();
+    SceneReader reader(tag);
+    if (!reader.read(out)) {
+        error = path + ": " + reader.getError();
+        return false;
+    }
+    return true;
 }
 
 } // namespace Stage

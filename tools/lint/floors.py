@@ -1,8 +1,10 @@
 """Includes point down: the floors of tools/lint/floors.txt, and who may see the machine."""
 
+import pathlib
 import re
 
 from common import ROOT, Finding, cpp_files, read
+from sizes import LONGEST_FILE
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 # Rooms whose headers are installed: other people's programs include them.
@@ -12,6 +14,8 @@ TOOLKIT = re.compile(r"Q[A-Z]|Qt|X11/|xcb/|gtk/|windows\.h|GL/")
 MACHINE = re.compile(
     r"sys/|netinet/|arpa/|net/|linux/|mach|(unistd|dlfcn|fcntl|dirent|poll|pthread|pwd|termios|link"
     r"|netdb|sched|signal|spawn|io|direct)\.h$")
+# They are called by their names, from outside.
+DEFINES_NOTHING = re.compile(r"(^|/)main\.cpp$|^src/core/exports\.cpp$")
 # The one knot of folders that their sources may form.
 KNOT = {"instance", "plugins", "plugins/model", "plugins/model/elements"}
 
@@ -104,16 +108,47 @@ def check_knots(files):
                           "hand in by an interface from above what one of them reaches up for")
 
 
+def header_rooms(folder):
+    """Where the headers of a folder's .cpp files stand; a back end's are those of the purposes."""
+    purposes = ROOT / "src/platform"
+    for each in (folder, purposes) if folder.parent == purposes else (folder,):
+        yield each
+        for room in PUBLIC_ROOMS:
+            yield each / room
+
+
 def own_header(name):
     """The header of the class: of the same name, or of the longest name that begins the file's."""
     stem = (ROOT / name).with_suffix("")
     words = stem.name.split("_")
     for count in range(len(words), 0, -1):
-        for room in ("", *PUBLIC_ROOMS):
-            header = stem.parent / room / ("_".join(words[:count]) + ".h")
+        for room in header_rooms(stem.parent):
+            header = room / ("_".join(words[:count]) + ".h")
             if header.is_file():
                 return str(header.relative_to(ROOT))
     return None
+
+
+def check_header_of_its_own(names):
+    """Each .cpp has one; but a class may have a second file where one would be too long."""
+    more = {}  # by header: the files of the class beyond the one of the header's name
+    for name in names:
+        header = own_header(name)
+        if header is None:
+            if not DEFINES_NOTHING.search(name):
+                yield Finding(name, 0, "has no header of its own",
+                              "declare what it defines in a header of the same name")
+        elif pathlib.Path(header).stem != pathlib.Path(name).stem:
+            more.setdefault(header, []).append(name)
+    for header, others in more.items():
+        first = pathlib.Path(others[0]).with_name(pathlib.Path(header).stem + ".cpp")
+        together = sum(len(read(each).splitlines()) for each in (first, others[0])
+                       if (ROOT / each).is_file())
+        if len(others) == 1 and together > LONGEST_FILE:
+            continue
+        for name in others:
+            yield Finding(name, 0, f"is a slice of {header}, and has no header of its own",
+                          "give what it does a class with its own state")
 
 
 def check_own_header_first(name):
@@ -135,6 +170,7 @@ def check(files):
     for name in placed:
         yield from check_file(name, floors)
     yield from check_knots(placed)
+    yield from check_header_of_its_own(cpp_files(files, ("src", "stage"), (".cpp",)))
     for name in cpp_files(files, ("src", "stage", "drivers", "examples"), (".cpp",)):
         yield from check_own_header_first(name)
     for name in cpp_files(files, ("drivers", "examples")):

@@ -1,3 +1,5 @@
+/// \file
+/// What can be made, and what a model holds.
 #pragma once
 
 #include "stage/base/options.h"
@@ -5,11 +7,8 @@
 #include <string>
 #include <vector>
 
-/// The commands below "model". Each takes the words behind its name.
 namespace Stage {
 
-ExitCode modelSaveCommand(const std::vector<std::string>& words);
-ExitCode modelLoadCommand(const std::vector<std::string>& words);
 ExitCode modelListCommand(const std::vector<std::string>& words);
 ExitCode modelShowCommand(const std::vector<std::string>& words);
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+/// Time. Everything here may be called at any time.
 namespace MVR::Platform {
 
 /// Milliseconds since an arbitrary start; wraps to 0 after 2^32 - 1, so only differences count.

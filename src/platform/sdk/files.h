@@ -6,7 +6,8 @@
 #include <vector>
 
 /// Files and folders. Paths are bytes, written with "\" or "/"; each operation folds the path that
-/// it is given. After a failure `lastFileError` tells the reason.
+/// it is given. After a failure `lastFileError` tells the reason. All operations may be called at
+/// any time.
 namespace MVR::Platform {
 
 /// The path as the machine knows it: "\" becomes "/", repeated separators become one, and where a

@@ -11,7 +11,7 @@ class Control;
 class ControlTarget {
 public:
     /// Called by the destructor of a control for each of its targets. `control` is on its way out:
-    /// compare the address, call nothing of it.
+    /// compare the address, call nothing of it. Comes at any time.
     virtual void controlRemoved(Control* control) = 0;
 
 protected:

@@ -20,7 +20,9 @@ class Driver;
 ///
 /// The library has one, reached by `instance()`. A driver library compiles its own copy of this
 /// code: it calls `DeviceHandler::adopt(handler)` with the handler it is given, before anything
-/// else, so that its own `instance()` yields the library's. Host thread only.
+/// else, so that its own `instance()` yields the library's, and may look things up at any time from
+/// then on. The operations that poll, activate, detect, reset and destroy are the core's to call.
+/// Host thread only.
 class DeviceHandler : public MVR::Util::Singleton<DeviceHandler> {
 public:
     DeviceHandler(const DeviceHandler&) = delete;

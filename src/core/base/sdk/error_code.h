@@ -18,8 +18,10 @@ namespace MVR {
 ///
 /// which registers the code at its first use, logs its message and gives its value. Values other
 /// than those of the common codes differ from run to run; only identifiers stay. Entries are never
-/// removed, and references to them last as long as the table. The order of the virtual operations
-/// is frozen. All calls come on the host's thread.
+/// removed, and references to them last as long as the table. An adaptor may use the core's table
+/// from setErrorCode(table) to releaseErrorCode(), all operations at any time between; drivers and
+/// tools are given none, and their codes are their own. The order of the virtual operations is
+/// frozen. All calls come on the host's thread.
 class ErrorCode final : public Util::Singleton<ErrorCode> {
 public:
     /// How grave a code is; decides the level at which it is logged.
@@ -74,8 +76,8 @@ private:
     bool isContainer_ = false;
 };
 
-/// Registers the codes whose values are fixed, 1024 to 1032. Called once, when the library is
-/// loaded.
+/// Registers the codes whose values are fixed, 1024 to 1032. Called once by the core, when it is
+/// loaded; not for others.
 void registerCommonErrorCodes();
 
 } // namespace MVR

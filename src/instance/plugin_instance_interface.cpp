@@ -139,7 +139,8 @@ void PluginInstance::addUndo(CUndo* object) {
 UniDevice::Property* PluginInstance::addProperty(std::string propertyName,
                                                  std::int32_t acceptedKinds,
                                                  UniDevice::Property::Factory*) {
-    return properties_.getOrCreate(propertyName, acceptedKinds, UniDevice::Property::PlainFactory());
+    return properties_.getOrCreate(propertyName, acceptedKinds,
+                                   UniDevice::Property::PlainFactory());
 }
 
 UniDevice::Property* PluginInstance::findProperty(std::string propertyName) {

@@ -196,6 +196,24 @@ TEST_F(RecordManagerTest, UndoTakesTheTakeAwayAndKeepsWhatLiesBefore) {
         EXPECT_TRUE(adaptor.redo());
         EXPECT_EQ(stored(), second);
     }
+    // An undo in mid-take: the host ends the take first, between two frames or in one.
+    for (const bool isInFrame : {false, true}) {
+        kind->onRecord = [&](ScriptedTool&, double) {
+            if (isInFrame && stored().size() > second.size() + 3)
+                core->stopRecording();
+        };
+        adaptor.time = 1.4;
+        start();
+        pass(400);
+        EXPECT_EQ(core->isRecording(), !isInFrame);
+        EXPECT_GT(stored().size(), second.size());
+        core->stopRecording();
+        EXPECT_FALSE(adaptor.isUndoOpen());
+        EXPECT_TRUE(adaptor.undo());
+        pass(400);
+        EXPECT_EQ(stored(), second) << "no frame comes late";
+    }
+    kind->onRecord = nullptr;
     EXPECT_TRUE(adaptor.undo());
     EXPECT_TRUE(adaptor.undo());
     EXPECT_EQ(stored(), Curve());

@@ -18,10 +18,12 @@ struct UnlockedKey {
 
 /// One attachment of the core: what an adaptor calls.
 ///
-/// `attach` gives it and `detach` ends it; the core owns it. Every operation may be called at any
-/// time in between, on the thread that called `attach`, apart from those that answer with a code
-/// for the state they find. Codes are those of ErrorCode, 0 for success. Times are seconds of
-/// scene time. The order of the virtual operations is frozen; those of MessageNode come first.
+/// `attach` gives it and `detach` ends it; the core owns it. Unless its comment says otherwise an
+/// operation may be called at any time in between, in takes too and from inside the calls that the
+/// core makes, on the thread that called `attach`; what a state doesn't allow answers with a code.
+/// In detachNotify(), the last moment, the tools are gone already. Codes are those of ErrorCode, 0
+/// for success. Times are seconds of scene time. The order of the virtual operations is frozen;
+/// those of MessageNode come first.
 ///
 /// A take:
 /// 1. startRecording(): the checked tools are prepared, the countdown runs, the keyboard is
@@ -42,9 +44,11 @@ public:
     /// Creates the tools that `configuration` describes, each with the scene nodes that it had,
     /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out:
     /// the user is told, and the log says which. A scene has no folder of models: files that its
-    /// tools name are looked for in the user's documents and the shared data only.
+    /// tools name are looked for in the user's documents and the shared data only. Tools that come
+    /// while a take runs have no part in it.
     virtual void loadConfiguration(Tag configuration) = 0;
-    /// Destroys all tools, last first; their scene objects stay.
+    /// Destroys all tools, last first; their scene objects stay. For when the host closes its
+    /// scene: nothing of it can be undone.
     virtual void deleteAllInstances() = 0;
     /// Opens the main dialog above the host's window `parentWindow` (0: none), or anew if it is
     /// minimised. The code of "MAINDLG_ALREADYOPEN" if it is open, of "NOMAINDLGCOMPONENT" if there
@@ -54,7 +58,8 @@ public:
     [[nodiscard]] virtual std::int32_t closeMainDialog() = 0;
     /// True while the dialog's window exists, minimised too.
     virtual bool isMainDialogOpen() = 0;
-    /// The host's time changed outside of a recording: brings the tools up to `time`.
+    /// The host's time changed outside of a recording: brings the tools up to `time`. A host has no
+    /// need of it in a take, where the core sets the time; there it reaches those that take part.
     virtual void update(double time) = 0;
     /// True during a recording and during a resimulation.
     virtual bool isRecording() = 0;
@@ -64,8 +69,9 @@ public:
     /// Starts a take at the host's current time; the code of "ALREADYRECORDING" while one runs, and
     /// until the host's undo step of the last one is closed, so in `recordingFinished` too.
     [[nodiscard]] virtual std::int32_t startRecording() = 0;
-    /// Ends the take, or a resimulation after its present frame. Nothing happens when neither runs.
-    /// Always 0.
+    /// Ends the take; when it returns the tools are finished and the host's undo step is closed. A
+    /// resimulation is only asked to stop, and ends after its present frame, before resimulate()
+    /// returns. Nothing happens when neither runs. Always 0.
     virtual std::int32_t stopRecording() = 0;
     /// 1 is real time, each step more halves the speed.
     virtual std::int32_t getSlowMotion() = 0;
@@ -78,7 +84,8 @@ public:
     /// done or was stopped. The code of "ALREADYRECORDING" as above, that of "RESIMULATE_BADRANGE"
     /// for a span that is no number or has more than 2e9 frames.
     [[nodiscard]] virtual std::int32_t resimulate(double start, double end) = 0;
-    /// Checks or unchecks a tool and all below it; an unknown name does nothing.
+    /// Checks or unchecks a tool and all below it; an unknown name does nothing. In a take it
+    /// counts for the next one.
     virtual void setInstanceChecked(std::string name, bool checked) = 0;
     /// Applies a stored configuration profile to a tool; unknown names do nothing.
     virtual void setInstanceConfigProfile(std::string name, std::string profile) = 0;
@@ -121,7 +128,10 @@ public:
     virtual Tag getCatalogue() = 0;
 };
 
-/// The library's exports, under these undecorated names.
+/// The library's exports, under these undecorated names, each called on the host's user-interface
+/// thread. `attach` comes while no adaptor is attached; its result is null if one is, or if the
+/// versions differ. `detach` ends an attachment; from inside resimulate() it only stops that, and
+/// isn't 0. `getVersion` may be called at any time while the library is loaded.
 using AttachFunction = CoreInterface* (*)(AdaptorInterface* adaptor);
 using DetachFunction = std::int32_t (*)(CoreInterface* coreOrNull);
 using GetVersionFunction = std::int32_t (*)();

@@ -1,5 +1,6 @@
 /// \file
-/// The core's own settings, for CoreInterface::getProperty() and setProperty().
+/// The core's own settings, for CoreInterface::getProperty() and setProperty(). They may be read
+/// and set at any time; the countdown counts at the next take, auto-expand in a running one too.
 #pragma once
 
 #include <cstdint>

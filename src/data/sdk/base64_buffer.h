@@ -10,7 +10,7 @@
 namespace MVR {
 
 /// A sequence of bytes that has a text form: the plain base64 of RFC 4648, padded with "=", in one
-/// unbroken line.
+/// unbroken line. For use at any time; one object belongs to one thread at a time.
 class Base64Buffer {
 public:
     /// Copies the bytes; a null pointer makes `size` zero bytes.

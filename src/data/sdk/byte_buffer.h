@@ -10,7 +10,8 @@
 namespace MVR {
 
 /// A growable sequence of bytes, copied deeply: the carrier of binary payloads. `decompress` also
-/// reads the files that hold models: compressed text of a tree, or the plain text.
+/// reads the files that hold models: compressed text of a tree, or the plain text. For use at any
+/// time; one object belongs to one thread at a time.
 class ByteBuffer {
 public:
     ByteBuffer() = default;

@@ -14,7 +14,7 @@ namespace MVR::Util {
 struct DataChunkView;
 
 /// A named node with a payload of bytes and ordered children, which has a flat form for files. A
-/// copy is deep.
+/// copy is deep. For use at any time; one object belongs to one thread at a time.
 ///
 /// The flat form, integers little-endian: size of the payload, number of children, length of the
 /// name (4 bytes each), the name, the payload, the children one after another.

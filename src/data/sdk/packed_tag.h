@@ -1,3 +1,5 @@
+/// \file
+/// The packed form of a tree. Both functions may be called at any time.
 #pragma once
 
 #include "data/sdk/tag.h"

@@ -18,9 +18,9 @@ class TagWriter;
 /// One node of the tree that every structured text goes through: settings, layouts, models,
 /// profiles.
 ///
-/// A Tag owns its children. A copy is deep. A move carries the children along, so that references
-/// to them stay valid. All operations are safe for a tree of any depth. A tree belongs to one
-/// thread at a time.
+/// A Tag owns its children and frees them with itself. A copy is deep. A move carries the children
+/// along, so that references to them stay valid. All operations are safe for a tree of any depth.
+/// A tree belongs to one thread at a time; all operations may be called at any time.
 ///
 /// Reading never fails loudly: what is missing reads as a shared empty Tag, so
 /// `tag.child("a").child("b").value()` needs no test. Nothing may be written into that shared Tag:

@@ -25,7 +25,9 @@ struct FileElement {
 /// 2. `reload`, then and whenever files may have changed.
 /// 3. `addElement`, `removeElement` as the user asks.
 ///
-/// The fields and the order of the virtual operations are shared with separately built libraries.
+/// What reads the list may be called at any time. The list itself calls its virtual operations,
+/// from inside 2 and 3. The fields and the order of the virtual operations are shared with
+/// separately built libraries.
 class XMLFileManager {
 public:
     /// The most files of one folder that are read: the first in byte order of their names.

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+/// Time. Everything here may be called at any time.
 namespace MVR::Platform {
 
 /// Returns the milliseconds since an arbitrary start. They wrap to 0 after 2^32 - 1, so only

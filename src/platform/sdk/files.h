@@ -5,8 +5,9 @@
 #include <string_view>
 #include <vector>
 
-/// Files and folders. Paths are bytes, written with "\" or "/"; each operation folds its path.
-/// After a failure `lastFileError` tells the reason.
+/// Files and folders. Paths are bytes, written with "\" or "/"; each operation folds the path that
+/// it is given. After a failure `lastFileError` tells the reason. All operations may be called at
+/// any time.
 namespace MVR::Platform {
 
 /// Returns the path as the machine knows it. "\" becomes "/", and repeated separators become one.

@@ -37,11 +37,13 @@ using GetPlugin = CCameraPlugin* (*)(std::int32_t index);
 ///    the core owns it from then on and frees it with destroy() when the core is unloaded.
 /// 3. create() for each tool that is placed.
 ///
-/// All calls come on the host's user-interface thread. The order of the virtual operations is
-/// frozen.
+/// The texts and the version may be asked for at any time from step 2 on, in takes too. No host is
+/// attached at steps 1 and 2. All calls come on the host's user-interface
+/// thread, from the core. The order of the virtual operations is frozen.
 class CCameraPlugin : public CExtendable {
 public:
-    /// Makes a tool object; must succeed. The core owns it and frees it with CCamera::destroy().
+    /// Makes a tool object; must succeed. Only while a host is attached. The core owns it and frees
+    /// it with CCamera::destroy().
     virtual CCamera* create(CCamera::CreateParam* param) = 0;
     /// The type name, unique among all tools; also the first part of a new instance's name.
     [[nodiscard]] virtual std::string getName() = 0;
@@ -56,7 +58,8 @@ public:
     [[nodiscard]] virtual std::string getAuthor() { return ""; }
     /// major * 1000 + minor * 100 + revision.
     [[nodiscard]] virtual std::int32_t getVersion() { return 100; }
-    /// Frees the descriptor in the library that made it; the only way to free one.
+    /// Frees the descriptor in the library that made it; the only way to free one. Comes once,
+    /// after the last of its tools was destroyed.
     virtual void destroy() { delete this; }
     virtual ~CCameraPlugin() = default;
 

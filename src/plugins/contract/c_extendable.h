@@ -8,9 +8,10 @@ namespace MVR {
 
 /// Optional features, known by small integers, so that a contract grows without new virtuals.
 ///
-/// An object that has no extension inherits the defaults. The order of the virtual operations is
-/// frozen: core, adaptors and tools are compiled apart. It has no virtual destructor; each class
-/// below ends its own life as it tells.
+/// An object that has no extension inherits the defaults. All three operations may be called as
+/// long as the object lives, on the host's user-interface thread; an id's comment says when it
+/// comes. The order of the virtual operations is frozen: core, adaptors and tools are compiled
+/// apart. It has no virtual destructor; each class below ends its own life as it tells.
 class CExtendable {
 public:
     /// Performs extension `id`. What `data` points to, and what the result is, depends on the id.

@@ -14,14 +14,23 @@ namespace MVR {
 
 class CMesh;
 
-/// What a tool sees of the core and the host; one for each placed tool, owned by the core and
-/// valid from CCamera::init() to CCamera::destroy().
+/// What a tool sees of the core and the host; one for each placed tool, owned by the core and valid
+/// from the first extend() of the tool to its destroy().
 ///
-/// Times are seconds of scene time. Nodes and snapshots belong to the host's adaptor. All calls
-/// must come on the host's user-interface thread; calls that change the scene belong into create(),
-/// load() and the timed operations of the tool. The order of the virtual operations is frozen.
+/// When its operations may be called, unless their comments tell:
+/// - What only reads: at any time from init() on. So getDataPath(), getSaveData(),
+/// createNode(name),
+///   snapshots that nothing is written to, the times and rates.
+/// - What changes the scene: in create() and load(), and in takes, where a step of the host's undo
+///   list is open. So addUndo(), destroyNode(), createNode() with a kind, writing to snapshots.
+///   Keys are written in record() and finishRecording() only. Elsewhere, say in answer to a button,
+///   whether such a change can be undone is the host's matter.
 ///
-/// Extensions that extend() answers:
+/// Times are seconds of scene time, other numbers as snapshots.h tells. Nodes and snapshots belong
+/// to the host's adaptor. All calls must come on the host's user-interface thread. The order of the
+/// virtual operations is frozen.
+///
+/// Extensions that extend() answers, from init() on:
 ///
 /// | id | data | result |
 /// |----|------|--------|
@@ -31,11 +40,16 @@ class CMesh;
 /// | 43 | not used | 0; takes the tool and its scene objects out of the scene |
 /// | 55 | std::string* | 0; receives the parent tool's name, if there is one |
 /// | 56 | Tag* | 0; receives the chain of parents |
+///
+/// 41 belongs into init(), so that saved bindings find the control. After 43 the tool may be gone:
+/// it calls nothing more. What 55 and 56 tell is known within a file from extend(42) on; the tool
+/// that the user places all of it below is the parent only after that.
 class CInterface : public CExtendable {
 public:
-    /// Changes the choices of a combo after the panel was built. The core owns it.
+    /// Changes the choices of a combo. The core owns it; it lives as long as the tool.
     class ComboUpdater {
     public:
+        /// At any time after endPanel().
         virtual void update(std::vector<std::string> choices) = 0;
 
     protected:
@@ -45,7 +59,8 @@ public:
     /// Called after the user changed a control of the panel. The tool owns it.
     class Callback {
     public:
-        /// `name` is the label that the control was added with.
+        /// `name` is the label that the control was added with. Comes between takes and in them,
+        /// from the user's hand.
         virtual void changed(std::string name) = 0;
 
     protected:
@@ -77,9 +92,10 @@ public:
     /// The input property of this name, or null.
     virtual UniDevice::Property* findProperty(std::string name) = 0;
 
-    /// The panel: beginPanel(), then groups and controls, then endPanel(), all from init(). A
-    /// `variable` must live as long as the tool. In a spinner, `input` true adds an input property
-    /// named "Spinner: " + name that moves the value during a take; `unused` is not read.
+    /// The panel: beginPanel(), then groups and controls, then endPanel(), all from init() and
+    /// once; outside of that pair what adds does nothing. A `variable` must live as long as the
+    /// tool. In a spinner, `input` true adds an input property named "Spinner: " + name that moves
+    /// the value during a take; `unused` is not read.
     virtual void beginPanel() = 0;
     virtual void endPanel() = 0;
     virtual void beginGroup(std::string name, std::string tooltip) = 0;
@@ -101,11 +117,12 @@ public:
                                    Callback* callback) = 0;
     virtual void addButton(std::string name, std::string tooltip, Callback* callback) = 0;
 
-    /// Opens the tool's configuration dialog; does nothing if there is none.
+    /// Opens the tool's configuration dialog; does nothing if there is none. As the user asks, not
+    /// while the tool is made.
     virtual void openConfiguration() = 0;
-    /// Shows the present values of the tool's variables in the panel.
+    /// Shows the present values of the tool's variables in the panel. At any time after endPanel().
     virtual void updatePanel() = 0;
-    /// Opens the dialog in which the user binds inputs; 0 if none was made.
+    /// Opens the dialog in which the user binds inputs; 0 if none was made. As the user asks.
     virtual std::intptr_t openInputDialog() = 0;
 
     /// The folder of the tool's own data files; empty if the user's folders can't be found.
@@ -116,6 +133,7 @@ public:
     /// The size of the saved block in bytes; stores its address unless `address` is null. The
     /// block stays the core's.
     virtual std::int32_t getSaveData(const void** address) = 0;
+    /// Frees the saved block; at any time.
     virtual void clearSaveData() = 0;
 
     /// Deletes a node of this tool together with its scene object.
@@ -133,15 +151,16 @@ public:
     virtual void createNode(std::string name, CMesh mesh) = 0;
 
     /// Snapshots of a node, for reading and animating it. Null for a null node (logged), or if the
-    /// host has none. Give each back before the next of its kind on that node.
+    /// host has none. Give each back before the next of its kind on that node, which the scoped
+    /// ones of scoped_snapshot.h do. The lens comes as LensSnapshot::fromHandle() reads it.
     virtual TransformSnapshot* getSnapshot(SceneNode* node, double time) = 0;
     virtual HelperSnapshot* getHelperSnapshot(SceneNode* node) = 0;
     virtual MeshSnapshot* getMeshSnapshot(SceneNode* node, double time) = 0;
     virtual std::intptr_t getLensSnapshot(SceneNode* node, double time) = 0;
 
-    /// nodeQuery3 ends getMeshSnapshot(), nodeQuery4 getHelperSnapshot(), nodeQuery5
-    /// getSnapshot(). The meaning of the first two lies with the adaptor. 0 for a null node or a
-    /// node without that handler.
+    /// nodeQuery3 ends getMeshSnapshot(), nodeQuery4 getHelperSnapshot(), nodeQuery5 getSnapshot():
+    /// once for each that wasn't null. The meaning of the first two lies with the adaptor, as does
+    /// when they may be called. 0 for a null node or a node without that handler.
     virtual std::intptr_t nodeQuery1(SceneNode* node) = 0;
     virtual std::intptr_t nodeQuery2(SceneNode* node) = 0;
     virtual std::intptr_t nodeQuery3(SceneNode* node) = 0;
@@ -156,7 +175,8 @@ public:
 
     /// Asks the user. `flags`: low four bits the buttons (0 OK; 1 Yes, No; 2 Yes, No, Cancel;
     /// 3 OK, Cancel), the rest the icon (16 question, 32 stop, 48 exclamation). Returns 0 OK,
-    /// 1 Cancel, 2 Yes, 3 No. In silent mode the default answer comes at once.
+    /// 1 Cancel, 2 Yes, 3 No. In silent mode the default answer comes at once. Else the host's
+    /// events go on meanwhile, and the tool may be deleted by one: not in record().
     virtual std::int32_t messageBox(std::string text, std::string title, std::int32_t flags) = 0;
 
     virtual ~CInterface() = default;

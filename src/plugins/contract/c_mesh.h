@@ -9,8 +9,10 @@
 
 namespace MVR {
 
-/// A mesh that belongs to no host. A copy is deep. How the flat lists group into polygons is
-/// agreed between the adaptors that fill and read it; the core only carries them.
+/// A mesh that belongs to no host, by the conventions of snapshots.h. A copy is deep. Anyone may
+/// make and use one at any time; one object belongs to one thread at a time. How the flat lists
+/// group into polygons is agreed between the adaptors that fill and read it; the core only carries
+/// them.
 class CMesh final : public CExtendable {
 public:
     CMesh() = default;

@@ -4,19 +4,23 @@ namespace MVR {
 
 /// One entry of the host's undo list: an object that can go back and forward.
 ///
-/// 1. Whoever changes something makes one and hands it to `addUndo` while an undo step is open.
+/// 1. Whoever changes something makes one and hands it to `addUndo` while an undo step
+///    is open: in create(), in load() or in a take.
 /// 2. From then on the host owns it.
 /// 3. The host calls restore(true) to undo and redo() to redo, in turn.
 /// 4. The host calls destroy() once, when it drops the step, and at the latest before it detaches.
 ///
+/// Only the host calls the operations: 3 as its user asks, and in undo() and cancelUndo() of
+/// AdaptorInterface; but for cancelUndo() while no step is open, so never in the midst of a take.
 /// All calls come on the host's user-interface thread. No operation reports a failure.
 class CUndo {
 public:
-    /// Goes back. `isUndo` is true for an undo; with false it is a repeat for the host's own
-    /// purposes, after which a later restore(true) still goes back to the same state.
+    /// Goes back. `isUndo` is true for an undo. With false it is a repeat for the host's own
+    /// purposes, such as putting back the start of a step that is still open, after which a later
+    /// restore(true) still goes back to the same state. The core never needs it.
     virtual void restore(bool isUndo) = 0;
 
-    /// Goes forward again after restore(true).
+    /// Goes forward again; only after restore(true), and once for each.
     virtual void redo() = 0;
 
     /// Frees the object in the library that made it; the only way to free one.

@@ -1,3 +1,17 @@
+/// \file
+/// What a tool reads and animates of a scene node, and the conventions that all numbers of a scene
+/// keep, in snapshots, meshes, models and extensions alike:
+///
+/// - Axes: right-handed, x to the right, y up, z towards the viewer. A camera looks along its own
+///   -z, with its own y up. A host with other axes converts in its nodes; the core turns nothing.
+/// - Lengths are in scene units, which the core neither knows nor converts; focal lengths are in
+///   millimetres.
+/// - A matrix is 16 doubles, row after row. A point is a row and stands on the left, so that the
+///   translation is row 3 (indices 12, 13, 14), and "first a, then b" is the product a b.
+/// - A quaternion is x, y, z, w. A positive angle turns from x to y about z: (0, 0, sin(a/2),
+///   cos(a/2)). Angles for people, in panels, properties and files, are degrees.
+/// - Times are doubles, seconds of scene time. The frames of a take lie on multiples of the host's
+///   frame step.
 #pragma once
 
 #include <cstdint>
@@ -6,10 +20,8 @@ namespace MVR {
 
 class CMesh;
 
-/// Access to the local matrix of a scene node at one time. The adaptor owns it.
-///
-/// A matrix is 16 doubles, row after row; points are row vectors, the translation stands in
-/// row 3 (indices 12, 13, 14).
+/// Access to the local matrix of a scene node at one time. The adaptor owns it. Its operations may
+/// be called until it is given back.
 class TransformAccess {
 public:
     /// Reads the local matrix into `matrix`.
@@ -23,12 +35,15 @@ protected:
 
 /// The transform of a scene node at one time: what a tool reads and animates.
 ///
-/// 1. Take it with CInterface::getSnapshot(node, time).
+/// 1. Take it with ScopedTransform (plugins/contract/scoped_snapshot.h), or with
+///    CInterface::getSnapshot(node, time).
 /// 2. Read and write as often as needed. While a recording or a resimulation runs, a write sets
 ///    one key at that time on each curve that it names; else it changes the value at rest.
-/// 3. Give it back with CInterface::nodeQuery5(node) before the next snapshot of that node.
+/// 3. Give it back with CInterface::nodeQuery5(node) before the next snapshot of that node;
+///    ScopedTransform does.
 ///
-/// The adaptor owns the object; it is valid until it is given back. Lengths are in scene units.
+/// The adaptor owns the object; it is valid, and its operations may be called, until it is given
+/// back.
 class TransformSnapshot : public TransformAccess {
 public:
     /// The matrix in world space.
@@ -46,7 +61,8 @@ protected:
     ~TransformSnapshot() = default;
 };
 
-/// The mesh of a scene node at one time, for reading. Given back with CInterface::nodeQuery3.
+/// The mesh of a scene node at one time, for reading. The adaptor owns it; it is valid until it is
+/// given back, by ScopedMesh or with CInterface::nodeQuery3.
 class MeshSnapshot {
 public:
     /// Fills `mesh` with the node's mesh.
@@ -56,11 +72,11 @@ protected:
     ~MeshSnapshot() = default;
 };
 
-/// A scene node as a helper object whose mesh can be replaced. Given back with
-/// CInterface::nodeQuery4.
+/// A scene node as a helper object whose mesh can be replaced. The adaptor owns it; it is valid
+/// until it is given back, by ScopedHelper or with CInterface::nodeQuery4.
 class HelperSnapshot {
 public:
-    /// Gives the node a copy of `mesh`.
+    /// Gives the node a copy of `mesh`, as an act that the host's undo step takes back.
     virtual void set(const CMesh& mesh) = 0;
 
 protected:

@@ -6,8 +6,8 @@
 
 namespace MVR {
 
-/// A transform: 4 by 4, row after row. A point is a row and stands on the left, so that the
-/// translation is row 3, the elements 12 to 14.
+/// A transform: 4 by 4, by the conventions of snapshots.h. The functions here may be called at any
+/// time, on any thread.
 using Matrix = std::array<double, 16>;
 
 inline constexpr Matrix kIdentityMatrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};

@@ -20,8 +20,7 @@ public:
     /// Destroys the instance, and with it this.
     virtual void end() = 0;
 
-protected:
-    ~PluginMember() = default;
+    virtual ~PluginMember() = default;
 
 private:
     friend class Plugin;

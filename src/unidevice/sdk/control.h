@@ -24,8 +24,10 @@ enum ControlKind : std::int32_t {
 
 /// One live input value: a key, an axis, an argument of a network message.
 ///
-/// A control belongs to its device, which creates it, writes its values and frees it by
-/// `destroy()`. It may be freed while something is bound to it. Host thread only.
+/// A control belongs to its device, which makes it, writes its values and frees it by `destroy()`.
+/// It may be freed while something is bound to it. What reads may be called as long as the control
+/// lives; the device alone writes values, in `update` or as its input comes in between, and in
+/// `resetControls`. Host thread only.
 ///
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Control {

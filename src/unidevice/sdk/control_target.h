@@ -10,8 +10,8 @@ class Control;
 /// removes itself from the other.
 class ControlTarget {
 public:
-    /// Called by the destructor of a control for each of its targets. Only compare the address of
-    /// `control` and call nothing of it: it is being destroyed.
+    /// Called by the destructor of a control for each of its targets. `control` is on its way out:
+    /// compare the address, call nothing of it. Comes at any time.
     virtual void controlRemoved(Control* control) = 0;
 
 protected:

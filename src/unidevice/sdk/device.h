@@ -26,7 +26,9 @@ class Driver;
 /// 4. `deactivate(0)` when the take ends.
 /// 5. `destroy()` when the host detaches; the destructor leaves the handler and the driver.
 /// `update` may also come outside of a take, as may `prepareDetection`, `detectControl` and
-/// `resetControls` while the user looks for a control. Host thread only.
+/// `resetControls` while the user looks for a control, and what reads at any time. The core and the
+/// driver call the virtual operations; what isn't virtual is the maker's to call, from the
+/// constructor on. Host thread only.
 ///
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Device : public MVR::Util::DynamicObject {

@@ -19,8 +19,10 @@ class Driver;
 /// All drivers and devices of the process, in order of registration.
 ///
 /// The library has one, reached by `instance()`. A driver library compiles its own copy of this
-/// code. It calls `DeviceHandler::adopt(handler)` with the handler it gets, before anything else,
-/// so that its own `instance()` returns the library's. Host thread only.
+/// code: it calls `DeviceHandler::adopt(handler)` with the handler it is given, before anything
+/// else, so that its own `instance()` yields the library's, and may look things up at any time from
+/// then on. The operations that poll, activate, detect, reset and destroy are the core's to call.
+/// Host thread only.
 class DeviceHandler : public MVR::Util::Singleton<DeviceHandler> {
 public:
     DeviceHandler(const DeviceHandler&) = delete;

@@ -28,7 +28,8 @@ class Device;
 ///    first, then the library is freed. None of its code may run after that: no thread, no
 ///    callback.
 ///
-/// The order of the virtual operations is shared with separately built libraries.
+/// The core calls the virtual operations, at these moments; `device` and `deviceCount` at any time
+/// from 2 to 6. The order of the virtual operations is shared with separately built libraries.
 class Driver {
 public:
     /// Joins the end of the handler's list of drivers, which owns it from then on.

@@ -19,7 +19,8 @@ constexpr const char* kStartProfile = "Start Profile";
 /// several in a collection.
 ///
 /// Several processes may change the same folder: a file is read, changed and written back under the
-/// folder's lock, and replaced as a whole. Readers need no lock.
+/// folder's lock, and replaced as a whole. Readers need no lock. When an operation may be called is
+/// told by XMLFileManager.
 class ProfileManager : public XMLFileManager {
 public:
     static constexpr std::uint64_t kMostFileBytes = 16u << 20; ///< of one file

@@ -14,8 +14,10 @@ namespace UniDevice {
 
 /// One named input of a tool: a control seen through dead zone, exponent, multiplier and offset.
 ///
-/// The `PropertyHandler` of the tool instance owns it, even if a tool asked for it. Property and
-/// control may be destroyed in any order. Host thread only.
+/// Owned by the tool instance's `PropertyHandler`, also when a tool asked for it. Property and
+/// control may go in any order. All operations may be called as long as the property lives; but a
+/// tool binds nothing itself, and in a resimulation `control` is a stand-in that plays what was
+/// recorded. Host thread only.
 ///
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Property : public ControlTarget {

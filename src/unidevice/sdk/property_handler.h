@@ -10,7 +10,8 @@
 
 namespace UniDevice {
 
-/// The properties of one tool instance, in order of creation. Owns them. Host thread only.
+/// The properties of one tool instance, in order of creation. Owns them. All operations may be
+/// called as long as it lives. Host thread only.
 class PropertyHandler : public MVR::Util::DynamicObject {
 public:
     PropertyHandler() = default;

@@ -18,7 +18,9 @@ namespace MVR {
 ///
 /// which registers the code at its first use, logs its message and gives its value. Values other
 /// than those of the common codes, 1024 to 1032, differ from run to run; only identifiers stay.
-/// Entries are never removed, and references to them last as long as the table. The order of the
+/// Entries are never removed, and references to them last as long as the table. An adaptor may use
+/// the core's table from setErrorCode(table) to releaseErrorCode(), all operations at any time
+/// between; drivers and tools are given none, and their codes are their own. The order of the
 /// virtual operations is frozen. All calls come on the host's thread.
 class ErrorCode final : public Util::Singleton<ErrorCode> {
 public:

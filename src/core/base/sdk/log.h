@@ -18,6 +18,13 @@ namespace MVR {
 ///     entry.write("path", path, Log::OwnLevel);
 ///     Log(Log::Error).write("Unable to open");
 ///
+/// When a library may write to the core's log:
+/// - an adaptor from setLog(log), where it calls Log::adopt(log), to releaseLog(), where it calls
+///   Log::adopt(nullptr);
+/// - a driver from loadDevices() on, with Log::adopt(info->log) there, as long as it is loaded;
+/// - a tool never, for it is given none. Before and after these moments, and in a tool at any time,
+///   lines go to a log of the library's own, which getText() reads and no user sees.
+///
 /// The order of its virtual operations is frozen. All calls come on the host's thread. A level
 /// above the threshold costs no more than the test.
 class Log final : public Util::Singleton<Log> {
@@ -47,6 +54,9 @@ public:
     /// Writes the line "name: value", with the same rule for `level`.
     void write(std::string_view name, std::string_view value, std::int32_t level);
     void write(std::string_view name, std::int32_t value, std::int32_t level);
+
+    // From here on: for the owner of the log, at any time. File and threshold of an adopted log are
+    // the core's business and the user's.
 
     /// Opens `path`, truncated, as the log file, and closes the one before. If the file can't be
     /// opened, the log continues in memory.

@@ -12,8 +12,9 @@
 
 namespace MVR::Util {
 
-/// A node of the network. The order of its operations is frozen. All calls come on the host's
-/// thread. Operations that return a code return 0 for success.
+/// A node of the network. The order of its operations is frozen. All of them may be called as long
+/// as the node lives, from inside handlers too, but receive(), which send() and broadcast() call.
+/// All calls come on the host's thread. Operations that return a code return 0 for success.
 ///
 /// A node may be destroyed at any time, even by a handler during its own broadcast: its destructor
 /// tells the listeners with `StopBroadcasting` and cuts all links. Its most derived parts are gone

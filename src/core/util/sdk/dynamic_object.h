@@ -10,7 +10,8 @@ namespace MVR::Util {
 /// Base of objects that free themselves. The order of its operations is frozen.
 class DynamicObject {
 public:
-    /// Destroys this object, which must have been made with `new`, and frees it.
+    /// Destroys this object, which must have been made with `new`, and frees it. Its owner calls it
+    /// once; no call of the object follows.
     virtual void destroy() { delete this; }
     virtual ~DynamicObject() = default;
 };

@@ -130,8 +130,9 @@ public:
     [[nodiscard]] Tag getConfigProfile(const std::string& profileName) const;
     /// Sets the values of its panel. An empty tag, or a tool without a panel, changes nothing.
     void applyConfigProfile(const Tag& profile);
-    /// A tag "profile" of the present bindings and their parameters.
-    [[nodiscard]] Tag getInputProfile(const std::string& profileName) const;
+    /// A tag "profile" of the present bindings and their parameters; these with all their digits if
+    /// `isExact`, else with six.
+    [[nodiscard]] Tag getInputProfile(const std::string& profileName, bool isExact = false) const;
     /// Replaces all bindings. Gives the number of controls that were not found, or `kNoProfile`,
     /// with nothing changed.
     std::int32_t applyInputProfile(const Tag& profile);

@@ -35,13 +35,13 @@ Tag PluginInstance::getConfigProfile(const std::string& profileName) const {
 
 void PluginInstance::applyConfigProfile(const Tag&) {} // the values are those of a dialog
 
-Tag PluginInstance::getInputProfile(const std::string& profileName) const {
+Tag PluginInstance::getInputProfile(const std::string& profileName, bool isExact) const {
     Tag profile = Tag::element("profile");
     profile.attributeRef("name") = profileName;
     for (std::int32_t i = 0; i < properties_.count(); ++i) {
         const UniDevice::Property& property = *properties_.property(i);
         Tag entry;
-        property.toTag(entry);
+        property.toTag(entry, isExact);
         if (property.control != nullptr) {
             Tag control;
             property.control->toTag(control);

@@ -6,6 +6,7 @@
 #include "core/contract/core_interface.h"
 #include "core/contract/setting_ids.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
 #include "platform/sdk/files.h"
 #include "plugins/instance_reference.h"
@@ -51,6 +52,7 @@ void InstanceManager::initialize() {
 }
 
 void InstanceManager::destroyRoot() {
+    getServices().getToolListChanges().silence();
     const Util::Owned<InstanceReference> root = std::move(root_); // there is none from here on
 }
 

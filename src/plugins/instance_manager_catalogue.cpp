@@ -3,6 +3,7 @@
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
 #include "core/services/core_services.h"
+#include "core/services/fault_list.h"
 #include "platform/sdk/files.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instanciatable.h"
@@ -131,21 +132,32 @@ Tag InstanceManager::describeCatalogue() const {
 
 std::int32_t InstanceManager::createFromFile(const std::string& path, InstanceReference* parent) {
     ErrorCode& errors = *ErrorCode::instance();
+    FaultList& faults = getServices().getFaults();
+    const FaultList::Operation operation(faults);
+    const std::size_t faultsBefore = faults.getFaults().size();
+    // Each tool that is missing tells why, but one that took itself away.
+    const auto addUntold = [&](const std::string& text) {
+        if (faults.getFaults().size() == faultsBefore)
+            faults.add({path, "", "", text, 0});
+    };
     Tag model;
     if (!readModelFile(path, model))
         return errors.get("MODEL_UNREADABLE", "The model's file can't be read", ErrorCode::Error);
     if (!model.hasName("MVR") && !model.hasName("MVR_Plugin")) {
         Log(Log::Error).write("No model in file", path, Log::OwnLevel);
+        addUntold("it holds no model");
         return errors.get("MODEL_INVALID", "The file holds no model", ErrorCode::Error);
     }
     const Creation creation = createAll(std::move(model), parent, true);
     if (creation.first == nullptr) {
         Log(Log::Error).write("Nothing created from model", path, Log::OwnLevel);
+        addUntold("no tool of it could be made");
         return errors.get("MODEL_NOTHINGCREATED", "No tool of the model could be created",
                           ErrorCode::Error);
     }
     if (creation.missing == 0)
         return 0;
+    addUntold("some of its tools are missing");
     Log(Log::Warning)
         .write("Tools missing from model " + path, static_cast<std::int32_t>(creation.missing),
                Log::OwnLevel);

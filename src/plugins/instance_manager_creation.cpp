@@ -4,6 +4,8 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/fault_list.h"
+#include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instance_reference.h"
@@ -107,6 +109,8 @@ InstanceReference* InstanceManager::create(Tag data, InstanceReference* parent, 
 
 InstanceManager::Creation InstanceManager::createAll(Tag data, InstanceReference* parent,
                                                      bool addToRecent) {
+    const FaultList::Operation operation(getServices().getFaults());
+    const ToolListChanges::Scope change(getServices().getToolListChanges());
     Log entry("Creating instance", Log::Notice);
     if (parent == nullptr)
         parent = root_.get();
@@ -150,6 +154,8 @@ InstanceManager::Creation InstanceManager::createAll(Tag data, InstanceReference
     }
     holder.reset();
     adaptor.redraw();
+    if (first != nullptr && parent != nullptr)
+        getServices().getToolListChanges().note();
     return {first, missing};
 }
 
@@ -164,11 +170,13 @@ void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* ta
     for (const InstanceReference* each = target; each != nullptr; each = each->getParentReference())
         if (each == dragged)
             return;
+    const ToolListChanges::Scope change(getServices().getToolListChanges());
     AdaptorInterface& adaptor = *getServices().getAdaptor();
     adaptor.beginUndo("Relocate Oskel Node");
     adaptor.addUndo(new InstanceReferenceMoveRestore(dragged));
     target->add(dragged);
     adaptor.endUndo();
+    getServices().getToolListChanges().note();
 }
 
 } // namespace MVR

@@ -2,6 +2,7 @@
 
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
 
 namespace MVR {
@@ -42,6 +43,7 @@ std::string InstanceManager::beginLabelEdit(InstanceReference& reference) {
 
 void InstanceManager::endLabelEdit(InstanceReference* reference, const std::string* text) {
     if (reference != nullptr && text != nullptr) {
+        const ToolListChanges::Scope change(getServices().getToolListChanges());
         // Else the name that it has would make the wanted one look taken.
         reference->setLabel("Temporary name");
         reference->setLabel(*text);

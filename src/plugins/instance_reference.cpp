@@ -3,6 +3,7 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_reference_restore.h"
@@ -152,8 +153,11 @@ void InstanceReference::setLabel(std::string text) {
     const std::size_t at = text.rfind(suffix);
     if (at != std::string::npos)
         text.erase(at, suffix.size());
-    if (text != instance_->getName())
-        instance_->setName(text);
+    if (text == instance_->getName())
+        return;
+    instance_->setName(text);
+    if (inTree_)
+        getServices()->getToolListChanges().note();
 }
 
 void InstanceReference::showMenu() {
@@ -182,6 +186,7 @@ void InstanceReference::remove(bool deleteScene) {
     if (!inTree_ || instance_ == nullptr)
         return;
     AdaptorInterface& adaptor = *getServices()->getAdaptor();
+    const ToolListChanges::Scope change(getServices()->getToolListChanges());
     struct Step {
         InstanceReference* reference;
         std::size_t childrenLeft;
@@ -214,6 +219,7 @@ void InstanceReference::leaveTree(AdaptorInterface& adaptor, bool deleteScene) {
     InstanceReference* const parent = getParentReference();
     if (parent == nullptr)
         return;
+    getServices()->getToolListChanges().note();
     auto* const restore = new InstanceReferenceDeleteRestore(this);
     parent->GUI::TreeNode::remove(this);
     const Watch self(this);

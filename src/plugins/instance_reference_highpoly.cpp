@@ -3,6 +3,7 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/fault_list.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/model/model_paths.h"
@@ -92,7 +93,7 @@ void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& pat
         process.write("highpoly file path", path + "\\" + name, Log::OwnLevel);
         const std::string file = findModelFile(path, name);
         if (!file.empty())
-            return mergeHighPoly(file);
+            return mergeHighPoly(file, place);
         process.write("highpoly file not found");
         if (!name.empty())
             place.log("highpoly", "there is no file that it may use: " + name);
@@ -135,8 +136,14 @@ void InstanceReference::choosePostMerge(const Tag& highPoly, const Tag& option,
         postMerge_ = kIdentityMatrix;
 }
 
-void InstanceReference::mergeHighPoly(const std::string& file) {
+void InstanceReference::mergeHighPoly(const std::string& file, const ModelPlace& place) {
+    const std::vector<CoreFault>& faults = getServices()->getFaults().getFaults();
+    const std::size_t faultsBefore = faults.size();
+    place.listen("highpoly");
     highPolyNodes_ = getServices()->getAdaptor()->mergeFile(file);
+    place.listen("");
+    if (highPolyNodes_.empty() && faults.size() == faultsBefore) // the host didn't tell why
+        place.log("highpoly", "the host can't merge " + file);
     highPolyNodes_.erase(std::remove(highPolyNodes_.begin(), highPolyNodes_.end(), nullptr),
                          highPolyNodes_.end());
     for (SceneNode* node : highPolyNodes_) {

@@ -163,7 +163,8 @@ void InstanceReference::saveThis(Tag& out, std::uint32_t mask) {
     if ((mask & SaveMask::kConfigProfile) != 0)
         tag.addChild(Tag::element("configprofile")).addChild(instance_->getConfigProfile(""));
     if ((mask & SaveMask::kInputProfile) != 0)
-        tag.addChild(Tag::element("inputprofile")).addChild(instance_->getInputProfile(""));
+        tag.addChild(Tag::element("inputprofile"))
+            .addChild(instance_->getInputProfile("", (mask & SaveMask::kExact) != 0));
     if ((mask & SaveMask::kAnyNodeInfo) != 0)
         tag.addChild(saveNodes(mask));
     if (saveBlocks(tag, mask))

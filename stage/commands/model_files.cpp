@@ -101,7 +101,7 @@ void tellFaults(const std::string& model, const std::vector<std::string>& faults
     }
 }
 
-/// What a code of loadModel() or saveModel() ends the program with.
+/// What a code of CoreModels::load() or save() ends the program with.
 ExitCode toExitCode(std::int32_t code) {
     if (code == 0) {
         return ExitCode::Ok;
@@ -116,7 +116,7 @@ ExitCode toExitCode(std::int32_t code) {
 
 ExitCode save(Session& session, const std::string& tool, const std::string& model) {
     const LogLines log;
-    const ExitCode code = toExitCode(session.getCore().saveModel(tool, model));
+    const ExitCode code = toExitCode(session.getModels().save(tool, model));
     if (code == ExitCode::BadBinding) {
         return fail(code, "the scene has no tool named \"" + tool + "\"");
     }
@@ -140,7 +140,7 @@ void tellSummary(const ModelOptions& options, const std::vector<const PlacedTool
 ExitCode load(Session& session, const ModelOptions& options) {
     std::string error;
     const LogLines log;
-    ExitCode result = toExitCode(session.getCore().loadModel(options.model));
+    ExitCode result = toExitCode(session.getModels().load(options.model, ""));
     const std::vector<std::string> faults = log.getFaults();
     tellFaults(options.model, faults);
     if (result == ExitCode::BadFile) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/contract/core_extensions.h"
 #include "stage/host/core_library.h"
 #include "stage/host/install_values.h"
 #include "stage/host/stage_adaptor.h"
@@ -73,6 +74,7 @@ public:
     [[nodiscard]] std::vector<UniDevice::Property*> findProperties(const Setting& setting) const;
 
     [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
+    [[nodiscard]] MVR::CoreModels& getModels() { return *MVR::getModels(*core_); }
     /// Runs what is due in the core; see CoreLibrary::pump().
     std::int32_t pump() { return library_.pump(); }
 

@@ -41,7 +41,7 @@ protected:
 
 TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
     const std::string empty = getState();
-    ASSERT_EQ(session.getCore().loadModel(rig), 0);
+    ASSERT_EQ(session.getModels().load(rig, ""), 0);
     const auto tools = session.adoptTools(error);
     ASSERT_TRUE(tools && tools->size() == 2) << error;
     ASSERT_NE(find("Rig"), nullptr);
@@ -93,7 +93,7 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
     };
     for (const bool isDeleted : {false, true}) {
         for (const auto& state : cases) {
-            ASSERT_EQ(session.getCore().loadModel(rig), 0);
+            ASSERT_EQ(session.getModels().load(rig, ""), 0);
             const auto tools = session.adoptTools(error);
             ASSERT_TRUE(tools && tools->size() == 2) << error;
             if (isDeleted) {
@@ -114,7 +114,7 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
 }
 
 TEST_F(ModelTest, ASceneGoesOnAsIfItHadNeverBeenClosed) {
-    ASSERT_EQ(session.getCore().loadModel(rig), 0);
+    ASSERT_EQ(session.getModels().load(rig, ""), 0);
     session.timeline.setRange(0, 0.4);
     ASSERT_EQ(session.getCore().resimulate(0, 0.4), 0);
     const std::string saved = getState();

@@ -31,6 +31,7 @@ class CMesh;
 /// | 43 | not used | 0; takes the tool and its scene objects out of the scene |
 /// | 55 | std::string* | 0; receives the parent tool's name, if there is one |
 /// | 56 | Tag* | 0; receives the chain of parents |
+/// | 57 | ToolIdentity* | 0; receives the tool's name and type, see tool_identity.h |
 class CInterface : public CExtendable {
 public:
     /// Changes the choices of a combo after the panel was built. The core owns it.

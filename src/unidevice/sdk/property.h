@@ -62,8 +62,9 @@ public:
     /// child elements; the others stay, as does one whose text is no number.
     void readSettings(const MVR::Tag& tag);
 
-    /// Makes `out` a `property` element with the name and the four parameters.
-    void toTag(MVR::Tag& out) const;
+    /// Makes `out` a `property` element with the name and the four parameters: six digits of each,
+    /// or, if `isExact`, as many as it takes to read the same bits.
+    void toTag(MVR::Tag& out, bool isExact = false) const;
 
     std::vector<Listener*> listeners; ///< not owned
     Control* control = nullptr;       ///< the bound control, or null; not owned

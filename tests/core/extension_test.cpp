@@ -212,23 +212,24 @@ TEST_F(ExtensionTest, BindingsGoOutAndInWithAllTheirDigits) {
                 control +
                 "</property><property name=\"Y\"><control device=\"Gone\" type=\"a\" "
                 "index=\"0\"/></property></profile>");
-    ASSERT_EQ(tools->create("Rig", "a", "", profile, nullptr), 0);
-    EXPECT_THAT(faultLines(),
-                ElementsAre("Model a, tool a, inputprofile: controls that aren't there: 1"));
-    UniDevice::Property& x = *tools->find("a")->findProperty("X");
+    ASSERT_EQ(tools->create("Rig", "", "", profile, nullptr), 0);
+    EXPECT_THAT(
+        faultLines(),
+        ElementsAre("Model Rig_01, tool Rig_01, inputprofile: controls that aren't there: 1"));
+    UniDevice::Property& x = *tools->find("Rig_01")->findProperty("X");
     EXPECT_EQ(x.multiplier, 0.12345678901234568);
     EXPECT_EQ(x.control, pad.control(0));
 
-    const Tag bindings = tools->getBindings("a");
+    const Tag bindings = tools->getBindings("Rig_01");
     EXPECT_EQ(bindings.child(0).child("multiplier").value(), exact);
     EXPECT_EQ(bindings.child(0).child("control").attribute("device"), "Pad");
     x.multiplier = 3;
     x.bind(nullptr);
     std::int32_t missing = -1;
-    EXPECT_EQ(tools->setBindings("a", profile, &missing), 0);
+    EXPECT_EQ(tools->setBindings("Rig_01", profile, &missing), 0);
     EXPECT_EQ(missing, 1);
-    EXPECT_EQ(tools->setBindings("a", bindings, nullptr), 0);
-    EXPECT_TRUE(tools->getBindings("a") == bindings);
+    EXPECT_EQ(tools->setBindings("Rig_01", bindings, nullptr), 0);
+    EXPECT_TRUE(tools->getBindings("Rig_01") == bindings);
     const auto multiplier = [](const Tag& configuration) {
         const Tag& tool = configuration.child(0);
         return tool.child("inputprofile").child(0).child(0).child("multiplier").value();
@@ -238,9 +239,9 @@ TEST_F(ExtensionTest, BindingsGoOutAndInWithAllTheirDigits) {
 
     EXPECT_TRUE(tools->getBindings("b").isEmpty());
     EXPECT_EQ(identifierOf(tools->setBindings("b", profile, &missing)), "MODEL_NOTOOL");
-    EXPECT_EQ(identifierOf(tools->setBindings("a", Tag(), &missing)), "TOOL_BADPROFILE");
+    EXPECT_EQ(identifierOf(tools->setBindings("Rig_01", Tag(), &missing)), "TOOL_BADPROFILE");
     ASSERT_EQ(core->startRecording(), 0);
-    EXPECT_EQ(identifierOf(tools->setBindings("a", Tag("<profile/>"), &missing)),
+    EXPECT_EQ(identifierOf(tools->setBindings("Rig_01", Tag("<profile/>"), &missing)),
               "ALREADYRECORDING");
     core->stopRecording();
     EXPECT_EQ(x.control, pad.control(0));

@@ -70,7 +70,8 @@ std::int32_t ToolContract::create(std::string type, std::string name, std::strin
     if (below == nullptr)
         return code;
     Tag data = Plugin::makeData(type);
-    data.addChild(Tag::element("name", name));
+    // What the data holds is applied to the tool that it names.
+    data.addChild(Tag::element("name", name.empty() ? type + "_01" : name));
     if (!bindings.isEmpty()) {
         if (!bindings.hasName("profile"))
             return refuseProfile();

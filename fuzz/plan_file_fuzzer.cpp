@@ -21,8 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const Stage::Setting& setting : plan.settings)
         if (!std::isfinite(setting.value) || setting.toText().empty())
             std::abort();
-    const MVR::Tag tool = Stage::toConfiguration(plan).child("MVR_Plugin");
-    if (tool.child("name").value() != "Camera")
+    if (!Stage::toProfile(plan).hasName("profile"))
         std::abort();
     return 0;
 }

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "core/services/core_services.h"
+#include "core/services/fault_list.h"
+#include "core/services/tool_list_changes.h"
 #include "dialogs/core_dialogs.h"
 
 #include <cstdint>
@@ -29,6 +31,8 @@ public:
     [[nodiscard]] std::intptr_t getParentWindow() const override;
     [[nodiscard]] CoreInterface& getInterface() const override { return *interface_; }
     [[nodiscard]] InstanceManager& getTree() const override { return *tree_; }
+    [[nodiscard]] FaultList& getFaults() override { return faults_; }
+    [[nodiscard]] ToolListChanges& getToolListChanges() override { return toolListChanges_; }
     [[nodiscard]] UserDialogs& getDialogs() override;
     [[nodiscard]] bool isRecording() const override;
     void leaveTake(PluginInstance* instance, bool finish) override;
@@ -39,6 +43,8 @@ private:
     CoreInterface* interface_ = nullptr;
     InstanceManager* tree_ = nullptr;
     RecordManager* recorder_ = nullptr;
+    FaultList faults_;
+    ToolListChanges toolListChanges_{*this};
     std::optional<CoreDialogs> dialogs_;
 };
 

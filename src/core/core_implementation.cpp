@@ -24,7 +24,7 @@ constexpr const char* kRecentFile = R"(\recent.xml)";
 CoreImplementation::CoreImplementation(AdaptorInterface* adaptor, CoreDoor& door)
     : MainDlg(this, &door), CoreInterface("CORE"), AdaptorManager(this, &door, adaptor),
       RecordManager(this, &door), InstanceManager(this, &door), UpdateManager(this, &door),
-      door_(door), settings_(this, &door) {
+      door_(door), extensions_(door), settings_(this, &door) {
     door_.open(*this);
     Log log("Constructing CORE main system", Log::Notice);
     Hooks::addKeyCallback(this);
@@ -121,10 +121,15 @@ void CoreImplementation::loadConfiguration(Tag configuration) {
         Log(Log::Warning).write("A configuration names no folder of models", folder, Log::OwnLevel);
         configuration.attributeRef("path").clear();
     }
-    create(std::move(configuration), nullptr, false);
+    if (getRoot() != nullptr) // else the attachment ends
+        create(std::move(configuration), nullptr, false);
 }
 
 void CoreImplementation::deleteAllInstances() {
+    if (getRoot() == nullptr || getRoot()->getChildren().empty())
+        return;
+    const ToolListChanges::Scope change(door_.getToolListChanges());
+    door_.getToolListChanges().note();
     while (getRoot() != nullptr && !getRoot()->getChildren().empty())
         getRoot()->getChildReference(getRoot()->getChildren().size() - 1)->destroy();
 }
@@ -233,23 +238,8 @@ bool CoreImplementation::setProperty(std::int32_t id, const void* value) {
     return settings_.setProperty(id, value);
 }
 
-std::int32_t CoreImplementation::loadModel(std::string path) {
-    return createFromFile(path, nullptr);
-}
-
-std::int32_t CoreImplementation::saveModel(std::string toolName, std::string path) {
-    InstanceReference* tool = getRoot();
-    if (tool != nullptr && !toolName.empty())
-        tool = tool->findInstance(toolName, false, nullptr);
-    if (tool == nullptr)
-        return reportCode(Codes::kModelNoTool);
-    if (!tool->saveModelFile(path))
-        return reportCode(Codes::kModelUnwritable);
-    return 0;
-}
-
-Tag CoreImplementation::getCatalogue() {
-    return describeCatalogue();
+std::intptr_t CoreImplementation::extend(std::int32_t id, std::intptr_t data) {
+    return extensions_.find(id, data);
 }
 
 void CoreImplementation::onKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt,

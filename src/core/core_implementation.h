@@ -4,6 +4,7 @@
 
 #include "core/adaptor_manager.h"
 #include "core/contract/core_interface.h"
+#include "core/extensions/extension_table.h"
 #include "core/services/key_hook.h"
 #include "core/settings/settings_manager.h"
 #include "core/update_manager.h"
@@ -71,9 +72,7 @@ public:
     Util::MessageNode* addProperty(std::int32_t id, bool defaultValue) override;
     bool getProperty(std::int32_t id, void* value) override;
     bool setProperty(std::int32_t id, const void* value) override;
-    [[nodiscard]] std::int32_t loadModel(std::string path) override;
-    [[nodiscard]] std::int32_t saveModel(std::string toolName, std::string path) override;
-    Tag getCatalogue() override;
+    std::intptr_t extend(std::int32_t id, std::intptr_t data) override;
 
     // Hooks::KeyEventCallback
     void onKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt, bool shift) override;
@@ -83,6 +82,7 @@ private:
     void writeRecent() const;
 
     CoreDoor& door_;
+    ExtensionTable extensions_;
     SettingsManager settings_;
 };
 

@@ -190,6 +190,10 @@ bool Tag::save(const std::string& path) const {
     return Platform::writeFileAtomic(path, text);
 }
 
+Tag Tag::exactElement(std::string_view name, double value) {
+    return element(name, std::string_view(digits(value)));
+}
+
 std::string Tag::numberText(double value) {
     return digits(value, std::chars_format::general, 6);
 }

@@ -9,9 +9,9 @@ namespace MVR {
 
 namespace {
 
-Tag describeProperty(const UniDevice::Property& property) {
+Tag describeProperty(const UniDevice::Property& property, bool isExact) {
     Tag entry;
-    property.toTag(entry);
+    property.toTag(entry, isExact);
     if (property.control != nullptr) {
         Tag control;
         property.control->toTag(control);
@@ -42,11 +42,11 @@ void InstanceInputs::addForSpinner(std::int32_t componentId, const std::string& 
     spinnerProperties_[componentId] = add("Spinner: " + label, kKinds);
 }
 
-Tag InstanceInputs::describe(const std::string& profileName) const {
+Tag InstanceInputs::describe(const std::string& profileName, bool isExact) const {
     Tag profile = Tag::element("profile");
     profile.attributeRef("name") = profileName;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
-        profile.addChild(describeProperty(*properties_.property(i)));
+        profile.addChild(describeProperty(*properties_.property(i), isExact));
     return profile;
 }
 

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
 
     /// Returns a tag "profile" of the present bindings and parameters.
-    [[nodiscard]] Tag describe(const std::string& profileName) const;
+    [[nodiscard]] Tag describe(const std::string& profileName, bool isExact) const;
     /// Replaces all bindings. Returns the number of controls that were not found, or `kNoProfile`,
     /// with nothing changed.
     std::int32_t apply(const Tag& profile);

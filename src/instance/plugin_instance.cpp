@@ -3,6 +3,7 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instance_manager.h"
@@ -130,6 +131,7 @@ void PluginInstance::unplug(bool deleteScene) {
     if (unplugging_)
         return;
     unplugging_ = true;
+    const ToolListChanges::Scope change(services_.getToolListChanges());
     AdaptorInterface* const host = adaptor();
     host->beginUndo("Delete plugin instance");
     services_.leaveTake(this, true); // a take goes on without it
@@ -192,8 +194,8 @@ void PluginInstance::applyConfigProfile(const Tag& profile) {
     panel_.apply(profile);
 }
 
-Tag PluginInstance::getInputProfile(const std::string& profileName) const {
-    return inputs_.describe(profileName);
+Tag PluginInstance::getInputProfile(const std::string& profileName, bool isExact) const {
+    return inputs_.describe(profileName, isExact);
 }
 
 std::int32_t PluginInstance::applyInputProfile(const Tag& profile) {

@@ -8,6 +8,7 @@
 #include "platform/choosers.h"
 #include "plugins/contract/c_mesh.h"
 #include "plugins/contract/extension_ids.h"
+#include "plugins/contract/tool_identity.h"
 #include "plugins/libraries/plugin.h"
 
 namespace MVR {
@@ -63,9 +64,9 @@ std::vector<std::int32_t> PluginInstance::getExtensions() {
 }
 
 std::intptr_t PluginInstance::extend(std::int32_t id, std::intptr_t data) {
-    const bool needsData = id == InterfaceExtension::kAddVirtualControl ||
-                           id == InterfaceExtension::kParentName ||
-                           id == InterfaceExtension::kMasterNodes;
+    const bool needsData =
+        id == InterfaceExtension::kAddVirtualControl || id == InterfaceExtension::kParentName ||
+        id == InterfaceExtension::kMasterNodes || id == InterfaceExtension::kIdentity;
     if (needsData && data == 0) {
         Log(Log::Warning).write("Interface: Extension without data", id, Log::OwnLevel);
         return 0;
@@ -95,6 +96,9 @@ std::intptr_t PluginInstance::extend(std::int32_t id, std::intptr_t data) {
         return 0;
     case InterfaceExtension::kMasterNodes:
         addMasterNodes(*this, *pointerTo<Tag>(data));
+        return 0;
+    case InterfaceExtension::kIdentity:
+        *pointerTo<ToolIdentity>(data) = {name, plugin_->getName()};
         return 0;
     }
     Log(Log::Warning).write("Interface: Caught unhandled extension", id, Log::OwnLevel);

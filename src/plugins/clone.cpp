@@ -2,6 +2,7 @@
 
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
@@ -107,6 +108,7 @@ void copyHostObjects(const Branch& source, const Branch& copy) {
 
 InstanceReference* cloneTool(InstanceReference& source) {
     CoreServices& services = *source.getServices();
+    const ToolListChanges::Scope change(services.getToolListChanges());
     AdaptorInterface& adaptor = *services.getAdaptor();
     adaptor.beginUndo("Clone Oskel Tool"); // else the host's objects would be steps of their own
     Tag data;

@@ -4,6 +4,8 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/fault_list.h"
+#include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/contract/model_words.h"
@@ -95,6 +97,8 @@ private:
     InstanceReference* insert();
 
     CoreServices& services_;
+    const FaultList::Operation operation_{services_.getFaults()};
+    const ToolListChanges::Scope change_{services_.getToolListChanges()};
     Log entry_{"Creating instance", Log::Notice};
     InstanceReference::Watch parent_; // null: the root
     Tag wrapper_;                     // the data, in an element "MVR"
@@ -167,6 +171,8 @@ InstanceReference* Creation::insert() {
             first->destroy();
         first = last;
     }
+    if (first != nullptr && parent != nullptr)
+        services_.getToolListChanges().note();
     return first;
 }
 
@@ -179,20 +185,31 @@ Created createTools(CoreServices& services, Tag data, InstanceReference* parent,
 
 std::int32_t createFromModel(CoreServices& services, const std::string& path,
                              InstanceReference* parent, RecentList& recent) {
+    FaultList& faults = services.getFaults();
+    const FaultList::Operation operation(faults);
+    const std::size_t faultsBefore = faults.getFaults().size();
+    // Each tool that is missing tells why, but one that removed itself.
+    const auto addUntold = [&](const std::string& text) {
+        if (faults.getFaults().size() == faultsBefore)
+            faults.add({path, "", "", text, 0});
+    };
     Tag model;
     if (!readModelFile(path, model))
         return reportCode(Codes::kModelUnreadable);
     if (!model.hasName(ModelWord::kTree) && !model.hasName(ModelWord::kTool)) {
         Log(Log::Error).write("No model in file", path, Log::OwnLevel);
+        addUntold("it holds no model");
         return reportCode(Codes::kModelInvalid);
     }
     const Created created = createTools(services, std::move(model), parent, &recent);
     if (created.first == nullptr) {
         Log(Log::Error).write("Nothing created from model", path, Log::OwnLevel);
+        addUntold("no tool of it could be made");
         return reportCode(Codes::kModelNothingCreated);
     }
     if (created.missing == 0)
         return 0;
+    addUntold("some of its tools are missing");
     Log(Log::Warning)
         .write("Tools missing from model " + path, static_cast<std::int32_t>(created.missing),
                Log::OwnLevel);

@@ -4,6 +4,7 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
 #include "platform/sdk/files.h"
 #include "plugins/catalogue.h"
@@ -50,6 +51,7 @@ void InstanceManager::initialize() {
 }
 
 void InstanceManager::destroyRoot() {
+    getServices().getToolListChanges().silence();
     const Util::Owned<InstanceReference> root = std::move(root_); // there is none from here on
 }
 
@@ -117,11 +119,13 @@ void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* ta
     for (const InstanceReference* each = target; each != nullptr; each = each->getParentReference())
         if (each == dragged)
             return;
+    const ToolListChanges::Scope change(getServices().getToolListChanges());
     AdaptorInterface& adaptor = *getServices().getAdaptor();
     adaptor.beginUndo("Relocate Oskel Node");
     adaptor.addUndo(new InstanceReferenceMoveRestore(dragged));
     target->add(dragged);
     adaptor.endUndo();
+    getServices().getToolListChanges().note();
 }
 
 InstanceReference* InstanceManager::createReference(PluginInstance* instance) {

@@ -49,7 +49,7 @@ public:
     void buildCatalogue();
     void addPrmFolder(const std::string& path);
     /// An element "Catalogue" with an element "entry" for each entry, in order; see
-    /// CoreInterface::getCatalogue().
+    /// CoreModels::getCatalogue().
     [[nodiscard]] Tag describeCatalogue() const;
 
     /// Creates the tools that `data` describes, an element "MVR" with children "MVR_Plugin" or a
@@ -64,7 +64,7 @@ public:
     /// `target` is `dragged` or below it.
     void relocate(InstanceReference* dragged, InstanceReference* target);
     /// Reads a model's file and creates its tools below `parent`, or the root if it is null; the
-    /// model becomes recent. See CoreInterface::loadModel() for the codes.
+    /// model becomes recent. See CoreModels::load() for the codes.
     [[nodiscard]] std::int32_t createFromFile(const std::string& path, InstanceReference* parent);
 
     // The list of what was created lately; see RecentList.

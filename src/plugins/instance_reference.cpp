@@ -3,6 +3,7 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
 #include "plugins/clone.h"
@@ -160,8 +161,11 @@ void InstanceReference::setLabel(std::string text) {
     const std::size_t at = text.rfind(suffix);
     if (at != std::string::npos)
         text.erase(at, suffix.size());
-    if (text != instance_->getName())
-        instance_->setName(text);
+    if (text == instance_->getName())
+        return;
+    instance_->setName(text);
+    if (inTree_)
+        getServices()->getToolListChanges().note();
 }
 
 InstanceReference* InstanceReference::clone() {
@@ -194,6 +198,7 @@ void InstanceReference::remove(bool deleteScene) {
     if (!inTree_ || instance_ == nullptr)
         return;
     AdaptorInterface& adaptor = *getServices()->getAdaptor();
+    const ToolListChanges::Scope change(getServices()->getToolListChanges());
     struct Step {
         InstanceReference* reference;
         std::size_t childrenLeft;
@@ -226,6 +231,7 @@ void InstanceReference::leaveTree(AdaptorInterface& adaptor, bool deleteScene) {
     InstanceReference* const parent = getParentReference();
     if (parent == nullptr)
         return;
+    getServices()->getToolListChanges().note();
     auto* const restore = new InstanceReferenceDeleteRestore(this);
     parent->GUI::TreeNode::remove(this);
     const Watch self(this);
@@ -294,7 +300,7 @@ std::int32_t InstanceReference::applyAttributes(const Tag& data, std::uint32_t s
 
 void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& path,
                                      const ModelPlace& place) {
-    modelParts_->highPoly.merge(*getServices()->getAdaptor(), highPoly, path, place);
+    modelParts_->highPoly.merge(*getServices(), highPoly, path, place);
 }
 
 SceneNode* InstanceReference::findHighPolyNode(const std::string& name) const {

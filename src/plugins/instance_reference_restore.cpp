@@ -1,6 +1,7 @@
 #include "plugins/instance_reference_restore.h"
 
 #include "core/base/sdk/log.h"
+#include "core/services/core_services.h"
 
 namespace MVR {
 namespace {
@@ -18,7 +19,7 @@ void endRestore(const char* text, InstanceReference* ownedReference) {
 
 InstanceReferencePlace::InstanceReferencePlace(InstanceReference* reference)
     : reference_(reference), parent_(reference->getParentReference()),
-      index_(reference->getPosition()) {}
+      index_(reference->getPosition()), part_(reference->getServices()->getToolListChanges()) {}
 
 void InstanceReferencePlace::swap(bool keepsPresent) {
     InstanceReference* const reference = reference_.get();
@@ -35,6 +36,7 @@ void InstanceReferencePlace::swap(bool keepsPresent) {
 }
 
 void InstanceReferenceMoveRestore::restore(bool isUndo) {
+    const InstanceReferencePlace::Turn turn(place_);
     if (place_.getReference() != nullptr)
         place_.swap(isUndo);
 }
@@ -50,6 +52,7 @@ InstanceReferenceCreateRestore::~InstanceReferenceCreateRestore() {
 }
 
 void InstanceReferenceCreateRestore::restore(bool isUndo) {
+    const InstanceReferencePlace::Turn turn(place_);
     InstanceReference* const reference = place_.getReference();
     if (reference == nullptr)
         return;
@@ -59,6 +62,7 @@ void InstanceReferenceCreateRestore::restore(bool isUndo) {
 }
 
 void InstanceReferenceCreateRestore::redo() {
+    const InstanceReferencePlace::Turn turn(place_);
     InstanceReference* const reference = place_.getReference();
     if (reference == nullptr)
         return;
@@ -79,6 +83,7 @@ InstanceReferenceDeleteRestore::~InstanceReferenceDeleteRestore() {
 }
 
 void InstanceReferenceDeleteRestore::restore(bool isUndo) {
+    const InstanceReferencePlace::Turn turn(place_);
     InstanceReference* const reference = place_.getReference();
     if (reference == nullptr)
         return;
@@ -88,6 +93,7 @@ void InstanceReferenceDeleteRestore::restore(bool isUndo) {
 }
 
 void InstanceReferenceDeleteRestore::redo() {
+    const InstanceReferencePlace::Turn turn(place_);
     InstanceReference* const reference = place_.getReference();
     if (reference == nullptr)
         return;

@@ -3,6 +3,7 @@
 /// it with the present place of its reference. One whose reference was destroyed does nothing.
 #pragma once
 
+#include "core/services/tool_list_changes.h"
 #include "plugins/contract/c_undo.h"
 #include "plugins/instance_reference.h"
 
@@ -13,6 +14,18 @@ namespace MVR {
 /// The place that a reference goes back to.
 class InstanceReferencePlace {
 public:
+    /// One call of the host's undo list, which the listeners of the core hear of.
+    class Turn {
+    public:
+        explicit Turn(InstanceReferencePlace& place) : place_(place) {}
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
+        ~Turn() { place_.part_.finish(); }
+
+    private:
+        InstanceReferencePlace& place_;
+    };
+
     /// The present place of `reference`.
     explicit InstanceReferencePlace(InstanceReference* reference);
     /// Brings the reference to the place; `keepsPresent` remembers the place that it had.
@@ -23,6 +36,7 @@ private:
     InstanceReference::Watch reference_;
     InstanceReference::Watch parent_; // null: the place is outside the tree
     std::int32_t index_;
+    ToolListChanges::UndoPart part_;
 };
 
 /// A reference was moved. Never owns it.

@@ -22,6 +22,7 @@ constexpr std::uint32_t kSavedBlock = 0x02000;     ///< the tool's saved block
 constexpr std::uint32_t kRecordedValues = 0x08000; ///< the stored input of its takes
 constexpr std::uint32_t kNoChildren = 0x10000;     ///< leaves out the tools below
 constexpr std::uint32_t kPacked = 0x20000;         ///< packs the result, unless it is the root's
+constexpr std::uint32_t kExact = 0x40000;          ///< numbers of bindings have all their digits
 constexpr std::uint32_t kAnyNodeInfo = 0x007FF;    ///< any of these makes "nodeinfo" appear
 constexpr std::uint32_t kModel = 0x019CF;          ///< a model's file
 constexpr std::uint32_t kClone = 0x0194F;          ///< a copy within the scene

@@ -2,6 +2,7 @@
 
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_manager.h"
 
@@ -43,6 +44,7 @@ std::string TreeControl::beginLabelEdit(InstanceReference& reference) {
 
 void TreeControl::endLabelEdit(InstanceReference* reference, const std::string* text) {
     if (reference != nullptr && text != nullptr) {
+        const ToolListChanges::Scope change(services_.getToolListChanges());
         // Else the name that it has would make the wanted one look taken.
         reference->setLabel("Temporary name");
         reference->setLabel(*text);

@@ -75,11 +75,12 @@ void Property::readSettings(const MVR::Tag& tag) {
     }
 }
 
-void Property::toTag(MVR::Tag& out) const {
+void Property::toTag(MVR::Tag& out, bool isExact) const {
     out = MVR::Tag::element("property");
     out.attributeRef("name") = name;
     for (const Parameter& parameter : kParameters) {
-        out.addChild(MVR::Tag::element(parameter.name, this->*parameter.field));
+        out.addChild(isExact ? MVR::Tag::exactElement(parameter.name, this->*parameter.field)
+                             : MVR::Tag::element(parameter.name, this->*parameter.field));
     }
 }
 

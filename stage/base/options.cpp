@@ -71,7 +71,7 @@ const char* meaning(ExitCode code) {
     case ExitCode::BadFile:
         return "a scene, model or profile can't be read; the message tells where and why";
     case ExitCode::Incomplete:
-        return "tools of a model, or parts of them, could not be made; the others are there";
+        return "some tools, or parts of them, could not be made; the others are there";
     }
     return "";
 }

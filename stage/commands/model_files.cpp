@@ -1,9 +1,9 @@
 #include "stage/commands/model_files.h"
 
 #include "core/base/sdk/error_code.h"
-#include "stage/base/log_lines.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
+#include "stage/commands/scene_opening.h"
 #include "stage/host/session.h"
 
 #include <cstdio>
@@ -18,7 +18,8 @@ const std::vector<ExitCode> kSaveCodes = {ExitCode::Ok,
                                           ExitCode::CoreOrToolMissing,
                                           ExitCode::BadBinding,
                                           ExitCode::OutputNotWritten,
-                                          ExitCode::BadFile};
+                                          ExitCode::BadFile,
+                                          ExitCode::Incomplete};
 const std::vector<ExitCode> kLoadCodes = {
     ExitCode::Ok,      ExitCode::Usage,     ExitCode::CoreOrToolMissing, ExitCode::OutputNotWritten,
     ExitCode::BadFile, ExitCode::Incomplete};
@@ -28,6 +29,7 @@ std::vector<Option> saveOptions() {
         {"SCENE", nullptr, "a scene that record, resimulate or model load saved"},
         {"MODEL", nullptr, "the file to write, such as dolly.prm"},
         {"--tool", "NAME", "this tool and all below it; else all tools"},
+        {kForceOption.name, nullptr, "write it though tools of the scene can't be made"},
     });
 }
 
@@ -36,6 +38,7 @@ std::vector<Option> loadOptions() {
         {"MODEL", nullptr, "a model's file, such as dolly.prm"},
         {"--open", "SCENE", "make its tools in this scene; else in a new one"},
         {"--scene", "FILE", "save the scene"},
+        kForceOption,
         {"--out", "FILE", "write the scene as glTF"},
         {"--model", "FILE",
          "write its first tool and all below it as a model again:\nso a hand-made text becomes one "
@@ -68,9 +71,14 @@ struct ModelOptions {
     std::string scene; ///< file that the scene is saved to; empty for none
     std::string out;   ///< glTF file; empty for none
     std::string copy;  ///< file that the model is written to again; empty for none
+    bool isForced = false;
 };
 
 bool take(ModelOptions& options, const Argument& argument) {
+    if (argument.name == kForceOption.name) {
+        options.isForced = true;
+        return true;
+    }
     std::string& value = argument.name == "MODEL"     ? options.model
                          : argument.name == "--tool"  ? options.tool
                          : argument.name == "--scene" ? options.scene
@@ -81,27 +89,32 @@ bool take(ModelOptions& options, const Argument& argument) {
     return true;
 }
 
-/// Attaches the core and brings back the scene, if there is one.
-ExitCode open(Session& session, const ModelOptions& options) {
+/// Attaches the core and brings back the scene, if there is one; `target` is the file whose content
+/// the scene's tools become. As openScene().
+ExitCode open(Session& session, const ModelOptions& options, const std::string& target) {
     std::string error;
     SceneData data;
     if (!options.opened.empty() && !readSceneFile(options.opened, data, error)) {
         return fail(ExitCode::BadFile, error);
     }
-    if (!session.open(options.install, error) ||
-        (!options.opened.empty() && !session.openScene(data, error))) {
+    if (!session.open(options.install, error)) {
         return fail(ExitCode::CoreOrToolMissing, error);
     }
-    return ExitCode::Ok;
+    return options.opened.empty()
+               ? ExitCode::Ok
+               : openScene(session, data, {options.opened, target, options.isForced});
 }
 
-void tellFaults(const std::string& model, const std::vector<std::string>& faults) {
-    for (const std::string& fault : faults) {
-        complain(model + ": " + fault);
+/// Tells the faults of the last operation, and gives their number.
+std::size_t tellFaults(Session& session, const std::string& model) {
+    const std::vector<MVR::CoreFault> faults = session.getFaults();
+    for (const MVR::CoreFault& fault : faults) {
+        tellFault(model, fault);
     }
+    return faults.size();
 }
 
-/// What a code of loadModel() or saveModel() ends the program with.
+/// What a code of CoreModels::load() or save() ends the program with.
 ExitCode toExitCode(std::int32_t code) {
     if (code == 0) {
         return ExitCode::Ok;
@@ -115,13 +128,12 @@ ExitCode toExitCode(std::int32_t code) {
 }
 
 ExitCode save(Session& session, const std::string& tool, const std::string& model) {
-    const LogLines log;
-    const ExitCode code = toExitCode(session.getCore().saveModel(tool, model));
+    const ExitCode code = toExitCode(session.getModels().save(tool, model));
     if (code == ExitCode::BadBinding) {
         return fail(code, "the scene has no tool named \"" + tool + "\"");
     }
     if (code != ExitCode::Ok) {
-        tellFaults(model, log.getFaults());
+        tellFaults(session, model);
     }
     return code;
 }
@@ -139,22 +151,17 @@ void tellSummary(const ModelOptions& options, const std::vector<const PlacedTool
 
 ExitCode load(Session& session, const ModelOptions& options) {
     std::string error;
-    const LogLines log;
-    ExitCode result = toExitCode(session.getCore().loadModel(options.model));
-    const std::vector<std::string> faults = log.getFaults();
-    tellFaults(options.model, faults);
+    ExitCode result = toExitCode(session.getModels().load(options.model, ""));
+    const std::size_t faults = tellFaults(session, options.model);
     if (result == ExitCode::BadFile) {
         return result;
     }
-    const auto created = session.adoptTools(error);
-    if (!created) {
-        return fail(ExitCode::CoreOrToolMissing, error);
-    }
-    tellSummary(options, *created, faults.size());
-    if (!faults.empty()) {
+    const std::vector<const PlacedTool*> created = session.adoptTools();
+    tellSummary(options, created, faults);
+    if (faults > 0) {
         result = ExitCode::Incomplete;
     }
-    if (created->empty()) {
+    if (created.empty()) {
         return result;
     }
     std::vector<const StageNode*> nodes;
@@ -166,7 +173,7 @@ ExitCode load(Session& session, const ModelOptions& options) {
         written = fail(ExitCode::OutputNotWritten, error);
     }
     if (!options.copy.empty()) {
-        written = firstFailure({written, save(session, created->front()->plan.name, options.copy)});
+        written = firstFailure({written, save(session, created.front()->plan.name, options.copy)});
     }
     return firstFailure({written, result});
 }
@@ -182,12 +189,16 @@ ExitCode modelSaveCommand(const std::vector<std::string>& words) {
         return *code;
     }
     Session session;
-    if (const ExitCode code =
-            firstFailure({checkOutputs({options.model}, {options.opened}), open(session, options)});
-        code != ExitCode::Ok) {
+    ExitCode code = checkOutputs({options.model}, {options.opened});
+    if (code != ExitCode::Ok) {
         return code;
     }
-    return save(session, options.tool, options.model);
+    // The model would hold less than it says.
+    code = open(session, options, options.opened);
+    if (code != ExitCode::Ok && code != ExitCode::Incomplete) {
+        return code;
+    }
+    return firstFailure({save(session, options.tool, options.model), code});
 }
 
 ExitCode modelLoadCommand(const std::vector<std::string>& words) {
@@ -199,10 +210,15 @@ ExitCode modelLoadCommand(const std::vector<std::string>& words) {
         return *code;
     }
     Session session;
-    const ExitCode code =
-        firstFailure({checkOutputs({options.scene, options.out, options.copy}, {options.model}),
-                      open(session, options)});
-    return code != ExitCode::Ok ? code : load(session, options);
+    ExitCode code = checkOutputs({options.scene, options.out, options.copy}, {options.model});
+    if (code != ExitCode::Ok) {
+        return code;
+    }
+    code = open(session, options, options.scene);
+    if (code != ExitCode::Ok && code != ExitCode::Incomplete) {
+        return code;
+    }
+    return firstFailure({load(session, options), code});
 }
 
 } // namespace Stage

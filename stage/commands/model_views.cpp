@@ -79,7 +79,7 @@ ExitCode modelListCommand(const std::vector<std::string>& words) {
     if (!session.open(values, error)) {
         return fail(ExitCode::CoreOrToolMissing, error);
     }
-    const MVR::Tag catalogue = session.getCore().getCatalogue();
+    const MVR::Tag catalogue = session.getModels().getCatalogue();
     for (std::int32_t i = 0; i < catalogue.childCount(); ++i) {
         print(catalogue.child(i));
     }

@@ -6,6 +6,7 @@
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/commands/record_options.h"
+#include "stage/commands/scene_opening.h"
 #include "stage/host/session.h"
 #include "stage/scene/curve_copy.h"
 #include "stage/takes/input_log.h"
@@ -64,19 +65,21 @@ ExitCode RecordRun::checkOutputs() const {
 
 /// Brings back the scene that the take is to be added to, if there is one.
 ExitCode RecordRun::openScene() {
-    std::string error;
     if (!options_.opened) {
         return ExitCode::Ok;
     }
-    if (!session_.openScene(*options_.opened, error)) {
-        return fail(ExitCode::CoreOrToolMissing, error);
+    const ExitCode opened = Stage::openScene(
+        session_, *options_.opened, {options_.openedPath, options_.scene, options_.isForced});
+    if (opened == ExitCode::CoreOrToolMissing) {
+        return opened;
     }
+    std::string error;
     for (const auto& tool : session_.getTools()) {
         if (!session_.checkBindings(*tool, error)) {
             return fail(ExitCode::BadBinding, error);
         }
     }
-    return ExitCode::Ok;
+    return opened;
 }
 
 ExitCode RecordRun::placeTools() {
@@ -221,10 +224,8 @@ ExitCode RecordRun::run() {
     if (!session_.open(options_.install, error)) {
         return fail(ExitCode::CoreOrToolMissing, error);
     }
-    code = openScene();
-    if (code == ExitCode::Ok) {
-        code = placeTools();
-    }
+    const ExitCode opened = openScene();
+    code = opened == ExitCode::Ok || opened == ExitCode::Incomplete ? placeTools() : opened;
     if (code != ExitCode::Ok) {
         return code;
     }
@@ -250,7 +251,7 @@ ExitCode RecordRun::run() {
         return failure;
     }
     const bool hasEnd = !options_.take.autoExpand;
-    return report_.take.isCutShort && hasEnd ? ExitCode::CutShort : ExitCode::Ok;
+    return report_.take.isCutShort && hasEnd ? ExitCode::CutShort : opened;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "stage/base/text.h"
 #include "stage/commands/commands.h"
+#include "stage/commands/scene_opening.h"
 #include "stage/rig/tool_list.h"
 #include "stage/scene/scene_file.h"
 
@@ -24,7 +25,8 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok,
                                       ExitCode::OutputNotWritten,
                                       ExitCode::CutShort,
                                       ExitCode::CheckFailed,
-                                      ExitCode::BadFile};
+                                      ExitCode::BadFile,
+                                      ExitCode::Incomplete};
 
 std::vector<Option> recordOptions() {
     return withCommonOptions({
@@ -42,6 +44,7 @@ std::vector<Option> recordOptions() {
          "frame rate"},
         {"--scene", "FILE",
          "save the scene after all else: mirvane-stage resimulate\nand --open go on from there"},
+        kForceOption,
         {"--start", "SECONDS", "start of the animation range and of the take (0)"},
         {"--end", "SECONDS", "end of the range (start + 10)"},
         {"--seconds", "N", "length of the take, in place of --end; it stops there"},
@@ -161,9 +164,8 @@ bool RecordReader::open(const std::string& path, std::string& error) {
 std::vector<ToolPlan> RecordReader::knownTools() const {
     std::vector<ToolPlan> tools = options_.tools;
     if (options_.opened) {
-        for (ListedTool& tool : listTools(options_.opened->configuration)) {
-            tools.push_back(std::move(tool.plan));
-        }
+        const std::vector<ToolPlan> opened = listTools(options_.opened->configuration);
+        tools.insert(tools.end(), opened.begin(), opened.end());
     }
     return tools;
 }
@@ -193,6 +195,8 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
         return open(argument.value, error);
     } else if (argument.name == "--scene") {
         options_.scene = argument.value;
+    } else if (argument.name == kForceOption.name) {
+        options_.isForced = true;
     } else if (argument.name == "--report") {
         options_.report = argument.value;
     } else if (argument.name == "--log-input") {

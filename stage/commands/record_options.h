@@ -31,6 +31,7 @@ struct RecordOptions {
     std::string openedPath;             ///< of `opened`
     std::optional<SceneData> opened;    ///< the scene that the take is added to
     std::string scene;                  ///< file that the scene is saved to; empty for none
+    bool isForced = false;              ///< though tools of `opened` would be lost by that
     std::string report;                 ///< JSON file; empty for none
     std::string logInput;               ///< table of what the devices held; empty for none
     bool printTable = false;            ///< of what was measured

@@ -3,6 +3,7 @@
 #include "stage/base/machine.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
+#include "stage/commands/scene_opening.h"
 #include "stage/host/session.h"
 #include "stage/takes/report.h"
 #include "stage/takes/resimulation.h"
@@ -22,7 +23,8 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok,
                                       ExitCode::CoreOrToolMissing,
                                       ExitCode::BadBinding,
                                       ExitCode::CutShort,
-                                      ExitCode::OutputNotWritten};
+                                      ExitCode::OutputNotWritten,
+                                      ExitCode::Incomplete};
 
 struct ResimulateOptions {
     InstallValues install;
@@ -33,6 +35,7 @@ struct ResimulateOptions {
     std::string out;
     std::string outCurves;
     std::string scene; ///< file that the scene is saved to; empty for none
+    bool isForced = false;
     bool printTable = false;
 };
 
@@ -47,6 +50,7 @@ std::vector<Option> resimulateOptions() {
         {"--out", "FILE", "write the scene as glTF"},
         {"--out-curves", "FILE", "the same as a table of the keys, for plotting"},
         {"--scene", "FILE", "save the scene with the changed settings; may be SCENE itself"},
+        kForceOption,
         {"--table", nullptr, "print how far the result is from what the scene held"},
     });
 }
@@ -78,6 +82,8 @@ bool take(ResimulateOptions& options, const Argument& argument, std::string& err
         options.outCurves = argument.value;
     } else if (argument.name == "--scene") {
         options.scene = argument.value;
+    } else if (argument.name == kForceOption.name) {
+        options.isForced = true;
     } else {
         options.printTable = true;
     }
@@ -103,8 +109,13 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
              const std::vector<Setting>& settings) {
     std::string error;
     Session session;
-    if (!session.open(options.install, error) || !session.openScene(data, error)) {
+    if (!session.open(options.install, error)) {
         return fail(ExitCode::CoreOrToolMissing, error);
+    }
+    const ExitCode opened =
+        openScene(session, data, {options.path, options.scene, options.isForced});
+    if (opened == ExitCode::CoreOrToolMissing) {
+        return opened;
     }
     if (const ExitCode code = change(session, settings); code != ExitCode::Ok) {
         return code;
@@ -134,7 +145,7 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
     if (run->isCutShort) {
         complain("stopped before its end; the frames that were done are kept");
     }
-    return firstFailure({written, run->isCutShort ? ExitCode::CutShort : ExitCode::Ok});
+    return firstFailure({written, run->isCutShort ? ExitCode::CutShort : ExitCode::Ok, opened});
 }
 
 } // namespace
@@ -153,10 +164,7 @@ ExitCode resimulateCommand(const std::vector<std::string>& words) {
     if (!readSceneFile(options.path, data, error)) {
         return fail(ExitCode::BadFile, error);
     }
-    std::vector<ToolPlan> tools;
-    for (ListedTool& tool : listTools(data.configuration)) {
-        tools.push_back(std::move(tool.plan));
-    }
+    const std::vector<ToolPlan> tools = listTools(data.configuration);
     std::vector<Setting> settings;
     for (const std::string& text : options.settings) {
         if (!parseSetting(text, tools, settings.emplace_back(), error)) {

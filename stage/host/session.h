@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/contract/core_extensions.h"
 #include "stage/host/core_library.h"
 #include "stage/host/install_values.h"
 #include "stage/host/stage_adaptor.h"
@@ -25,8 +26,7 @@ namespace Stage {
 /// A tool that stands in the scene.
 struct PlacedTool {
     ToolPlan plan;
-    MVR::CInterface*
-        access; ///< null if the tool has no node, through which the host gets to know it
+    MVR::CInterface* access; ///< the core's; never null
 };
 
 /// One run of the host with the core attached.
@@ -48,16 +48,15 @@ public:
     void close();
 
     /// Brings back a scene that was read from a file: nodes, time and tools, as getTools(). Nothing
-    /// of it can be undone. False, with the tools that can't be made in `error`; then the scene is
-    /// not to be saved, for they would be lost.
-    [[nodiscard]] bool openScene(const SceneData& data, std::string& error);
+    /// of it can be undone. The tools that can't be made, as `"Camera" of type "Free Camera"`; they
+    /// would be lost if the scene were saved. getFaults() tells why.
+    [[nodiscard]] std::vector<std::string> openScene(const SceneData& data);
     /// Writes the scene's file with all that goes on from here in another process. False, with the
     /// reason in `error` and the old file whole, if it can't be written.
     [[nodiscard]] bool saveScene(const std::string& path, std::string& error);
 
-    /// Takes the tools that the core made by itself, as for a model, into getTools(). The new ones;
-    /// nothing, with the reason in `error`, if they can't be told.
-    [[nodiscard]] std::optional<std::vector<const PlacedTool*>> adoptTools(std::string& error);
+    /// Takes the tools that the core made by itself, as for a model, into getTools(). The new ones.
+    [[nodiscard]] std::vector<const PlacedTool*> adoptTools();
 
     /// Places a tool; null, with the reason in `error`, if the core can't make it. The result is
     /// valid until close().
@@ -73,6 +72,9 @@ public:
     [[nodiscard]] std::vector<UniDevice::Property*> findProperties(const Setting& setting) const;
 
     [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
+    [[nodiscard]] MVR::CoreModels& getModels() { return *models_; }
+    /// What the last load, save or creation could not do.
+    [[nodiscard]] std::vector<MVR::CoreFault> getFaults() { return faults_->list(); }
     /// Runs what is due in the core; see CoreLibrary::pump().
     std::int32_t pump() { return library_.pump(); }
 
@@ -83,17 +85,13 @@ public:
     StageAdaptor adaptor{scene, undo, timeline};
 
 private:
-    /// The tools as the core has them now.
-    struct PresentTools {
-        MVR::Tag configuration;
-        std::vector<ListedTool> tools;
-        std::vector<MVR::CInterface*> access; // of the tool at the same index
-    };
-    bool readTools(PresentTools& out, std::string& error);
-
     InstallValuesFile installValues_;
     CoreLibrary library_;
-    MVR::CoreInterface* core_ = nullptr; // the core's; null when detached
+    // The core's, like what it offers; null when detached.
+    MVR::CoreInterface* core_ = nullptr;
+    MVR::CoreTools* tree_ = nullptr;
+    MVR::CoreModels* models_ = nullptr;
+    MVR::CoreFaults* faults_ = nullptr;
     std::vector<std::unique_ptr<PlacedTool>> tools_;
     /// "inputprofile" of the tools of the scene that was opened.
     std::unordered_map<const MVR::CInterface*, MVR::Tag> saved_;

@@ -2,13 +2,11 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
-#include "stage/base/log_lines.h"
 #include "stage/import/merge.h"
 #include "stage/scene/scene.h"
 #include "stage/scene/timeline.h"
 #include "stage/scene/undo_list.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace Stage {
@@ -31,9 +29,6 @@ void StageAdaptor::releaseLog() {
 
 MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name,
                                          std::intptr_t kind, std::intptr_t parent) {
-    if (std::find(newTools_.begin(), newTools_.end(), tool) == newTools_.end()) {
-        newTools_.push_back(tool);
-    }
     if (StageNode* known = scene_.find(name, tool)) {
         return known;
     }
@@ -59,9 +54,6 @@ MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name
 }
 
 std::vector<MVR::SceneNode*> StageAdaptor::getNodes(MVR::CInterface* tool) {
-    if (nodesListener_) {
-        nodesListener_(tool);
-    }
     std::vector<MVR::SceneNode*> nodes;
     for (const auto& node : scene_.getNodes()) {
         if (node->getOwner() == tool) {
@@ -117,8 +109,8 @@ std::vector<MVR::SceneNode*> StageAdaptor::mergeFile(std::string path) {
     for (StageNode* node : mergeInto(scene_, path, error)) {
         nodes.push_back(node);
     }
-    if (nodes.empty()) {
-        MVR::Log(MVR::Log::Error).write(kMergeFault, error, MVR::Log::OwnLevel);
+    if (nodes.empty() && faults_ != nullptr) {
+        faults_->tell("Unable to merge " + error);
     }
     return nodes;
 }
@@ -182,14 +174,6 @@ void StageAdaptor::recordingStarted(const std::vector<MVR::CInterface*>& tools) 
 
 void StageAdaptor::recordingFinished() {
     scene_.setRecording(false);
-}
-
-void StageAdaptor::detachNotify() {
-    newTools_.clear();
-}
-
-std::vector<MVR::CInterface*> StageAdaptor::takeNewTools() {
-    return std::exchange(newTools_, {});
 }
 
 } // namespace Stage

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/contract/adaptor_interface.h"
+#include "core/contract/core_faults.h"
 
 #include <functional>
 #include <string>
@@ -58,18 +59,14 @@ public:
     void endKeyboardCapture() override {}
     void recordingStarted(const std::vector<MVR::CInterface*>& tools) override;
     void recordingFinished() override;
-    void detachNotify() override;
+    void detachNotify() override {}
     MVR::Tag getSettingsLayout() override { return {}; }
 
     /// Called after each change of the time.
     void setTimeListener(std::function<void()> listener) { timeListener_ = std::move(listener); }
 
-    /// Called with each tool whose nodes the core asks for.
-    using NodesListener = std::function<void(MVR::CInterface* tool)>;
-    void setNodesListener(NodesListener listener) { nodesListener_ = std::move(listener); }
-
-    /// The tools that have asked for a node to be made since the last call, in that order.
-    [[nodiscard]] std::vector<MVR::CInterface*> takeNewTools();
+    /// Where the core hears why a file can't be merged; null while there is no core.
+    void setFaults(MVR::CoreFaults* faults) { faults_ = faults; }
 
 private:
     StageNode* findSaved(const std::string& tool, const std::string& node) const;
@@ -77,9 +74,8 @@ private:
     Scene& scene_;
     UndoList& undo_;
     Timeline& timeline_;
-    std::vector<MVR::CInterface*> newTools_;
     std::function<void()> timeListener_;
-    NodesListener nodesListener_;
+    MVR::CoreFaults* faults_ = nullptr; // not owned
 };
 
 } // namespace Stage

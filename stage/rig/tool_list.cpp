@@ -13,25 +13,6 @@ using MVR::Tag;
 
 constexpr const char* kToolElement = "MVR_Plugin";
 
-/// The properties of the tool's profile that are bound to a control.
-std::vector<Binding> listBindings(const Tag& profile) {
-    std::vector<Binding> bindings;
-    for (std::int32_t i = 0; i < profile.childCount(); ++i) {
-        const Tag& property = profile.child(i);
-        const Tag& control = property.child("control");
-        const std::string device = control.attribute("device");
-        if (!property.hasName("property") || device.empty()) {
-            continue;
-        }
-        Binding binding{property.attribute("name"), device, 0, control.attribute("type"), 0};
-        // A number that can't be read stays 0, as the core takes it.
-        (void)toNumber(control.attribute("devindex"), binding.deviceIndex);
-        (void)toNumber(control.attribute("index"), binding.index);
-        bindings.push_back(std::move(binding));
-    }
-    return bindings;
-}
-
 /// `Element` is Tag or const Tag.
 template <typename Element, typename Call>
 void walk(Element& configuration, const Call& call) {
@@ -52,25 +33,37 @@ void walk(Element& configuration, const Call& call) {
 
 } // namespace
 
-ListedTool listTool(const Tag& tag) {
-    ListedTool tool;
-    tool.plan.type = tag.child("type").value();
-    if (tool.plan.type.empty()) {
-        tool.plan.type = tag.child("pluginname").value();
-    }
-    tool.plan.name = tag.child("name").value();
-    tool.plan.bindings = listBindings(tag.child("inputprofile").child("profile"));
-    const Tag& info = tag.child("nodeinfo");
-    for (std::int32_t i = 0; i < info.childCount(); ++i) {
-        if (info.child(i).hasName("node")) {
-            tool.nodes.push_back(info.child(i).attribute("name"));
+std::vector<Binding> listBindings(const Tag& profile) {
+    std::vector<Binding> bindings;
+    for (std::int32_t i = 0; i < profile.childCount(); ++i) {
+        const Tag& property = profile.child(i);
+        const Tag& control = property.child("control");
+        const std::string device = control.attribute("device");
+        if (!property.hasName("property") || device.empty()) {
+            continue;
         }
+        Binding binding{property.attribute("name"), device, 0, control.attribute("type"), 0};
+        // A number that can't be read stays 0, as the core takes it.
+        (void)toNumber(control.attribute("devindex"), binding.deviceIndex);
+        (void)toNumber(control.attribute("index"), binding.index);
+        bindings.push_back(std::move(binding));
     }
-    return tool;
+    return bindings;
 }
 
-std::vector<ListedTool> listTools(const Tag& configuration) {
-    std::vector<ListedTool> tools;
+ToolPlan listTool(const Tag& tag) {
+    ToolPlan plan;
+    plan.type = tag.child("type").value();
+    if (plan.type.empty()) {
+        plan.type = tag.child("pluginname").value();
+    }
+    plan.name = tag.child("name").value();
+    plan.bindings = listBindings(tag.child("inputprofile").child("profile"));
+    return plan;
+}
+
+std::vector<ToolPlan> listTools(const Tag& configuration) {
+    std::vector<ToolPlan> tools;
     walk(configuration, [&tools](const Tag& tag) { tools.push_back(listTool(tag)); });
     return tools;
 }

@@ -9,14 +9,12 @@
 
 namespace Stage {
 
-/// A tool as a configuration of the core, or a model, describes it.
-struct ListedTool {
-    ToolPlan plan;                  ///< type, name and what is bound
-    std::vector<std::string> nodes; ///< the names of its nodes, within the tool
-};
+/// The properties that a profile binds to a control.
+std::vector<Binding> listBindings(const MVR::Tag& profile);
 
-/// The tools of an element "MVR" or "MVR_Plugin", each before those below it.
-std::vector<ListedTool> listTools(const MVR::Tag& configuration);
+/// The tools of an element "MVR" or "MVR_Plugin", each before those below it: type, name and what
+/// is bound.
+std::vector<ToolPlan> listTools(const MVR::Tag& configuration);
 
 /// Gives the properties that aren't bound in `inputs` the controls that they have in `saved`, both
 /// elements "inputprofile" of one tool: controls that aren't there now are unknown to the core, but
@@ -24,7 +22,7 @@ std::vector<ListedTool> listTools(const MVR::Tag& configuration);
 void keepBindings(MVR::Tag& inputs, const MVR::Tag& saved);
 
 /// One element "MVR_Plugin", without those below it.
-ListedTool listTool(const MVR::Tag& tool);
+ToolPlan listTool(const MVR::Tag& tool);
 
 /// Calls `call` with each element "MVR_Plugin", in the order of listTools().
 void forEachTool(const MVR::Tag& configuration,

@@ -1,7 +1,6 @@
 #include "stage/rig/tool_plan.h"
 
 #include "platform/sdk/files.h"
-#include "plugins/contract/c_camera_plugin.h"
 #include "stage/base/text.h"
 #include "unidevice/sdk/property.h"
 
@@ -132,7 +131,7 @@ bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error) {
     return true;
 }
 
-MVR::Tag toConfiguration(const ToolPlan& plan) {
+MVR::Tag toProfile(const ToolPlan& plan) {
     MVR::Tag profile = MVR::Tag::element("profile");
     profile.attributeRef("name") = "";
     std::vector<std::string> properties;
@@ -166,17 +165,7 @@ MVR::Tag toConfiguration(const ToolPlan& plan) {
         }
         profile.addChild(std::move(property));
     }
-
-    MVR::Tag tool = MVR::Tag::element("MVR_Plugin");
-    tool.attributeRef("version") = MVR::kToolDataVersion;
-    tool.addChild(MVR::Tag::element("type", plan.type));
-    tool.addChild(MVR::Tag::element("name", plan.name));
-    MVR::Tag inputs = MVR::Tag::element("inputprofile");
-    inputs.addChild(std::move(profile));
-    tool.addChild(std::move(inputs));
-    MVR::Tag configuration = MVR::Tag::element("MVR");
-    configuration.addChild(std::move(tool));
-    return configuration;
+    return profile;
 }
 
 void apply(const Setting& setting, UniDevice::Property& property) {

@@ -58,8 +58,8 @@ struct ToolPlan {
 /// Empty lines and lines that begin with "#" are skipped.
 [[nodiscard]] bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error);
 
-/// The plan as a configuration for CoreInterface::loadConfiguration().
-MVR::Tag toConfiguration(const ToolPlan& plan);
+/// The plan's bindings and settings as a profile for MVR::CoreTools::create().
+MVR::Tag toProfile(const ToolPlan& plan);
 
 /// Writes one number into a property.
 void apply(const Setting& setting, UniDevice::Property& property);

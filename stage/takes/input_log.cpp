@@ -10,7 +10,7 @@ namespace Stage {
 
 InputLog::InputLog(const Session& session) {
     for (const auto& tool : session.getTools()) {
-        if (tool->plan.isAside || tool->access == nullptr) {
+        if (tool->plan.isAside) {
             continue;
         }
         for (const Binding& binding : tool->plan.bindings) {

@@ -1,7 +1,7 @@
 // What separately built libraries rely on: the places of the virtual operations.
 
 #include "core/contract/adaptor_interface.h"
-#include "core/contract/core_interface.h"
+#include "core/contract/core_extensions.h"
 #include "core/util/sdk/dynamic_object.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/c_interface.h"
@@ -35,8 +35,19 @@ TEST(ContractTest, TheCoresOperationsFollowThoseOfItsNode) {
         &CoreInterface::resimulate, &CoreInterface::setInstanceChecked,
         &CoreInterface::setInstanceConfigProfile, addPropertyOf<double>(),
         addPropertyOf<std::string>(), addPropertyOf<std::int32_t>(), addPropertyOf<bool>(),
-        &CoreInterface::getProperty, &CoreInterface::setProperty, &CoreInterface::loadModel,
-        &CoreInterface::saveModel, &CoreInterface::getCatalogue);
+        &CoreInterface::getProperty, &CoreInterface::setProperty, &CoreInterface::extend);
+}
+
+TEST(ContractTest, BehindItsExtensionsEachOperationStandsInItsPlace) {
+    expectSlots("models", 0, &CoreModels::getVersion, &CoreModels::load, &CoreModels::save,
+                &CoreModels::getCatalogue);
+    expectSlots("tools", 0, &CoreTools::getVersion, &CoreTools::list, &CoreTools::find,
+                &CoreTools::create, &CoreTools::rename, &CoreTools::remove, &CoreTools::select,
+                &CoreTools::getSelected, &CoreTools::getBindings, &CoreTools::setBindings,
+                &CoreTools::getExactConfiguration);
+    expectSlots("inputs", 0, &CoreInputs::getVersion, &CoreInputs::list, &CoreInputs::setListening,
+                &CoreInputs::update);
+    expectSlots("faults", 0, &CoreFaults::getVersion, &CoreFaults::list, &CoreFaults::tell);
 }
 
 TEST(ContractTest, TheAdaptorsOperationsStandInTheirPlaces) {

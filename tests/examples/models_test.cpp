@@ -83,10 +83,10 @@ TEST_F(ExampleModels, HaveTheirToolsObjectsAndLinksAndAreSavedAlike) {
     };
     for (const auto& model : cases) {
         const std::string path = kModels + model.file;
-        ASSERT_EQ(session.getCore().loadModel(path), 0) << model.file;
+        ASSERT_EQ(session.getModels().load(path, ""), 0) << model.file;
         EXPECT_EQ(describeTools(session.getCore().getConfiguration()), model.tools);
         EXPECT_EQ(describeScene(), model.scene) << model.file;
-        ASSERT_EQ(session.getCore().saveModel(model.top, folder.path + "again.prm"), 0);
+        ASSERT_EQ(session.getModels().save(model.top, folder.path + "again.prm"), 0);
         EXPECT_EQ(folder.read("again.prm"), read(path)) << model.file;
         ASSERT_TRUE(session.undo.undo());
         EXPECT_EQ(describeScene(), "") << model.file;
@@ -103,7 +103,7 @@ TEST_F(ExampleModels, AreMadeAgainByteForByte) {
 }
 
 TEST_F(ExampleModels, ThatOfTheDocumentationIsReadAsItSays) {
-    ASSERT_EQ(session.getCore().loadModel(kFiles + "example_model.xml"), 0);
+    ASSERT_EQ(session.getModels().load(kFiles + "example_model.xml", ""), 0);
     EXPECT_EQ(describeTools(session.getCore().getConfiguration()),
               "Arm (Tracked Object: 1; Arm camera (Tracked Object: 0; ) unchecked)");
     EXPECT_EQ(describeScene(), "Arm 0 at 1 0 -2, 3 vertices\n"
@@ -118,7 +118,7 @@ TEST_F(ExampleModels, ThatOfTheDocumentationIsReadAsItSays) {
 
     std::string nameless = read(kFiles + "example_model.xml");
     nameless.erase(nameless.find("<name>Arm</name>"), 16);
-    ASSERT_EQ(session.getCore().loadModel(folder.add("nameless.prm", nameless)), 0);
+    ASSERT_EQ(session.getModels().load(folder.add("nameless.prm", nameless), ""), 0);
     EXPECT_EQ(describeTools(session.getCore().getConfiguration()),
               "Tracked Object_01 (Tracked Object: 0; Arm camera (Tracked Object: 0; ) unchecked)");
     EXPECT_EQ(describeScene(), "Tracked Object_01 0 at 0 0 0\nArm camera 1 at 0 0 0\n");

@@ -72,12 +72,12 @@ TEST_F(CatalogueTest, ModelsOfferWhatTheirFilesSay) {
     EXPECT_EQ(entry(1).getData().child("path").value(), folder);
     EXPECT_EQ(entry(3).getData().attribute("path"), folder + "\\a");
 
-    Tag catalogue = core->getCatalogue();
+    Tag catalogue = getModels(*core)->getCatalogue();
     EXPECT_EQ(catalogue.childCount(), 6);
     EXPECT_EQ(catalogue.child(0).child("type").value(), "Rig");
     EXPECT_EQ(catalogue.child(1).child("category", 1).value(), "Cars");
     EXPECT_EQ(catalogue.child(1).child("required", 1).value(), "two");
-    EXPECT_EQ(core->loadModel(catalogue.child(5).child("file").value()), 0);
+    EXPECT_EQ(getModels(*core)->load(catalogue.child(5).child("file").value(), ""), 0);
     EXPECT_EQ(tree(), "Packed");
 }
 

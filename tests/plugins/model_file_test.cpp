@@ -71,8 +71,8 @@ TEST_F(ModelFileTest, AModelReachesNoFileButItsOwn) {
 TEST_F(ModelFileTest, AModelIsSavedAndComesBack) {
     place("b", place("a"));
     place("c");
-    ASSERT_EQ(core->saveModel("a", path("a.prm")), 0);
-    ASSERT_EQ(core->saveModel("", path("all.prm")), 0);
+    ASSERT_EQ(getModels(*core)->save("a", path("a.prm")), 0);
+    ASSERT_EQ(getModels(*core)->save("", path("all.prm")), 0);
     Tag model;
     ASSERT_TRUE(readModelFile(path("a.prm"), model));
     EXPECT_TRUE(model.hasName("MVR_Plugin"));
@@ -81,9 +81,9 @@ TEST_F(ModelFileTest, AModelIsSavedAndComesBack) {
     adaptor.clearUndo();
     const std::string before = Platform::currentFolder();
     ASSERT_TRUE(Platform::setCurrentFolder(home.documents()));
-    EXPECT_EQ(core->loadModel("all.prm"), 0);
+    EXPECT_EQ(getModels(*core)->load("all.prm", ""), 0);
     ASSERT_TRUE(Platform::setCurrentFolder(before));
-    EXPECT_EQ(core->loadModel(path("A.PRM")), 0);
+    EXPECT_EQ(getModels(*core)->load(path("A.PRM"), ""), 0);
     EXPECT_EQ(tree(), "c a(b) a_01(b_01)");
     EXPECT_EQ(core->getRecentLabel(0) + ";" + core->getRecentLabel(1), "a, c;a");
     EXPECT_EQ(core->getRecentEntry(0).attribute("path"), Platform::canonicalPath(home.documents()));
@@ -112,29 +112,30 @@ TEST_F(ModelFileTest, ABadModelIsRefusedWithItsPlaceAndAPartlyBadOneIsCreated) {
     for (const auto& each : cases) {
         home.write("documents/Oskelworks/Mirvane/x.prm", each.text);
         newLog();
-        EXPECT_EQ(identifierOf(core->loadModel(path("x.prm"))), each.identifier) << each.text;
+        EXPECT_EQ(identifierOf(getModels(*core)->load(path("x.prm"), "")), each.identifier)
+            << each.text;
         EXPECT_THAT(newLog(), HasSubstr(each.line));
     }
     EXPECT_EQ(tree(), "a");
     EXPECT_EQ(core->getRecentCount(), 2) << "what was a model at all";
-    EXPECT_EQ(identifierOf(core->loadModel(path("none.prm"))), "MODEL_UNREADABLE");
+    EXPECT_EQ(identifierOf(getModels(*core)->load(path("none.prm"), "")), "MODEL_UNREADABLE");
     EXPECT_THAT(newLog(), HasSubstr("No such file"));
 }
 
 TEST_F(ModelFileTest, AFailedSaveLeavesTheOldFileWhole) {
     place("a");
-    ASSERT_EQ(core->saveModel("a", path("a.prm")), 0);
+    ASSERT_EQ(getModels(*core)->save("a", path("a.prm")), 0);
     const std::string old = Testing::readText(path("a.prm"));
     for (int i = 0; i < 200; ++i)
         place("more" + std::to_string(i), find("a"));
     {
         const Testing::FullDisk disk(1000);
-        EXPECT_EQ(identifierOf(core->saveModel("a", path("a.prm"))), "MODEL_UNWRITABLE");
+        EXPECT_EQ(identifierOf(getModels(*core)->save("a", path("a.prm"))), "MODEL_UNWRITABLE");
     }
     EXPECT_EQ(Testing::readText(path("a.prm")), old);
     EXPECT_TRUE(Platform::listFiles(path(".mvr-*")).empty());
-    EXPECT_EQ(identifierOf(core->saveModel("none", path("n.prm"))), "MODEL_NOTOOL");
-    EXPECT_EQ(identifierOf(core->saveModel("a", path("no/n.prm"))), "MODEL_UNWRITABLE");
+    EXPECT_EQ(identifierOf(getModels(*core)->save("none", path("n.prm"))), "MODEL_NOTOOL");
+    EXPECT_EQ(identifierOf(getModels(*core)->save("a", path("no/n.prm"))), "MODEL_UNWRITABLE");
 
     Tag deep = Tag::element("x");
     for (std::int32_t i = 0; i < Tag::kMaxDepth; ++i) {

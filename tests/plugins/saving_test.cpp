@@ -190,7 +190,7 @@ TEST_F(SavingTest, ABranchOfFiftyToolsComesBackTwiceInEachForm) {
         [&] { core->create(original, nullptr, false); },
         [&] { core->create(Tag(original.toText("\r\n", "\t", "")), nullptr, false); },
         [&] { core->create(packTag(original, "MVR_Plugin"), nullptr, false); },
-        [&] { EXPECT_EQ(core->loadModel(file), 0); },
+        [&] { EXPECT_EQ(getModels(*core)->load(file, ""), 0); },
     };
     std::set<std::string> allNames;
     for (std::size_t form = 0; form < forms.size(); ++form) {

@@ -41,9 +41,9 @@ protected:
 
 TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
     const std::string empty = getState();
-    ASSERT_EQ(session.getCore().loadModel(rig), 0);
-    const auto tools = session.adoptTools(error);
-    ASSERT_TRUE(tools && tools->size() == 2) << error;
+    ASSERT_EQ(session.getModels().load(rig, ""), 0);
+    const auto tools = session.adoptTools();
+    ASSERT_EQ(tools.size(), 2U);
     ASSERT_NE(find("Rig"), nullptr);
     ASSERT_NE(find("Camera"), nullptr);
     EXPECT_EQ(find("Camera")->getParentNode(), find("Rig"));
@@ -62,7 +62,7 @@ TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
     EXPECT_EQ(getState(), loaded);
 
     // The tools with their objects, and what hangs below those.
-    (*tools)[0]->access->extend(MVR::InterfaceExtension::kUnplug, 0);
+    tools[0]->access->extend(MVR::InterfaceExtension::kUnplug, 0);
     EXPECT_EQ(session.undo.getUndoCount(), 2U);
     const std::string deleted = getState();
     EXPECT_EQ(find("Rig"), nullptr);
@@ -93,11 +93,11 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
     };
     for (const bool isDeleted : {false, true}) {
         for (const auto& state : cases) {
-            ASSERT_EQ(session.getCore().loadModel(rig), 0);
-            const auto tools = session.adoptTools(error);
-            ASSERT_TRUE(tools && tools->size() == 2) << error;
+            ASSERT_EQ(session.getModels().load(rig, ""), 0);
+            const auto tools = session.adoptTools();
+            ASSERT_EQ(tools.size(), 2U);
             if (isDeleted) {
-                (*tools)[0]->access->extend(MVR::InterfaceExtension::kUnplug, 0);
+                tools[0]->access->extend(MVR::InterfaceExtension::kUnplug, 0);
             }
             state.way();
             session.undo.clear();
@@ -114,7 +114,7 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
 }
 
 TEST_F(ModelTest, ASceneGoesOnAsIfItHadNeverBeenClosed) {
-    ASSERT_EQ(session.getCore().loadModel(rig), 0);
+    ASSERT_EQ(session.getModels().load(rig, ""), 0);
     session.timeline.setRange(0, 0.4);
     ASSERT_EQ(session.getCore().resimulate(0, 0.4), 0);
     const std::string saved = getState();
@@ -124,7 +124,7 @@ TEST_F(ModelTest, ASceneGoesOnAsIfItHadNeverBeenClosed) {
     Session other;
     session.close();
     open(other);
-    ASSERT_TRUE(other.openScene(data, error)) << error;
+    ASSERT_TRUE(other.openScene(data).empty());
     EXPECT_EQ(other.undo.getUndoCount(), 0U);
     EXPECT_EQ(other.getTools().size(), 2U);
     EXPECT_NE(other.scene.findByHostName("Rig")->getOwner(), nullptr) << "found again";

@@ -88,9 +88,7 @@ TEST(ToolPlan, AFileSaysTheSameAsTheOptions) {
     ToolPlan plan{"T", "T_01", {}, {}};
     std::string error;
     ASSERT_TRUE(readPlanFile(path, plan, error)) << error;
-    const MVR::Tag tool = toConfiguration(plan).child("MVR_Plugin");
-    EXPECT_EQ(tool.child("type").value(), "T");
-    const MVR::Tag property = tool.child("inputprofile").child(0).child("property");
+    const MVR::Tag property = toProfile(plan).child("property");
     EXPECT_EQ(property.attribute("name"), "A");
     EXPECT_EQ(property.childCount("deadzone"), 1);
     EXPECT_EQ(property.child("deadzone").value(), "0.5") << "the later one counts";

@@ -196,8 +196,7 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
         {resimulate + "none.scene", 7, "can't read none.scene"},
         {resimulate + "cut.scene", 7, "cut.scene:"},
         {resimulate + "other.scene", 7, "other.scene: it is no scene but"},
-        {resimulate + "no_tool.scene", 2, "\"Camera\" of type \"No Such\""},
-        {resimulate + "no_node.scene", 2, "\"Camera\" of type \"Free Camera\""},
+        {resimulate + "no_node.scene", 8, "tool Camera, node Camera: it isn't in the scene"},
         {kStage + " record --documents . --open cut.scene --seconds 1", 7, "cut.scene:"},
         {kStage + " model", 1, "usage: mirvane-stage model"},
         {kStage + " model sow", 1, "no command named \"model sow\""},
@@ -224,6 +223,23 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
     ASSERT_EQ(run(load + "half.prm"), 8);
     EXPECT_EQ(read("stdout"), "half.prm: 1 tool created, 1 fault\n  Object (Tracked Object)\n");
     EXPECT_EQ(run(resimulate + "out.scene"), 0);
+}
+
+TEST_F(SceneCommandTest, ASceneIsNotSavedOverWithoutItsTools) {
+    writeBadFiles();
+    const std::string scene = read("no_tool.scene");
+    const std::string resimulate = kStage + " resimulate --documents . no_tool.scene ";
+    const std::string open = " --documents . --open no_tool.scene --scene ./no_tool.scene ";
+    expectFailure(resimulate + "--scene no_tool.scene", 2, "\"Camera\" of type \"No Such\"");
+    expectFailure(kStage + " record --seconds 9" + open, 2, "would be saved without them");
+    expectFailure(kStage + " model load m.prm" + open, 2, "or give --force");
+    expectFailure(kStage + " model save --documents . no_tool.scene m.prm", 2,
+                  "there is no such kind of tool: No Such");
+    EXPECT_TRUE(read("no_tool.scene") == scene);
+    EXPECT_EQ(run(resimulate + "--scene new.scene"), 8) << "nothing is lost by that";
+    EXPECT_EQ(run(resimulate + "--scene no_tool.scene --force"), 8);
+    EXPECT_TRUE(read("no_tool.scene") == read("new.scene"));
+    EXPECT_EQ(run(resimulate), 0) << "whole, with less";
 }
 
 TEST_F(SceneCommandTest, ASaveThatIsKilledLeavesTheOldScene) {

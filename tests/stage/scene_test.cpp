@@ -238,7 +238,6 @@ TEST_F(SceneTest, ToolsFindTheirNodesAndLetGoOfThem) {
         adaptor.createNode(tool, "Dolly", MVR::kNodeHelper,
                            reinterpret_cast<std::intptr_t>(static_cast<MVR::SceneNode*>(node)));
     EXPECT_EQ(adaptor.getNodes(tool), (std::vector<MVR::SceneNode*>{node, child}));
-    EXPECT_EQ(adaptor.takeNewTools(), std::vector<MVR::CInterface*>{tool});
 
     // A handle that is given back leaves the owner; giving up the node itself does not.
     MVR::SceneNode* parent = child->getParent();

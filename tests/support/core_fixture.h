@@ -2,6 +2,7 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
+#include "core/contract/core_extensions.h"
 #include "core/core_implementation.h"
 #include "core/entry.h"
 #include "platform/sdk/clock.h"

@@ -4,9 +4,11 @@
 #include "small_adaptor.h"
 
 #include "core/base/sdk/export.h"
+#include "core/contract/core_extensions.h"
 #include "core/contract/core_interface.h"
 #include "core/contract/host_event.h"
 #include "core/contract/setting_ids.h"
+#include "core/messages/sdk/message_node.h"
 #include "small_host.h"
 
 #include <algorithm>
@@ -14,6 +16,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <string>
 #include <thread>
 
 #include <dlfcn.h>
@@ -53,10 +57,30 @@ bool load(const char* path, Library& library) {
     return true;
 }
 
-// A "Follower", its input bound to the pendulum. A host would keep such a tag in its scene file; it
-// is what getConfiguration() gives. The input's own settings stay as they are but for the dead
-// zone, which a pendulum doesn't need.
-MVR::Tag followerOnPendulum() {
+// What the host shows of the tools. The core tells when it is out of date.
+class ToolList final : public MVR::Util::MessageNode {
+public:
+    explicit ToolList(MVR::CoreTools& tools) : MessageNode("Tool list"), tools_(tools) {}
+
+    int changes = 0;
+    void receive(MVR::Util::Message& message, bool) override {
+        if (message.id != MVR::CoreTools::kListChanged) {
+            return;
+        }
+        ++changes;
+        for (const MVR::CoreTool& tool : tools_.list()) {
+            std::printf("  %s (%s), objects: %zu\n", tool.name.c_str(), tool.type.c_str(),
+                        tool.nodes.size());
+        }
+    }
+
+private:
+    MVR::CoreTools& tools_;
+};
+
+// The input "Position" on the pendulum. Its own settings stay as they are but for the dead zone,
+// which a pendulum doesn't need.
+MVR::Tag pendulumBindings() {
     MVR::Tag control = MVR::Tag::element("control");
     control.attributeRef("device") = "Pendulum";
     control.attributeRef("type") = "swing";
@@ -70,15 +94,7 @@ MVR::Tag followerOnPendulum() {
     MVR::Tag profile = MVR::Tag::element("profile");
     profile.attributeRef("name") = "";
     profile.addChild(property);
-
-    MVR::Tag tool = MVR::Tag::element("MVR_Plugin");
-    tool.addChild(MVR::Tag::element("type", "Follower"));
-    tool.addChild(MVR::Tag::element("name", "Follower_01"));
-    tool.addChild(MVR::Tag::element("inputprofile")).addChild(profile);
-
-    MVR::Tag configuration = MVR::Tag::element("MVR");
-    configuration.addChild(tool);
-    return configuration;
+    return profile;
 }
 
 // The host's loop for the length of a take. The core's timers run in it.
@@ -119,13 +135,19 @@ bool report(const char* what, bool isGood) {
     return isGood;
 }
 
+// A code of the core, with what it says of the reasons.
+bool report(const char* what, std::int32_t code, MVR::CoreFaults& faults) {
+    for (const MVR::CoreFault& fault : faults.list()) {
+        std::printf("  %s\n", toText(fault).c_str());
+    }
+    return report(what, code == 0 && faults.list().empty());
+}
+
 bool recordAndSimulate(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     const std::int32_t noCountdown = 0;
     core.setProperty(MVR::Setting::kStartCountdown, &noCountdown);
-    core.loadConfiguration(followerOnPendulum());
     const SmallNode* const node = host.firstNode();
-    if (!report("tool placed", node != nullptr) ||
-        !report("take started", core.startRecording() == 0)) {
+    if (!report("take started", core.startRecording() == 0)) {
         return false;
     }
     runTake(library, host, core);
@@ -141,6 +163,31 @@ bool recordAndSimulate(const Library& library, SmallHost& host, MVR::CoreInterfa
     return isGood;
 }
 
+// The tool goes into a model's file and comes back as a second one.
+bool passOn(const std::string& tool, MVR::CoreModels& models, MVR::CoreFaults& faults) {
+    const std::string file =
+        (std::filesystem::temp_directory_path() / "small_adaptor.prm").string();
+    const bool isSaved = report("saved as a model", models.save(tool, file), faults);
+    return isSaved && report("the model loaded", models.load(file, ""), faults);
+}
+
+bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
+    MVR::CoreTools* const tools = MVR::getTools(core);
+    MVR::CoreModels* const models = MVR::getModels(core);
+    MVR::CoreFaults* const faults = MVR::getFaults(core);
+    if (!report("a core of today", tools != nullptr && models != nullptr && faults != nullptr)) {
+        return false;
+    }
+    ToolList list(*tools);
+    if (!report("listening", list.listenTo(&core) == 0)) {
+        return false;
+    }
+    std::string name;
+    const std::int32_t code = tools->create("Follower", "", "", pendulumBindings(), &name);
+    return report("tool placed", code, *faults) && recordAndSimulate(library, host, core) &&
+           passOn(name, *models, *faults) && report("told of two changes", list.changes == 2);
+}
+
 } // namespace
 
 MVR_EXPORT int recordTake(const char* coreLibraryOrNull) {
@@ -152,7 +199,7 @@ MVR_EXPORT int recordTake(const char* coreLibraryOrNull) {
     {
         SmallHost host; // must outlive detach
         if (MVR::CoreInterface* const core = library.attach(&host)) {
-            isGood = recordAndSimulate(library, host, *core);
+            isGood = run(library, host, *core);
             library.detach(core);
         }
     }

@@ -107,25 +107,10 @@ public:
     virtual bool getProperty(std::int32_t id, void* value) = 0;
     virtual bool setProperty(std::int32_t id, const void* value) = 0;
 
-    /// Creates the tools of a model's file ("*.prm") under the root, as one undo step; the model
-    /// becomes recent. `path` may be relative to the current folder. 0, or the code of
-    /// - "MODEL_UNREADABLE": no file, or damaged; the log tells line and column of a fault in its
-    ///   text. Nothing changed; nor with
-    /// - "MODEL_INVALID": the text of something else.
-    /// - "MODEL_NOTHINGCREATED": none of its tools could be made; the log tells why for each.
-    /// - "MODEL_INCOMPLETE", a warning: some could not be made, the others are there.
-    [[nodiscard]] virtual std::int32_t loadModel(std::string path) = 0;
-    /// Writes the tool of that name and all below it as a model, or all tools if the name is "".
-    /// A model has what describes the tools and their scene objects; no recorded values. 0, or the
-    /// code of "MODEL_NOTOOL" for an unknown name, of "MODEL_UNWRITABLE" if the file can't be
-    /// written: an old file is whole then, and the log tells why.
-    [[nodiscard]] virtual std::int32_t saveModel(std::string toolName, std::string path) = 0;
-    /// What can be created: an element "Catalogue" with one element "entry" each, first the kinds
-    /// of tools, then the models of the shared and the user's PRM folder. Its children hold text:
-    /// "name", "version", "about", "category" (any number), for a tool "type", for a model "file"
-    /// (the path for loadModel()) and "required" (the name of an entry that it uses, any number).
-    /// An empty one is left out.
-    virtual Tag getCatalogue() = 0;
+    /// Asks for one of the interfaces of core_extensions.h, whose helpers do it: `id` is one of
+    /// CoreExtension, `data` the version that the caller was built for. 0 if this core doesn't have
+    /// it. All that comes to this interface later comes by this operation.
+    virtual std::intptr_t extend(std::int32_t id, std::intptr_t data) = 0;
 };
 
 /// The library's exports, under these undecorated names, each called on the host's user-interface

@@ -9,8 +9,10 @@ namespace MVR {
 
 class AdaptorInterface;
 class CoreInterface;
+class FaultList;
 class InstanceManager;
 class PluginInstance;
+class ToolListChanges;
 class UserDialogs;
 
 /// What the parts of one attachment need of each other. Each CoreSubSystem and each placed tool is
@@ -28,6 +30,10 @@ public:
     [[nodiscard]] virtual CoreInterface& getInterface() const = 0;
     /// The tree of placed tools.
     [[nodiscard]] virtual InstanceManager& getTree() const = 0;
+    /// What the last operation could not do.
+    [[nodiscard]] virtual FaultList& getFaults() = 0;
+    /// Who changes the tree tells it.
+    [[nodiscard]] virtual ToolListChanges& getToolListChanges() = 0;
     /// What the user is asked and shown.
     [[nodiscard]] virtual UserDialogs& getDialogs() = 0;
 

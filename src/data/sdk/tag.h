@@ -63,6 +63,8 @@ public:
     static Tag element(std::string_view name, T value) {
         return element(name, std::string_view(numberText(value)));
     }
+    /// As above, the shortest text that reads as the same bits.
+    static Tag exactElement(std::string_view name, double value);
     static Tag textNode(std::string_view value);
     static Tag textNode(const std::array<double, 3>& value);
     template <typename T, std::enable_if_t<std::is_arithmetic_v<T>, int> = 0>

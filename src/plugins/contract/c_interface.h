@@ -40,6 +40,7 @@ class CMesh;
 /// | 43 | not used | 0; takes the tool and its scene objects out of the scene |
 /// | 55 | std::string* | 0; receives the parent tool's name, if there is one |
 /// | 56 | Tag* | 0; receives the chain of parents |
+/// | 57 | ToolIdentity* | 0; receives the tool's name and type, see tool_identity.h |
 ///
 /// 41 belongs into init(), so that saved bindings find the control. After 43 the tool may be gone:
 /// it calls nothing more. What 55 and 56 tell is known within a file from extend(42) on; the tool

@@ -61,6 +61,7 @@ constexpr std::int32_t kAddVirtualControl = 41;
 constexpr std::int32_t kUnplug = 43;
 constexpr std::int32_t kParentName = 55;
 constexpr std::int32_t kMasterNodes = 56;
+constexpr std::int32_t kIdentity = 57;
 } // namespace InterfaceExtension
 
 } // namespace MVR

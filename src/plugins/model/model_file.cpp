@@ -1,6 +1,7 @@
 #include "plugins/model/model_file.h"
 
 #include "core/base/sdk/log.h"
+#include "core/services/fault_list.h"
 #include "data/sdk/byte_buffer.h"
 #include "data/tag_writer.h"
 #include "platform/sdk/files.h"
@@ -12,6 +13,8 @@ constexpr const char* kTooLarge = "its text is too large";
 
 bool refuse(const char* what, const std::string& path, const std::string& reason) {
     Log(Log::Error).write(what, path + ": " + reason, Log::OwnLevel);
+    if (FaultList* const list = FaultList::underWay())
+        list->add({path, "", "", reason, 0});
     return false;
 }
 

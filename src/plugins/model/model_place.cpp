@@ -1,6 +1,7 @@
 #include "plugins/model/model_place.h"
 
 #include "core/base/sdk/log.h"
+#include "core/services/fault_list.h"
 
 #include <algorithm>
 
@@ -33,10 +34,22 @@ ModelPlace::ModelPlace(const Tag& outermost, const std::string& folder)
         model_ += " in " + shown(folder);
 }
 
-void ModelPlace::log(const std::string& element, const std::string& fault) const {
-    Log(Log::Warning)
-        .write("Model " + model_ + ", tool " + shown(tool_) + ", " + shown(element), shown(fault),
-               Log::OwnLevel);
+void ModelPlace::setTool(const std::string& name) {
+    tool_ = name;
+    listen("");
+}
+
+void ModelPlace::log(const std::string& element, const std::string& fault,
+                     std::int32_t code) const {
+    const CoreFault entry{model_, shown(tool_), shown(element), shown(fault), code};
+    Log(Log::Warning).write(toText(entry));
+    if (FaultList* const list = FaultList::underWay())
+        list->add(entry);
+}
+
+void ModelPlace::listen(const std::string& element) const {
+    if (FaultList* const list = FaultList::underWay())
+        list->setPlace({model_, shown(tool_), element, "", 0});
 }
 
 } // namespace MVR

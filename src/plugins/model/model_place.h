@@ -1,9 +1,10 @@
 /// \file
-/// Where in a model something is wrong, for the log.
+/// Where in a model something is wrong, for the log and the list of faults.
 #pragma once
 
 #include "data/sdk/tag.h"
 
+#include <cstdint>
 #include <string>
 
 namespace MVR {
@@ -15,9 +16,14 @@ public:
     /// where the model came from; "" if it is no file's. Until setTool() the tool is `outermost`.
     ModelPlace(const Tag& outermost, const std::string& folder);
 
-    void setTool(const std::string& name) { tool_ = name; }
-    /// One line for one fault: the model, the tool, the element and what is wrong with it.
-    void log(const std::string& element, const std::string& fault) const;
+    /// The tool whose turn it is.
+    void setTool(const std::string& name);
+    /// One line for one fault: the model, the tool, the element and what is wrong with it. `code`
+    /// is that of a tool that refused. What the user asked for can't be done whole: the fault
+    /// enters the list of that operation too.
+    void log(const std::string& element, const std::string& fault, std::int32_t code = 0) const;
+    /// What the host tells from here on is of `element` of this tool.
+    void listen(const std::string& element) const;
 
 private:
     std::string model_;

@@ -163,7 +163,7 @@ void ToolStart::giveUp() {
 void ToolStart::logRefusal(const char* text, std::int32_t code) const {
     const std::string message = ErrorCode::instance()->find(code).getMessage();
     entry_.write(text, message, Log::Error);
-    place_.log(ModelWord::kTool, std::string(text) + ": " + message);
+    place_.log(ModelWord::kTool, std::string(text) + ": " + message, code);
 }
 
 } // namespace MVR

@@ -69,8 +69,9 @@ public:
     /// One that is missing, or whose text is no number, stays unchanged.
     void readSettings(const MVR::Tag& tag);
 
-    /// Makes `out` a `property` element with the name and the four parameters.
-    void toTag(MVR::Tag& out) const;
+    /// Makes `out` a `property` element with the name and the four parameters: six digits of each,
+    /// or, if `isExact`, as many as it takes to read the same bits.
+    void toTag(MVR::Tag& out, bool isExact = false) const;
 
     std::vector<Listener*> listeners; ///< not owned
     Control* control = nullptr;       ///< the bound control, or null; not owned

@@ -2,6 +2,8 @@
 
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
+#include "core/services/core_services.h"
+#include "core/services/fault_list.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/model_parts.h"
@@ -58,7 +60,7 @@ void HighPoly::load(ToolLoading& tool, const Tag& data) {
     tool.reference.loadHighPoly(data.child(kWord), tool.folder, tool.place);
 }
 
-void HighPoly::merge(AdaptorInterface& adaptor, const Tag& highPoly, const std::string& folder,
+void HighPoly::merge(CoreServices& services, const Tag& highPoly, const std::string& folder,
                      const ModelPlace& place) {
     Log entry("Loading highpoly model", Log::Notice);
     read_ = highPoly;
@@ -67,7 +69,7 @@ void HighPoly::merge(AdaptorInterface& adaptor, const Tag& highPoly, const std::
         if (!option.hasName("option"))
             continue;
         Log trial("Trying option..", Log::Notice);
-        if (!isForHost(option, adaptor.getName()))
+        if (!isForHost(option, services.getAdaptor()->getName()))
             continue;
         Log process("processing compatible option", Log::Notice);
         if (!option.child("noload").isEmpty())
@@ -77,7 +79,7 @@ void HighPoly::merge(AdaptorInterface& adaptor, const Tag& highPoly, const std::
         process.write("highpoly file path", folder + "\\" + name, Log::OwnLevel);
         const std::string file = findModelFile(folder, name);
         if (!file.empty())
-            return mergeFile(adaptor, file);
+            return mergeFile(services, file, place);
         process.write("highpoly file not found");
         if (!name.empty())
             place.log(kWord, "there is no file that it may use: " + name);
@@ -103,8 +105,14 @@ void HighPoly::choosePostMerge(const Tag& highPoly, const Tag& option, const Mod
         postMerge_ = kIdentityMatrix;
 }
 
-void HighPoly::mergeFile(AdaptorInterface& adaptor, const std::string& file) {
-    nodes_ = adaptor.mergeFile(file);
+void HighPoly::mergeFile(CoreServices& services, const std::string& file, const ModelPlace& place) {
+    const std::vector<CoreFault>& faults = services.getFaults().getFaults();
+    const std::size_t faultsBefore = faults.size();
+    place.listen(kWord);
+    nodes_ = services.getAdaptor()->mergeFile(file);
+    place.listen("");
+    if (nodes_.empty() && faults.size() == faultsBefore) // the host didn't tell why
+        place.log(kWord, "the host can't merge " + file);
     nodes_.erase(std::remove(nodes_.begin(), nodes_.end(), nullptr), nodes_.end());
     for (SceneNode* node : nodes_) {
         byName_.emplace(node->getName(), node);

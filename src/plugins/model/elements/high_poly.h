@@ -10,7 +10,7 @@
 
 namespace MVR {
 
-class AdaptorInterface;
+class CoreServices;
 
 /// The detailed model that a model adds to its light scene objects. The nodes that were merged wait
 /// here for their names.
@@ -23,7 +23,7 @@ public:
 
     /// Keeps `highPoly`, merges the first of its models that fits this host, and hides it. `folder`
     /// is that of the model that names it.
-    void merge(AdaptorInterface& adaptor, const Tag& highPoly, const std::string& folder,
+    void merge(CoreServices& services, const Tag& highPoly, const std::string& folder,
                const ModelPlace& place);
     /// A merged node that waits; null if there is none.
     [[nodiscard]] SceneNode* find(const std::string& name) const;
@@ -34,7 +34,7 @@ public:
 
 private:
     void choosePostMerge(const Tag& highPoly, const Tag& option, const ModelPlace& place);
-    void mergeFile(AdaptorInterface& adaptor, const std::string& file);
+    void mergeFile(CoreServices& services, const std::string& file, const ModelPlace& place);
 
     Tag read_;                           // the element, to be written again
     Matrix postMerge_ = kIdentityMatrix; // for merged nodes that are roots

@@ -14,7 +14,8 @@ struct InputProfileElement {
     static constexpr const char* kWord = "inputprofile";
 
     static void save(const ToolSaving& tool, Tag& out) {
-        out.addChild(Tag::element(kWord)).addChild(tool.instance.getInputProfile(""));
+        const bool isExact = (tool.mask & SaveMask::kExact) != 0;
+        out.addChild(Tag::element(kWord)).addChild(tool.instance.getInputProfile("", isExact));
     }
     static void load(ToolLoading& tool, const Tag& data) {
         const std::int32_t missing = tool.instance.applyInputProfile(data.child(kWord).child(0));

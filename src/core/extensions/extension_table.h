@@ -1,0 +1,30 @@
+/// \file
+/// What CoreInterface::extend() leads to.
+#pragma once
+
+#include "core/extensions/fault_contract.h"
+#include "core/extensions/input_contract.h"
+#include "core/extensions/model_contract.h"
+#include "core/extensions/tool_contract.h"
+
+#include <cstdint>
+
+namespace MVR {
+
+/// The interfaces behind the ids of CoreExtension, for one attachment.
+class ExtensionTable {
+public:
+    explicit ExtensionTable(CoreServices& services)
+        : models_(services), tools_(services), inputs_(services), faults_(services) {}
+
+    /// The address of the interface, or 0: an unknown id, or a version that isn't there.
+    [[nodiscard]] std::intptr_t find(std::int32_t id, std::intptr_t version);
+
+private:
+    ModelContract models_;
+    ToolContract tools_;
+    InputContract inputs_;
+    FaultContract faults_;
+};
+
+} // namespace MVR

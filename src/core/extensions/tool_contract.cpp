@@ -1,0 +1,163 @@
+#include "core/extensions/tool_contract.h"
+
+#include "core/base/sdk/error_code.h"
+#include "core/contract/adaptor_interface.h"
+#include "core/extensions/tool_lookup.h"
+#include "core/services/core_services.h"
+#include "core/services/tool_list_changes.h"
+#include "instance/plugin_instance.h"
+#include "plugins/instance_manager.h"
+#include "plugins/instance_reference.h"
+#include "plugins/libraries/library_manager.h"
+#include "plugins/libraries/plugin.h"
+#include "plugins/libraries/root_plugin.h"
+#include "plugins/tree_control.h"
+
+#include <unordered_map>
+#include <utility>
+
+namespace MVR {
+namespace {
+
+std::int32_t refuseProfile() {
+    return ErrorCode::instance()->get("TOOL_BADPROFILE", "The bindings are no element \"profile\"",
+                                      ErrorCode::Error);
+}
+
+bool isKnownKind(const std::string& type) {
+    return type != RootPlugin::kName && LibraryManager::instance()->findPlugin(type) != nullptr;
+}
+
+} // namespace
+
+std::vector<CoreTool> ToolContract::list() {
+    std::vector<CoreTool> list;
+    InstanceReference* const root = services_.getTree().getRoot();
+    if (root == nullptr)
+        return list;
+    std::vector<InstanceReference*> references;
+    root->collectInstances(references);
+    std::unordered_map<const InstanceReference*, std::int32_t> places;
+    for (InstanceReference* reference : references) {
+        if (reference == root)
+            continue;
+        PluginInstance& instance = *reference->getInstance();
+        CoreTool& tool = list.emplace_back();
+        tool.name = instance.getName();
+        tool.type = instance.getPlugin()->getName();
+        const auto parent = places.find(reference->getParentReference());
+        tool.parent = parent != places.end() ? parent->second : -1;
+        tool.isChecked = reference->isChecked();
+        tool.access = &instance;
+        places.emplace(reference, static_cast<std::int32_t>(list.size()) - 1);
+    }
+    // The adaptor's turn comes when the tree isn't walked any more.
+    for (CoreTool& tool : list)
+        tool.nodes = services_.getAdaptor()->getNodes(tool.access);
+    return list;
+}
+
+CInterface* ToolContract::find(std::string name) {
+    InstanceReference* const root = services_.getTree().getRoot();
+    InstanceReference* const tool =
+        root != nullptr ? root->findInstance(name, false, nullptr) : nullptr;
+    return tool != nullptr && tool != root ? tool->getInstance() : nullptr;
+}
+
+std::int32_t ToolContract::create(std::string type, std::string name, std::string parent,
+                                  Tag bindings, std::string* createdName) {
+    std::int32_t code = 0;
+    InstanceReference* const below = findParent(services_, parent, code);
+    if (below == nullptr)
+        return code;
+    Tag data = Plugin::makeData(type);
+    // What the data holds is applied to the tool that it names.
+    data.addChild(Tag::element("name", name.empty() ? type + "_01" : name));
+    if (!bindings.isEmpty()) {
+        if (!bindings.hasName("profile"))
+            return refuseProfile();
+        data.addChild(Tag::element("inputprofile")).addChild(std::move(bindings));
+    }
+    // A listener may take the tool away: its name is told before the change is.
+    const ToolListChanges::Scope change(services_.getToolListChanges());
+    InstanceReference* const created = services_.getTree().create(std::move(data), below, false);
+    if (created != nullptr) {
+        if (createdName != nullptr)
+            *createdName = created->getInstance()->getName();
+        return 0;
+    }
+    ErrorCode& errors = *ErrorCode::instance();
+    if (!isKnownKind(type))
+        return errors.report("PLUGINNOTFOUND");
+    return errors.get("TOOL_NOTCREATED", "The tool could not be created", ErrorCode::Error);
+}
+
+std::int32_t ToolContract::rename(std::string name, std::string wanted, std::string* taken) {
+    std::int32_t code = 0;
+    InstanceReference* const tool = findTool(services_, name, code);
+    if (tool == nullptr)
+        return code;
+    if (wanted.empty())
+        return ErrorCode::instance()->get("TOOL_BADNAME", "A tool's name must not be empty",
+                                          ErrorCode::Error);
+    const ToolListChanges::Scope change(services_.getToolListChanges());
+    if (wanted != name) {
+        tool->getInstance()->setName(wanted);
+        services_.getToolListChanges().note();
+    }
+    if (taken != nullptr)
+        *taken = tool->getInstance()->getName();
+    return 0;
+}
+
+std::int32_t ToolContract::remove(std::string name, bool withObjects) {
+    std::int32_t code = 0;
+    if (InstanceReference* const tool = findTool(services_, name, code))
+        tool->getInstance()->unplug(withObjects);
+    return code;
+}
+
+std::int32_t ToolContract::select(std::string name) {
+    std::int32_t code = 0;
+    InstanceReference* const tool = name.empty() ? nullptr : findTool(services_, name, code);
+    if (code == 0)
+        services_.getTree().getControl().select(tool);
+    return code;
+}
+
+std::string ToolContract::getSelected() {
+    const InstanceReference* const selected = services_.getTree().getSelected();
+    const bool isTool =
+        selected != nullptr && selected->isInTree() && selected->getParentReference() != nullptr;
+    return isTool ? selected->getInstance()->getName() : "";
+}
+
+Tag ToolContract::getBindings(std::string name) {
+    std::int32_t code = 0;
+    const InstanceReference* const tool = findTool(services_, name, code);
+    return tool != nullptr ? tool->getInstance()->getInputProfile("", true) : Tag();
+}
+
+std::int32_t ToolContract::setBindings(std::string name, Tag profile, std::int32_t* missing) {
+    std::int32_t code = 0;
+    const InstanceReference* const tool = findTool(services_, name, code);
+    if (tool == nullptr)
+        return code;
+    if (!profile.hasName("profile"))
+        return refuseProfile();
+    if (code = refuseDuringTake(services_); code != 0)
+        return code;
+    const std::int32_t absent = tool->getInstance()->applyInputProfile(profile);
+    if (missing != nullptr)
+        *missing = absent;
+    return 0;
+}
+
+Tag ToolContract::getExactConfiguration() {
+    Tag configuration;
+    if (InstanceReference* const root = services_.getTree().getRoot())
+        root->save(configuration, SaveMask::kScene | SaveMask::kExact);
+    return configuration;
+}
+
+} // namespace MVR

@@ -1,0 +1,38 @@
+#include "core/extensions/tool_lookup.h"
+
+#include "core/base/sdk/error_code.h"
+#include "core/services/core_services.h"
+#include "plugins/instance_manager.h"
+#include "plugins/instance_reference.h"
+
+namespace MVR {
+
+InstanceReference* findTool(CoreServices& services, const std::string& name, std::int32_t& code) {
+    InstanceReference* const root = findParent(services, "", code);
+    if (root == nullptr)
+        return nullptr;
+    InstanceReference* const tool = root->findInstance(name, false, nullptr);
+    if (tool != nullptr && tool != root)
+        return tool;
+    code = ErrorCode::instance()->get("MODEL_NOTOOL", "There is no tool of that name",
+                                      ErrorCode::Error);
+    return nullptr;
+}
+
+InstanceReference* findParent(CoreServices& services, const std::string& name, std::int32_t& code) {
+    if (!name.empty())
+        return findTool(services, name, code);
+    InstanceReference* const root = services.getTree().getRoot();
+    if (root == nullptr)
+        code =
+            ErrorCode::instance()->get("CORE_DETACHING", "The attachment ends", ErrorCode::Error);
+    return root;
+}
+
+std::int32_t refuseDuringTake(CoreServices& services) {
+    if (!services.isRecording())
+        return 0;
+    return ErrorCode::instance()->get("ALREADYRECORDING", "Already recording", ErrorCode::Error);
+}
+
+} // namespace MVR

@@ -1,0 +1,35 @@
+#include "core/services/fault_list.h"
+
+#include "core/base/sdk/log.h"
+
+#include <utility>
+
+namespace MVR {
+namespace {
+
+FaultList* listUnderWay = nullptr; // not owned
+
+} // namespace
+
+FaultList::Operation::Operation(FaultList& list) : outer_(std::exchange(listUnderWay, &list)) {
+    if (outer_ != nullptr)
+        return;
+    list.faults_.clear();
+    list.place_ = {};
+}
+
+FaultList::Operation::~Operation() {
+    listUnderWay = outer_;
+}
+
+FaultList* FaultList::underWay() {
+    return listUnderWay;
+}
+
+void FaultList::tell(const std::string& text) {
+    CoreFault& fault = faults_.emplace_back(place_);
+    fault.text = text;
+    Log(Log::Warning).write(toText(fault));
+}
+
+} // namespace MVR

@@ -1,0 +1,72 @@
+/// \file
+/// Tells the listeners of the core that the list of tools changed.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace MVR {
+
+class CoreServices;
+struct UndoParts;
+
+/// Gathers the changes of the tree of tools, so that one message CoreTools::kListChanged tells of
+/// all that belong together. One for each attachment. Host thread only.
+///
+/// - An operation opens a Scope; the message comes at the end of the outermost one in which
+///   something changed.
+/// - The objects that it leaves in the host's undo list each hold an UndoPart of the outermost
+///   scope in which they were made. The host undoes and redoes them one by one, and all of them:
+///   the message comes with the last. Not so in that scope itself, where the host cancels a step of
+///   what fails.
+class ToolListChanges {
+public:
+    class Scope {
+    public:
+        explicit Scope(ToolListChanges& changes) : changes_(changes) { ++changes_.depth_; }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+        ~Scope() { changes_.leave(); }
+
+    private:
+        ToolListChanges& changes_;
+    };
+
+    class UndoPart {
+    public:
+        explicit UndoPart(ToolListChanges& changes);
+        UndoPart(const UndoPart&) = delete;
+        UndoPart& operator=(const UndoPart&) = delete;
+        ~UndoPart();
+        /// The object was undone, or redone.
+        void finish();
+
+    private:
+        std::shared_ptr<UndoParts> parts_;
+        std::uint32_t lastPass_ = 0;
+    };
+
+    explicit ToolListChanges(CoreServices& services) : services_(services) {}
+    ToolListChanges(const ToolListChanges&) = delete;
+    ToolListChanges& operator=(const ToolListChanges&) = delete;
+
+    /// The list is another one.
+    void note();
+    /// The attachment ends: nothing more is told.
+    void silence() { isSilent_ = true; }
+
+private:
+    friend struct UndoParts;
+
+    void leave();
+    void tell();
+
+    CoreServices& services_;
+    std::int32_t depth_ = 0;
+    bool isChanged_ = false;
+    bool isSilent_ = false;
+    std::shared_ptr<UndoParts> parts_; // of the outermost scope; null until it has one
+};
+
+} // namespace MVR

@@ -9,6 +9,7 @@
 #include "unidevice/sdk/property.h"
 
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -366,6 +367,51 @@ TEST_F(ExtensionTest, FaultsTellModelToolElementAndReason) {
         faultLines(),
         ElementsAre("Model Gone, tool Gone, type: there is no such kind of tool: Gone",
                     "Model outer's, tool outer's, type: there is no such kind of tool: No"));
+}
+
+TEST_F(ExtensionTest, TheHostMayActInEachOfItsOwnCalls) {
+    rig->onCreate = [&](Testing::ScriptedTool& tool) {
+        tool.getInterface()->createNode("Eye", kNodeHelper, 0);
+    };
+    const std::string model = write("m.prm", rigText("m", rigText("n")));
+    const std::function<void()> acts[] = {
+        [&] { (void)tools->create("Rig", "b", "a", Tag(), nullptr); },
+        [&] { (void)tools->create("No", "b", "a", Tag(), nullptr); },
+        [&] { (void)models->load(model, "a"); },
+        [&] { (void)tools->rename("a", "c", nullptr); },
+        [&] { (void)tools->remove("a", true); },
+        [&] { (void)tools->setBindings("a", tools->getBindings("a"), nullptr); },
+        [&] { (void)tools->getExactConfiguration(); },
+        [&] { core->loadConfiguration(Tag("<MVR>" + rigText("d") + "</MVR>")); },
+        [&] { core->deleteAllInstances(); },
+    };
+    const char* const calls[] = {"beginUndo",        "addUndo", "endUndo", "createNode Eye 0",
+                                 "recordingStarted", "setTime", "redraw",  "recordingFinished"};
+    for (const char* place : calls)
+        for (std::size_t act = 0; act < std::size(acts); ++act) {
+            SCOPED_TRACE(std::string(place) + " " + std::to_string(act));
+            bool hasActed = false;
+            adaptor.onCall = [&](const std::string& call) {
+                if (call.rfind(place, 0) == 0 && !std::exchange(hasActed, true))
+                    acts[act]();
+            };
+            (void)tools->create("Rig", "a", "", Tag(), nullptr);
+            (void)core->startRecording();
+            core->stopRecording();
+            (void)core->resimulate(0, 0.2);
+            EXPECT_TRUE(hasActed);
+            adaptor.onCall = nullptr;
+            EXPECT_EQ(listed(), tree());
+            while (adaptor.undo()) {
+            }
+            while (adaptor.redo()) {
+            }
+            EXPECT_EQ(listed(), tree());
+            adaptor.clearUndo();
+            core->deleteAllInstances();
+            adaptor.nodes.clear();
+            EXPECT_EQ(listed(), "");
+        }
 }
 
 TEST_F(ExtensionTest, NothingIsMadeNorChangedWhenTheAttachmentEnds) {

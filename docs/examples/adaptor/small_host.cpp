@@ -2,6 +2,7 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/base/sdk/log.h"
+#include "plugins/contract/tool_identity.h"
 
 #include <iterator>
 #include <utility>
@@ -38,7 +39,9 @@ MVR::SceneNode* SmallHost::createNode(MVR::CInterface* tool, std::string name, s
     if (MVR::SceneNode* const present = createNode(tool, name)) {
         return present;
     }
-    nodes_.push_back(std::make_unique<SmallNode>(*this, std::move(name), tool));
+    nodes_.push_back(std::make_unique<SmallNode>(*this, name, tool));
+    // The user sees whose it is, unless the tool has a better name for it.
+    nodes_.back()->setName(MVR::getToolIdentity(*tool).name + " " + name);
     return nodes_.back().get();
 }
 

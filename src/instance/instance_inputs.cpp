@@ -39,7 +39,7 @@ UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t a
 
 void InstanceInputs::addForSpinner(std::int32_t componentId, const std::string& label) {
     constexpr std::int32_t kKinds = UniDevice::trinary | UniDevice::finite | UniDevice::infinite;
-    spinnerProperties_[componentId] = add("Spinner: " + label, kKinds);
+    spinnerProperties_.emplace_back(componentId, add("Spinner: " + label, kKinds));
 }
 
 Tag InstanceInputs::describe(const std::string& profileName, bool isExact) const {

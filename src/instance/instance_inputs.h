@@ -6,8 +6,9 @@
 #include "unidevice/sdk/property_handler.h"
 
 #include <cstdint>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace MVR {
 
@@ -33,7 +34,7 @@ public:
 
 private:
     UniDevice::PropertyHandler properties_;
-    std::map<std::int32_t, UniDevice::Property*> spinnerProperties_; // by component id
+    std::vector<std::pair<std::int32_t, UniDevice::Property*>> spinnerProperties_; // component ids
 };
 
 } // namespace MVR

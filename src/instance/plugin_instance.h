@@ -81,7 +81,7 @@ public:
     [[nodiscard]] bool isInTree() const;
     /// For the reference, after its in-tree flag changed: reserves the name or frees it.
     void updateNameUse();
-    /// Takes the tool out of the tree as an undoable step; with `deleteScene` the scene objects
+    /// Removes the tool from the tree as an undoable step; with `deleteScene` the scene objects
     /// behind it go too.
     void unplug(bool deleteScene);
 

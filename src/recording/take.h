@@ -45,9 +45,9 @@ public:
 
     [[nodiscard]] TakeSource getSource() const { return source_; }
     [[nodiscard]] State getState() const { return state_; }
-    /// True until all tools are finished.
+    /// True until close().
     [[nodiscard]] bool isRecording() const { return state_ < State::Closing; }
-    /// True while frames may come and nobody ends it.
+    /// True while frames may come: nobody is ending it.
     [[nodiscard]] bool isGoingOn() const { return state_ < State::Finishing; }
 
     [[nodiscard]] double getStart() const { return start_; }
@@ -59,7 +59,7 @@ public:
 
     /// Sorts the tools, tells the host, activates the devices and prepares the tools.
     void begin();
-    /// Keeps the log down to errors until finishTools() or restoreLog(), so that no frame writes.
+    /// Keeps the log down to errors until restoreLog(), so that no frame writes to it.
     void quietLog();
     void restoreLog() const;
     /// One frame: the devices are polled, then each tool makes its step.

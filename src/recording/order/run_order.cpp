@@ -4,7 +4,6 @@
 #include "core/contract/adaptor_interface.h"
 #include "plugins/contract/scene_node.h"
 
-#include <algorithm>
 #include <numeric>
 #include <unordered_map>
 #include <utility>
@@ -22,8 +21,12 @@ public:
     RunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools, const NameOf& nameOf)
         : tools_(tools), nameOf_(nameOf), isVisited_(tools.size(), false) {
         nodes_.reserve(tools.size());
+        nodesEnd_.reserve(tools.size());
+        indices_.reserve(tools.size());
         for (std::size_t i = 0; i < tools.size(); ++i) {
-            nodes_.push_back(host.getNodes(tools[i]));
+            const std::vector<SceneNode*> nodes = host.getNodes(tools[i]);
+            nodes_.insert(nodes_.end(), nodes.begin(), nodes.end());
+            nodesEnd_.push_back(nodes_.size());
             indices_.emplace(tools[i], i);
         }
     }
@@ -39,23 +42,22 @@ public:
 private:
     struct Visit {
         std::size_t index;
-        std::size_t nextNode;
-        SceneNode* parent; // a handle, held while its owner is visited
+        std::size_t nextNode; // in nodes_
+        SceneNode* parent;    // a handle, held while its owner is visited
     };
 
     void begin(std::size_t index) {
         isVisited_[index] = true;
-        open_.push_back({index, 0, nullptr});
+        open_.push_back({index, firstNode(index), nullptr});
     }
 
     void visit(std::size_t start) {
         begin(start);
         while (!open_.empty()) {
             Visit& current = open_.back();
-            const std::vector<SceneNode*>& nodes = nodes_[current.index];
             if (current.parent != nullptr)
-                nodes[current.nextNode++]->release(std::exchange(current.parent, nullptr));
-            if (current.nextNode < nodes.size()) {
+                nodes_[current.nextNode++]->release(std::exchange(current.parent, nullptr));
+            if (current.nextNode < nodesEnd_[current.index]) {
                 visitNode(current);
                 continue;
             }
@@ -67,7 +69,7 @@ private:
     }
 
     void visitNode(Visit& current) {
-        SceneNode& node = *nodes_[current.index][current.nextNode];
+        SceneNode& node = *nodes_[current.nextNode];
         write("  Node: ", node.getName());
         current.parent = node.getParent();
         if (current.parent == nullptr) {
@@ -83,9 +85,13 @@ private:
 
     /// Handles of one host object may differ: the host's word counts.
     bool owns(std::size_t index, SceneNode& handle) const {
-        return std::any_of(nodes_[index].begin(), nodes_[index].end(),
-                           [&handle](SceneNode* node) { return handle.isSameNode(node); });
+        for (std::size_t i = firstNode(index); i < nodesEnd_[index]; ++i)
+            if (handle.isSameNode(nodes_[i]))
+                return true;
+        return false;
     }
+
+    std::size_t firstNode(std::size_t index) const { return index > 0 ? nodesEnd_[index - 1] : 0; }
 
     void write(const char* what, const std::string& name) {
         if (isLogged_)
@@ -94,7 +100,8 @@ private:
 
     const std::vector<CInterface*>& tools_;
     const NameOf& nameOf_;
-    std::vector<std::vector<SceneNode*>> nodes_;                 // by index in tools_
+    std::vector<SceneNode*> nodes_;     // of all tools, in one piece of memory
+    std::vector<std::size_t> nodesEnd_; // in nodes_, by index in tools_
     std::unordered_map<const CInterface*, std::size_t> indices_; // in tools_
     std::vector<bool> isVisited_; // or being visited: tools may own each other's parents
     std::vector<Visit> open_;
@@ -104,8 +111,6 @@ private:
 };
 
 void writeNames(std::string text, const std::vector<std::size_t>& order, const NameOf& nameOf) {
-    if (Log::getThreshold() < Log::Notice)
-        return;
     for (const std::size_t index : order)
         text += nameOf(index) + "\n";
     Log(Log::Notice).write(text);
@@ -115,11 +120,15 @@ void writeNames(std::string text, const std::vector<std::size_t>& order, const N
 
 std::vector<std::size_t> findRunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools,
                                       const NameOf& nameOf) {
-    std::vector<std::size_t> order(tools.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    writeNames("Before sort: ", order, nameOf);
-    order = RunOrder(host, tools, nameOf).find();
-    writeNames("After sort: ", order, nameOf);
+    const bool isLogged = Log::getThreshold() >= Log::Notice;
+    if (isLogged) {
+        std::vector<std::size_t> given(tools.size());
+        std::iota(given.begin(), given.end(), std::size_t{0});
+        writeNames("Before sort: ", given, nameOf);
+    }
+    std::vector<std::size_t> order = RunOrder(host, tools, nameOf).find();
+    if (isLogged)
+        writeNames("After sort: ", order, nameOf);
     return order;
 }
 

@@ -7,6 +7,7 @@
 #include "platform/windows.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/instance_reference.h"
+#include "plugins/model/elements/model_parts.h"
 #include "unidevice/sdk/profile_managers.h"
 
 #include <cstddef>
@@ -121,12 +122,17 @@ void CoreImplementation::loadConfiguration(Tag configuration) {
         Log(Log::Warning).write("A configuration names no folder of models", folder, Log::OwnLevel);
         configuration.attributeRef("path").clear();
     }
+    if (getRoot() != nullptr && configuration.hasName(ModelWord::kTree))
+        getRoot()->getModelParts().unknown.readTree(configuration);
     create(std::move(configuration), nullptr, false);
 }
 
 void CoreImplementation::deleteAllInstances() {
-    while (getRoot() != nullptr && !getRoot()->getChildren().empty())
+    if (getRoot() == nullptr)
+        return;
+    while (!getRoot()->getChildren().empty())
         getRoot()->getChildReference(getRoot()->getChildren().size() - 1)->destroy();
+    getRoot()->getModelParts().unknown.clear();
 }
 
 std::int32_t CoreImplementation::openMainDialog(std::intptr_t parentWindow) {

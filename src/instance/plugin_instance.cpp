@@ -192,7 +192,7 @@ void PluginInstance::applyConfigProfile(const Tag& profile) {
     panel_.apply(profile);
 }
 
-Tag PluginInstance::getInputProfile(const std::string& profileName) const {
+Tag PluginInstance::getInputProfile(const std::string& profileName) {
     return inputs_.describe(profileName);
 }
 

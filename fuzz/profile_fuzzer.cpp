@@ -88,7 +88,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const Tag& preset = inputs.element(i)->data;
         const std::int32_t missing = host.tool->applyInputProfile(preset);
         require(missing >= 0 && missing <= preset.childCount());
-        require(host.tool->applyInputProfile(host.tool->getInputProfile("again")) == 0);
+        const Tag saved = host.tool->getInputProfile("again"); // with what isn't there
+        require(host.tool->applyInputProfile(saved) <= missing);
+        require(host.tool->getInputProfile("again") == saved);
+        host.tool->applyConfigProfile(preset);
+        require(host.tool->getConfigProfile("").childCount() <= preset.childCount());
     }
     removeEach(inputs, folder.path, folder.path + "/file.oip");
     removeEach(configs, folder.path, folder.path + "/file.ocp");

@@ -7,6 +7,7 @@
 #include "platform/windows.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/instance_reference.h"
+#include "plugins/model/elements/model_parts.h"
 #include "unidevice/sdk/profile_managers.h"
 
 #include <cstddef>
@@ -121,17 +122,23 @@ void CoreImplementation::loadConfiguration(Tag configuration) {
         Log(Log::Warning).write("A configuration names no folder of models", folder, Log::OwnLevel);
         configuration.attributeRef("path").clear();
     }
-    if (getRoot() != nullptr) // else the attachment ends
-        create(std::move(configuration), nullptr, false);
+    if (getRoot() == nullptr) // the attachment ends
+        return;
+    if (configuration.hasName(ModelWord::kTree))
+        getRoot()->getModelParts().unknown.readTree(configuration);
+    create(std::move(configuration), nullptr, false);
 }
 
 void CoreImplementation::deleteAllInstances() {
-    if (getRoot() == nullptr || getRoot()->getChildren().empty())
+    if (getRoot() == nullptr)
         return;
     const ToolListChanges::Scope change(door_.getToolListChanges());
-    door_.getToolListChanges().note();
+    if (!getRoot()->getChildren().empty())
+        door_.getToolListChanges().note();
     while (getRoot() != nullptr && !getRoot()->getChildren().empty())
         getRoot()->getChildReference(getRoot()->getChildren().size() - 1)->destroy();
+    if (getRoot() != nullptr)
+        getRoot()->getModelParts().unknown.clear();
 }
 
 std::int32_t CoreImplementation::openMainDialog(std::intptr_t parentWindow) {

@@ -9,32 +9,31 @@ namespace MVR {
 
 namespace {
 
-Tag describeProperty(const UniDevice::Property& property, bool isExact) {
-    Tag entry;
-    property.toTag(entry, isExact);
-    if (property.control != nullptr) {
-        Tag control;
-        property.control->toTag(control);
-        entry.addChild(std::move(control));
-    }
-    return entry;
-}
+constexpr const char* kProfile = "profile";
+constexpr const char* kProperty = "property";
+constexpr const char* kControl = "control";
+constexpr const char* kName = "name";
 
-/// False if the control that `entry` names isn't there: the property stays unbound.
-bool applyProperty(UniDevice::Property& property, const Tag& entry) {
-    property.readSettings(entry);
-    const Tag& wanted = entry.child("control");
-    if (wanted.isEmpty())
-        return true;
-    UniDevice::Control* const control = UniDevice::DeviceHandler::instance()->findControl(wanted);
-    property.bind(control);
-    return control != nullptr;
+bool isParameter(const Tag& element) {
+    static const Tag all = [] {
+        Tag tag;
+        UniDevice::Property("", 0).toTag(tag);
+        return tag;
+    }();
+    return all.childCount(element.name()) > 0;
 }
 
 } // namespace
 
 UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t acceptedKinds) {
-    return properties_.getOrCreate(name, acceptedKinds, UniDevice::Property::PlainFactory());
+    UniDevice::Property* const property =
+        properties_.getOrCreate(name, acceptedKinds, UniDevice::Property::PlainFactory());
+    const Tag kept = unknownProperties_.release([&name](const Tag& entry) {
+        return entry.hasName(kProperty) && entry.attribute(kName) == name;
+    });
+    if (!kept.isEmpty())
+        (void)applyProperty(*property, kept);
+    return property;
 }
 
 void InstanceInputs::addForSpinner(std::int32_t componentId, const std::string& label) {
@@ -42,29 +41,71 @@ void InstanceInputs::addForSpinner(std::int32_t componentId, const std::string& 
     spinnerProperties_.emplace_back(componentId, add("Spinner: " + label, kKinds));
 }
 
-Tag InstanceInputs::describe(const std::string& profileName, bool isExact) const {
-    Tag profile = Tag::element("profile");
-    profile.attributeRef("name") = profileName;
+Tag InstanceInputs::describe(const std::string& profileName, bool isExact) {
+    Tag profile = Tag::element(kProfile);
+    profile.attributeRef(kName) = profileName;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
         profile.addChild(describeProperty(*properties_.property(i), isExact));
+    unknownProperties_.writeTo(profile);
     return profile;
 }
 
+Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool isExact) {
+    Tag entry;
+    property.toTag(entry, isExact);
+    Tag control; // stays empty for what stands in for no control in a resimulation
+    if (property.control != nullptr)
+        property.control->toTag(control);
+    const auto kept = kept_.find(property.name);
+    if (kept == kept_.end()) {
+        entry.addChild(std::move(control));
+        return entry;
+    }
+    if (control.isEmpty())
+        kept->second.control.writeTo(entry);
+    else
+        kept->second.control.clear(); // it was bound since
+    entry.addChild(std::move(control));
+    kept->second.others.writeTo(entry);
+    return entry;
+}
+
 std::int32_t InstanceInputs::apply(const Tag& profile) {
-    if (profile.isEmpty() || !profile.hasName("profile"))
+    if (profile.isEmpty() || !profile.hasName(kProfile))
         return kNoProfile;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
         properties_.property(i)->bind(nullptr);
+    kept_.clear();
+    unknownProperties_.clear();
     std::int32_t missing = 0;
-    for (std::int32_t i = 0; i < profile.childCount(); ++i) {
-        const Tag& entry = profile.child(i);
-        if (!entry.hasName("property"))
-            continue;
-        UniDevice::Property* const property = properties_.property(entry.attribute("name"));
+    unknownProperties_.keepUnknown(profile, [this, &missing](const Tag& entry) {
+        UniDevice::Property* const property =
+            entry.hasName(kProperty) ? properties_.property(entry.attribute(kName)) : nullptr;
         if (property != nullptr && !applyProperty(*property, entry))
             ++missing;
-    }
+        return property != nullptr;
+    });
     return missing;
+}
+
+/// False if the control that `entry` names isn't there: the property stays unbound.
+bool InstanceInputs::applyProperty(UniDevice::Property& property, const Tag& entry) {
+    property.readSettings(entry);
+    Kept kept;
+    kept.others.keepUnknown(
+        entry, [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
+    const Tag& wanted = entry.child(kControl);
+    if (!wanted.isEmpty()) {
+        property.bind(UniDevice::DeviceHandler::instance()->findControl(wanted));
+        if (property.control == nullptr)
+            kept.control.keep(wanted);
+    }
+    const bool isMissing = !kept.control.isEmpty();
+    if (isMissing || !kept.others.isEmpty())
+        kept_[property.name] = std::move(kept);
+    else
+        kept_.erase(property.name); // of several elements for one property the last counts
+    return !isMissing;
 }
 
 } // namespace MVR

@@ -2,10 +2,12 @@
 /// The inputs of one placed tool.
 #pragma once
 
+#include "data/kept_elements.h"
 #include "data/sdk/tag.h"
 #include "unidevice/sdk/property_handler.h"
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,7 +20,8 @@ public:
     /// What apply() returns for a tag that is no profile.
     static constexpr std::int32_t kNoProfile = 9999999;
 
-    /// Returns the property of this name, which it makes if there is none.
+    /// Returns the property of this name, which it makes if there is none. A new one gets what is
+    /// kept for it.
     UniDevice::Property* add(const std::string& name, std::int32_t acceptedKinds);
     /// Adds the property by which a take moves the value of a spinner; `componentId` is that of the
     /// spinner in the panel.
@@ -26,14 +29,28 @@ public:
     /// In order of creation.
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
 
-    /// Returns a tag "profile" of the present bindings and parameters.
-    [[nodiscard]] Tag describe(const std::string& profileName, bool isExact) const;
-    /// Replaces all bindings. Returns the number of controls that were not found, or `kNoProfile`,
-    /// with nothing changed.
+    /// Returns a tag "profile" of the present bindings and parameters, and of what is kept; the
+    /// parameters with all their digits if `isExact`, else with six.
+    [[nodiscard]] Tag describe(const std::string& profileName, bool isExact);
+    /// Replaces all bindings. What it can't apply is kept until the next profile: a control that
+    /// isn't there, unless its property gets another meanwhile; a property that the tool doesn't
+    /// have, until it has; elements of no known word. Returns the number of controls that were not
+    /// found, or `kNoProfile`, with nothing changed.
     std::int32_t apply(const Tag& profile);
 
 private:
+    /// What is kept of one property.
+    struct Kept {
+        KeptElements control; // at most one
+        KeptElements others;
+    };
+
+    [[nodiscard]] Tag describeProperty(const UniDevice::Property& property, bool isExact);
+    [[nodiscard]] bool applyProperty(UniDevice::Property& property, const Tag& entry);
+
     UniDevice::PropertyHandler properties_;
+    std::map<std::string, Kept> kept_; // by property; only those of which there is something
+    KeptElements unknownProperties_;
     std::vector<std::pair<std::int32_t, UniDevice::Property*>> spinnerProperties_; // component ids
 };
 

@@ -26,9 +26,15 @@ void InstancePanel::clear() {
 Tag InstancePanel::describe(const std::string& profileName) const {
     Tag profile = Tag::element("profile");
     profile.attributeRef("name") = profileName;
+    values_.writeTo(profile);
     return profile;
 }
 
-void InstancePanel::apply(const Tag&) {} // the values are those of a dialog
+void InstancePanel::apply(const Tag& profile) {
+    if (profile.isEmpty())
+        return;
+    values_.clear();
+    values_.keepUnknown(profile, [](const Tag&) { return false; });
+}
 
 } // namespace MVR

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"
+#include "data/kept_elements.h"
 #include "data/sdk/tag.h"
 #include "instance/combo_updater.h"
 #include "instance/panel_layout.h"
@@ -15,7 +16,8 @@ namespace MVR {
 /// What a tool described as its panel, and the values in it as a profile.
 ///
 /// The dialog around a panel is built from the frame that all tools share. There is no such frame
-/// yet, so no dialog comes into being and a profile carries no values.
+/// yet, so no dialog comes into being: the values of a profile are kept as they were read, until
+/// another profile is applied.
 class InstancePanel {
 public:
     /// The layout in the making, to add groups and all controls but combos to.
@@ -35,11 +37,12 @@ public:
 
     /// Returns a tag "profile" of the values.
     [[nodiscard]] Tag describe(const std::string& profileName) const;
-    /// Sets the values that `profile` has.
+    /// Replaces the values by those that `profile` has; an empty tag changes nothing.
     void apply(const Tag& profile);
 
 private:
     PanelLayout layout_;
+    KeptElements values_;
     std::vector<Util::Owned<COREComboUpdater>> comboUpdaters_;
 };
 

@@ -194,7 +194,7 @@ void PluginInstance::applyConfigProfile(const Tag& profile) {
     panel_.apply(profile);
 }
 
-Tag PluginInstance::getInputProfile(const std::string& profileName, bool isExact) const {
+Tag PluginInstance::getInputProfile(const std::string& profileName, bool isExact) {
     return inputs_.describe(profileName, isExact);
 }
 

@@ -109,7 +109,7 @@ public:
     [[nodiscard]] Tag getConfigProfile(const std::string& profileName) const;
     void applyConfigProfile(const Tag& profile);
     /// The bindings of its inputs and their parameters, as InstanceInputs tells.
-    [[nodiscard]] Tag getInputProfile(const std::string& profileName, bool isExact = false) const;
+    [[nodiscard]] Tag getInputProfile(const std::string& profileName, bool isExact = false);
     /// Broadcasts `kInputProfileApplied`, unless it returns `kNoProfile`.
     std::int32_t applyInputProfile(const Tag& profile);
 

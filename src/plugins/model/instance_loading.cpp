@@ -12,6 +12,7 @@
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
+#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
 #include "plugins/model/elements/tool_name.h"
 #include "plugins/model/elements/tool_type.h"
@@ -121,6 +122,7 @@ bool ToolLoad::begin() {
     adaptor().beginUndo("Create Oskel " + type);
     if (!makeInstance(*plugin, type))
         return false;
+    reference_.get()->getModelParts().unknown.read(data_);
     ToolLoading tool{*reference_.get(), *reference_.get()->getInstance(), place_, path_};
     loadElements(Moment::BeforeInit, tool, data_);
     if (reference_.get() == nullptr) { // the tool took itself away

@@ -8,6 +8,7 @@
 #include "plugins/instance_reference.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
+#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
 
 #include <cstddef>
@@ -53,6 +54,13 @@ public:
         out_ = &out;
     }
 
+    /// The tools below have been written.
+    void finish() {
+        if (InstanceReference* const reference = saved_.get();
+            reference != nullptr && !out_->isEmpty())
+            reference->getModelParts().unknown.writeTo(*out_);
+    }
+
     InstanceReference* nextChild() {
         InstanceReference* const reference = saved_.get(); // a tool may end on the way
         if (reference == nullptr || next_ >= reference->getChildren().size())
@@ -73,11 +81,16 @@ private:
 void saveTree(InstanceReference& top, Tag& out, std::uint32_t mask) {
     std::deque<ToolSave> open;
     open.emplace_back(top, mask).moveTo(out);
-    while ((mask & SaveMask::kNoChildren) == 0 && !open.empty()) {
+    const bool hasChildren = (mask & SaveMask::kNoChildren) == 0;
+    while (!open.empty()) {
         ToolSave& parent = open.back();
-        InstanceReference* const child = parent.nextChild();
-        if (child == nullptr || !open.emplace_back(*child, mask).moveTo(parent))
-            open.pop_back();
+        if (InstanceReference* const child = hasChildren ? parent.nextChild() : nullptr) {
+            if (!open.emplace_back(*child, mask).moveTo(parent))
+                open.pop_back();
+            continue;
+        }
+        parent.finish();
+        open.pop_back();
     }
     if ((mask & SaveMask::kPacked) != 0 && out.hasName(ModelWord::kTool))
         out = packTag(out, ModelWord::kTool);

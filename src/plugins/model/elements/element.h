@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace MVR {
 
@@ -60,7 +61,7 @@ struct NodeLoading {
 /// A row of the table of elements.
 template <class Saving, class Loading>
 struct ElementRow {
-    const char* word;
+    std::string_view word;
     std::uint32_t bits; ///< of SaveMask: any of them lets it be written, or read in a pass
     Moment moment;
     std::int32_t turn; ///< among those that are read at one moment

@@ -3,6 +3,7 @@
 #include "plugins/model/elements/high_poly.h"
 #include "plugins/model/elements/high_poly_names.h"
 #include "plugins/model/elements/node_selection.h"
+#include "plugins/model/elements/unknown_elements.h"
 
 namespace MVR {
 
@@ -11,6 +12,7 @@ struct ModelParts {
     HighPoly highPoly;
     HighPolyNames highPolyNames;
     NodeSelection selection;
+    UnknownElements unknown;
 };
 
 } // namespace MVR

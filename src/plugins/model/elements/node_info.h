@@ -2,7 +2,9 @@
 
 #include "core/base/sdk/log.h"
 #include "data/sdk/tag.h"
+#include "plugins/instance_reference.h"
 #include "plugins/model/elements/element.h"
+#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
 
 namespace MVR {
@@ -13,7 +15,9 @@ struct NodeInfoElement {
 
     static void save(const ToolSaving& tool, Tag& out) {
         Log entry("Creating node tag", Log::Notice);
-        saveNodeInfo(tool, out.addChild(Tag::element(kWord)));
+        Tag& nodeInfo = out.addChild(Tag::element(kWord));
+        saveNodeInfo(tool, nodeInfo);
+        tool.reference.getModelParts().unknown.writeToNodeInfo(nodeInfo);
     }
     static void load(ToolLoading& tool, const Tag& data) {
         Log(Log::Notice).write("Fetching node info tag");

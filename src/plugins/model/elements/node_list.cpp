@@ -15,8 +15,6 @@
 namespace MVR {
 namespace {
 
-constexpr const char* kName = "name";
-
 /// The node of this name, made if the scene doesn't have it; null if the host can't.
 SceneNode* getOrCreateNode(PluginInstance& instance, const std::string& name) {
     if (SceneNode* const node = instance.createNode(name))
@@ -25,8 +23,7 @@ SceneNode* getOrCreateNode(PluginInstance& instance, const std::string& name) {
     return instance.createNode(name, 0, reinterpret_cast<std::intptr_t>(&mesh), 0);
 }
 
-void loadOne(ToolLoading& tool, const Tag& data) {
-    const std::string name = data.attribute(kName);
+void loadOne(ToolLoading& tool, const std::string& name, const Tag& data) {
     SceneNode* const node = getOrCreateNode(tool.instance, name);
     if (node == nullptr)
         return tool.place.log("node " + name, "the host can't make it");
@@ -39,26 +36,26 @@ void loadOne(ToolLoading& tool, const Tag& data) {
 
 void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
     AdaptorInterface& adaptor = *tool.instance.getServices().getAdaptor();
+    const UnknownElements& unknown = tool.reference.getModelParts().unknown;
     for (SceneNode* node : adaptor.getNodes(&tool.instance)) {
         Tag& tag = nodeInfo.addChild(Tag::element(kWord));
-        tag.attributeRef(kName) = node->getName();
+        const std::string name = node->getName();
+        tag.attributeRef(kNameAttribute) = name;
         saveNode({tool, *node}, tag);
+        unknown.writeToNode(name, tag);
     }
 }
 
 void NodeListElement::load(ToolLoading& tool, const Tag& nodeInfo) {
     Log entry("Traversing detected nodes", Log::Notice);
     tool.reference.getModelParts().highPolyNames.clear();
-    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
-        if (nodeInfo.child(i).hasName(kWord))
-            loadOne(tool, nodeInfo.child(i));
+    forEach(nodeInfo,
+            [&tool](const std::string& name, const Tag& node) { loadOne(tool, name, node); });
 }
 
 std::vector<std::string> NodeListElement::readNames(const Tag& nodeInfo) {
     std::vector<std::string> names;
-    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
-        if (nodeInfo.child(i).hasName(kWord))
-            names.push_back(nodeInfo.child(i).attribute(kName));
+    forEach(nodeInfo, [&names](const std::string& name, const Tag&) { names.push_back(name); });
     return names;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/sdk/tag.h"
 #include "plugins/model/elements/element.h"
 
 #include <string>
@@ -10,11 +11,19 @@ namespace MVR {
 /// The scene nodes of a tool, an element for each.
 struct NodeListElement {
     static constexpr const char* kWord = "node";
+    static constexpr const char* kNameAttribute = "name";
 
     static void save(const ToolSaving& tool, Tag& nodeInfo);
     static void load(ToolLoading& tool, const Tag& nodeInfo);
     /// The names of the nodes in `nodeInfo`, in their order.
     [[nodiscard]] static std::vector<std::string> readNames(const Tag& nodeInfo);
+    /// Calls `visit(name, element)` for each node.
+    template <class Visit>
+    static void forEach(const Tag& nodeInfo, Visit visit) {
+        for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
+            if (const Tag& node = nodeInfo.child(i); node.hasName(kWord))
+                visit(node.attribute(kNameAttribute), node);
+    }
 };
 
 } // namespace MVR

@@ -29,9 +29,7 @@ void NodeSelection::save(const ToolSaving& tool, Tag& nodeInfo) {
                 owner == &tool.reference ? "" : owner->getInstance()->getName();
         }
     }
-    if (selection.groups_.empty()) // nothing of it was there when it was read
-        for (const Tag& tag : selection.read_)
-            nodeInfo.addChild(tag);
+    selection.missing_.writeTo(nodeInfo);
 }
 
 void NodeSelection::load(ToolLoading& tool, const Tag& nodeInfo) {
@@ -39,22 +37,24 @@ void NodeSelection::load(ToolLoading& tool, const Tag& nodeInfo) {
     tool.isBranchDone = true;
     NodeSelection& selection = tool.reference.getModelParts().selection;
     selection.groups_.clear();
-    selection.read_.clear();
+    selection.missing_.clear();
     std::vector<const Tag*> selected;
     for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
         if (nodeInfo.child(i).hasName(kWord))
             selected.push_back(&nodeInfo.child(i));
     for (const Tag* tag : selected) {
-        selection.read_.push_back(*tag);
         InstanceReference* const owner = findLinkedTool(tool, *tag);
         if (owner == nullptr) {
             entry.write("external", "Error: External instance not found", Log::OwnLevel);
+            selection.missing_.keep(*tag);
             continue;
         }
         entry.write("external instance", owner->getInstance()->getName(), Log::OwnLevel);
         SceneNode* const node = findLinkedNode(tool, *owner, tag->value(), kWord, entry);
-        if (node == nullptr)
+        if (node == nullptr) {
+            selection.missing_.keep(*tag);
             continue;
+        }
         if (tag == selected.front())
             node->extend(NodeCommand::kOpenSelection, 0);
         node->select();

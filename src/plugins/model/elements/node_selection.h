@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/sdk/tag.h"
+#include "data/kept_elements.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/element.h"
 
@@ -27,7 +27,7 @@ private:
     void add(InstanceReference& owner, const std::string& node);
 
     std::vector<Group> groups_;
-    std::vector<Tag> read_; // the elements that groups_ was read from
+    KeptElements missing_; // whose node wasn't there
 };
 
 } // namespace MVR

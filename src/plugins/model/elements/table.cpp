@@ -20,6 +20,7 @@
 #include "plugins/model/elements/tool_type.h"
 #include "plugins/model/elements/tree_states.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -108,6 +109,12 @@ std::uint32_t bitsIn(const Rows& rows, Moment moment) {
     return bits;
 }
 
+template <class Rows>
+bool isIn(const Rows& rows, std::string_view word) {
+    return std::any_of(rows.begin(), rows.end(),
+                       [word](const auto& row) { return word == row.word; });
+}
+
 constexpr bool isOfPass(Moment moment) {
     return moment >= Moment::EachPass;
 }
@@ -172,6 +179,18 @@ void loadNode(NodeLoading& node, const Tag& data) {
     for (const NodeElement& row : kNodeReading)
         if ((row.bits & node.tool.stages) != 0)
             row.load(node, data);
+}
+
+bool isElementOfTool(std::string_view word) {
+    return isIn(kInTool, word);
+}
+
+bool isElementOfNodeInfo(std::string_view word) {
+    return isIn(kInNodeInfo, word);
+}
+
+bool isElementOfNode(std::string_view word) {
+    return isIn(kInNode, word);
 }
 
 std::uint32_t bitsOf(Moment moment) {

@@ -4,6 +4,8 @@
 
 #include "plugins/model/elements/element.h"
 
+#include <string_view>
+
 namespace MVR {
 
 /// Writes those of a tool's elements that its mask lets through. False if the tool ended on the
@@ -20,6 +22,11 @@ void saveNodeInfo(const ToolSaving& tool, Tag& out);
 void loadNodeInfo(ToolLoading& tool, const Tag& nodeInfo);
 void saveNode(const NodeSaving& node, Tag& out);
 void loadNode(NodeLoading& node, const Tag& data);
+
+/// Whether a word is in the table.
+[[nodiscard]] bool isElementOfTool(std::string_view word);
+[[nodiscard]] bool isElementOfNodeInfo(std::string_view word);
+[[nodiscard]] bool isElementOfNode(std::string_view word);
 
 /// The bits of all elements that are read at a moment.
 [[nodiscard]] std::uint32_t bitsOf(Moment moment);

@@ -1,0 +1,160 @@
+#include "plugins/contract/extension_ids.h"
+#include "plugins/tree_test.h"
+#include "support/scripted_device.h"
+#include "support/scripted_tool.h"
+
+#include <initializer_list>
+
+namespace {
+
+using namespace MVR;
+using Testing::ScriptedPlugin;
+using Testing::ScriptedTool;
+
+/// The first element at the end of a way of words.
+Tag& at(Tag& top, std::initializer_list<const char*> way) {
+    Tag* tag = &top;
+    for (const char* word : way)
+        tag = &tag->child(word);
+    return *tag;
+}
+
+void clearNames(Tag& tool) {
+    tool.child("name").clear();
+    for (std::int32_t i = 0; i < tool.childCount(); ++i)
+        if (tool.child(i).hasName("MVR_Plugin"))
+            clearNames(tool.child(i));
+}
+
+struct KeptElementsTest : Testing::TreeTest {
+    void SetUp() override {
+        TreeTest::SetUp();
+        rig = &ScriptedPlugin::add("PRM");
+        rig->properties = {"Move", "Turn"};
+    }
+
+    Tag saved(std::uint32_t mask) {
+        Tag tag;
+        (void)find("Rig")->save(tag, mask);
+        return tag;
+    }
+    /// What a tool with a node and a tool below it saves, and what nobody here can apply: at the
+    /// end of each parent, as long as the mask lets that parent through.
+    Tag withKept(std::uint32_t mask) {
+        core->create(
+            Tag("<MVR_Plugin><type>PRM</type><name>Rig</name><nodeinfo><node name=\"Body\"/>"
+                "</nodeinfo><MVR_Plugin><type>PRM</type><name>Child</name></MVR_Plugin>"
+                "</MVR_Plugin>"),
+            nullptr, false);
+        Tag data = saved(mask);
+        core->deleteAllInstances();
+        if ((mask & SaveMask::kSelection) != 0)
+            at(data, {"nodeinfo"}).addChild(Tag("<select external=\"Gone\">Body</select>"));
+        struct {
+            std::initializer_list<const char*> parent;
+            const char* kept;
+        } const cases[] = {
+            {{}, "<later kind=\"x\"><a>1</a><b/></later>"},
+            {{}, "<about>A rig</about>"},
+            {{"MVR_Plugin"}, "<later>of the child</later>"},
+            {{"nodeinfo"}, "<group>g</group>"},
+            {{"nodeinfo", "node"}, "<material>red</material>"},
+            {{"nodeinfo", "node"}, "<material>blue</material>"},
+            {{"configprofile", "profile"}, "<panel><value id=\"7\">3</value></panel>"},
+            {{"inputprofile", "profile"}, "<property name=\"Zoom\"><offset>2</offset></property>"},
+            {{"inputprofile", "profile"}, "<later/>"},
+            {{"inputprofile", "profile", "property"},
+             "<control device=\"Gone\" type=\"X\"><description>Gone: X</description></control>"},
+            {{"inputprofile", "profile", "property"}, "<curve>2</curve>"},
+        };
+        for (const auto& each : cases)
+            at(data, each.parent).addChild(Tag(each.kept));
+        return data;
+    }
+
+    ScriptedPlugin* rig = nullptr; // the core's
+};
+
+TEST_F(KeptElementsTest, WhatCantBeAppliedIsSavedAsItWasRead) {
+    for (const std::uint32_t mask : {SaveMask::kModel, SaveMask::kScene}) {
+        const Tag data = withKept(mask);
+        InstanceReference* const made = core->create(data, nullptr, false);
+        ASSERT_NE(made, nullptr);
+        EXPECT_TRUE(saved(mask) == data) << saved(mask).toText("\n", " ", "");
+        EXPECT_TRUE(saved(mask) == data) << "once more";
+        adaptor.undo();
+        EXPECT_EQ(tree(), "");
+        adaptor.redo();
+        EXPECT_TRUE(saved(mask) == data) << "undone and redone";
+        Tag original = saved(mask & SaveMask::kClone);
+        Tag copy;
+        (void)made->clone()->save(copy, mask & SaveMask::kClone);
+        clearNames(original);
+        clearNames(copy);
+        EXPECT_TRUE(copy == original) << copy.toText("\n", " ", "");
+        // A mask that leaves an element out leaves out what is kept in it.
+        const std::string bare = saved(SaveMask::kNoChildren).toText("", "", "");
+        EXPECT_EQ(bare, "<MVR_Plugin version=\"2.5\"><type>PRM</type><name>Rig</name>"
+                        "<later kind=\"x\"><a>1</a><b/></later><about>A rig</about></MVR_Plugin>");
+        core->deleteAllInstances();
+        adaptor.clearUndo();
+        adaptor.nodes.clear();
+    }
+}
+
+TEST_F(KeptElementsTest, ASceneKeepsWhatStandsBetweenItsTools) {
+    const Tag scene("<MVR><note>n</note>" + rigText("Rig") +
+                    "<MVR_Plugin><type>PRM</type><name>A"
+                    "</name></MVR_Plugin><note>m</note></MVR>");
+    core->loadConfiguration(scene);
+    EXPECT_EQ(core->getConfiguration().childCount("note"), 2);
+    EXPECT_EQ(core->getConfiguration().child(2).value(), "m") << "behind the tool";
+    core->deleteAllInstances();
+    EXPECT_EQ(core->getConfiguration().childCount(), 0) << "the next scene has none of it";
+}
+
+TEST_F(KeptElementsTest, TheUserEndsTheKeepingAndNobodyElse) {
+    const Tag data = withKept(SaveMask::kModel);
+    core->create(data, nullptr, false);
+    PluginInstance& tool = *find("Rig")->getInstance();
+    UniDevice::Property& move = *tool.findProperty("Move");
+    const auto inputs = [&] { return tool.getInputProfile("").toText("", "", ""); };
+    const Tag preset = tool.getInputProfile("Mine");
+    const auto property = [&] { return tool.getInputProfile("").child(0); };
+
+    auto* const device = new Testing::ScriptedDevice("Gone");
+    UniDevice::Control* const axis = device->add("X");
+    EXPECT_EQ(move.control, nullptr);
+    EXPECT_EQ(property().childCount("control"), 1) << "the device alone changes nothing";
+    move.bind(axis);
+    EXPECT_EQ(property().childCount("control"), 1) << "only the binding that it has";
+    move.bind(nullptr);
+    EXPECT_EQ(property().childCount("control"), 0) << "bound and cleared";
+    EXPECT_EQ(property().child("curve").value(), "2");
+
+    EXPECT_EQ(tool.addProperty("Zoom", UniDevice::finite, nullptr)->offset, 2);
+    EXPECT_EQ(tool.getInputProfile("").childCount("property"), 3) << "it is the tool's own now";
+    (void)tool.applyInputProfile(Tag("<profile name=\"p\"/>"));
+    for (const char* kept : {"later", "curve", "control"})
+        EXPECT_EQ(inputs().find(kept), std::string::npos) << kept;
+    delete device;
+    EXPECT_EQ(tool.applyInputProfile(preset), 1) << "a preset holds what is kept";
+    EXPECT_NE(inputs().find("Gone: X"), std::string::npos);
+
+    tool.applyConfigProfile(Tag());
+    EXPECT_EQ(tool.getConfigProfile("").childCount("panel"), 1);
+    tool.applyConfigProfile(Tag("<profile name=\"p\"><panel>new</panel></profile>"));
+    EXPECT_EQ(tool.getConfigProfile("").toText("", "", ""),
+              "<profile name=\"\"><panel>new</panel></profile>");
+
+    rig->onExtend = [](ScriptedTool&, std::int32_t id, std::intptr_t out) {
+        if (id == ToolExtension::kGetCustomData)
+            *reinterpret_cast<Tag*>(out) = Tag::element("later", "own");
+        return std::intptr_t{0};
+    };
+    const Tag again = saved(SaveMask::kModel);
+    EXPECT_EQ(again.childCount("later"), 1) << "the tool writes an element of that name itself";
+    EXPECT_EQ(again.child("later").value(), "own");
+}
+
+} // namespace

@@ -2,6 +2,7 @@
 
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/profile_managers.h"
 
 #include <utility>
 
@@ -9,7 +10,6 @@ namespace MVR {
 
 namespace {
 
-constexpr const char* kProfile = "profile";
 constexpr const char* kProperty = "property";
 constexpr const char* kControl = "control";
 constexpr const char* kName = "name";
@@ -42,7 +42,7 @@ void InstanceInputs::addForSpinner(std::int32_t componentId, const std::string& 
 }
 
 Tag InstanceInputs::describe(const std::string& profileName, bool isExact) {
-    Tag profile = Tag::element(kProfile);
+    Tag profile = Tag::element(kProfileElement);
     profile.attributeRef(kName) = profileName;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
         profile.addChild(describeProperty(*properties_.property(i), isExact));
@@ -71,7 +71,7 @@ Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool i
 }
 
 std::int32_t InstanceInputs::apply(const Tag& profile) {
-    if (profile.isEmpty() || !profile.hasName(kProfile))
+    if (profile.isEmpty() || !profile.hasName(kProfileElement))
         return kNoProfile;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
         properties_.property(i)->bind(nullptr);

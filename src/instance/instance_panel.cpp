@@ -1,5 +1,7 @@
 #include "instance/instance_panel.h"
 
+#include "unidevice/sdk/profile_managers.h"
+
 namespace MVR {
 
 CInterface::ComboUpdater* InstancePanel::addCombo(const std::string& label,
@@ -24,7 +26,7 @@ void InstancePanel::clear() {
 }
 
 Tag InstancePanel::describe(const std::string& profileName) const {
-    Tag profile = Tag::element("profile");
+    Tag profile = Tag::element(kProfileElement);
     profile.attributeRef("name") = profileName;
     values_.writeTo(profile);
     return profile;

@@ -12,7 +12,7 @@ namespace MVR {
 namespace {
 
 bool isPreset(const Tag& tag) {
-    return tag.kind() == Tag::Element && tag.hasName("profile");
+    return tag.kind() == Tag::Element && tag.hasName(kProfileElement);
 }
 
 std::vector<std::string> presetNames(const Tag& collection) {

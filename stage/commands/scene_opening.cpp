@@ -1,6 +1,7 @@
 #include "stage/commands/scene_opening.h"
 
 #include "core/contract/core_faults.h"
+#include "plugins/contract/model_words.h"
 #include "stage/commands/outputs.h"
 #include "stage/host/session.h"
 
@@ -10,9 +11,6 @@
 namespace Stage {
 
 namespace {
-
-/// Controls that aren't there: a scene does without them, and its bindings stay in it.
-constexpr const char* kBindings = "inputprofile";
 
 bool isSameFile(const std::string& path, const std::string& other) {
     std::error_code error;
@@ -29,7 +27,8 @@ ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& 
     const std::vector<std::string> missing = session.openScene(data);
     bool isWhole = missing.empty();
     for (const MVR::CoreFault& fault : session.getFaults()) {
-        if (fault.element != kBindings) {
+        // A scene does without controls that aren't there, and keeps their bindings.
+        if (fault.element != MVR::ModelWord::kInputProfile) {
             tellFault(opening.path, fault);
             isWhole = false;
         }

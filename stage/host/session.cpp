@@ -63,7 +63,6 @@ void Session::close() {
     // Objects in the undo list may point into tools, and are the core's own code.
     undo.clear();
     tools_.clear();
-    saved_.clear();
     core_->deleteAllInstances();
     adaptor.setFaults(nullptr);
     library_.detach(std::exchange(core_, nullptr));
@@ -85,7 +84,6 @@ std::vector<std::string> Session::openScene(const SceneData& data) {
             missing.push_back("\"" + plan.name + "\" of type \"" + plan.type + "\"");
             return;
         }
-        saved_.emplace(found->second, tag.child("inputprofile"));
         tools_.push_back(std::make_unique<PlacedTool>(PlacedTool{std::move(plan), found->second}));
         byName.erase(found);
     });
@@ -113,19 +111,9 @@ std::vector<const PlacedTool*> Session::adoptTools() {
 
 bool Session::saveScene(const std::string& path, std::string& error) {
     ToolNames names;
-    std::unordered_map<std::string, const MVR::CInterface*> byName;
-    for (const MVR::CoreTool& tool : tree_->list()) {
+    for (const MVR::CoreTool& tool : tree_->list())
         names.emplace(tool.access, tool.name);
-        byName.emplace(tool.name, tool.access);
-    }
     MVR::Tag configuration = tree_->getExactConfiguration();
-    forEachTool(configuration, [&](MVR::Tag& tool) {
-        const auto access = byName.find(tool.child("name").value());
-        const auto saved = access != byName.end() ? saved_.find(access->second) : saved_.end();
-        if (saved != saved_.end()) {
-            keepBindings(tool.child("inputprofile"), saved->second);
-        }
-    });
     return writeSceneFile(path, takeScene(scene, timeline, names, std::move(configuration)), error);
 }
 

@@ -14,7 +14,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace UniDevice {
@@ -93,8 +92,6 @@ private:
     MVR::CoreModels* models_ = nullptr;
     MVR::CoreFaults* faults_ = nullptr;
     std::vector<std::unique_ptr<PlacedTool>> tools_;
-    /// "inputprofile" of the tools of the scene that was opened.
-    std::unordered_map<const MVR::CInterface*, MVR::Tag> saved_;
 };
 
 } // namespace Stage

@@ -1,8 +1,9 @@
 #include "stage/rig/tool_list.h"
 
+#include "plugins/contract/model_words.h"
 #include "stage/base/text.h"
+#include "unidevice/sdk/profile_managers.h"
 
-#include <unordered_map>
 #include <utility>
 
 namespace Stage {
@@ -11,20 +12,17 @@ namespace {
 
 using MVR::Tag;
 
-constexpr const char* kToolElement = "MVR_Plugin";
-
-/// `Element` is Tag or const Tag.
-template <typename Element, typename Call>
-void walk(Element& configuration, const Call& call) {
-    std::vector<Element*> waiting = {&configuration}; // the next one last
+template <typename Call>
+void walk(const Tag& configuration, const Call& call) {
+    std::vector<const Tag*> waiting = {&configuration}; // the next one last
     while (!waiting.empty()) {
-        Element& tag = *waiting.back();
+        const Tag& tag = *waiting.back();
         waiting.pop_back();
-        if (tag.hasName(kToolElement)) {
+        if (tag.hasName(MVR::ModelWord::kTool)) {
             call(tag);
         }
         for (std::int32_t i = tag.childCount(); i-- > 0;) {
-            if (tag.child(i).hasName(kToolElement)) {
+            if (tag.child(i).hasName(MVR::ModelWord::kTool)) {
                 waiting.push_back(&tag.child(i));
             }
         }
@@ -53,12 +51,13 @@ std::vector<Binding> listBindings(const Tag& profile) {
 
 ToolPlan listTool(const Tag& tag) {
     ToolPlan plan;
-    plan.type = tag.child("type").value();
+    plan.type = tag.child(MVR::ModelWord::kType).value();
     if (plan.type.empty()) {
         plan.type = tag.child("pluginname").value();
     }
-    plan.name = tag.child("name").value();
-    plan.bindings = listBindings(tag.child("inputprofile").child("profile"));
+    plan.name = tag.child(MVR::ModelWord::kName).value();
+    plan.bindings =
+        listBindings(tag.child(MVR::ModelWord::kInputProfile).child(MVR::kProfileElement));
     return plan;
 }
 
@@ -70,30 +69,6 @@ std::vector<ToolPlan> listTools(const Tag& configuration) {
 
 void forEachTool(const Tag& configuration, const std::function<void(const Tag& tool)>& call) {
     walk(configuration, call);
-}
-
-void forEachTool(Tag& configuration, const std::function<void(Tag& tool)>& call) {
-    walk(configuration, call);
-}
-
-void keepBindings(Tag& inputs, const Tag& saved) {
-    const Tag& savedProfile = saved.child("profile");
-    std::unordered_map<std::string, const Tag*> controls;
-    for (std::int32_t i = 0; i < savedProfile.childCount(); ++i) {
-        const Tag& property = savedProfile.child(i);
-        if (!property.child("control").attribute("device").empty()) {
-            controls.emplace(property.attribute("name"), &property.child("control"));
-        }
-    }
-    Tag& profile = inputs.child("profile");
-    for (std::int32_t i = 0; i < profile.childCount(); ++i) {
-        Tag& property = profile.child(i);
-        const auto control = controls.find(property.attribute("name"));
-        if (property.hasName("property") && control != controls.end() &&
-            property.child("control").attribute("device").empty()) {
-            property.addChild(*control->second);
-        }
-    }
 }
 
 } // namespace Stage

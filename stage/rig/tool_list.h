@@ -16,17 +16,11 @@ std::vector<Binding> listBindings(const MVR::Tag& profile);
 /// is bound.
 std::vector<ToolPlan> listTools(const MVR::Tag& configuration);
 
-/// Gives the properties that aren't bound in `inputs` the controls that they have in `saved`, both
-/// elements "inputprofile" of one tool: controls that aren't there now are unknown to the core, but
-/// part of the scene.
-void keepBindings(MVR::Tag& inputs, const MVR::Tag& saved);
-
 /// One element "MVR_Plugin", without those below it.
 ToolPlan listTool(const MVR::Tag& tool);
 
 /// Calls `call` with each element "MVR_Plugin", in the order of listTools().
 void forEachTool(const MVR::Tag& configuration,
                  const std::function<void(const MVR::Tag& tool)>& call);
-void forEachTool(MVR::Tag& configuration, const std::function<void(MVR::Tag& tool)>& call);
 
 } // namespace Stage

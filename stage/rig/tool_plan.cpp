@@ -2,6 +2,7 @@
 
 #include "platform/sdk/files.h"
 #include "stage/base/text.h"
+#include "unidevice/sdk/profile_managers.h"
 #include "unidevice/sdk/property.h"
 
 #include <algorithm>
@@ -132,7 +133,7 @@ bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error) {
 }
 
 MVR::Tag toProfile(const ToolPlan& plan) {
-    MVR::Tag profile = MVR::Tag::element("profile");
+    MVR::Tag profile = MVR::Tag::element(MVR::kProfileElement);
     profile.attributeRef("name") = "";
     std::vector<std::string> properties;
     for (const Binding& binding : plan.bindings) {

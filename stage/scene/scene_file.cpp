@@ -1,6 +1,7 @@
 #include "stage/scene/scene_file.h"
 
 #include "platform/sdk/files.h"
+#include "plugins/contract/model_words.h"
 #include "stage/base/text.h"
 #include "stage/scene/node_elements.h"
 #include "stage/scene/scene.h"
@@ -21,7 +22,7 @@ using MVR::Tag;
 
 constexpr const char* kRoot = "MirvaneScene";
 constexpr const char* kVersion = "1";
-constexpr const char* kConfiguration = "MVR";
+constexpr const char* kConfiguration = MVR::ModelWord::kTree;
 
 struct TimeElement {
     const char* word;

@@ -100,6 +100,21 @@ inline constexpr CodeRow kModelNoTool{"MODEL_NOTOOL", ErrorCode::Error,
 inline constexpr CodeRow kModelUnwritable{"MODEL_UNWRITABLE", ErrorCode::Error,
                                           "The model's file can't be written"};
 
+// Tools by name. The attachment ends, so there are no tools any more: ask before detaching.
+inline constexpr CodeRow kDetaching{"CORE_DETACHING", ErrorCode::Error, "The attachment ends"};
+// The tool's library or the tool itself refused: the faults of the operation tell why.
+inline constexpr CodeRow kToolNotCreated{"TOOL_NOTCREATED", ErrorCode::Error,
+                                         "The tool could not be created"};
+inline constexpr CodeRow kToolBadName{"TOOL_BADNAME", ErrorCode::Error,
+                                      "A tool's name must not be empty"};
+// What should be bindings is another element: nothing changed.
+inline constexpr CodeRow kToolBadProfile{"TOOL_BADPROFILE", ErrorCode::Error,
+                                         "The bindings are no element \"profile\""};
+
+// Input. A driver refused to start its device, or to end it: its lines in the log may tell why.
+inline constexpr CodeRow kInputInactive{"INPUT_INACTIVE", ErrorCode::Warning,
+                                        "An input device can't listen"};
+
 // Recording. A take or a resimulation runs, or is being ended: wait for its end, or stop it.
 inline constexpr CodeRow kAlreadyRecording{"ALREADYRECORDING", ErrorCode::Error,
                                            "Already recording"};

@@ -1,6 +1,6 @@
 #include "core/extensions/input_contract.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/extensions/tool_lookup.h"
 #include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
@@ -52,8 +52,7 @@ std::int32_t InputContract::setListening(bool isListening) {
     const bool hasEnded = devices.deactivate(); // which may come without activate()
     if (isListening ? devices.activate() : hasEnded)
         return 0;
-    return ErrorCode::instance()->get("INPUT_INACTIVE", "An input device can't listen",
-                                      ErrorCode::Warning);
+    return reportCode(Codes::kInputInactive);
 }
 
 std::int32_t InputContract::update() {

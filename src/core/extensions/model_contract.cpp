@@ -1,6 +1,6 @@
 #include "core/extensions/model_contract.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/extensions/tool_lookup.h"
 #include "core/services/core_services.h"
 #include "core/services/fault_list.h"
@@ -22,8 +22,7 @@ std::int32_t ModelContract::save(std::string toolName, std::string path) {
     if (tool == nullptr)
         return code;
     if (!tool->saveModelFile(path))
-        return ErrorCode::instance()->get("MODEL_UNWRITABLE", "The model's file can't be written",
-                                          ErrorCode::Error);
+        return reportCode(Codes::kModelUnwritable);
     return 0;
 }
 

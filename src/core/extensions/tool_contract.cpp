@@ -1,28 +1,25 @@
 #include "core/extensions/tool_contract.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/extensions/tool_lookup.h"
 #include "core/services/core_services.h"
 #include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
 #include "plugins/tree_control.h"
+#include "unidevice/sdk/profile_managers.h"
 
 #include <unordered_map>
 #include <utility>
 
 namespace MVR {
 namespace {
-
-std::int32_t refuseProfile() {
-    return ErrorCode::instance()->get("TOOL_BADPROFILE", "The bindings are no element \"profile\"",
-                                      ErrorCode::Error);
-}
 
 bool isKnownKind(const std::string& type) {
     return type != RootPlugin::kName && LibraryManager::instance()->findPlugin(type) != nullptr;
@@ -72,11 +69,11 @@ std::int32_t ToolContract::create(std::string type, std::string name, std::strin
         return code;
     Tag data = Plugin::makeData(type);
     // What the data holds is applied to the tool that it names.
-    data.addChild(Tag::element("name", name.empty() ? type + "_01" : name));
+    data.addChild(Tag::element(ModelWord::kName, name.empty() ? type + "_01" : name));
     if (!bindings.isEmpty()) {
-        if (!bindings.hasName("profile"))
-            return refuseProfile();
-        data.addChild(Tag::element("inputprofile")).addChild(std::move(bindings));
+        if (!bindings.hasName(kProfileElement))
+            return reportCode(Codes::kToolBadProfile);
+        data.addChild(Tag::element(ModelWord::kInputProfile)).addChild(std::move(bindings));
     }
     // A listener may take the tool away: its name is told before the change is.
     const ToolListChanges::Scope change(services_.getToolListChanges());
@@ -86,10 +83,7 @@ std::int32_t ToolContract::create(std::string type, std::string name, std::strin
             *createdName = created->getInstance()->getName();
         return 0;
     }
-    ErrorCode& errors = *ErrorCode::instance();
-    if (!isKnownKind(type))
-        return errors.report("PLUGINNOTFOUND");
-    return errors.get("TOOL_NOTCREATED", "The tool could not be created", ErrorCode::Error);
+    return reportCode(isKnownKind(type) ? Codes::kToolNotCreated : Codes::kPluginNotFound);
 }
 
 std::int32_t ToolContract::rename(std::string name, std::string wanted, std::string* taken) {
@@ -98,8 +92,7 @@ std::int32_t ToolContract::rename(std::string name, std::string wanted, std::str
     if (tool == nullptr)
         return code;
     if (wanted.empty())
-        return ErrorCode::instance()->get("TOOL_BADNAME", "A tool's name must not be empty",
-                                          ErrorCode::Error);
+        return reportCode(Codes::kToolBadName);
     const ToolListChanges::Scope change(services_.getToolListChanges());
     if (wanted != name) {
         tool->getInstance()->setName(wanted);
@@ -143,8 +136,8 @@ std::int32_t ToolContract::setBindings(std::string name, Tag profile, std::int32
     const InstanceReference* const tool = findTool(services_, name, code);
     if (tool == nullptr)
         return code;
-    if (!profile.hasName("profile"))
-        return refuseProfile();
+    if (!profile.hasName(kProfileElement))
+        return reportCode(Codes::kToolBadProfile);
     if (code = refuseDuringTake(services_); code != 0)
         return code;
     const std::int32_t absent = tool->getInstance()->applyInputProfile(profile);

@@ -1,6 +1,6 @@
 #include "core/extensions/tool_lookup.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/services/core_services.h"
 #include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
@@ -14,8 +14,7 @@ InstanceReference* findTool(CoreServices& services, const std::string& name, std
     InstanceReference* const tool = root->findInstance(name, false, nullptr);
     if (tool != nullptr && tool != root)
         return tool;
-    code = ErrorCode::instance()->get("MODEL_NOTOOL", "There is no tool of that name",
-                                      ErrorCode::Error);
+    code = reportCode(Codes::kModelNoTool);
     return nullptr;
 }
 
@@ -24,15 +23,14 @@ InstanceReference* findParent(CoreServices& services, const std::string& name, s
         return findTool(services, name, code);
     InstanceReference* const root = services.getTree().getRoot();
     if (root == nullptr)
-        code =
-            ErrorCode::instance()->get("CORE_DETACHING", "The attachment ends", ErrorCode::Error);
+        code = reportCode(Codes::kDetaching);
     return root;
 }
 
 std::int32_t refuseDuringTake(CoreServices& services) {
     if (!services.isRecording())
         return 0;
-    return ErrorCode::instance()->get("ALREADYRECORDING", "Already recording", ErrorCode::Error);
+    return reportCode(Codes::kAlreadyRecording);
 }
 
 } // namespace MVR

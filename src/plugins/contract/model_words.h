@@ -12,5 +12,7 @@ constexpr const char* kTool = "MVR_Plugin";
 constexpr const char* kType = "type";
 /// In kTool: the tool's name.
 constexpr const char* kName = "name";
+/// In kTool: its bindings, an element kProfileElement (see "unidevice/sdk/profile_managers.h").
+constexpr const char* kInputProfile = "inputprofile";
 
 } // namespace MVR::ModelWord

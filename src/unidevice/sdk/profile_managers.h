@@ -10,6 +10,8 @@
 
 namespace MVR {
 
+/// The element of a preset, and of the bindings or panel values of one tool.
+constexpr const char* kProfileElement = "profile";
 /// The preset of a tool's first values; reserved in every list.
 constexpr const char* kFactorySettings = "Factory Settings";
 /// The preset that a new tool starts with if the user has saved one.

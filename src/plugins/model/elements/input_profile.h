@@ -2,6 +2,7 @@
 
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
+#include "plugins/contract/model_words.h"
 #include "plugins/model/elements/element.h"
 #include "plugins/model/model_place.h"
 
@@ -11,7 +12,7 @@ namespace MVR {
 
 /// The bindings of the tool's input properties.
 struct InputProfileElement {
-    static constexpr const char* kWord = "inputprofile";
+    static constexpr const char* kWord = ModelWord::kInputProfile;
 
     static void save(const ToolSaving& tool, Tag& out) {
         const bool isExact = (tool.mask & SaveMask::kExact) != 0;

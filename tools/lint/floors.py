@@ -1,6 +1,7 @@
 """Includes point down: the floors of tools/lint/floors.txt, and who may see the machine."""
 
 import pathlib
+import dataclasses
 import re
 
 from common import ROOT, Finding, cpp_files, read
@@ -20,13 +21,21 @@ DEFINES_NOTHING = re.compile(r"(^|/)main\.cpp$|^src/core/exports\.cpp$")
 KNOT = {"instance", "plugins", "plugins/model", "plugins/model/elements"}
 
 
+@dataclasses.dataclass
+class Room:
+    floor: int
+    folder: str
+    purpose: str
+
+
+def load_rooms():
+    lines = (ROOT / TABLE).read_text().splitlines()
+    words = [line.split(None, 2) for line in lines if line and not line.startswith("#")]
+    return [Room(int(floor), folder, purpose) for floor, folder, purpose in words]
+
+
 def load_floors():
-    floors = {}
-    for line in (ROOT / TABLE).read_text().splitlines():
-        if line and not line.startswith("#"):
-            floor, folder = line.split()
-            floors[folder] = int(floor)
-    return floors
+    return {room.folder: room.floor for room in load_rooms()}
 
 
 def folder_of(path):

@@ -13,6 +13,7 @@ import time
 import exports
 import floors
 import headers
+import house_map
 import pages
 import repeats
 import sizes
@@ -66,6 +67,7 @@ CHECKS = {
     "ratio": sizes.check_ratio,
     "scripts": check_scripts,
     "pages": pages.check,
+    "map": house_map.check,
 }
 
 

@@ -17,9 +17,12 @@ install(TARGETS mirvane_sdk EXPORT MirvaneTargets ARCHIVE DESTINATION ${MIRVANE_
 install(EXPORT MirvaneTargets NAMESPACE Mirvane:: DESTINATION ${package_dir})
 
 # A room named sdk or contract is public as a whole.
-foreach(room IN ITEMS sdk contract)
-  install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/" DESTINATION include/mirvane
-          FILES_MATCHING REGEX "/${room}/[^/]*\\.h$")
+file(GLOB_RECURSE public_headers CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}/src"
+     "${CMAKE_SOURCE_DIR}/src/*.h")
+list(FILTER public_headers INCLUDE REGEX "/(sdk|contract)/[^/]*$")
+foreach(header IN LISTS public_headers)
+  get_filename_component(folder "${header}" DIRECTORY)
+  install(FILES "${CMAKE_SOURCE_DIR}/src/${header}" DESTINATION include/mirvane/${folder})
 endforeach()
 
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/docs/" DESTINATION ${MIRVANE_DOC_DIR})

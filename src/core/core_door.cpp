@@ -7,6 +7,7 @@ namespace MVR {
 void CoreDoor::open(CoreImplementation& core) {
     adaptor_ = &core;
     interface_ = &core;
+    core_ = &core;
     tree_ = &core;
     recorder_ = &core;
     dialogs_.emplace(*this, core);
@@ -22,6 +23,14 @@ std::string CoreDoor::getUserFolder() const {
 
 std::intptr_t CoreDoor::getParentWindow() const {
     return adaptor_->getParentWindow();
+}
+
+std::int32_t CoreDoor::getStartCountdown() const {
+    return core_->getStartCountdown();
+}
+
+bool CoreDoor::getAutoExpand() const {
+    return core_->getAutoExpand();
 }
 
 UserDialogs& CoreDoor::getDialogs() {

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] std::string getUserFolder() const override;
     [[nodiscard]] std::intptr_t getParentWindow() const override;
     [[nodiscard]] CoreInterface& getInterface() const override { return *interface_; }
+    [[nodiscard]] std::int32_t getStartCountdown() const override;
+    [[nodiscard]] bool getAutoExpand() const override;
     [[nodiscard]] InstanceManager& getTree() const override { return *tree_; }
     [[nodiscard]] FaultList& getFaults() override { return faults_; }
     [[nodiscard]] ToolListChanges& getToolListChanges() override { return toolListChanges_; }
@@ -41,6 +43,7 @@ private:
     // Each part by itself: in the core's destructor they end one by one.
     AdaptorManager* adaptor_ = nullptr;
     CoreInterface* interface_ = nullptr;
+    CoreImplementation* core_ = nullptr; // for its settings
     InstanceManager* tree_ = nullptr;
     RecordManager* recorder_ = nullptr;
     FaultList faults_;

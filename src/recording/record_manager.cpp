@@ -3,8 +3,7 @@
 #include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
-#include "core/contract/core_interface.h"
-#include "core/contract/setting_ids.h"
+#include "core/contract/key_codes.h"
 #include "core/services/core_services.h"
 #include "core/services/user_dialogs.h"
 #include "core/util/to_integer.h"
@@ -22,10 +21,6 @@ namespace {
 
 constexpr double kTicksPerSecond = 1000.0;
 constexpr double kShortestWait = 0.001; // seconds
-
-constexpr std::int32_t kKeyEscape = 27;
-constexpr std::int32_t kKeySpace = 32;
-constexpr std::int32_t kKeyZ = 90;
 
 } // namespace
 
@@ -68,8 +63,7 @@ std::int32_t RecordManager::startRecording() {
 }
 
 void RecordManager::beginCountdown(Take& take) {
-    std::int32_t seconds = 0;
-    getServices().getInterface().getProperty(Setting::kStartCountdown, &seconds);
+    const std::int32_t seconds = getServices().getStartCountdown();
     take.setTime(take.getStart() - seconds);
     if (seconds != 0)
         countdownWindow_ = createCountdownWindow(getServices().getDialogs().getWindow(), -1, -1);
@@ -143,9 +137,7 @@ void RecordManager::runDueFrames(Take& take) {
 
 /// Doubles the end of the range; false if the user wants the take to end there.
 bool RecordManager::expandRange(Take& take) {
-    bool autoExpand = true;
-    getServices().getInterface().getProperty(Setting::kAutoExpand, &autoExpand);
-    if (!autoExpand)
+    if (!getServices().getAutoExpand())
         return false;
     take.setEnd(take.getEnd() + take.getEnd());
     double rangeStart = 0.0;
@@ -171,9 +163,9 @@ void RecordManager::handleKey(std::int32_t virtualKey, bool pressed, bool ctrl, 
                               bool shift) {
     if (pressed || take_ == nullptr || !take_->isGoingOn() || isResimulating())
         return;
-    if (virtualKey == kKeySpace || virtualKey == kKeyEscape) {
+    if (virtualKey == KeyCode::kSpace || virtualKey == KeyCode::kEscape) {
         stopRecording();
-    } else if (virtualKey == kKeyZ && ctrl && !alt && !shift) {
+    } else if (virtualKey == 'Z' && ctrl && !alt && !shift) {
         stopRecording();
         if (adaptor()->undo())
             (void)startRecording(); // a failure is logged

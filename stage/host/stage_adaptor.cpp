@@ -145,9 +145,6 @@ double StageAdaptor::getTime() {
 
 void StageAdaptor::setTime(double time) {
     timeline_.setTime(time);
-    if (timeListener_) {
-        timeListener_();
-    }
 }
 
 void StageAdaptor::getRange(double* start, double* end) {

@@ -3,7 +3,6 @@
 #include "core/contract/adaptor_interface.h"
 #include "core/contract/core_faults.h"
 
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -62,8 +61,6 @@ public:
     void detachNotify() override {}
     MVR::Tag getSettingsLayout() override { return {}; }
 
-    /// Called after each change of the time.
-    void setTimeListener(std::function<void()> listener) { timeListener_ = std::move(listener); }
 
     /// Where the core hears why a file can't be merged; null while there is no core.
     void setFaults(MVR::CoreFaults* faults) { faults_ = faults; }
@@ -74,7 +71,6 @@ private:
     Scene& scene_;
     UndoList& undo_;
     Timeline& timeline_;
-    std::function<void()> timeListener_;
     MVR::CoreFaults* faults_ = nullptr; // not owned
 };
 

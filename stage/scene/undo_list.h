@@ -63,7 +63,6 @@ public:
     void clear();
 
     [[nodiscard]] std::size_t getUndoCount() const { return undoable_.size(); }
-    [[nodiscard]] std::size_t getRedoCount() const { return redoable_.size(); }
     /// The name of the entry that undo() would take back; empty if there is none.
     [[nodiscard]] std::string getUndoName() const;
 

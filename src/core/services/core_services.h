@@ -28,6 +28,10 @@ public:
     [[nodiscard]] virtual std::intptr_t getParentWindow() const = 0;
     /// The core as the adaptor sees it, for its settings and to start and stop what takes time.
     [[nodiscard]] virtual CoreInterface& getInterface() const = 0;
+    /// The setting "countdown before a take" in whole seconds; 0 for none.
+    [[nodiscard]] virtual std::int32_t getStartCountdown() const = 0;
+    /// True if a take continues after the end of the host's range.
+    [[nodiscard]] virtual bool getAutoExpand() const = 0;
     /// The tree of placed tools.
     [[nodiscard]] virtual InstanceManager& getTree() const = 0;
     /// What the last operation could not do.

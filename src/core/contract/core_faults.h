@@ -8,11 +8,10 @@ namespace MVR {
 
 /// One thing that could not be done. A part that isn't known is "".
 struct CoreFault {
-    std::string model; ///< its outermost tool, with its folder; the file if `tool` is ""
-    std::string tool;  ///< the name that the tool has in the model
-    std::string
-        element;      ///< which part of the tool: the element of the file, with a name or a number
-    std::string text; ///< what is wrong with it, in English
+    std::string model;     ///< its outermost tool, with its folder; the file if `tool` is ""
+    std::string tool;      ///< the name that the tool has in the model
+    std::string element;   ///< of the tool: the element of the file, with a name or a number
+    std::string text;      ///< what is wrong with it, in English
     std::int32_t code = 0; ///< of ErrorCode, or the tool's own if it refused; 0 for none
 };
 

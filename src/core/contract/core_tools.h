@@ -23,8 +23,7 @@ struct CoreTool {
     /// it; valid until the tool's end. A tool that was removed lives on in the host's undo list,
     /// and comes back as the same object.
     CInterface* access = nullptr;
-    std::vector<SceneNode*>
-        nodes; ///< what AdaptorInterface::getNodes() returned; owned by the adaptor
+    std::vector<SceneNode*> nodes; ///< from AdaptorInterface::getNodes(); owned by the adaptor
 };
 
 /// The tree of tools: what is in it, and how a host changes it.

@@ -4,17 +4,18 @@
 
 #include <cstdint>
 
-/// What a save writes, and what a pass of applyAttributes() reads. A pass ignores the other bits.
+/// What a save writes, and what a pass of applyAttributes() reads. A pass ignores the other
+/// bits.
 namespace MVR::SaveMask {
 
-constexpr std::uint32_t kParent = 0x00001;       ///< per scene node: its parent
-constexpr std::uint32_t kTransform = 0x00002;    ///< per scene node: its transform in world space
-constexpr std::uint32_t kMesh = 0x00004;         ///< per scene node: its mesh
-constexpr std::uint32_t kVisible = 0x00008;      ///< per scene node: whether it is visible
-constexpr std::uint32_t kInputProfile = 0x00040; ///< the bindings of the input properties
-constexpr std::uint32_t kHighPoly = 0x00080;  ///< the detailed model, and what is below which node
-constexpr std::uint32_t kSelection = 0x00100; ///< the scene nodes that the model selects
-constexpr std::uint32_t kNodes = 0x00200;     ///< only read: the scene nodes are made
+constexpr std::uint32_t kParent = 0x00001;         ///< per scene node: its parent
+constexpr std::uint32_t kTransform = 0x00002;      ///< per scene node: its world transform
+constexpr std::uint32_t kMesh = 0x00004;           ///< per scene node: its mesh
+constexpr std::uint32_t kVisible = 0x00008;        ///< per scene node: whether it is visible
+constexpr std::uint32_t kInputProfile = 0x00040;   ///< the bindings of the input properties
+constexpr std::uint32_t kHighPoly = 0x00080;       ///< the detailed model and where its nodes are
+constexpr std::uint32_t kSelection = 0x00100;      ///< the scene nodes that the model selects
+constexpr std::uint32_t kNodes = 0x00200;          ///< only read: the scene nodes are made
 constexpr std::uint32_t kConfigProfile = 0x00800;  ///< the values of the tool's panel
 constexpr std::uint32_t kCustomData = 0x01000;     ///< what the tool itself adds
 constexpr std::uint32_t kSavedBlock = 0x02000;     ///< the tool's saved block

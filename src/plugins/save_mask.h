@@ -4,8 +4,7 @@
 
 #include <cstdint>
 
-/// What a save writes, and what a pass of applyAttributes() reads. A pass ignores the other
-/// bits.
+/// What a save writes, and what a pass of applyAttributes() reads. A pass ignores other bits.
 namespace MVR::SaveMask {
 
 constexpr std::uint32_t kParent = 0x00001;         ///< per scene node: its parent

@@ -18,7 +18,7 @@ struct CoreControl {
 /// A source of live input, as CoreInputs::list() returns it.
 struct CoreDevice {
     std::string name;                  ///< as a binding names it
-    std::int32_t index = 0;            ///< tells devices of one name apart; 0 for the first
+    std::int32_t index = 0;            ///< distinguishes devices of one name; 0 for the first
     std::string driver;                ///< the name of the driver that polls it; "" for none
     bool isTool = false;               ///< a placed tool that offers values of its own
     std::vector<CoreControl> controls; ///< those that are known now: a device may learn of more

@@ -28,7 +28,7 @@ public:
     /// Returns the host's window that the main dialog belongs to; 0 until it was opened.
     [[nodiscard]] virtual std::intptr_t getParentWindow() const = 0;
     /// Returns the core as the adaptor sees it, for its settings and for starting and stopping
-    /// takes.
+    /// takes and resimulations.
     [[nodiscard]] virtual CoreInterface& getInterface() const = 0;
     /// Returns the tree of placed tools.
     [[nodiscard]] virtual InstanceManager& getTree() const = 0;

@@ -24,7 +24,7 @@ public:
 
 private:
     friend class Plugin;
-    std::size_t place_ = 0; // in the plug-in's list
+    std::size_t place_ = 0; // index in the plug-in's list
 };
 
 /// Makes instances.

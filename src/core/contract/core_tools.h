@@ -15,8 +15,7 @@ class SceneNode;
 struct CoreTool {
     std::string name; ///< unique among the tools; identifies it in all calls
     std::string type; ///< the kind of tool
-    /// The index of its parent in the same list, which is below its own; -1 directly under the
-    /// root.
+    /// The index of its parent in the same list, lower than its own; -1 directly under the root.
     std::int32_t parent = -1;
     bool isChecked = true; ///< participates in takes
     /// The tool's own view of the core, by which the adaptor's operations name it. The core owns
@@ -61,8 +60,8 @@ public:
     /// unique; "" stands for the kind's own. `bindings` is an element "profile" as getBindings()
     /// returns it; if it is empty, the kind's start preset applies, if there is one. `createdName`,
     /// unless null, receives the name of the new tool. Allowed during a take, in which the new tool
-    /// doesn't participate. CoreFaults lists a control that isn't there; the code doesn't tell.
-    /// Returns 0, or the code of
+    /// doesn't participate. CoreFaults lists a control that isn't there; it doesn't change the
+    /// code. Returns 0, or the code of
     /// - "MODEL_NOTOOL": there is no tool `parent`.
     /// - "PLUGINNOTFOUND": there is no such kind of tool.
     /// - "TOOL_NOTCREATED": the tool refused; CoreFaults has its own code and text.

@@ -62,7 +62,7 @@ public:
     /// has the block that save() stored, and the tool's scene nodes are there. A non-zero code
     /// stops the creation.
     [[nodiscard]] virtual std::int32_t load() { return 0; }
-    /// The scene or a model with the tool is being saved. Passes the block that load() needs to
+    /// The scene is being saved, or the tool by itself. Passes the block that load() needs to
     /// CInterface::setSaveData(); a tool that needs none just returns 0. With a non-zero code no
     /// block is saved, and create() makes the tool anew when the scene is opened. May be called at
     /// any time after the creation, also during takes.

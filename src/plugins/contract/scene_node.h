@@ -66,7 +66,7 @@ public:
     virtual std::intptr_t extend(std::int32_t code, std::intptr_t data) = 0;
     /// Sets the visibility of the scene object itself, whatever its parents', as an act that the
     /// host's undo step undoes; does nothing if it is so already. Not for an object whose
-    /// visibility a controller controls.
+    /// visibility has a controller.
     virtual void show() = 0;
     virtual void hide() = 0;
     /// Returns what show() and hide() set.

@@ -22,10 +22,11 @@ public:
         Util::checkHostThread();
         return adaptor_;
     }
-    /// The user's folder for this host; empty if there is none. Asks the adaptor for its name.
+    /// Returns the user's folder for this host; empty if there is none. Asks the adaptor for its
+    /// name.
     std::string getUserFolder() const;
 
-    /// The host's window that the main dialog belongs to; 0 until it was opened.
+    /// Returns the host's window that the main dialog belongs to; 0 until it was opened.
     std::intptr_t getParentWindow() const { return parentWindow_; }
     void setParentWindow(std::intptr_t window) { parentWindow_ = window; }
 

@@ -1,5 +1,5 @@
 /// \file
-/// The one door into the core of an attachment.
+/// The implementation of CoreServices for one attachment.
 #pragma once
 
 #include "core/services/core_services.h"
@@ -17,10 +17,10 @@ class AdaptorManager;
 class CoreImplementation;
 class RecordManager;
 
-/// Leads the parts of one core to each other.
+/// Connects the parts of one core.
 ///
 /// 1. It is made before the core, whose constructor calls open().
-/// 2. It is destroyed after the core, whose parts ask it to their end.
+/// 2. It is destroyed after the core, whose parts use it until their end.
 class CoreDoor final : public CoreServices {
 public:
     /// `core` isn't owned.
@@ -40,7 +40,7 @@ public:
     void leaveTake(PluginInstance* instance, bool finish) override;
 
 private:
-    // Each part by itself: in the core's destructor they end one by one.
+    // Separate pointers, as the core's destructor ends the parts one by one.
     AdaptorManager* adaptor_ = nullptr;
     CoreInterface* interface_ = nullptr;
     CoreImplementation* core_ = nullptr; // for its settings

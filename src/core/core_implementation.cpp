@@ -43,7 +43,7 @@ CoreImplementation::~CoreImplementation() {
 void CoreImplementation::readRecent() {
     Tag recent;
     const std::string folder = getUserFolder();
-    // Of a damaged file the entries before the damage are kept.
+    // The entries before the damage in a file are kept.
     if (!folder.empty() && recent.load(folder + kRecentFile) > Tag::kNotOpened)
         Log(Log::Warning).write("Unable to read recent list", folder, Log::OwnLevel);
     setRecent(recent);
@@ -117,7 +117,7 @@ Tag CoreImplementation::getDetachedConfiguration() {
 }
 
 void CoreImplementation::loadConfiguration(Tag configuration) {
-    // Whoever wrote the scene could open any folder to its tools by this.
+    // By this, whoever wrote the scene could open any folder to its tools.
     if (const std::string folder = configuration.attribute("path"); !folder.empty()) {
         Log(Log::Warning).write("A configuration names no folder of models", folder, Log::OwnLevel);
         configuration.attributeRef("path").clear();
@@ -165,7 +165,7 @@ bool CoreImplementation::isMainDialogOpen() {
 }
 
 void CoreImplementation::update(double time) {
-    // A tool may delete others while it takes up the new time.
+    // A tool may delete others while it changes to the new time.
     std::vector<InstanceReference::Watch> tools;
     for (PluginInstance* instance : isRecording() ? getRecordedInstances() : getInstances(true))
         tools.emplace_back(instance->getReference());

@@ -20,8 +20,8 @@ namespace MVR {
 
 class CoreDoor;
 
-/// The order of the bases, with the settings last, is the order in which the subsystems are
-/// constructed and initialised, and reversed that of their end.
+/// The subsystems are constructed and initialised in the order of the bases, with the settings
+/// last, and destroyed in reverse order.
 class CoreImplementation final : public MainDlg,
                                  public CoreInterface,
                                  public AdaptorManager,
@@ -43,7 +43,7 @@ public:
     void setStartCountdown(std::int32_t seconds);
     std::int32_t getEndCountdown() const;
     void setEndCountdown(std::int32_t seconds);
-    /// True if a take goes on behind the end of the host's range.
+    /// Returns true if a take goes on past the end of the host's range.
     bool getAutoExpand() const;
     void setAutoExpand(bool autoExpand);
 

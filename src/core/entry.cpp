@@ -25,7 +25,7 @@ namespace {
 Platform::LibraryHandle ownModule = nullptr;
 bool devicesStarted = false; // once per process: a second attachment has no device drivers
 
-/// What stands from attach to detach.
+/// What exists from attach to detach.
 struct Attachment {
     explicit Attachment(AdaptorInterface* adaptor) : core(adaptor, door) {}
 
@@ -113,7 +113,7 @@ CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
 std::int32_t detachCore(CoreInterface* core) {
     CoreImplementation* const attached = attachment != nullptr ? &attachment->core : nullptr;
     if (core != nullptr && core == attached && attached->isResimulating()) {
-        // Its dialog stands on the stack, with what detaching destroys.
+        // Its dialog is on the stack, with objects that detaching destroys.
         Log(Log::Error).write("Unable to detach during a resimulation, which is stopped first");
         attached->stopRecording();
         return reportCode(Codes::kAlreadyRecording);
@@ -127,7 +127,7 @@ std::int32_t detachCore(CoreInterface* core) {
         return 0;
     }
     AdaptorInterface* const adaptor = attached->getAdaptor();
-    if (attached->isRecording()) // what was performed so far becomes the host's
+    if (attached->isRecording()) // what was performed so far is kept in the host
         attached->stopRecording();
     attached->destroyRoot();
     adaptor->detachNotify();

@@ -1,5 +1,5 @@
 /// \file
-/// The place of an update check among the core's subsystems.
+/// The update check among the core's subsystems.
 #pragma once
 
 #include "core/services/core_sub_system.h"

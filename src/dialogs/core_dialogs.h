@@ -24,7 +24,7 @@ public:
     [[nodiscard]] std::string askModelToOpen() override;
     [[nodiscard]] std::string askModelToSave() override;
     void openMenu(InstanceReference& tool) override;
-    /// The main dialog's.
+    /// Returns the main dialog's window.
     [[nodiscard]] Platform::WindowHandle getWindow() const override;
 
 private:

@@ -43,7 +43,7 @@ void MainDlg::receive(Util::Message& message, bool) {
 void MainDlg::onPressed(std::uint32_t control) {
     CoreInterface& core = getServices().getInterface();
     AdaptorInterface* const adaptor = getServices().getAdaptor();
-    std::int32_t code = 0; // what goes wrong is logged where the code is made
+    std::int32_t code = 0; // an error is logged where the code is made
     if (control == kRecord) {
         code = core.isRecording() ? core.stopRecording() : core.startRecording();
     } else if (control == kResimulate) {

@@ -1,5 +1,5 @@
 /// \file
-/// The user's desk: the tree of tools, the record and resimulate buttons.
+/// The main dialog: the tree of tools, the record and resimulate buttons.
 #pragma once
 
 #include "core/messages/sdk/message.h"
@@ -10,21 +10,21 @@
 
 namespace MVR {
 
-/// The main dialog of one attachment. Without a layout there is no dialog, and the core works on
+/// The main dialog of one attachment. Without a layout there is no dialog, and the core works
 /// without one.
 class MainDlg : public CoreSubSystem {
 public:
     MainDlg(CoreImplementation* core, CoreServices* services);
     ~MainDlg() override;
 
-    /// 0, or the code of "NOMAINDLGCOMPONENT" if there is no layout.
+    /// Returns 0, or the code of "NOMAINDLGCOMPONENT" if there is no layout.
     [[nodiscard]] std::int32_t open(Platform::WindowHandle parent);
-    /// True while the dialog's window exists.
+    /// Returns true while the dialog's window exists.
     [[nodiscard]] bool isOpen() const { return Platform::isWindow(window_); }
-    /// The dialog's window; 0 while it isn't open.
+    /// Returns the dialog's window; 0 while it isn't open.
     [[nodiscard]] Platform::WindowHandle getWindow() const { return window_; }
 
-    /// Carries out what the user started; the core hands its messages on to this.
+    /// Carries out what the user started; the core passes its messages on to this.
     void receive(Util::Message& message, bool viaBroadcast);
 
 private:

@@ -41,7 +41,7 @@ void browse(InstanceReference& tool) {
     CoreServices& services = *tool.getServices();
     const std::string path = services.getDialogs().askModelToOpen();
     if (!path.empty() && parent.get() != nullptr)
-        (void)services.getTree().createFromFile(path, &tool); // the log tells what went wrong
+        (void)services.getTree().createFromFile(path, &tool); // the log says what went wrong
 }
 
 } // namespace
@@ -77,7 +77,7 @@ void ToolMenu::run(std::int32_t command) {
         return reference->getInstance()->openConfiguration();
     case kInputSettings:
         return (void)reference->getInstance()->openInputDialog();
-    case kDocumentation: // shown, but tells nothing
+    case kDocumentation: // shown, but does nothing
         return;
     case kSave:
         return reference->savePrm();

@@ -19,19 +19,19 @@ public:
     static constexpr std::int32_t kInputSettings = 40331;
     static constexpr std::int32_t kBrowse = 40332;
     static constexpr std::int32_t kDocumentation = 40338;
-    static constexpr std::int32_t kNewTool = 300000; ///< plus the place in the sorted list of tools
+    static constexpr std::int32_t kNewTool = 300000; ///< plus the index in the sorted list of tools
     static constexpr std::int32_t kRecent = 400000;  ///< plus the index in the recent list
 
-    /// Of a tool or the root; not of a holder.
+    /// The menu of a tool or the root; not of a holder.
     explicit ToolMenu(InstanceReference& reference) : reference_(&reference) {}
 
     [[nodiscard]] std::vector<Platform::MenuItem> getItems() const;
-    /// Does what the item of that command does; nothing for an unknown one, or once the tool is
-    /// gone. The tool may be destroyed by it.
+    /// Does what the item of that command does; does nothing for an unknown one, or once the tool
+    /// is gone. This may destroy the tool.
     void run(std::int32_t command);
 
 private:
-    InstanceReference::Watch reference_; // the host may take the tool away while the menu is open
+    InstanceReference::Watch reference_; // the host may destroy the tool while the menu is open
 };
 
 } // namespace MVR

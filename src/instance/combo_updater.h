@@ -23,7 +23,7 @@ public:
 
     /// `id` is that of the combo in the panel's layout.
     explicit COREComboUpdater(std::int32_t id);
-    /// Does nothing as long as there is no component.
+    /// Does nothing while there is no component.
     void update(std::vector<std::string> choices) override;
     /// `component` isn't owned; it is null until the panel is built.
     void setComponent(Util::MessageNode* component) { component_ = component; }

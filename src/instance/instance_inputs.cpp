@@ -53,7 +53,7 @@ Tag InstanceInputs::describe(const std::string& profileName, bool isExact) {
 Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool isExact) {
     Tag entry;
     property.toTag(entry, isExact);
-    Tag control; // stays empty for what stands in for no control in a resimulation
+    Tag control; // stays empty if a stand-in of a resimulation replaces no control
     if (property.control != nullptr)
         property.control->toTag(control);
     const auto kept = kept_.find(property.name);
@@ -88,7 +88,7 @@ std::int32_t InstanceInputs::apply(const Tag& profile) {
     return missing;
 }
 
-/// False if the control that `entry` names isn't there: the property stays unbound.
+/// Returns false if the control that `entry` names isn't there: the property stays unbound.
 bool InstanceInputs::applyProperty(UniDevice::Property& property, const Tag& entry) {
     property.readSettings(entry);
     Kept kept;
@@ -104,7 +104,7 @@ bool InstanceInputs::applyProperty(UniDevice::Property& property, const Tag& ent
     if (isMissing || !kept.others.isEmpty())
         kept_[property.name] = std::move(kept);
     else
-        kept_.erase(property.name); // of several elements for one property the last counts
+        kept_.erase(property.name); // the last of several elements for one property applies
     return !isMissing;
 }
 

@@ -17,7 +17,7 @@ namespace MVR {
 /// The input properties of a tool, and their bindings and parameters as a profile.
 class InstanceInputs {
 public:
-    /// What apply() returns for a tag that is no profile.
+    /// What apply() returns for a tag that isn't a profile.
     static constexpr std::int32_t kNoProfile = 9999999;
 
     /// Returns the property of this name, which it makes if there is none. A new one gets what is
@@ -30,12 +30,12 @@ public:
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
 
     /// Returns a tag "profile" of the present bindings and parameters, and of what is kept; the
-    /// parameters with all their digits if `isExact`, else with six.
+    /// parameters have all their digits if `isExact`, otherwise six.
     [[nodiscard]] Tag describe(const std::string& profileName, bool isExact);
     /// Replaces all bindings. What it can't apply is kept until the next profile: a control that
     /// isn't there, unless its property gets another meanwhile; a property that the tool doesn't
-    /// have, until it has; elements of no known word. Returns the number of controls that were not
-    /// found, or `kNoProfile`, with nothing changed.
+    /// have, until it has it; elements of unknown words. Returns the number of controls that were
+    /// not found, or `kNoProfile`, with nothing changed.
     std::int32_t apply(const Tag& profile);
 
 private:
@@ -49,7 +49,7 @@ private:
     [[nodiscard]] bool applyProperty(UniDevice::Property& property, const Tag& entry);
 
     UniDevice::PropertyHandler properties_;
-    std::map<std::string, Kept> kept_; // by property; only those of which there is something
+    std::map<std::string, Kept> kept_; // by property; only those with something kept
     KeptElements unknownProperties_;
     std::vector<std::pair<std::int32_t, UniDevice::Property*>> spinnerProperties_; // component ids
 };

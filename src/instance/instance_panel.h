@@ -16,14 +16,14 @@ namespace MVR {
 /// What a tool described as its panel, and the values in it as a profile.
 ///
 /// The dialog around a panel is built from the frame that all tools share. There is no such frame
-/// yet, so no dialog comes into being: the values of a profile are kept as they were read, until
-/// another profile is applied.
+/// yet, and so no dialog: the values of a profile are kept as they were read, until another profile
+/// is applied.
 class InstancePanel {
 public:
-    /// The layout in the making, to add groups and all controls but combos to.
+    /// Returns the unfinished layout, for adding groups and all controls except combos.
     [[nodiscard]] PanelLayout& getLayout() { return layout_; }
-    /// Adds a combo. Returns what changes its choices, which lives as long as the panel, or null if
-    /// no panel is being described.
+    /// Adds a combo. Returns the object that changes its choices, which lives as long as the panel,
+    /// or null if no panel is being described.
     CInterface::ComboUpdater* addCombo(const std::string& label, const std::string& tooltip,
                                        const std::vector<std::string>& choices,
                                        std::string* variable, CInterface::Callback* callback);
@@ -32,7 +32,7 @@ public:
     /// Destroys what the panel owns, the last first.
     void clear();
 
-    /// True if the tool ever described a control.
+    /// Returns true if the tool ever described a control.
     [[nodiscard]] bool hasControls() const { return layout_.hasControls(); }
 
     /// Returns a tag "profile" of the values.

@@ -1,5 +1,5 @@
 /// \file
-/// What a tool says about its panel, written down as layout tags.
+/// What a tool says about its panel, as layout tags.
 #pragma once
 
 #include "data/sdk/tag.h"
@@ -23,7 +23,7 @@ public:
     /// A control that waits for its component.
     struct Binding {
         std::int32_t id;
-        void* variable; ///< of the tool; its type follows from the control. Null for a button
+        void* variable; ///< of the tool; its type depends on the control; null for a button
         CInterface::Callback* callback; ///< of the tool; may be null
     };
 
@@ -35,7 +35,7 @@ public:
     void endGroup();
     void end();
 
-    /// The id of the new control.
+    /// Return the id of the new control.
     std::int32_t addSpinnerInt(const std::string& name, const std::string& tooltip,
                                std::int32_t* variable, std::int32_t minimum, std::int32_t maximum,
                                std::int32_t step, std::int32_t triggerLength,
@@ -53,11 +53,11 @@ public:
     std::int32_t addButton(const std::string& name, const std::string& tooltip,
                            CInterface::Callback* callback);
 
-    /// The panel as layout tags; empty while none is being built.
+    /// Returns the panel as layout tags; empty while none is being built.
     [[nodiscard]] const Tag& getTag() const { return layout_; }
-    /// True if a control was ever added.
+    /// Returns true if a control was ever added.
     [[nodiscard]] bool hasControls() const { return nextId_ > 0; }
-    /// In order of the calls.
+    /// Returns the bindings in order of the calls.
     [[nodiscard]] const std::vector<Binding>& getBindings() const { return bindings_; }
 
 private:

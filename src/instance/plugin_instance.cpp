@@ -17,8 +17,8 @@ namespace MVR {
 
 namespace {
 
-/// Destroys what hangs below `node`, last first, what is deeper before what it hangs on; objects
-/// that a tool owns stay, with all below them.
+/// Destroys what is below `node`, last first and children before parents; objects that a tool owns
+/// stay, with all below them.
 void destroyPlainChildren(SceneNode* node) {
     struct Level {
         SceneNode* node;
@@ -44,7 +44,7 @@ void destroyPlainChildren(SceneNode* node) {
     }
 }
 
-/// The tool's own list if it has one, else the one that it shares with its kind.
+/// Returns the tool's own list if it has one, otherwise the one that it shares with its kind.
 template <class List>
 List& listOf(CCamera* tool, std::int32_t extension, List& shared) {
     if (tool == nullptr || !tool->supportsExtension(extension))
@@ -211,7 +211,7 @@ void PluginInstance::prepareRecording(double time, TakeSource source) {
     const InstanceReference::Watch self(reference_);
     isPrepared_ = true;
     code_->startRecording(time);
-    // The tool may have left the tree, or ended the take: then nothing of it is for this one.
+    // The tool may have left the tree, or ended the take: then it has no part in the rest.
     if (self.get() == nullptr || !isInTree() || !isPrepared_)
         return;
     for (SceneNode* node : adaptor()->getNodes(this))

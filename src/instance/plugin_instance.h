@@ -33,14 +33,14 @@ class Plugin;
 
 /// The core's side of one placed tool. To the tool it is its CInterface; to the input layer a
 /// device with the tool's virtual controls; to the tree what a reference stands for; to the
-/// recorder what gets prepared, stepped and finished. Owns the tool object, and is put together
-/// from parts that own what the tool has of the core: inputs, stored input, panel, saved block and
-/// virtual controls. Host thread only.
+/// recorder what is prepared, stepped and finished. Owns the tool object and the parts that hold
+/// what the tool has of the core: inputs, stored input, panel, saved block and virtual controls.
+/// Host thread only.
 ///
 /// 1. Plugin::createInstance() makes it, outside the tree.
 /// 2. A reference stands for it (setReference); extensions 52, init, create or load follow.
 /// 3. Takes: prepareRecording(), step() for each frame, finishRecording().
-/// 4. The end of its reference is its end, and the other way round.
+/// 4. It is destroyed with its reference, and its reference with it.
 class PluginInstance final : public PluginInstanceVirtualDevice,
                              public CInterface,
                              public Util::MessageNode {
@@ -49,40 +49,40 @@ public:
     using COREComboUpdater = MVR::COREComboUpdater;
     using RecordedValues = StoredInput::Values;
 
-    /// What applyInputProfile() returns for a tag that is no profile.
+    /// What applyInputProfile() returns for a tag that isn't a profile.
     static constexpr std::int32_t kNoProfile = InstanceInputs::kNoProfile;
     /// Broadcast when the bindings of the input properties were replaced.
     static constexpr std::int32_t kInputProfileApplied = 154;
 
-    /// `name` empty: that of the plug-in plus "_01". A name in use is made unique.
+    /// An empty `name` stands for that of the plug-in plus "_01". A name in use is made unique.
     PluginInstance(CoreImplementation* core, CoreServices& services, Plugin* plugin,
                    const std::string& name);
-    /// Ends the reference and the tool; the scene objects stay.
+    /// Destroys the reference and the tool; the scene objects stay.
     ~PluginInstance() override;
 
-    /// The instance's name, unique among the tools in the tree.
+    /// Returns the instance's name, unique among the tools in the tree.
     [[nodiscard]] std::string getName() const override { return name; }
     /// Makes `wanted` the name, with a number that makes it unique if another tool has it.
     void setName(std::string wanted) override;
-    /// The name that it has in the data it is made from, by which that data names it.
+    /// Returns the name that the tool has in the data it is made from.
     [[nodiscard]] const std::string& getNameFromData() const { return nameFromData_; }
     void setNameFromData(const std::string& dataName) { nameFromData_ = dataName; }
-    /// True while the creation that makes it runs.
+    /// Returns true while the creation that makes it runs.
     [[nodiscard]] bool isUnderCreation() const { return underCreation_; }
     void setUnderCreation(bool underCreation) { underCreation_ = underCreation; }
 
-    /// `reference` stands for this instance from now on. A second one is logged, and replaces the
-    /// first all the same.
+    /// `reference` stands for this instance from now on. A second one is logged, and still replaces
+    /// the first.
     void setReference(InstanceReference* reference);
     [[nodiscard]] InstanceReference* getReference() const { return reference_; }
     /// The reference ends: destroys this instance, unless that has begun already.
     void clearReference();
-    /// True if it has a reference that is in the tree.
+    /// Returns true if it has a reference that is in the tree.
     [[nodiscard]] bool isInTree() const;
     /// For the reference, after its in-tree flag changed: reserves the name or frees it.
     void updateNameUse();
-    /// Removes the tool from the tree as an undoable step; with `deleteScene` the scene objects
-    /// behind it go too.
+    /// Removes the tool from the tree as an undoable step; with `deleteScene` its scene objects are
+    /// deleted too.
     void unplug(bool deleteScene);
 
     [[nodiscard]] CoreImplementation* getCore() const { return core_; }
@@ -92,23 +92,23 @@ public:
     [[nodiscard]] CCamera* getCode() const { return code_.get(); }
     [[nodiscard]] std::string getPluginKey() const;
 
-    /// Has the tool select its object in the host; its answer, 0 if it can't.
+    /// Makes the tool select its object in the host. Returns its answer, or 0 if it can't.
     std::int32_t selectObject();
-    /// What the tool wants saved with it.
+    /// Returns what the tool wants saved with it.
     Tag& getCustomData(Tag& out);
     void setCustomData(Tag data);
-    /// True if the tool described a panel with a control in it.
+    /// Returns true if the tool described a panel with a control in it.
     [[nodiscard]] bool hasPanel() const { return panel_.hasControls(); }
-    /// The host's time changed outside a take.
+    /// The host's time changed outside of a take.
     void timeChanged(double time);
 
-    /// The presets of this tool: a list of its own, or else the plug-in's.
+    /// Returns the presets of this tool: a list of its own, or else the plug-in's.
     [[nodiscard]] ConfigProfileManager& getConfigProfiles() const;
     [[nodiscard]] InputProfileManager& getInputProfiles() const;
-    /// The values of its panel, as InstancePanel tells.
+    /// Returns the values of its panel; see InstancePanel.
     [[nodiscard]] Tag getConfigProfile(const std::string& profileName) const;
     void applyConfigProfile(const Tag& profile);
-    /// The bindings of its inputs and their parameters, as InstanceInputs tells.
+    /// Returns the bindings of its inputs and their parameters; see InstanceInputs.
     [[nodiscard]] Tag getInputProfile(const std::string& profileName, bool isExact = false);
     /// Broadcasts `kInputProfileApplied`, unless it returns `kNoProfile`.
     std::int32_t applyInputProfile(const Tag& profile);
@@ -116,13 +116,13 @@ public:
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const {
         return inputs_.getProperties();
     }
-    /// What is stored of its inputs, as StoredInput tells.
+    /// Returns what is stored of its inputs; see StoredInput.
     [[nodiscard]] RecordedValues& getRecordedValues() { return storedInput_.getValues(); }
 
     /// A take begins at `time`, with input from `source`: the tool starts, then its scene nodes and
     /// its stored input.
     void prepareRecording(double time, TakeSource source);
-    /// One frame: the input is stored, or played, and then the tool records.
+    /// Simulates one frame: stores or plays the input, then lets the tool record.
     void step(double time);
     /// Finishes the tool, unless it isn't prepared.
     void finishRecording(double time);
@@ -194,7 +194,7 @@ public:
 private:
     [[nodiscard]] AdaptorInterface* adaptor() const;
 
-    /// What the plug-in's list has of this instance.
+    /// The entry of this instance in the plug-in's list.
     class Membership final : public PluginMember {
     public:
         explicit Membership(PluginInstance& instance) : instance_(instance) {}

@@ -41,7 +41,8 @@ void StoredInput::step(double time) {
         store(time);
 }
 
-/// The raw value, before the property's mapping: a later change of that acts on a resimulation.
+/// The raw value, before the property's mapping: a later change of the mapping affects a
+/// resimulation.
 void StoredInput::store(double time) {
     Values& values = getValues();
     const std::size_t count =

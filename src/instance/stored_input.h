@@ -14,7 +14,7 @@ namespace MVR {
 
 class AdaptorInterface;
 
-/// What the controls of a tool's properties gave, frame by frame.
+/// The values of the controls of a tool's properties, frame by frame.
 ///
 /// 1. begin() when a take begins.
 /// 2. step() for each frame, before the tool records it.
@@ -29,12 +29,12 @@ public:
     /// At most one for each property, in their order; filled from saved data and by takes.
     [[nodiscard]] Values& getValues() { return *sharedValues(); }
 
-    /// For a live take what is stored from `time` on goes, as part of the host's undo step; in a
+    /// For a live take removes what is stored from `time` on, as part of the host's undo step; in a
     /// resimulation the stored values stand in for the controls.
     void begin(double time, TakeSource source, AdaptorInterface& host);
     /// Stores the values of the controls, or plays the stored ones instead.
     void step(double time);
-    /// Each property has its own control again.
+    /// Gives each property its own control back.
     void end();
 
 private:
@@ -43,8 +43,8 @@ private:
     void play(double time);
 
     const UniDevice::PropertyHandler& properties_;
-    // Made when it is first used. Nobody shares it, but undo entries, which may outlive the tool,
-    // watch it.
+    // Made when it is first used. Not shared, but watched by undo entries, which may outlive the
+    // tool.
     std::shared_ptr<Values> values_;
     std::vector<std::unique_ptr<TemporaryControl>> standIns_; // by property; kept for the next time
     bool isPlaying_ = false;                                  // the stand-ins are bound

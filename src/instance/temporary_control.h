@@ -11,8 +11,7 @@
 namespace MVR {
 
 /// Stands in for a property's control, fed from the stored values, and keeps the property's own
-/// binding for the time after. A device may go in the meantime: then there is no control to come
-/// back to.
+/// binding for later. The device may be removed meanwhile; then there is no control to go back to.
 class TemporaryControl final : public UniDevice::Control, public UniDevice::ControlTarget {
 public:
     /// `index` is that of the property among those of its tool.
@@ -24,8 +23,8 @@ public:
     /// Gives `property` its own binding back.
     void giveBack(UniDevice::Property& property);
 
-    /// As the binding that is kept: a scene that is saved meanwhile holds the user's own. Empty if
-    /// there is none.
+    /// Writes the binding that is kept, so that a scene that is saved meanwhile holds the user's
+    /// own; empty if there is none.
     void toTag(Tag& out) const override;
 
     void controlRemoved(UniDevice::Control* control) override;

@@ -29,7 +29,7 @@ void addMasterNodes(PluginInstance& tool, Tag& out) {
         Tag master = Tag::element("masternode");
         if (const PluginInstance* const parent = getParentTool(*each))
             master.addChild(Tag::element("parent", parent->getName()));
-        const InstanceReference::Watch saved(each->getReference()); // a tool may end as it is asked
+        const InstanceReference::Watch saved(each->getReference()); // a tool may end when asked
         if (InstanceReference* const reference = saved.get()) {
             if (reference->getParentReference() != nullptr)
                 master.addChild(Tag::element("childindex", reference->getPosition()));

@@ -1,5 +1,5 @@
 /// \file
-/// The tools above one in the tree, as it may ask for them.
+/// The tools above a tool in the tree, for its own questions.
 #pragma once
 
 namespace MVR {
@@ -11,8 +11,8 @@ class Tag;
 [[nodiscard]] PluginInstance* getParentTool(const PluginInstance& tool);
 
 /// Appends one "masternode" for `tool` and each above it whose object is in the scene, the
-/// outermost first: what a tool needs to build its chain of parents again. The tools are asked for
-/// their blocks from this one upwards.
+/// outermost first: what a tool needs to build its chain of parents again. Asks the tools for their
+/// blocks from this one upwards.
 void addMasterNodes(PluginInstance& tool, Tag& out);
 
 } // namespace MVR

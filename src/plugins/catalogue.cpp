@@ -14,7 +14,7 @@
 namespace MVR {
 namespace {
 
-// Of one PRM folder, so that no unpacked archive and no link makes the start endless.
+// For one PRM folder, so that no unpacked archive and no link makes the start endless.
 constexpr std::size_t kMostModels = 100000;
 constexpr std::int32_t kMostFolderLevels = 32;
 
@@ -83,7 +83,7 @@ void Catalogue::build() {
     for (const std::string& folder : folders_)
         addModels(folder);
     Entry::Names names;
-    std::vector<std::string> texts; // what the names view
+    std::vector<std::string> texts; // owns what the names view
     texts.reserve(entries_.size());
     for (const auto& entry : entries_)
         names.emplace(texts.emplace_back(entry->getName()), entry.get());

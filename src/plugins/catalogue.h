@@ -19,17 +19,17 @@ public:
 
     explicit Catalogue(const CoreSubSystem& owner) : owner_(owner) {}
 
-    /// Where "*.prm" files lie, at any depth.
+    /// Adds a folder with "*.prm" files, at any depth.
     void addFolder(const std::string& path) { folders_.push_back(path); }
-    /// Makes all entries anew. Ends all pointers to them.
+    /// Makes all entries anew. Pointers to the old ones become invalid.
     void build();
     /// Destroys the entries, last first.
     void clear();
 
     [[nodiscard]] std::int32_t size() const { return static_cast<std::int32_t>(entries_.size()); }
-    /// Null if `index` is out of range. Valid until the next build().
+    /// Returns null if `index` is out of range. The entry is valid until the next build().
     [[nodiscard]] Entry* getEntry(std::int32_t index) const;
-    /// As InstanceManager::describeCatalogue() gives it.
+    /// See InstanceManager::describeCatalogue().
     [[nodiscard]] Tag describe() const;
 
 private:

@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t kNoParent = static_cast<std::size_t>(-1);
 
 /// A node of the branch: those of its tools, then the host's objects below them, which are handles
-/// of the entry at `parent`, each behind it.
+/// of the entry at `parent` and come after it.
 struct BranchNode {
     SceneNode* node;
     std::size_t parent;
@@ -40,13 +40,13 @@ public:
     }
     Branch(const Branch&) = delete;
     Branch& operator=(const Branch&) = delete;
-    /// Gives the handles back, last first, so that none outlives the one that gave it.
+    /// Gives the handles back, last first, so that none outlives the one that returned it.
     ~Branch() {
         for (; nodes_.size() > toolNodes_; nodes_.pop_back())
             nodes_[nodes_.back().parent].node->release(nodes_.back().node);
     }
 
-    /// Of the tools, before `collectHostObjects`; later of all.
+    /// Those of the tools; after `collectHostObjects` all.
     [[nodiscard]] std::size_t size() const { return nodes_.size(); }
     [[nodiscard]] std::size_t toolNodeCount() const { return toolNodes_; }
     [[nodiscard]] const BranchNode& operator[](std::size_t index) const { return nodes_[index]; }
@@ -54,7 +54,7 @@ public:
         return node.getOwner() != nullptr && owners_.count(node.getOwner()) != 0;
     }
 
-    /// Appends what hangs below the nodes and belongs to no tool of the branch, at any depth.
+    /// Appends what is below the nodes, at any depth, and belongs to no tool of the branch.
     void collectHostObjects() {
         for (std::size_t i = 0; i < nodes_.size(); ++i) {
             const std::int32_t count = nodes_[i].node->getChildCount();
@@ -74,7 +74,7 @@ private:
     std::unordered_set<const CInterface*> owners_;
 };
 
-/// Hangs the copies' nodes below the outer parents that the nodes of the source have.
+/// Makes the copies' nodes children of the outer parents of the source's nodes.
 void copyOuterParents(const Branch& source, const Branch& copy) {
     const std::size_t count = std::min(source.toolNodeCount(), copy.toolNodeCount());
     for (std::size_t i = 0; i < count; ++i) {
@@ -88,7 +88,7 @@ void copyOuterParents(const Branch& source, const Branch& copy) {
     }
 }
 
-/// Copies the source's host objects to the same places below the copy.
+/// Copies the source's host objects below the corresponding nodes of the copy.
 void copyHostObjects(const Branch& source, const Branch& copy) {
     std::vector<SceneNode*> copies;
     copies.reserve(source.size());
@@ -110,10 +110,11 @@ InstanceReference* cloneTool(InstanceReference& source) {
     CoreServices& services = *source.getServices();
     const ToolListChanges::Scope change(services.getToolListChanges());
     AdaptorInterface& adaptor = *services.getAdaptor();
-    adaptor.beginUndo("Clone Oskel Tool"); // else the host's objects would be steps of their own
+    // Otherwise the host's objects would be steps of their own.
+    adaptor.beginUndo("Clone Oskel Tool");
     Tag data;
     (void)source.save(data, SaveMask::kClone);
-    const InstanceReference::Watch watch(&source); // a tool in the making may take it away
+    const InstanceReference::Watch watch(&source); // a tool in the making may destroy it
     InstanceReference* const made =
         services.getTree().create(data, source.getParentReference(), true);
     if (made != nullptr && watch.get() != nullptr) {

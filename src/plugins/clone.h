@@ -6,7 +6,7 @@ namespace MVR {
 
 class InstanceReference;
 
-/// Copies `source`, a tool below the root, and those below it, as InstanceReference::clone() tells.
+/// Copies `source`, a tool below the root, and those below it; see InstanceReference::clone().
 InstanceReference* cloneTool(InstanceReference& source);
 
 } // namespace MVR

@@ -24,7 +24,7 @@
 namespace MVR {
 namespace {
 
-/// References, each until it is destroyed: a tool may take itself away at any of its calls.
+/// References, each until it is destroyed: a tool may remove itself in any of its calls.
 std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
     std::vector<InstanceReference*> references;
     top.collectInstances(references);
@@ -51,7 +51,7 @@ std::size_t countTools(const Tag& top) {
     return count;
 }
 
-/// One creation under way. While the tools are made they hang below a holder, outside of the tree;
+/// One creation under way. While the tools are made they are below a holder, outside of the tree;
 /// each may begin another creation meanwhile.
 class Creation {
 public:
@@ -73,7 +73,7 @@ public:
 
         entry_.write("Setting object hierarchies");
         entry_.write("Setting object attributes");
-        // First what changes scene objects; after the host's undo step what doesn't.
+        // First what changes scene objects; after the host's undo step the rest.
         for (const Moment pass : {Moment::Attributes, Moment::Parents})
             (void)holder_->applyAttributes(wrapper_, bitsOf(pass));
         adaptor.endUndo();
@@ -142,7 +142,7 @@ std::size_t Creation::countMissing() {
 void Creation::finish() {
     entry_.write("Sending after create event");
     const std::vector<InstanceReference::Watch> created = watchAll(*holder_);
-    // A tool, or the host, may end others on the way.
+    // A tool, or the host, may destroy others meanwhile.
     const auto forEach = [&created](auto act) {
         for (const InstanceReference::Watch& each : created)
             if (each.get() != nullptr && each.get()->getInstance() != nullptr)
@@ -156,7 +156,7 @@ void Creation::finish() {
     forEach([](InstanceReference& each) { each.nameHighPolyNodes(); });
 }
 
-/// Moves the tools from the holder into the tree, last first; gives the one that comes last.
+/// Moves the tools from the holder into the tree, last first. Returns the one that is moved last.
 InstanceReference* Creation::insert() {
     entry_.write("Inserting nodes to tree");
     InstanceReference* const parent = parent_.get() != nullptr ? parent_.get() : root();
@@ -167,7 +167,7 @@ InstanceReference* Creation::insert() {
         holder_->GUI::TreeNode::remove(last);
         if (parent != nullptr)
             parent->add(last);
-        else if (first != nullptr) // without a tree there is place for one, the root
+        else if (first != nullptr) // without a tree there is room for one, the root
             first->destroy();
         first = last;
     }
@@ -188,7 +188,7 @@ std::int32_t createFromModel(CoreServices& services, const std::string& path,
     FaultList& faults = services.getFaults();
     const FaultList::Operation operation(faults);
     const std::size_t faultsBefore = faults.getFaults().size();
-    // Each tool that is missing tells why, but one that removed itself.
+    // Each missing tool has told why, except one that removed itself.
     const auto addUntold = [&](const std::string& text) {
         if (faults.getFaults().size() == faultsBefore)
             faults.add({path, "", "", text, 0});

@@ -15,16 +15,16 @@ class InstanceReference;
 class RecentList;
 
 struct Created {
-    InstanceReference* first = nullptr; ///< null if no tool came into being
+    InstanceReference* first = nullptr; ///< null if no tool was made
     std::size_t missing = 0;            ///< tools of the data, at any depth, that weren't made
 };
 
-/// Creates the tools that `data` describes below `parent`, as InstanceManager::create() tells; the
-/// data becomes recent, unless `recent` is null.
+/// Creates the tools that `data` describes below `parent`; see InstanceManager::create(). The data
+/// becomes recent, unless `recent` is null.
 Created createTools(CoreServices& services, Tag data, InstanceReference* parent,
                     RecentList* recent);
 
-/// Reads a model's file and creates its tools, as InstanceManager::createFromFile() tells.
+/// Reads a model's file and creates its tools; see InstanceManager::createFromFile().
 [[nodiscard]] std::int32_t createFromModel(CoreServices& services, const std::string& path,
                                            InstanceReference* parent, RecentList& recent);
 

@@ -52,7 +52,7 @@ void InstanceManager::initialize() {
 
 void InstanceManager::destroyRoot() {
     getServices().getToolListChanges().silence();
-    const Util::Owned<InstanceReference> root = std::move(root_); // there is none from here on
+    const Util::Owned<InstanceReference> root = std::move(root_); // there is none from now on
 }
 
 std::vector<PluginInstance*> InstanceManager::getInstances(bool checkedOnly) const {
@@ -135,7 +135,7 @@ InstanceReference* InstanceManager::createReference(PluginInstance* instance) {
     }
     auto* const reference = new InstanceReference(instance);
     AdaptorInterface& adaptor = *getServices().getAdaptor();
-    // The first of all is the root, which a host that undoes to the end must not lose.
+    // The first one is the root, which a host that undoes everything must not lose.
     if (root_ != nullptr && adaptor.isUndoOpen())
         adaptor.addUndo(new InstanceReferenceCreateRestore(reference));
     return reference;

@@ -33,7 +33,7 @@ public:
 
     /// Creates the root, named "Mirvane".
     void initialize() override;
-    /// Null before initialize() and after destroyRoot().
+    /// Returns null before initialize() and after destroyRoot().
     [[nodiscard]] InstanceReference* getRoot() const {
         Util::checkHostThread();
         return root_.get();
@@ -42,19 +42,19 @@ public:
     void destroyRoot();
 
     [[nodiscard]] std::int32_t getCatalogueSize() const;
-    /// Null if `index` is out of range. Valid until the next buildCatalogue().
+    /// Returns null if `index` is out of range. The entry is valid until the next buildCatalogue().
     [[nodiscard]] Instanciatable* getCatalogueEntry(std::int32_t index) const;
     /// Builds the catalogue anew: the loaded plug-ins that aren't internal, then the models of the
-    /// PRM folders. Ends all pointers to entries.
+    /// PRM folders. Pointers to the old entries become invalid.
     void buildCatalogue();
     void addPrmFolder(const std::string& path);
-    /// An element "Catalogue" with an element "entry" for each entry, in order; see
+    /// Returns an element "Catalogue" with an element "entry" for each entry, in order; see
     /// CoreModels::getCatalogue().
     [[nodiscard]] Tag describeCatalogue() const;
 
     /// Creates the tools that `data` describes, an element "MVR" with children "MVR_Plugin" or a
     /// single "MVR_Plugin", as the last children of `parent`, or of the root if it is null. All of
-    /// it is one undo step. The first of them, or null if none came into being. A tool that fails
+    /// it is one undo step. Returns the first of them, or null if none was made. A tool that fails
     /// is left out. May run nested.
     InstanceReference* create(Tag data, InstanceReference* parent, bool addToRecent);
     /// Creates one tool of the kind `type` under the root.
@@ -78,13 +78,13 @@ public:
     void addRecent(const Tag& data) { recent_.add(data); }
     void trimRecent() { recent_.trim(); }
 
-    /// The tools of the tree but the root, each before those below it; with `checkedOnly` those
-    /// that are checked themselves.
+    /// Returns the tools of the tree except the root, each before those below it; with
+    /// `checkedOnly` only those that are checked themselves.
     [[nodiscard]] std::vector<PluginInstance*> getInstances(bool checkedOnly) const;
-    /// The reference of a new instance, which, unless it is the root, is undone with the host's
-    /// open step. Null, and logged, if the instance is another core's.
+    /// Makes the reference of a new instance, which, unless it is the root, is undone with the
+    /// host's open step. Returns null, and logs it, if the instance belongs to another core.
     [[nodiscard]] InstanceReference* createReference(PluginInstance* instance);
-    /// Returns the same instances in the order in which a take runs them: findRunOrder() tells it.
+    /// Returns the same instances in the order in which a take runs them; see findRunOrder().
     [[nodiscard]] std::vector<PluginInstance*>
     sortForRecording(const std::vector<PluginInstance*>& instances);
 

@@ -39,7 +39,7 @@ std::string InstanceNames::makeUnique(const std::string& wanted) {
         return wanted;
     std::string base = wanted;
     std::int32_t number = 1;
-    // A base may itself end in such a suffix: one more is cut at each clash.
+    // A base may itself end in such a suffix: one more is removed at each clash.
     while (endsInTwoDigits(base)) {
         base.resize(base.size() - 3);
         const std::string name = numbered(base, number++);
@@ -66,7 +66,7 @@ std::int32_t InstanceNames::firstFree(const std::string& base, std::int32_t star
     return free;
 }
 
-/// A number that is free again is the lowest of its base, unless a lower one is known.
+/// A number that becomes free is the lowest of its base, unless a lower one is known.
 void InstanceNames::lowerHints(std::string_view name) {
     const std::size_t mark = name.rfind('_');
     if (mark == std::string_view::npos || name.size() - mark < 3)

@@ -11,7 +11,7 @@
 namespace MVR {
 
 /// Names in use, each as often as it is in use, and for each base name a hint at the lowest number
-/// that may be free: naming the ten thousandth tool costs what naming the first did.
+/// that may be free: naming the ten thousandth tool costs as much as naming the first.
 class InstanceNames {
 public:
     void add(const std::string& name);
@@ -19,8 +19,8 @@ public:
     void remove(const std::string& name);
     [[nodiscard]] bool isUsed(const std::string& name) const { return uses_.count(name) != 0; }
 
-    /// `wanted` if it is free. Else its base, which is `wanted` without a suffix of "_" and two
-    /// digits, with the first free suffix of "_01", "_02" and so on.
+    /// Returns `wanted` if it is free. Otherwise returns its base, which is `wanted` without a
+    /// suffix of "_" and two digits, with the first free suffix of "_01", "_02" and so on.
     [[nodiscard]] std::string makeUnique(const std::string& wanted);
 
 private:

@@ -59,7 +59,7 @@ struct InstanceReference::Departure {
         childrenEntry.emplace("Destroying children", Log::Notice);
     }
 
-    /// Takes the children out, so that none has to be looked for among many when its turn comes.
+    /// Removes the children first, so that none has to be searched for among many later.
     bool takeChildren() {
         const auto& children = reference->getChildren();
         waiting.clear();
@@ -86,7 +86,7 @@ InstanceReference::~InstanceReference() {
         own.emplace(this);
         destroyChildren(*own);
     }
-    modelParts_->highPoly.releaseNodes(); // of a creation that was broken off
+    modelParts_->highPoly.releaseNodes(); // of a creation that was aborted
     Log log(Log::Notice);
     log.write("Notifying parent of destruction");
     if (InstanceReference* const parent = getParentReference())
@@ -226,7 +226,7 @@ void InstanceReference::remove(bool deleteScene) {
     }
 }
 
-/// The last act of a removal, when nothing is left below; the root stays.
+/// The last step of a removal, when nothing is left below; the root stays.
 void InstanceReference::leaveTree(AdaptorInterface& adaptor, bool deleteScene) {
     InstanceReference* const parent = getParentReference();
     if (parent == nullptr)
@@ -283,7 +283,7 @@ void InstanceReference::savePrm() {
     if (instance_ == nullptr)
         return;
     UserDialogs& dialogs = getServices()->getDialogs();
-    const Watch self(this); // the host may take the tool away meanwhile
+    const Watch self(this); // the host may destroy the tool meanwhile
     const std::string path = dialogs.askModelToSave();
     if (path.empty() || self.get() == nullptr)
         return;

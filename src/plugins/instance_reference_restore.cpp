@@ -6,7 +6,7 @@
 namespace MVR {
 namespace {
 
-/// The end of a restore object: destroys the reference if the object owns it.
+/// Ends a restore object: destroys the reference if the object owns it.
 void endRestore(const char* text, InstanceReference* ownedReference) {
     Log entry(text, Log::Notice);
     if (ownedReference == nullptr)

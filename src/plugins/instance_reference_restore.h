@@ -14,7 +14,7 @@ namespace MVR {
 /// The place that a reference goes back to.
 class InstanceReferencePlace {
 public:
-    /// One call of the host's undo list, which the listeners of the core hear of.
+    /// One call of the host's undo list, of which the listeners of the core are told.
     class Turn {
     public:
         explicit Turn(InstanceReferencePlace& place) : place_(place) {}
@@ -26,7 +26,7 @@ public:
         InstanceReferencePlace& place_;
     };
 
-    /// The present place of `reference`.
+    /// Remembers the present place of `reference`.
     explicit InstanceReferencePlace(InstanceReference* reference);
     /// Brings the reference to the place; `keepsPresent` remembers the place that it had.
     void swap(bool keepsPresent);
@@ -67,7 +67,7 @@ private:
 /// A reference was deleted. Owns it unless the step is undone.
 class InstanceReferenceDeleteRestore final : public CUndo {
 public:
-    /// Marks the reference as out of the tree; the caller takes it from its parent.
+    /// Marks the reference as out of the tree; the caller removes it from its parent.
     explicit InstanceReferenceDeleteRestore(InstanceReference* reference);
     ~InstanceReferenceDeleteRestore() override;
     void restore(bool isUndo) override;

@@ -25,7 +25,7 @@ constexpr const char* kModelPicture = R"([SHAREDDATAPATH]\CORE\icons\icon_prm_su
 
 constexpr std::size_t kModelSuffix = 4; // ".prm"
 
-/// The file's name without folder and suffix.
+/// Returns the file's name without folder and suffix.
 std::string nameOfModel(const std::string& path) {
     std::string name = path.substr(path.find_last_of("/\\") + 1);
     name.resize(name.size() - std::min(name.size(), kModelSuffix));
@@ -91,7 +91,7 @@ std::string InstanceManager::Instanciatable::findPicture() const {
         std::string picture = kSharedData + plugin_->getDescriptor()->getKey() + kPictureFile;
         return Platform::fileExists(expandPathMacros(picture)) ? picture : kToolPicture;
     }
-    // The file itself may hold an element "path", and lead anywhere by it.
+    // The file itself may hold an element "path" that leads anywhere.
     std::string picture = findModelFile(data_.attribute("path"),
                                         data_.child(CatalogueWord::kFolder).value() + kPictureFile);
     return picture.empty() ? kModelPicture : picture;

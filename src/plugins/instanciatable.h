@@ -24,13 +24,13 @@ class InstanceManager::Instanciatable final
       public Util::MessageNode,
       public CoreSubSystem {
 public:
-    /// Entries by their names; of one name the first.
+    /// Entries by their names; the first if several have one name.
     using Names = std::unordered_map<std::string_view, Instanciatable*>;
 
     /// The entry of a tool.
     Instanciatable(CoreImplementation* owner, CoreServices* services, Plugin* plugin);
-    /// The entry of a model, read from the file at `path`; of one that couldn't be read what came
-    /// before the fault.
+    /// The entry of a model, read from the file at `path`; if the file couldn't be read whole, with
+    /// what came before the fault.
     Instanciatable(CoreImplementation* owner, CoreServices* services, Tag data,
                    const std::string& path);
 
@@ -38,17 +38,17 @@ public:
     [[nodiscard]] std::string getName() const override { return name_; }
     [[nodiscard]] const std::string& getVersion() const { return version_; }
     [[nodiscard]] const std::string& getAbout() const { return about_; }
-    /// What InstanceManager::create() takes to create it.
+    /// Returns the data for InstanceManager::create().
     [[nodiscard]] const Tag& getData() const { return data_; }
-    /// Null for a model.
+    /// Returns null for a model.
     [[nodiscard]] Plugin* getPlugin() const { return plugin_; }
-    /// The model's file; "" for a tool.
+    /// Returns the model's file; "" for a tool.
     [[nodiscard]] const std::string& getFile() const { return file_; }
-    /// Where the entry is filed.
+    /// Returns the categories that list the entry.
     [[nodiscard]] const std::vector<std::string>& getCategories() const { return categories_; }
-    /// The entries of the tools that a model is made of, each once.
+    /// Returns the entries of the tools that a model is made of, each once.
     [[nodiscard]] const std::vector<Instanciatable*>& getRequired() const { return required_; }
-    /// Fills getRequired(), when all entries exist.
+    /// Fills getRequired(); called when all entries exist.
     void collectRequired(const Names& entries);
 
     /// What the entry's page of information shows.

@@ -4,16 +4,15 @@
 
 #include <cstdint>
 
-/// What a save writes, and what a pass of applyAttributes() reads. A pass ignores bits that it has
-/// no use for.
+/// What a save writes, and what a pass of applyAttributes() reads. A pass ignores other bits.
 namespace MVR::SaveMask {
 
 constexpr std::uint32_t kParent = 0x00001;         ///< per scene node: its parent
-constexpr std::uint32_t kTransform = 0x00002;      ///< per scene node: its place in the world
+constexpr std::uint32_t kTransform = 0x00002;      ///< per scene node: its world transform
 constexpr std::uint32_t kMesh = 0x00004;           ///< per scene node: its mesh
 constexpr std::uint32_t kVisible = 0x00008;        ///< per scene node: whether it is visible
 constexpr std::uint32_t kInputProfile = 0x00040;   ///< the bindings of the input properties
-constexpr std::uint32_t kHighPoly = 0x00080;       ///< the detailed model and what hangs where
+constexpr std::uint32_t kHighPoly = 0x00080;       ///< the detailed model and where its nodes are
 constexpr std::uint32_t kSelection = 0x00100;      ///< the scene nodes that the model selects
 constexpr std::uint32_t kNodes = 0x00200;          ///< only read: the scene nodes are made
 constexpr std::uint32_t kConfigProfile = 0x00800;  ///< the values of the tool's panel

@@ -45,7 +45,7 @@ std::string TreeControl::beginLabelEdit(InstanceReference& reference) {
 void TreeControl::endLabelEdit(InstanceReference* reference, const std::string* text) {
     if (reference != nullptr && text != nullptr) {
         const ToolListChanges::Scope change(services_.getToolListChanges());
-        // Else the name that it has would make the wanted one look taken.
+        // Otherwise its own name would make the wanted one seem in use.
         reference->setLabel("Temporary name");
         reference->setLabel(*text);
     }

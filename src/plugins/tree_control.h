@@ -15,22 +15,23 @@ class TreeControl {
 public:
     explicit TreeControl(CoreServices& services) : services_(services) {}
 
-    /// The selected item's, null if there is none.
+    /// Returns the selected item's, or null if there is none.
     [[nodiscard]] InstanceReference* getSelected() const { return selected_.get(); }
     /// Another item was selected, or none: its tool may select its object in the host.
     void select(InstanceReference* reference);
     /// The delete key: deletes the selected tool with its scene objects, but never the root.
     void deleteSelected();
 
-    /// A drag begins at an item; false if it has to end at once, as the root can't be moved.
+    /// A drag begins at an item. Returns false if it has to end at once, as the root can't be
+    /// moved.
     [[nodiscard]] bool beginDrag(InstanceReference* reference);
     [[nodiscard]] bool isDragging() const { return isDragging_; }
-    /// The mouse button is let go, over an item or none: relocates, unless Ctrl is held.
+    /// The mouse button is released, over an item or none: relocates, unless Ctrl is held.
     void endDrag(InstanceReference* target, bool isCtrlHeld);
 
-    /// The label of an item is about to be edited: gives the text to begin with.
+    /// The label of an item is about to be edited. Returns the text to begin with.
     [[nodiscard]] std::string beginLabelEdit(InstanceReference& reference);
-    /// The edit ended; `text` is null if the user gave it up.
+    /// The edit ended; `text` is null if the user cancelled it.
     void endLabelEdit(InstanceReference* reference, const std::string* text);
 
 private:

@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* kWindowClass = "OskelCountdownTimer";
 constexpr std::int32_t kSize = 64;              // pixels, both ways
-constexpr std::uint32_t kExtendedStyle = 0x201; // its edge, and no part of the tab order
+constexpr std::uint32_t kExtendedStyle = 0x201; // its edge, and not in the tab order
 
 CountdownFace* faceOf(Platform::WindowHandle window) {
     return reinterpret_cast<CountdownFace*>(Platform::getUserData(window));

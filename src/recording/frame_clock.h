@@ -6,7 +6,7 @@
 
 namespace MVR {
 
-/// Turns the time that passes into frames of the host, at most three an event.
+/// Turns the time that passes into frames of the host, at most three per event.
 ///
 /// 1. start().
 /// 2. At each timer event beginEvent(), then nextFrame() until it is false.
@@ -18,11 +18,11 @@ public:
     void start(std::uint32_t now) { lastTick_ = now; }
     /// Adds the time that has passed since the last event.
     void beginEvent(std::uint32_t now);
-    /// True if a frame of `step` scene seconds is due in this event, which is then used up. Once
-    /// three have run, less than a frame that is left is dropped.
+    /// Returns true if a frame of `step` scene seconds is due in this event, and uses up its time.
+    /// After three frames, a remainder of less than a frame is dropped.
     [[nodiscard]] bool nextFrame(double step);
 
-    /// 1 is real time, each step more halves the speed. The next event uses it.
+    /// 1 is real time, each step more halves the speed. Applies from the next event on.
     void setSlowMotion(std::int32_t slowMotion);
     [[nodiscard]] std::int32_t getSlowMotion() const;
     /// The same as real seconds per scene second.

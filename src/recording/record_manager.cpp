@@ -94,7 +94,8 @@ std::int32_t RecordManager::stopRecording() {
 }
 
 void RecordManager::onTimer(std::int32_t id, std::uint32_t now) {
-    // A tool that runs a message loop in its step lets events in: their time is made up for later.
+    // A tool that runs a message loop in its step lets events in: later events make up for their
+    // time.
     if (id != kFrameTimer || inEvent_ || !isRecording())
         return;
     inEvent_ = true;
@@ -123,7 +124,7 @@ void RecordManager::runDueFrames(Take& take) {
             stopRecording();
             return;
         }
-        if (!take.isRecording()) // the host stopped it as its range grew
+        if (!take.isRecording()) // the host stopped it when its range grew
             return;
         if (take.getTime() > take.getStart()) {
             closeCountdownWindow();
@@ -135,7 +136,7 @@ void RecordManager::runDueFrames(Take& take) {
     }
 }
 
-/// Doubles the end of the range; false if the user wants the take to end there.
+/// Doubles the end of the range. Returns false if the user wants the take to end there.
 bool RecordManager::expandRange(Take& take) {
     if (!getServices().getAutoExpand())
         return false;

@@ -11,7 +11,7 @@ using namespace Platform::ResimulationResource;
 
 constexpr std::uint32_t kAdvanceMessage = 1480;
 constexpr std::uint32_t kSliceTimer = 1;
-constexpr std::uint32_t kSlicePauseMs = 1; // back to the message loop, and on at once
+constexpr std::uint32_t kSlicePauseMs = 1; // back to the message loop, then on at once
 constexpr std::int32_t kFull = 100;        // the bar's upper end
 
 } // namespace

@@ -1,5 +1,5 @@
 /// \file
-/// The tools of a take, which may go at any moment.
+/// The tools of a take, which may be destroyed at any moment.
 #pragma once
 
 #include <cstddef>
@@ -28,7 +28,7 @@ public:
             removeDropped();
     }
 
-    /// False if `tool` isn't there.
+    /// Removes `tool`. Returns false if it isn't there.
     bool drop(const PluginInstance* tool);
     void clear();
     [[nodiscard]] std::vector<PluginInstance*> list() const;
@@ -37,7 +37,7 @@ private:
     void removeDropped();
 
     std::vector<PluginInstance*> tools_; // not owned; null: dropped during a walk
-    std::int32_t walks_ = 0;             // that are under way
+    std::int32_t walks_ = 0;             // how many are under way
 };
 
 } // namespace MVR

@@ -59,7 +59,7 @@ void Take::requestStop() {
 void Take::finishTools(double time) {
     state_ = State::Finishing;
     tools_.forEach([time](PluginInstance& tool) { tool.finishRecording(time); });
-    tools_.clear(); // from now on they can be deleted without a word to the take
+    tools_.clear(); // from now on they can be deleted without telling the take
 }
 
 void Take::deactivateDevices() {

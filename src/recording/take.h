@@ -21,12 +21,12 @@ class PluginInstance;
 /// One take of the artist, or one simulated again: the checked tools, run frame by frame from the
 /// live devices or from what an earlier take stored.
 ///
-/// 1. The host's undo step is open; begin() tells the host and prepares the tools.
+/// 1. With the host's undo step open, begin() tells the host and prepares the tools.
 /// 2. setTime() and simulate() for each frame.
 /// 3. finishTools(), deactivateDevices(), and last close(), which closes the undo step.
 ///
-/// Host and tools may end the take from inside any operation, and begin another one: whoever calls
-/// one holds the take until that returns, and asks isRecording() before going on. Scene times are
+/// Host and tools may end the take from inside any operation, and begin another one: a caller holds
+/// the take until the operation returns, and asks isRecording() before going on. Scene times are
 /// seconds. Host thread only.
 class Take {
 public:
@@ -45,15 +45,15 @@ public:
 
     [[nodiscard]] TakeSource getSource() const { return source_; }
     [[nodiscard]] State getState() const { return state_; }
-    /// True until close().
+    /// Returns true until close().
     [[nodiscard]] bool isRecording() const { return state_ < State::Closing; }
-    /// True while frames may come: nobody is ending it.
+    /// Returns true while frames may come and nobody is ending the take.
     [[nodiscard]] bool isGoingOn() const { return state_ < State::Finishing; }
 
     [[nodiscard]] double getStart() const { return start_; }
     [[nodiscard]] double getEnd() const { return end_; }
     void setEnd(double end) { end_ = end; }
-    /// That of the present frame; before the start during a countdown.
+    /// Returns the time of the present frame; before the start during a countdown.
     [[nodiscard]] double getTime() const { return time_; }
     void setTime(double time) { time_ = time; }
 
@@ -62,9 +62,9 @@ public:
     /// Keeps the log down to errors until restoreLog(), so that no frame writes to it.
     void quietLog();
     void restoreLog() const;
-    /// One frame: the devices are polled, then each tool makes its step.
+    /// Simulates one frame: polls the devices, then steps each tool.
     void simulate();
-    /// Has it end after the present frame.
+    /// Makes the take end after the present frame.
     void requestStop();
     /// Finishes the tools at `time` and forgets them.
     void finishTools(double time);
@@ -72,9 +72,9 @@ public:
     /// Tells the host and closes its undo step.
     void close();
 
-    /// Removes a tool, finished if `finish`; harmless for one that isn't there.
+    /// Removes a tool, and finishes it if `finish`; does nothing for one that isn't there.
     void drop(PluginInstance* tool, bool finish);
-    /// In the order they run in.
+    /// Returns the tools in the order in which they run.
     [[nodiscard]] std::vector<PluginInstance*> getTools() const { return tools_.list(); }
 
 private:

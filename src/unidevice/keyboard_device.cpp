@@ -78,7 +78,7 @@ void WINHOOK_KeyboardDevice::resetControls() {
 
 bool WINHOOK_KeyboardDevice::activate(std::int32_t reserved) {
     resetControls();
-    // A hook that is left from before would see each key twice.
+    // A hook left from before would see each key twice.
     deactivate(reserved);
     hookHandle_ = MVR::Platform::installKeyboardHook(&hookProcedure);
     hookedDevice = this;

@@ -16,7 +16,8 @@ class WINHOOK_KeyboardDevice : public Device {
 public:
     static constexpr std::int32_t kKeyCount = 256;
 
-    /// Registers, joins the driver "dummydriver" if there is one, and builds the controls.
+    /// Registers the device, joins the driver "dummydriver" if there is one, and builds the
+    /// controls.
     explicit WINHOOK_KeyboardDevice(std::intptr_t ownModule);
     ~WINHOOK_KeyboardDevice() override;
 
@@ -29,13 +30,13 @@ public:
     bool activate(std::int32_t reserved) override;
     bool deactivate(std::int32_t reserved) override;
 
-    std::intptr_t moduleHandle; ///< in whose name the hook is installed
+    std::intptr_t moduleHandle; ///< the module that installs the hook
 
 private:
     static std::intptr_t hookProcedure(int code, std::uint32_t virtualKey, std::uint32_t flags);
 
     std::vector<Control> keyControls_;  ///< by virtual-key code
-    std::vector<Control*> controlList_; ///< the same in the order that the user sees
+    std::vector<Control*> controlList_; ///< the same controls in the order that the user sees
     std::intptr_t hookHandle_ = 0;      ///< 0 while there is no hook
 };
 

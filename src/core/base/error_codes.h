@@ -15,8 +15,8 @@ struct CodeRow {
     const char* message;
 };
 
-/// The rows. Each comment tells the cause, and what to do about it. Those of the common codes stand
-/// first, in the order of their values.
+/// The rows. Each comment says the cause, and what to do about it. The common codes come first, in
+/// the order of their values.
 namespace Codes {
 // Common codes. The core itself reports four of them; the others are for tools and adaptors.
 inline constexpr CodeRow kGeneral{"GENERAL", ErrorCode::Error, "General error"};
@@ -28,14 +28,14 @@ inline constexpr CodeRow kException{"EXCEPTION", ErrorCode::Error, "An exception
 inline constexpr CodeRow kFatal{"FATAL", ErrorCode::Fatal, "A fatal error occured"};
 inline constexpr CodeRow kNotImplemented{"NOTIMPLEMENTED", ErrorCode::Error,
                                          "Function is not implemented"};
-// A tool's data isn't "MVR_Plugin", is another tool's, or names a parent that isn't in the scene:
-// correct the data.
+// A tool's data isn't "MVR_Plugin", belongs to another tool, or names a parent that isn't in the
+// scene: correct the data.
 inline constexpr CodeRow kInvalidData{"INVALIDOKFDATASTRUCTURE", ErrorCode::Error,
                                       "Invalid OKF data structure detected"};
 // No loaded library has a tool of this type: install the library, or correct the type.
 inline constexpr CodeRow kPluginNotFound{"PLUGINNOTFOUND", ErrorCode::Error,
                                          "The specified plugin type was not found"};
-// The plug-in gave no tool object: a fault of its library, whose lines in the log may tell more.
+// The plug-in returned no tool object: a fault of its library, whose lines in the log may say more.
 inline constexpr CodeRow kCouldNotInstanciate{"COULDNOTINSTANCIATEPLUGIN", ErrorCode::Error,
                                               "Error instanciating plugin"};
 
@@ -50,19 +50,19 @@ inline constexpr CodeRow kNonUniqueValue{"ERRORCODE_NONUNIQUEVALUE", ErrorCode::
 // operations.
 inline constexpr CodeRow kLinkMismatch{"MESSAGE_LINKMISMATCH", ErrorCode::Fatal,
                                        "The MessageNode network contains a link mismatch."};
-// There is no link to end; nothing to do.
+// There is no link to end; nothing needs to be done.
 inline constexpr CodeRow kNotListening{"MESSAGE_NOT_LISTENING", ErrorCode::Notice,
                                        "This node is not listening to the specified node."};
 
-// Libraries of tools. The path is loaded, or the library listed, already; nothing to do.
+// Libraries of tools. The path is loaded, or the library listed, already; nothing needs to be done.
 inline constexpr CodeRow kLibraryAlreadyLoaded{"LIBRARY_ALREADYLOADED", ErrorCode::Notice,
                                                "The specified library is already loaded"};
 inline constexpr CodeRow kLibraryAlreadyListed{"LIBRARY_ALREADYINLIST", ErrorCode::Notice,
                                                "The specified library is already in list"};
-// The system can't load the file: the log's "reason" tells what it misses.
+// The system can't load the file: the log's "reason" says what is missing.
 inline constexpr CodeRow kLibraryCouldNotLoad{"LIBRARY_COULDNOTLOAD", ErrorCode::Error,
                                               "The specified library could not be loaded"};
-// The file is no library of tools: move it to another folder.
+// The file isn't a library of tools: move it to another folder.
 inline constexpr CodeRow kLibraryNoVersion{"LIBRARY_GETVERSIONNOTFOUND", ErrorCode::Warning,
                                            "Could not bind version verification function"};
 // The library was built for another version of the contract: build it anew.
@@ -78,17 +78,17 @@ inline constexpr CodeRow kPluginNoLibrary{"PLUGIN_NOPARENTLIBRARY", ErrorCode::E
 inline constexpr CodeRow kPluginNoHandler{"PLUGIN_NOHANDLER", ErrorCode::Error,
                                           "Plugin is missing handler"};
 
-// Models. A tool below another couldn't be made, and is left out: the lines before tell why.
+// Models. A tool below another couldn't be made, and is left out: the lines before say why.
 inline constexpr CodeRow kSubPluginMissing{"INSTANCIATOR_COULDNOTCREATESUBPLUGIN",
                                            ErrorCode::Warning,
                                            "Some plugins could not be instanciated"};
-// No such file, or a damaged one: the log tells line and column.
+// There is no such file, or it is damaged: the log has line and column.
 inline constexpr CodeRow kModelUnreadable{"MODEL_UNREADABLE", ErrorCode::Error,
                                           "The model's file can't be read"};
-// The text of something else: choose another file.
+// The file holds something else: choose another file.
 inline constexpr CodeRow kModelInvalid{"MODEL_INVALID", ErrorCode::Error,
                                        "The file holds no model"};
-// None, or not all, of its tools could be made: the log tells why for each.
+// None, or not all, of its tools could be made: the log says why for each.
 inline constexpr CodeRow kModelNothingCreated{"MODEL_NOTHINGCREATED", ErrorCode::Error,
                                               "No tool of the model could be created"};
 inline constexpr CodeRow kModelIncomplete{"MODEL_INCOMPLETE", ErrorCode::Warning,
@@ -96,7 +96,7 @@ inline constexpr CodeRow kModelIncomplete{"MODEL_INCOMPLETE", ErrorCode::Warning
 // No tool of the tree has the name that is to be saved.
 inline constexpr CodeRow kModelNoTool{"MODEL_NOTOOL", ErrorCode::Error,
                                       "There is no tool of that name"};
-// The model's file can't be replaced: the log tells why; the old one stays.
+// The model's file can't be replaced: the log says why; the old one stays.
 inline constexpr CodeRow kModelUnwritable{"MODEL_UNWRITABLE", ErrorCode::Error,
                                           "The model's file can't be written"};
 
@@ -118,14 +118,14 @@ inline constexpr CodeRow kInputInactive{"INPUT_INACTIVE", ErrorCode::Warning,
 // Recording. A take or a resimulation runs, or is being ended: wait for its end, or stop it.
 inline constexpr CodeRow kAlreadyRecording{"ALREADYRECORDING", ErrorCode::Error,
                                            "Already recording"};
-// The span is no number, has too many frames, or the host has no frame rate.
+// The span isn't a number or has too many frames, or the host has no frame rate.
 inline constexpr CodeRow kResimulateBadRange{"RESIMULATE_BADRANGE", ErrorCode::Error,
                                              "The range can't be simulated"};
 
 // The main dialog. Its layout is missing: the core goes on without a dialog.
 inline constexpr CodeRow kMainDialogMissing{"NOMAINDLGCOMPONENT", ErrorCode::Error,
                                             "Main dialog design structure not present"};
-// The dialog is open, or isn't; nothing to do.
+// The dialog is open, or isn't; nothing needs to be done.
 inline constexpr CodeRow kMainDialogOpen{"MAINDLG_ALREADYOPEN", ErrorCode::Notice,
                                          "The main dialog is already open"};
 inline constexpr CodeRow kMainDialogNotOpen{"MAINDLG_NOTOPEN", ErrorCode::Notice,

@@ -14,12 +14,12 @@ namespace MVR {
 
 /// Ids for CoreInterface::extend(). `data` is the version that the caller was built for, 1 or more;
 /// the result is a pointer to the interface, or 0 if this core has none of that version. The
-/// helpers below do the asking.
+/// helpers below make the call.
 ///
-/// The core owns the interfaces; one that was asked for is the same object until `detach` returns.
-/// They may be asked for and called whenever the core may, on the same thread. In detachNotify()
-/// there are no tools any more: lists are empty, and what would make or change a tool answers the
-/// code of "CORE_DETACHING".
+/// The core owns the interfaces; each is the same object until `detach` returns. They may be asked
+/// for and called whenever the core may, on the same thread. In detachNotify() the tools are gone:
+/// lists are empty, and operations that would make or change a tool return the code of
+/// "CORE_DETACHING".
 namespace CoreExtension {
 constexpr std::int32_t kModels = 60; ///< CoreModels
 constexpr std::int32_t kTools = 61;  ///< CoreTools
@@ -27,7 +27,8 @@ constexpr std::int32_t kInputs = 62; ///< CoreInputs
 constexpr std::int32_t kFaults = 63; ///< CoreFaults
 } // namespace CoreExtension
 
-/// The interface of type `Interface` behind `id`; null if `core` is older than this header.
+/// Returns the interface of type `Interface` behind `id`, or null if `core` is older than this
+/// header.
 template <class Interface>
 Interface* findExtension(CoreInterface& core, std::int32_t id) {
     return reinterpret_cast<Interface*>(core.extend(id, Interface::kVersion));

@@ -6,7 +6,7 @@
 
 namespace MVR {
 
-/// One control of an CoreDevice.
+/// One control of a CoreDevice.
 struct CoreControl {
     std::string type;          ///< its identifier within the device, as a binding names it
     std::int32_t index = 0;    ///< the second identifier within the device
@@ -15,10 +15,10 @@ struct CoreControl {
     double value = 0.0;        ///< what the device held when it was polled last
 };
 
-/// A source of live input, as CoreInputs::list() tells it.
+/// A source of live input, as CoreInputs::list() returns it.
 struct CoreDevice {
     std::string name;                  ///< as a binding names it
-    std::int32_t index = 0;            ///< tells devices of one name apart; 0 for the first
+    std::int32_t index = 0;            ///< distinguishes devices of one name; 0 for the first
     std::string driver;                ///< the name of the driver that polls it; "" for none
     bool isTool = false;               ///< a placed tool that offers values of its own
     std::vector<CoreControl> controls; ///< those that are known now: a device may learn of more
@@ -27,27 +27,27 @@ struct CoreDevice {
 /// The input devices: those of the driver libraries, the core's own keyboard and what is made of
 /// it, and the tools that offer values to other tools.
 ///
-/// getInputs() in core_extensions.h gives it. The core owns it. All calls come on the host's
+/// getInputs() in core_extensions.h returns it. The core owns it. All calls come on the host's
 /// thread. A later version adds operations at the end.
 ///
 /// A display of live values outside of takes:
 /// 1. setListening(true).
 /// 2. update(), then list(), as often as the display is drawn.
 /// 3. setListening(false).
-/// During a take, and during a resimulation, the core does the first and the last itself and polls
-/// once a frame; list() shows the values then too.
+/// During a take or a resimulation the core does steps 1 and 3 itself and polls once per frame;
+/// list() returns the values then too.
 class CoreInputs {
 public:
     static constexpr std::int32_t kVersion = 1;
 
     virtual std::int32_t getVersion() = 0;
-    /// All devices in the order in which bindings look for their controls. Polls nothing.
+    /// Returns all devices in the order in which bindings look for their controls. Polls nothing.
     virtual std::vector<CoreDevice> list() = 0;
-    /// Begins or ends listening outside of a take. The end of a take ends listening: begin anew.
-    /// 0, or the code of "ALREADYRECORDING" during a take, where nothing changes, or of
-    /// "INPUT_INACTIVE", a warning, if a device can't listen; the others do.
+    /// Starts or ends listening outside of a take. The end of a take ends listening too; start it
+    /// again after that. Returns 0, or the code of "ALREADYRECORDING" during a take, where nothing
+    /// changes, or of "INPUT_INACTIVE", a warning, if a device can't listen; the others do.
     [[nodiscard]] virtual std::int32_t setListening(bool isListening) = 0;
-    /// Polls all devices, without waiting for anything. The code of "ALREADYRECORDING" during a
+    /// Polls all devices, without waiting. Returns 0, or the code of "ALREADYRECORDING" during a
     /// take, which polls them itself.
     [[nodiscard]] virtual std::int32_t update() = 0;
 

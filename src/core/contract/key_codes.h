@@ -61,8 +61,8 @@ struct NamedKey {
     const char* name; ///< the type of its control, as bindings hold it: the spelling is frozen
 };
 
-/// All of them, in the order in which the user sees them. A key that isn't here has a control too,
-/// whose type is empty.
+/// All of them, in the order in which the user sees them. The other keys have controls too, whose
+/// type is empty.
 // clang-format off
 inline constexpr NamedKey kNamedKeys[] = {
     {KeyCode::kLeft, "Left_Arrow"}, {KeyCode::kUp, "Up_Arrow"}, {KeyCode::kRight, "Right_Arrow"},

@@ -1,6 +1,6 @@
 /// \file
 /// The core's own settings, for CoreInterface::getProperty() and setProperty(). They may be read
-/// and set at any time; the countdown counts at the next take, auto-expand in a running one too.
+/// and set at any time; the countdown applies to the next take, auto-expand also to a running one.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ constexpr std::int32_t kStartCountdown = 105; ///< int: whole seconds before a t
 constexpr std::int32_t kEndCountdown = 106;   ///< int
 constexpr std::int32_t kReserved = 107;       ///< bool: kept in the files, read by nobody
 constexpr std::int32_t kCheckUpdates = 108;   ///< bool
-constexpr std::int32_t kAutoExpand = 109;     ///< bool: a take goes on behind the end of the range
+constexpr std::int32_t kAutoExpand = 109;     ///< bool: a take goes on past the end of the range
 } // namespace Setting
 
 } // namespace MVR

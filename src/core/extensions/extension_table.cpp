@@ -8,7 +8,7 @@ namespace {
 
 template <class Interface>
 std::intptr_t give(Interface& interface, std::intptr_t version) {
-    // The caller takes it for this very base.
+    // The caller treats it as exactly this base.
     return version >= 1 && version <= Interface::kVersion
                ? reinterpret_cast<std::intptr_t>(&interface)
                : 0;

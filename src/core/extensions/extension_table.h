@@ -1,5 +1,5 @@
 /// \file
-/// What CoreInterface::extend() leads to.
+/// The interfaces that CoreInterface::extend() returns.
 #pragma once
 
 #include "core/extensions/fault_contract.h"
@@ -17,7 +17,7 @@ public:
     explicit ExtensionTable(CoreServices& services)
         : models_(services), tools_(services), inputs_(services), faults_(services) {}
 
-    /// The address of the interface, or 0: an unknown id, or a version that isn't there.
+    /// Returns the address of the interface, or 0 for an unknown id or a version that isn't there.
     [[nodiscard]] std::intptr_t find(std::int32_t id, std::intptr_t version);
 
 private:

@@ -49,7 +49,7 @@ std::int32_t InputContract::setListening(bool isListening) {
     if (const std::int32_t code = refuseDuringTake(services_); code != 0)
         return code;
     DeviceHandler& devices = *DeviceHandler::instance();
-    const bool hasEnded = devices.deactivate(); // which may come without activate()
+    const bool hasEnded = devices.deactivate(); // allowed without activate()
     if (isListening ? devices.activate() : hasEnded)
         return 0;
     return reportCode(Codes::kInputInactive);

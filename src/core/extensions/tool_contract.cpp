@@ -48,7 +48,7 @@ std::vector<CoreTool> ToolContract::list() {
         tool.access = &instance;
         places.emplace(reference, static_cast<std::int32_t>(list.size()) - 1);
     }
-    // The adaptor's turn comes when the tree isn't walked any more.
+    // Ask the adaptor only after the walk over the tree.
     for (CoreTool& tool : list)
         tool.nodes = services_.getAdaptor()->getNodes(tool.access);
     return list;
@@ -68,14 +68,14 @@ std::int32_t ToolContract::create(std::string type, std::string name, std::strin
     if (below == nullptr)
         return code;
     Tag data = Plugin::makeData(type);
-    // What the data holds is applied to the tool that it names.
+    // The data is applied to the tool that it names.
     data.addChild(Tag::element(ModelWord::kName, name.empty() ? type + "_01" : name));
     if (!bindings.isEmpty()) {
         if (!bindings.hasName(kProfileElement))
             return reportCode(Codes::kToolBadProfile);
         data.addChild(Tag::element(ModelWord::kInputProfile)).addChild(std::move(bindings));
     }
-    // A listener may take the tool away: its name is told before the change is.
+    // A listener may remove the tool: its name is returned before the change is announced.
     const ToolListChanges::Scope change(services_.getToolListChanges());
     InstanceReference* const created = services_.getTree().create(std::move(data), below, false);
     if (created != nullptr) {

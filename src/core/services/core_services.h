@@ -1,5 +1,5 @@
 /// \file
-/// The one door: what a subsystem asks of the whole core.
+/// The one interface through which a subsystem asks the whole core.
 #pragma once
 
 #include <cstdint>
@@ -15,36 +15,38 @@ class PluginInstance;
 class ToolListChanges;
 class UserDialogs;
 
-/// What the parts of one attachment need of each other. Each CoreSubSystem and each placed tool is
-/// handed it. It outlives all of them; but no constructor of a subsystem may ask it for anything,
-/// as the other parts aren't there yet. Host thread only.
+/// What the parts of one attachment need of each other. Each CoreSubSystem and each placed tool
+/// receives it. It outlives all of them, but no constructor of a subsystem may ask it for anything,
+/// as the other parts don't exist yet. Host thread only.
 class CoreServices {
 public:
-    /// The adaptor of this attachment; never null.
+    /// Returns the adaptor of this attachment; never null.
     [[nodiscard]] virtual AdaptorInterface* getAdaptor() const = 0;
-    /// The user's folder for this host; empty if there is none. Asks the adaptor for its name.
+    /// Returns the user's folder for this host; empty if there is none. Asks the adaptor for its
+    /// name.
     [[nodiscard]] virtual std::string getUserFolder() const = 0;
-    /// The host's window that the main dialog belongs to; 0 until it was opened.
+    /// Returns the host's window that the main dialog belongs to; 0 until it was opened.
     [[nodiscard]] virtual std::intptr_t getParentWindow() const = 0;
-    /// The core as the adaptor sees it, for its settings and to start and stop what takes time.
+    /// Returns the core as the adaptor sees it, for its settings and for starting and stopping
+    /// takes and resimulations.
     [[nodiscard]] virtual CoreInterface& getInterface() const = 0;
-    /// The setting "countdown before a take" in whole seconds; 0 for none.
+    /// Returns the countdown before a take, in whole seconds; 0 for none.
     [[nodiscard]] virtual std::int32_t getStartCountdown() const = 0;
-    /// True if a take continues after the end of the host's range.
+    /// Returns true if a take continues after the end of the host's range.
     [[nodiscard]] virtual bool getAutoExpand() const = 0;
-    /// The tree of placed tools.
+    /// Returns the tree of placed tools.
     [[nodiscard]] virtual InstanceManager& getTree() const = 0;
-    /// What the last operation could not do.
+    /// Returns the list of what the last operation could not do.
     [[nodiscard]] virtual FaultList& getFaults() = 0;
-    /// Who changes the tree tells it.
+    /// Whoever changes the tree reports it here.
     [[nodiscard]] virtual ToolListChanges& getToolListChanges() = 0;
-    /// What the user is asked and shown.
+    /// Returns the dialogs that ask the user and show things.
     [[nodiscard]] virtual UserDialogs& getDialogs() = 0;
 
-    /// True during a take and during a resimulation.
+    /// Returns true during a take or a resimulation.
     [[nodiscard]] virtual bool isRecording() const = 0;
-    /// Removes a tool from the running take or resimulation, finished if `finish`; harmless for one
-    /// that has no part in it.
+    /// Removes a tool from the running take or resimulation, and finishes it if `finish`; does
+    /// nothing for one that doesn't participate.
     virtual void leaveTake(PluginInstance* instance, bool finish) = 0;
 
 protected:

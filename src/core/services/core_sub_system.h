@@ -9,7 +9,7 @@ class CoreServices;
 
 namespace Core {
 
-/// True from the moment when all subsystems of the core exist until the last one goes.
+/// True from the moment when all subsystems of the core exist until the last one is destroyed.
 extern bool subsystemInitialized;
 
 } // namespace Core
@@ -17,9 +17,9 @@ extern bool subsystemInitialized;
 /// Base of a subsystem, and of what needs to find the core.
 ///
 /// 1. The constructors of the core's subsystems enter themselves into a list, in their order. The
-///    core isn't there yet: a constructor must not use it.
+///    core doesn't exist yet: a constructor must not use it.
 /// 2. `initializeAll` calls `initialize` on each of them.
-/// 3. The destructors take them off again.
+/// 3. The destructors remove them again.
 class CoreSubSystem {
 public:
     /// Both are null for an object that is used outside of a core.
@@ -29,10 +29,10 @@ public:
 
     /// Called once, when all subsystems exist.
     virtual void initialize();
-    /// The core, or null outside of one. Warns the user if it isn't complete yet.
+    /// Returns the core, or null outside of one. Warns the user if it isn't complete yet.
     virtual CoreImplementation* getCore() const;
     virtual ~CoreSubSystem();
-    /// What the core offers its parts. Not allowed outside of a core.
+    /// Returns what the core offers its parts. Not allowed outside of a core.
     [[nodiscard]] CoreServices& getServices() const { return *services_; }
 
     /// Called by the core when it is complete.

@@ -11,10 +11,11 @@
 namespace MVR {
 
 /// The faults of the last operation that makes or saves tools. One for each attachment; operations
-/// run one inside the other, never beside each other. Host thread only.
+/// may nest, but never run in parallel. Host thread only.
 class FaultList {
 public:
-    /// One operation, from its beginning to the end of the scope. The outermost empties the list.
+    /// One operation, from its construction to the end of the scope. The outermost empties the
+    /// list.
     class Operation {
     public:
         explicit Operation(FaultList& list);
@@ -30,15 +31,15 @@ public:
     FaultList(const FaultList&) = delete;
     FaultList& operator=(const FaultList&) = delete;
 
-    /// The list that takes faults now, so that those who find one need no way to it; null while no
-    /// operation runs.
+    /// Returns the list of the operation that runs, so that those who find a fault needn't be given
+    /// it; null while no operation runs.
     [[nodiscard]] static FaultList* underWay();
 
     [[nodiscard]] const std::vector<CoreFault>& getFaults() const { return faults_; }
     void add(CoreFault fault) { faults_.push_back(std::move(fault)); }
-    /// The model, tool and element that are under way, which tell() adds to.
+    /// Sets the model, tool and element under way, to which tell() adds.
     void setPlace(CoreFault place) { place_ = std::move(place); }
-    /// Adds what the host tells, and logs it.
+    /// Adds a fault that the host reports, and logs it.
     void tell(const std::string& text);
 
 private:

@@ -17,9 +17,9 @@ struct UndoParts;
 /// - An operation opens a Scope; the message comes at the end of the outermost one in which
 ///   something changed.
 /// - The objects that it leaves in the host's undo list each hold an UndoPart of the outermost
-///   scope in which they were made. The host undoes and redoes them one by one, and all of them:
-///   the message comes with the last. Not so in that scope itself, where the host cancels a step of
-///   what fails.
+///   scope in which they were made. The host undoes and redoes all of them, one by one; the message
+///   comes with the last. This doesn't apply inside that scope itself, where the host cancels the
+///   step of a failed operation.
 class ToolListChanges {
 public:
     class Scope {
@@ -39,7 +39,7 @@ public:
         UndoPart(const UndoPart&) = delete;
         UndoPart& operator=(const UndoPart&) = delete;
         ~UndoPart();
-        /// The object was undone, or redone.
+        /// Called when the object was undone or redone.
         void finish();
 
     private:
@@ -51,9 +51,9 @@ public:
     ToolListChanges(const ToolListChanges&) = delete;
     ToolListChanges& operator=(const ToolListChanges&) = delete;
 
-    /// The list is another one.
+    /// Called when the list changed.
     void note();
-    /// The attachment ends: nothing more is told.
+    /// The attachment ends: no more messages are sent.
     void silence() { isSilent_ = true; }
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// What the user is asked and shown, for those who stand below the dialogs.
+/// What the user is asked and shown, for the floors below the dialogs.
 #pragma once
 
 #include "platform/choosers.h"
@@ -19,13 +19,12 @@ public:
     /// "platform/choosers.h".
     virtual std::int32_t ask(const std::string& text, const std::string& title,
                              std::uint32_t flags) = 0;
-    /// The full path of a model's file to read or to write; "" if the user gave up.
+    /// Return the full path of a model's file to read or to write; "" if the user cancelled.
     [[nodiscard]] virtual std::string askModelToOpen() = 0;
     [[nodiscard]] virtual std::string askModelToSave() = 0;
-    /// The context menu of a tool: shows it and does what the user chooses. The tool may be
-    /// destroyed by it.
+    /// Shows the context menu of a tool and does what the user chooses, which may destroy the tool.
     virtual void openMenu(InstanceReference& tool) = 0;
-    /// The window that a dialog of the core belongs to; 0 while there is none.
+    /// Returns the window that a dialog of the core belongs to; 0 while there is none.
     [[nodiscard]] virtual Platform::WindowHandle getWindow() const = 0;
 
 protected:

@@ -36,7 +36,7 @@ constexpr ListNames kTextureCoordinates{"numTexCoords", "texcoord", "texcoorddat
 constexpr ListNames kFaces{"numFaces", "face", "facedata"};
 constexpr ListNames kTextureFaces{"numTFaces", "tface", "tfacedata"};
 
-// What an entry takes in the binary form.
+// The bytes of an entry in the binary form.
 template <typename T>
 constexpr std::size_t kEntrySize = sizeof(T);
 static_assert(kEntrySize<Vector> == 24 && kEntrySize<std::int32_t> == 4);
@@ -63,8 +63,8 @@ void store(std::uint8_t* to, std::int32_t from) {
     storeLittle32(to, static_cast<std::uint32_t>(from));
 }
 
-// The flat form of a mesh's chunks, written as text while it is made: beside a large mesh there is
-// no room for a copy of it.
+// Writes the flat form of a mesh's chunks as text while it is made: beside a large mesh there is no
+// room for a copy of it.
 class MeshWriter {
 public:
     explicit MeshWriter(std::size_t flatSize) : text_(flatSize) {}
@@ -116,7 +116,7 @@ std::optional<std::size_t> readCount(const DataChunkView& root, const ListNames&
     return loadLittle32(chunk->data);
 }
 
-// Null, as if it were missing, if the payload doesn't have the size that the count tells.
+// Returns null, as if it were missing, if the payload's size doesn't match the count.
 template <typename T>
 const std::uint8_t* findEntries(const DataChunkView& root, const ListNames& names,
                                 std::optional<std::size_t> count) {
@@ -136,11 +136,11 @@ void loadEntries(const std::uint8_t* from, std::size_t count, std::vector<T>& li
     }
 }
 
-// False, with the mesh as it was, if a part is missing or damaged.
+// Returns false, and leaves the mesh as it was, if a part is missing or damaged.
 bool readBinary(const std::string& text, CMesh& mesh) {
     const Base64Buffer bytes(text);
     DataChunkView root;
-    // Damage behind what is asked for below does no harm.
+    // Damage after what is asked for below does no harm.
     static_cast<void>(root.parse(bytes.data(), bytes.data() + bytes.size()));
     const auto vertexCount = readCount(root, kVertices);
     const auto coordinateCount = readCount(root, kTextureCoordinates);

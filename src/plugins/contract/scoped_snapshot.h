@@ -11,7 +11,7 @@
 
 namespace MVR {
 
-/// How a kind of snapshot is taken and given back.
+/// How a kind of snapshot is got and given back.
 template <class Snapshot>
 struct SnapshotKind;
 
@@ -53,13 +53,13 @@ struct SnapshotKind<LensSnapshot> {
     static void giveBack(CInterface&, SceneNode*, LensSnapshot& snapshot) { snapshot.release(); }
 };
 
-/// A snapshot from its construction to the end of its scope. Make one wherever a snapshot may be
-/// taken (see CInterface::getSnapshot), and let it end before the next of its kind on that node,
-/// and before the node.
+/// A snapshot from its construction to the end of its scope. Make one whenever
+/// CInterface::getSnapshot() and its like may be called, and let it end before the next of its kind
+/// on that node, and before the node.
 template <class Snapshot>
 class ScopedSnapshot {
 public:
-    /// `time` is one number, seconds of scene time; a ScopedHelper takes none.
+    /// `time` is one number, seconds of scene time; a ScopedHelper has none.
     template <class... Time>
     ScopedSnapshot(CInterface* tool, SceneNode* node, Time... time)
         : tool_(tool), node_(node), snapshot_(SnapshotKind<Snapshot>::take(*tool, node, time...)) {}
@@ -71,9 +71,9 @@ public:
         }
     }
 
-    /// False if the host has no such snapshot of the node.
+    /// Returns false if the host has no such snapshot of the node.
     [[nodiscard]] explicit operator bool() const { return snapshot_ != nullptr; }
-    /// Only if there is one.
+    /// Call it only if there is one.
     Snapshot* operator->() const { return snapshot_; }
 
 private:

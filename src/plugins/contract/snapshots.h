@@ -6,12 +6,12 @@
 ///   -z, with its own y up. A host with other axes converts in its nodes; the core turns nothing.
 /// - Lengths are in scene units, which the core neither knows nor converts; focal lengths are in
 ///   millimetres.
-/// - A matrix is 16 doubles, row after row. A point is a row and stands on the left, so that the
+/// - A matrix is 16 doubles, row after row. A point is a row and is on the left, so that the
 ///   translation is row 3 (indices 12, 13, 14), and "first a, then b" is the product a b.
 /// - A quaternion is x, y, z, w. A positive angle turns from x to y about z: (0, 0, sin(a/2),
-///   cos(a/2)). Angles for people, in panels, properties and files, are degrees.
-/// - Times are doubles, seconds of scene time. The frames of a take lie on multiples of the host's
-///   frame step.
+///   cos(a/2)). Angles that people read, in panels, properties and files, are in degrees.
+/// - Times are doubles, in seconds of scene time. The frames of a take are at multiples of the
+///   host's frame step.
 #pragma once
 
 #include <cstdint>
@@ -35,10 +35,10 @@ protected:
 
 /// The transform of a scene node at one time: what a tool reads and animates.
 ///
-/// 1. Take it with ScopedTransform (plugins/contract/scoped_snapshot.h), or with
+/// 1. Get it with ScopedTransform (plugins/contract/scoped_snapshot.h), or with
 ///    CInterface::getSnapshot(node, time).
-/// 2. Read and write as often as needed. While a recording or a resimulation runs, a write sets
-///    one key at that time on each curve that it names; else it changes the value at rest.
+/// 2. Read and write as often as needed. While a recording or a resimulation runs, a write sets one
+///    key at that time on each curve that it names; otherwise it changes the value at rest.
 /// 3. Give it back with CInterface::nodeQuery5(node) before the next snapshot of that node;
 ///    ScopedTransform does.
 ///
@@ -52,8 +52,8 @@ public:
     /// The position below the node's parent: x, y, z.
     virtual void getPosition(double position[3]) = 0;
     virtual void setPosition(const double position[3]) = 0;
-    /// The rotation below the node's parent: quaternion x, y, z, w. Written as given; the host
-    /// brings it to unit length where it evaluates it.
+    /// The rotation below the node's parent: quaternion x, y, z, w. It is stored as given; the host
+    /// normalises it where it evaluates it.
     virtual void getRotation(double quaternion[4]) = 0;
     virtual void setRotation(const double quaternion[4]) = 0;
 
@@ -76,7 +76,7 @@ protected:
 /// until it is given back, by ScopedHelper or with CInterface::nodeQuery4.
 class HelperSnapshot {
 public:
-    /// Gives the node a copy of `mesh`, as an act that the host's undo step takes back.
+    /// Gives the node a copy of `mesh`, as an act that the host's undo step undoes.
     virtual void set(const CMesh& mesh) = 0;
 
 protected:
@@ -85,26 +85,26 @@ protected:
 
 /// The lens of a camera at one time: what a tool reads and animates.
 ///
-/// 1. Take it with ScopedLens (plugins/contract/scoped_snapshot.h), or with
-///    `LensSnapshot::fromHandle(tool->getLensSnapshot(node, time))`. A node that is no camera has
+/// 1. Get it with ScopedLens (plugins/contract/scoped_snapshot.h), or with
+///    `LensSnapshot::fromHandle(tool->getLensSnapshot(node, time))`. A node that isn't a camera has
 ///    none, nor has any node of a host that doesn't animate lenses.
 /// 2. Read and write as often as needed. While a recording or a resimulation runs, a write sets one
-///    key at that time on the curve that it names; else it changes the value at rest. A value that
-///    isn't above 0, or isn't finite, is left alone. A lens to which a take writes nothing gets no
-///    key from it.
+///    key at that time on the curve that it names; otherwise it changes the value at rest. A value
+///    that isn't above 0, or isn't finite, is ignored. A lens to which a take writes nothing gets
+///    no key from it.
 /// 3. Give it back with release() before the next lens snapshot of that node; ScopedLens does.
 ///
-/// The adaptor owns the object; it is valid until it is given back. The field of view that a focal
-/// length leads to depends on the size of the picture, which is the host's.
+/// The adaptor owns the object; it is valid until it is given back. The host's picture size decides
+/// which field of view a focal length results in.
 class LensSnapshot {
 public:
     /// Millimetres.
     virtual double getFocalLengthMm() = 0;
     virtual void setFocalLengthMm(double millimetres) = 0;
-    /// From the camera to the plane that is sharp, in scene units.
+    /// From the camera to the plane in focus, in scene units.
     virtual double getFocusDistance() = 0;
     virtual void setFocusDistance(double distance) = 0;
-    /// Focal length over the width of the iris: 5.6 for f/5.6.
+    /// Focal length divided by the width of the iris: 5.6 for f/5.6.
     virtual double getFNumber() = 0;
     virtual void setFNumber(double fNumber) = 0;
     /// Gives the snapshot back.

@@ -12,25 +12,25 @@ using Matrix = std::array<double, 16>;
 
 inline constexpr Matrix kIdentityMatrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
-/// First `a`, then `b`.
+/// Returns the transform that is first `a`, then `b`.
 Matrix multiply(const Matrix& a, const Matrix& b);
 
-/// Reads an element in one of three forms. The attribute "format" names it; without a known name a
-/// value with "," is text, another value binary, and no value components.
-/// - "binary": base64 of the 16 doubles. Another size gives the identity.
+/// Reads an element in one of three forms, which the attribute "format" names. Without a known name
+/// a value with "," is text, any other value binary, and no value components.
+/// - "binary": base64 of the 16 doubles. Any other size results in the identity.
 /// - "text": 16 numbers with one character or blanks between them; those that are missing are the
 ///   identity's.
 /// - "component": children "rotate" (attribute "angle" in degrees, value: the axis, used as it is),
 ///   "scale" and "translate" (value: a vector). The last child acts first on a point.
 Matrix readMatrix(const Tag& tag);
 
-/// The same into `out`; false if a binary value has another size or a text too few numbers.
+/// The same into `out`. Returns false if a binary value has another size or a text too few numbers.
 [[nodiscard]] bool readMatrix(const Tag& tag, Matrix& out);
 
-/// False if a number of it is infinite or none at all: nothing can stand there.
+/// Returns false if one of the numbers is infinite or not a number: no object can be there.
 [[nodiscard]] bool isFinite(const Matrix& matrix);
 
-/// An element "transform" in the binary form, without attributes.
+/// Returns an element "transform" in the binary form, without attributes.
 Tag writeMatrix(const Matrix& matrix);
 
 } // namespace MVR

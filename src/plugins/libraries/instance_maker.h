@@ -1,5 +1,5 @@
 /// \file
-/// What the libraries, which stand below the instances of their tools, know of them.
+/// What the libraries know of the instances of their tools, which are a floor above.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ class PluginInstance;
 class PluginMember {
 public:
     [[nodiscard]] virtual PluginInstance* getInstance() const = 0;
-    /// The core that the instance lives in.
+    /// Returns the core that the instance belongs to.
     [[nodiscard]] virtual CoreImplementation* getCore() const = 0;
     /// Destroys the instance, and with it this.
     virtual void end() = 0;
@@ -24,13 +24,13 @@ public:
 
 private:
     friend class Plugin;
-    std::size_t place_ = 0; // in the plug-in's list
+    std::size_t place_ = 0; // index in the plug-in's list
 };
 
 /// Makes instances.
 class InstanceMaker {
 public:
-    /// A new instance of `plugin` in `core`, which has entered itself into the plug-in's list.
+    /// Makes an instance of `plugin` in `core`, which has entered itself into the plug-in's list.
     [[nodiscard]] virtual PluginInstance* makeInstance(CoreImplementation* core, Plugin* plugin,
                                                        const std::string& name) = 0;
 

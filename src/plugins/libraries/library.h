@@ -14,26 +14,28 @@ namespace MVR {
 class Plugin;
 
 /// A library of tools. Lives from its load to the unload of the core; the module itself stays
-/// mapped until the process ends, since tool objects may still be on their way out. Host thread
+/// mapped until the process ends, since code of tool objects may still be running. Host thread
 /// only.
 class Library : public Util::DynamicObject {
 public:
-    /// Joins the LibraryManager. `module` is null for what is built into the core.
+    /// Enters itself into the LibraryManager. `module` is null for what is built into the core.
     Library(Platform::LibraryHandle module, std::string path);
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
-    /// Destroys the plug-ins, last first, and leaves the LibraryManager.
+    /// Destroys the plug-ins, last first, and removes itself from the LibraryManager.
     ~Library() override;
 
-    /// The file name up to its first ".", where a "." at the front counts as part of the name.
+    /// Returns the file name up to its first ".", where a "." at the front counts as part of the
+    /// name.
     [[nodiscard]] std::string getName() const { return name_; }
     [[nodiscard]] const std::string& getPath() const { return path_; }
-    /// Null for what is built into the core.
+    /// Returns null for what is built into the core.
     [[nodiscard]] Platform::LibraryHandle getModule() const { return module_; }
     [[nodiscard]] std::int32_t getPluginCount() const;
-    /// Null if `index` is out of range.
+    /// Returns null if `index` is out of range.
     [[nodiscard]] Plugin* getPlugin(std::int32_t index) const;
-    /// The first plug-in whose name, or one of whose old names, is `type`; null if there is none.
+    /// Returns the first plug-in whose name, or one of whose old names, is `type`; null if there is
+    /// none.
     [[nodiscard]] Plugin* findPlugin(const std::string& type) const;
     /// For Plugin's constructor and destructor. The library owns what is registered.
     void registerPlugin(Plugin* plugin);
@@ -42,7 +44,7 @@ public:
 private:
     std::string path_;
     std::string name_;
-    std::vector<Plugin*> plugins_; // owned, freed by destroy(); each leaves the list in doing so
+    std::vector<Plugin*> plugins_; // owned, freed by destroy(), which removes each from the list
     Platform::LibraryHandle module_;
 };
 

@@ -66,7 +66,8 @@ void LibraryManager::loadLibraries() {
     Log entry("Loading libraries", Log::Notice);
     std::string folder = readInstallValue("pluginpath");
     entry.write("plugin path", folder, Log::OwnLevel);
-    folder += "\\"; // without the value the root of the file system, whose libraries are loaded
+    // Without the value this is the root of the file system, whose libraries are loaded.
+    folder += "\\";
     for (const Platform::FoundFile& file : Platform::listFiles(folder + Platform::libraryPattern()))
         if (file.isRegular)                        // opening a pipe would wait for ever
             (void)loadLibrary(folder + file.name); // a bad library never stops the scan
@@ -161,7 +162,7 @@ void LibraryManager::removeLibrary(Library* library) {
 
 namespace {
 
-/// Calls `visit(plugin)` for each plug-in of each library, in order, until it gives true.
+/// Calls `visit(plugin)` for each plug-in of each library, in order, until it returns true.
 template <class Visit>
 void forEachPlugin(const std::vector<Library*>& libraries, Visit visit) {
     for (Library* library : libraries)
@@ -201,7 +202,7 @@ PluginInstance* LibraryManager::getInstance(std::int32_t index,
 void LibraryManager::destroyInstances(const CoreImplementation* core) {
     forEachPlugin(libraries_, [core](Plugin& plugin) {
         for (std::int32_t i = plugin.getInstanceCount() - 1; i >= 0; --i) {
-            // One instance may take others along, those below it in the tree.
+            // Destroying an instance may destroy others, those below it in the tree.
             PluginMember* const each = plugin.getMember(i);
             if (each != nullptr && each->getCore() == core)
                 each->end();

@@ -28,27 +28,28 @@ class PluginInstance;
 /// A library that can't be used is logged and skipped. Host thread only.
 class LibraryManager final : public Util::Singleton<LibraryManager> {
 public:
-    /// Who makes the instances of the plug-ins: `maker`, which isn't owned and outlives this.
+    /// Sets the maker of the plug-ins' instances, which isn't owned and outlives this.
     void setMaker(InstanceMaker& maker) { maker_ = &maker; }
     /// Not allowed before setMaker().
     [[nodiscard]] InstanceMaker& getMaker() const { return *maker_; }
 
     /// Loads every library of the folder that the install value "pluginpath" names.
     void loadLibraries();
-    /// Loads a library and creates its plug-ins. 0 also for a foreign library, which exports no
-    /// `getVersion`. The code of "LIBRARY_ALREADYLOADED" for a path that is loaded, compared byte
-    /// for byte; of "LIBRARY_COULDNOTLOAD" for a library that can't be used.
+    /// Loads a library and creates its plug-ins. Returns 0, also for a foreign library, which
+    /// exports no `getVersion`; or the code of "LIBRARY_ALREADYLOADED" for a path that is loaded,
+    /// compared byte for byte, or of "LIBRARY_COULDNOTLOAD" for a library that can't be used.
     [[nodiscard]] std::int32_t loadLibrary(const std::string& path);
 
     [[nodiscard]] std::int32_t getLibraryCount() const;
     /// Null if `index` is out of range.
     [[nodiscard]] Library* getLibrary(std::int32_t index) const;
-    /// The library of exactly this path, or null.
+    /// Returns the library of exactly this path, or null.
     [[nodiscard]] Library* findLibrary(const std::string& path) const;
-    /// The plug-in of this type name; that of the library loaded first if several have one.
+    /// Returns the plug-in of this type name, or null; that of the library loaded first if several
+    /// have one.
     [[nodiscard]] Plugin* findPlugin(const std::string& type) const;
-    /// For Library's constructor and destructor. The code of "LIBRARY_ALREADYINLIST" for one that
-    /// is in the list.
+    /// For Library's constructor and destructor. Returns 0, or the code of "LIBRARY_ALREADYINLIST"
+    /// for one that is in the list.
     [[nodiscard]] std::int32_t addLibrary(Library* library);
     void removeLibrary(Library* library);
 
@@ -60,7 +61,7 @@ public:
                                               const CoreImplementation* core) const;
     /// Destroys the tools of `core`, for each plug-in the last first.
     void destroyInstances(const CoreImplementation* core);
-    /// Destroys the libraries, last first. Always 0.
+    /// Destroys the libraries, last first. Always returns 0.
     std::int32_t destroyLibraries();
 
     ~LibraryManager() override;
@@ -72,7 +73,7 @@ private:
     Library* createLibrary(const std::string& path, std::int32_t& code);
 
     InstanceMaker* maker_ = nullptr;
-    std::vector<Library*> libraries_; // owned: destroyLibraries(), where each leaves the list
+    std::vector<Library*> libraries_; // owned; destroyLibraries() empties it
 };
 
 } // namespace MVR

@@ -46,8 +46,8 @@ Plugin::~Plugin() {
     descriptor_.reset();
 }
 
-/// The folders of each level of the key, and in the last those of the profiles. One that can't be
-/// made shows later, as a list without files.
+/// Makes the folders of each level of the key, and in the last those of the profiles. One that
+/// can't be made results in a list without files.
 void Plugin::createFolders() const {
     const std::string root = resolveDocumentsPath();
     if (root.empty())
@@ -65,14 +65,14 @@ void Plugin::createFolders() const {
         (void)Platform::createFolder(folder);
 }
 
-/// The shared file first, so that the user's own take the place of what comes with the tool.
+/// The shared file first, so that the user's own presets replace those that come with the tool.
 void Plugin::gatherProfiles(XMLFileManager& list, const char* sharedFile, const char* dataFolder,
                             const char* folder) const {
     const std::string documents = resolveDocumentsPath();
     const std::string shared = readInstallValue("datapath");
     const std::string key = descriptor_->getKey();
     const std::string own = documents + dataFolder + key + folder;
-    if (!documents.empty()) // else it would be a folder of the machine's root
+    if (!documents.empty()) // otherwise it would be a folder in the machine's root
         list.setDestinationPath(own);
     if (!shared.empty())
         list.addSourcePath(shared + "\\" + key + sharedFile);

@@ -20,24 +20,25 @@ class Library;
 class PluginInstance;
 class PluginMember;
 
-/// One kind of tool: owns its descriptor, lays out its folders, keeps the presets that its
-/// instances share, makes and keeps the instances. It lives as long as its library, its instances
-/// belong to one attachment each. Host thread only.
+/// One kind of tool: owns its descriptor, creates its folders, keeps the presets that its instances
+/// share, and makes and keeps the instances. It lives as long as its library; its instances belong
+/// to one attachment each. Host thread only.
 class Plugin final : public Util::DynamicObject, public Util::MessageNode {
 public:
-    /// A new plug-in of `library`, which owns it; it owns `descriptor`. Without one of them: null,
-    /// with `error` the code of "PLUGIN_NOPARENTLIBRARY" or "PLUGIN_NOHANDLER", and `descriptor`
-    /// stays the caller's. On success `error` stays as it is.
+    /// Makes a plug-in of `library`, which owns it; it owns `descriptor`. If one of them is null,
+    /// returns null, with the code of "PLUGIN_NOPARENTLIBRARY" or "PLUGIN_NOHANDLER" in `error`,
+    /// and the caller keeps `descriptor`. On success `error` stays as it is.
     static Plugin* create(Library* library, CCameraPlugin* descriptor, std::int32_t& error);
-    /// Destroys the instances, last first, then leaves the library and frees the descriptor.
+    /// Destroys the instances, last first, removes itself from the library and frees the
+    /// descriptor.
     ~Plugin() override;
 
-    /// The type name, which is the descriptor's.
+    /// Returns the type name, which is the descriptor's.
     [[nodiscard]] std::string getName() const override { return descriptor_->getName(); }
     [[nodiscard]] CCameraPlugin* getDescriptor() const { return descriptor_.get(); }
 
     [[nodiscard]] std::int32_t getInstanceCount() const { return instanceCount_; }
-    /// In order of creation; null if `index` is out of range.
+    /// The instances are in order of creation. Returns null if `index` is out of range.
     [[nodiscard]] PluginInstance* getInstance(std::int32_t index) const;
     /// The same as its entry in the list.
     [[nodiscard]] PluginMember* getMember(std::int32_t index) const;
@@ -45,19 +46,19 @@ public:
     /// does removing one that isn't here.
     void addInstance(PluginMember& instance);
     void removeInstance(PluginMember& instance);
-    /// A new tool in `core`; the plug-in owns it until a reference does. An empty `name` gives it
-    /// the name of the plug-in plus "_01".
+    /// Makes a tool in `core`; the plug-in owns it until a reference does. With an empty `name` it
+    /// is named after the plug-in plus "_01".
     [[nodiscard]] PluginInstance* createInstance(CoreImplementation* core, const std::string& name);
 
-    /// The descriptor's categories, up to the first empty one.
+    /// Returns the descriptor's categories, up to the first empty one.
     [[nodiscard]] std::vector<std::string> getCategories() const;
-    /// What InstanceManager::create() needs to make one tool of this kind from nothing; an empty
-    /// `name` leaves the name open.
+    /// Returns the data with which InstanceManager::create() makes one new tool of this kind; an
+    /// empty `name` leaves the name open.
     [[nodiscard]] Tag getDefaultData(const std::string& name) const;
     /// The same without a name, for a kind that needn't be there.
     [[nodiscard]] static Tag makeData(const std::string& type);
-    /// The user's folder for files of this kind of tool; ends in "\". Empty if there are no user's
-    /// folders.
+    /// Returns the user's folder for files of this kind of tool; ends in "\". Empty if there are no
+    /// user's folders.
     [[nodiscard]] std::string getUserDataFolder() const;
 
     /// The presets of all instances that have no list of their own; the shared file's and the
@@ -75,9 +76,9 @@ private:
 
     Library* library_;
     Util::Owned<CCameraPlugin> descriptor_;
-    // In order of creation, owned unless a reference owns them: either end ends both. One that goes
-    // leaves a gap, and a last one takes the gaps before it along, so that a tree of any size is
-    // torn down in the time that its instances need.
+    // In order of creation, owned unless a reference owns them; destroying either destroys both. A
+    // removed one leaves a gap, and a removed last one also removes the gaps before it, so that the
+    // time to destroy a tree grows only with its instances.
     mutable std::vector<PluginMember*> instances_;
     std::int32_t instanceCount_ = 0; // without the gaps
     // The input profiles go first.

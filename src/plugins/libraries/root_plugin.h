@@ -9,7 +9,7 @@ class RootPlugin final : public BuiltInPlugin {
 public:
     class Code;
 
-    /// The type name, which tells the root from all other tools.
+    /// The type name, which distinguishes the root from all other tools.
     static constexpr const char* kName = "Root";
 
     RootPlugin();

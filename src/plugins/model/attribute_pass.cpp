@@ -27,7 +27,8 @@ struct Level {
         entry.write("flags", static_cast<std::int32_t>(stages), Log::OwnLevel);
     }
 
-    /// The data of a child: the first element of a tool with its name; null if there is none.
+    /// Returns the data of a child: the first element of a tool with its name; null if there is
+    /// none.
     const Tag* find(const InstanceReference& child) {
         if (byName.empty())
             for (std::int32_t i = 0; i < data.childCount(); ++i)
@@ -37,7 +38,7 @@ struct Level {
         return found != byName.end() ? found->second : nullptr;
     }
 
-    InstanceReference::Watch reference; // a tool may end on the way
+    InstanceReference::Watch reference; // a tool may end meanwhile
     const Tag& data;
     Log entry;
     std::size_t nextChild = 0;
@@ -83,7 +84,7 @@ std::int32_t AttributePass::run() {
     return result;
 }
 
-/// What `tag` holds of this tool itself; those below come next, unless they are left out.
+/// Applies what `tag` holds of this tool itself; those below come next, unless they are left out.
 std::int32_t AttributePass::begin(InstanceReference& reference, const Tag& tag) {
     open_.emplace_back(reference, tag, stages_);
     PluginInstance* const instance = reference.getInstance();

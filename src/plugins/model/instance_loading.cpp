@@ -26,8 +26,8 @@
 namespace MVR {
 namespace {
 
-/// False if `data` is packed and there is no tool in it. It stays the element of a tool, so that it
-/// counts as one that failed.
+/// Returns false if `data` is packed and there is no tool in it. It stays the element of a tool, so
+/// that it counts as one that failed.
 bool unpackTool(Tag& data) {
     if (!data.hasName(ModelWord::kTool))
         return true;
@@ -42,14 +42,14 @@ bool unpackTool(Tag& data) {
 /// constructor and end().
 class ToolLoad {
 public:
-    /// `outermost` is the one that all others of the model hang below, null for that itself.
+    /// `outermost` is the one that all others of the model are below, null for that itself.
     ToolLoad(CoreServices& services, Tag& data, const std::string& path, const ToolLoad* outermost)
         : services_(services), data_(data), path_(path), isUnpacked_(unpackTool(data)),
           place_(outermost != nullptr ? outermost->place_ : ModelPlace(data, path)) {
         isMade_ = begin();
     }
 
-    /// The data of the next tool below, null if there is none left.
+    /// Returns the data of the next tool below, or null if there is none left.
     Tag* nextChild() {
         while (isMade_ && nextChild_ < data_.childCount()) {
             Tag& child = data_.child(nextChild_++);
@@ -59,7 +59,7 @@ public:
         return nullptr;
     }
 
-    /// Takes over what became of a tool below.
+    /// Adds the result of a tool below.
     void addChild(Util::Owned<InstanceReference> child, std::int32_t childError) {
         const bool isUsable = ErrorCode::instance()->find(childError).getType() > ErrorCode::Error;
         if (isUsable && reference_.get() != nullptr)
@@ -91,7 +91,7 @@ private:
     bool isUnpacked_;
     ModelPlace place_;
     std::optional<Log> entry_;
-    InstanceReference::Watch reference_{nullptr}; // a tool, or the host's undo, may end it
+    InstanceReference::Watch reference_{nullptr}; // a tool, or the host's undo, may destroy it
     std::int32_t error_ = 0;
     std::int32_t nextChild_ = 0;
     bool isMade_ = false;
@@ -125,7 +125,7 @@ bool ToolLoad::begin() {
     reference_.get()->getModelParts().unknown.read(data_);
     ToolLoading tool{*reference_.get(), *reference_.get()->getInstance(), place_, path_};
     loadElements(Moment::BeforeInit, tool, data_);
-    if (reference_.get() == nullptr) { // the tool took itself away
+    if (reference_.get() == nullptr) { // the tool removed itself
         adaptor().endUndo();
         return false;
     }

@@ -14,13 +14,13 @@ class InstanceReference;
 class Tag;
 
 /// Makes the tool that `data`, an element "MVR_Plugin", describes, and those below it, and runs the
-/// first calls of the tools' lives. `path` is the folder that the data came from. Packed elements
-/// are unpacked in place. The result stands outside the tree and is still under creation:
+/// first calls of the tools' lives. `path` is the folder that the data came from. Unpacks packed
+/// elements within `data`. The result is outside the tree and still under creation:
 /// InstanceReference::applyAttributes() with the same data comes next.
 ///
-/// Null, with a code in `error`, if `data` is something else or the tool's kind is unknown; null
-/// with 0 if the tool itself refused. A tool further down that fails is left out, with a warning
-/// in `error`. The data may be nested to any depth.
+/// Returns null, with a code in `error`, if `data` is something else or the tool's kind is unknown;
+/// null with 0 if the tool itself refused. A tool further down that fails is left out, with a
+/// warning in `error`. The data may be nested to any depth.
 [[nodiscard]] Util::Owned<InstanceReference>
 instantiate(CoreServices& services, Tag& data, std::int32_t& error, const std::string& path);
 

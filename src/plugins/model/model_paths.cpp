@@ -18,7 +18,8 @@ bool isAbsolute(const std::string& path) {
     return !path.empty() && isSeparator(path.front());
 }
 
-/// Both are canonical. The root of the file system holds all, and so vouches for nothing.
+/// Both are canonical. The root of the file system holds everything, so being below it proves
+/// nothing.
 bool isBelow(const std::string& path, const std::string& folder) {
     return folder.size() > 1 && path.size() > folder.size() &&
            path.compare(0, folder.size(), folder) == 0 && path[folder.size()] == '/';
@@ -40,7 +41,7 @@ std::string findModelFile(const std::string& modelFolder, const std::string& nam
     std::string path;
     if (!modelFolder.empty())
         path = modelFolder + "\\" + expanded;
-    // A name that only looks absolute may lie beside the model.
+    // A name that only looks absolute may be beside the model.
     if (isAbsolute(expanded) && (path.empty() || !Platform::fileExists(path)))
         path = expanded;
     if (name.empty() || path.empty() || !Platform::fileExists(path)) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostLetters = 120; // of one name or text in a line
 
-/// On one line, and no longer than a reader would read.
+/// Returns the text on one line, and no longer than a reader would read.
 std::string shown(std::string text) {
     if (text.empty())
         return "(unnamed)";

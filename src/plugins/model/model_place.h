@@ -12,17 +12,18 @@ namespace MVR {
 /// A tool within a model. The names come from the model, whoever wrote that.
 class ModelPlace {
 public:
-    /// `outermost` is the element of the tool that all others of the model hang below, `folder`
-    /// where the model came from; "" if it is no file's. Until setTool() the tool is `outermost`.
+    /// `outermost` is the element of the tool that all others of the model are below, `folder`
+    /// where the model came from; "" if it is not from a file. Until setTool() the tool is
+    /// `outermost`.
     ModelPlace(const Tag& outermost, const std::string& folder);
 
-    /// The tool whose turn it is.
+    /// Sets the tool that is worked on.
     void setTool(const std::string& name);
-    /// One line for one fault: the model, the tool, the element and what is wrong with it. `code`
-    /// is that of a tool that refused. What the user asked for can't be done whole: the fault
-    /// enters the list of that operation too.
+    /// Logs one fault in one line: the model, the tool, the element and what is wrong with it.
+    /// `code` is that of a tool that refused. The fault is also added to the list of the operation
+    /// that the user asked for.
     void log(const std::string& element, const std::string& fault, std::int32_t code = 0) const;
-    /// What the host tells from here on is of `element` of this tool.
+    /// What the host tells from now on concerns `element` of this tool.
     void listen(const std::string& element) const;
 
 private:

@@ -21,7 +21,8 @@ void setVisible(SceneNode& node, bool visible) {
         node.hide();
 }
 
-/// What hangs below `top`, at any depth; objects that a tool owns stay as they are, with all below.
+/// Handles what is below `top`, at any depth; objects that a tool owns stay as they are, with all
+/// below.
 void setVisibleBelow(SceneNode& top, bool visible) {
     struct Level {
         SceneNode* node;

@@ -42,7 +42,7 @@ bool ToolStart::run(std::string folder) {
         initialise(std::move(folder)) && (SavedBlockElement::isIn(data_) ? resume() : createNew());
     if (isStarted)
         entry_.write("create returned successfully");
-    else if (!isCancelled_) // the tool took itself away
+    else if (!isCancelled_) // the tool removed itself
         adaptor().endUndo();
     return isStarted;
 }
@@ -60,7 +60,7 @@ bool ToolStart::initialise(std::string folder) {
     }
     cancelStep();
     logRefusal("instance init returned error", code);
-    if (isAlive()) // unless the host took it back with the step
+    if (isAlive()) // unless the host destroyed it with the step
         reference_.get()->destroy();
     return false;
 }
@@ -107,7 +107,7 @@ bool ToolStart::resume() {
     return isAlive();
 }
 
-/// Binds the scene objects that the saved tool had; false if one of them is missing.
+/// Binds the scene objects that the saved tool had. Returns false if one of them is missing.
 bool ToolStart::bindNodes() {
     const Tag& nodeInfo = data_.child(NodeInfoElement::kWord);
     const std::vector<std::string> names = NodeListElement::readNames(nodeInfo);
@@ -153,7 +153,7 @@ void ToolStart::cancelStep() {
     adaptor().cancelUndo();
 }
 
-/// The tool stays outside the tree, unless the host takes it back with the step.
+/// The tool stays outside the tree, unless the host destroys it with the step.
 void ToolStart::giveUp() {
     cancelStep();
     if (isAlive())

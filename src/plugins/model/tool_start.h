@@ -19,13 +19,13 @@ class SceneNode;
 /// that was saved, with the scene objects that it had then.
 class ToolStart {
 public:
-    /// `data` is the tool's element "MVR_Plugin", `entry` the log's open entry of its making.
+    /// `data` is the tool's element "MVR_Plugin", `entry` the log's open entry for it.
     ToolStart(InstanceReference& reference, const Tag& data, const ModelPlace& place, Log& entry);
 
-    /// `folder` is where the data came from. False, logged and with the host's open step cancelled,
-    /// if the tool refused or a scene object is missing. A tool that refuses init() is destroyed;
-    /// one that refuses later is left outside the tree until the attachment ends. A tool may also
-    /// have taken itself away: false as well, with the step closed.
+    /// `folder` is where the data came from. Returns false, logs it and cancels the host's open
+    /// step, if the tool refused or a scene object is missing. A tool that refuses init() is
+    /// destroyed; one that refuses later is left outside the tree until the attachment ends. Also
+    /// returns false, with the step closed, if the tool removed itself.
     [[nodiscard]] bool run(std::string folder);
 
 private:
@@ -41,7 +41,7 @@ private:
     [[nodiscard]] AdaptorInterface& adaptor() const { return adaptor_; }
     [[nodiscard]] bool isAlive() const { return reference_.get() != nullptr; }
 
-    InstanceReference::Watch reference_; // a tool, or the host's undo, may end it
+    InstanceReference::Watch reference_; // a tool, or the host's undo, may destroy it
     const Tag& data_;
     const ModelPlace& place_;
     Log& entry_;

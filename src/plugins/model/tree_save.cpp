@@ -18,7 +18,7 @@
 namespace MVR {
 namespace {
 
-/// A tool without those below it; nothing if it goes away on the way.
+/// Writes a tool without those below it; nothing if it is destroyed meanwhile.
 Tag saveTool(InstanceReference& reference, std::uint32_t mask) {
     PluginInstance* const instance = reference.getInstance();
     if (instance == nullptr)
@@ -41,8 +41,8 @@ public:
         own_ = saveTool(reference, mask);
     }
 
-    /// Puts what was written of this tool itself behind its elder siblings; false if there is
-    /// nothing to write.
+    /// Adds what was written of this tool itself after the siblings before it. Returns false if
+    /// there is nothing to write.
     bool moveTo(ToolSave& parent) {
         if (own_.isEmpty())
             return false;
@@ -62,7 +62,7 @@ public:
     }
 
     InstanceReference* nextChild() {
-        InstanceReference* const reference = saved_.get(); // a tool may end on the way
+        InstanceReference* const reference = saved_.get(); // a tool may end meanwhile
         if (reference == nullptr || next_ >= reference->getChildren().size())
             return nullptr;
         return reference->getChildReference(next_++);

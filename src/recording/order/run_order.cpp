@@ -83,7 +83,7 @@ private:
             begin(owner->second); // `current` may have moved
     }
 
-    /// Handles of one host object may differ: the host's word counts.
+    /// Handles of one host object may differ, so the host decides.
     bool owns(std::size_t index, SceneNode& handle) const {
         for (std::size_t i = firstNode(index); i < nodesEnd_[index]; ++i)
             if (handle.isSameNode(nodes_[i]))

@@ -13,10 +13,10 @@ class AdaptorInterface;
 class CInterface;
 
 /// Returns the indices of `tools` in an order in which a tool runs after those whose scene nodes
-/// its own hang below, so that it reads its parent's new position. Otherwise the order stays; a
-/// tool that is listed twice runs once. Handles any depth, in time proportional to the scene nodes.
+/// its own are below, so that it reads its parent's new position. Otherwise the order stays; a tool
+/// that is listed twice runs once. Handles any depth, in time proportional to the scene nodes.
 ///
-/// `nameOf` gives the name of the tool at an index, for the log; it is called only if the log is
+/// `nameOf` returns the name of the tool at an index, for the log; it is called only if the log is
 /// that detailed.
 [[nodiscard]] std::vector<std::size_t>
 findRunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools,

@@ -14,12 +14,12 @@ namespace MVR::Util {
 template <class T>
 class AVar;
 
-/// A key-framed number. Its subclass tells what lies between two keys. Times are seconds of scene
-/// time. A variable belongs to one thread: reading moves a cursor that makes reading forwards
+/// A key-framed number. The derived class defines the values between two keys. Times are seconds of
+/// scene time. A variable belongs to one thread: reading moves a cursor that makes reading forwards
 /// cheap, however many keys there are. The order of the virtual operations is frozen.
 ///
 /// The binary block, all numbers little-endian: four 32-bit numbers (16, the size of this header;
-/// the bytes behind it; `kBlockVersion`; the key count), then a time and a value, both 64-bit
+/// the bytes after it; `kBlockVersion`; the key count), then a time and a value, both 64-bit
 /// floats, for each key.
 template <>
 class AVar<double> {
@@ -30,26 +30,28 @@ public:
     static constexpr std::size_t kHeaderSize = 16;
     static constexpr std::size_t kKeySize = 16;
 
-    /// The key at `time`, which lies between those of `a` and `b`.
+    /// Returns the key at `time`, which is between those of `a` and `b`.
     [[nodiscard]] virtual Key interpolate(const Key& a, const Key& b, double time) const = 0;
-    /// The bytes of the binary block.
+    /// Returns the size of the binary block in bytes.
     [[nodiscard]] virtual std::size_t getDataSize() const;
-    /// Writes the block into `size` bytes. Room for less than the whole block gets a header with
-    /// key count 0, room for less than a header nothing.
+    /// Writes the block into `size` bytes. If there is room for less than the whole block, writes a
+    /// header with key count 0; for less than a header, nothing.
     virtual void writeData(void* buffer, std::size_t size) const;
     /// Replaces the keys by those of a block of `size` bytes. A block of another version, a short
-    /// one, and one whose times don't ascend are refused whole: logged, false, the keys stay. A
-    /// block whose header contradicts its key count gives that many keys of time -1 and value 0.
+    /// one, and one whose times don't ascend are refused as a whole: returns false, logs it and
+    /// keeps the keys. A block whose header contradicts its key count results in that many keys of
+    /// time -1 and value 0.
     [[nodiscard]] virtual bool readData(const void* buffer, std::size_t size);
 
-    /// Sets the key at `time`, or inserts one. Behind the last key, where a take adds, it costs the
-    /// same however many there are. A time that is no number is ignored.
+    /// Sets the key at `time`, or inserts one. After the last key, where a take adds, the cost
+    /// doesn't depend on their number. A time that isn't a number is ignored.
     void setKey(double time, double value);
-    /// The default value without keys, the first value before the first key, the last value behind
-    /// the last key, else that of the key or the interpolation of its neighbours.
+    /// Returns the default value if there are no keys, the first value before the first key, the
+    /// last value after the last key, otherwise the value of the key or the interpolation of its
+    /// neighbours.
     [[nodiscard]] double getValue(double time) const;
-    /// The index of the key nearest to `time`, of two at the same distance the later; -1 without
-    /// keys.
+    /// Returns the index of the key nearest to `time`, the later of two at the same distance, or -1
+    /// if there are no keys.
     [[nodiscard]] std::int32_t findNearest(double time) const;
     /// Removes the keys at `time` and later.
     void eraseFrom(double time);

@@ -8,8 +8,8 @@
 
 namespace MVR::Util {
 
-/// A sequence of keys that grows at its end for hours, hundreds of them in step. It does so in
-/// small chunks that stay where they are: no frame has to copy what earlier ones recorded, or to
+/// A sequence of keys that grows at its end for hours, together with hundreds of others. It grows
+/// in small chunks that are never moved: no frame has to copy what earlier ones recorded, or to
 /// touch a page of new memory for each sequence.
 class KeySequence {
 public:
@@ -32,13 +32,13 @@ public:
     [[nodiscard]] const Key& back() const { return at(size_ - 1); }
 
     void append(const Key& key);
-    /// Puts `key` before the one at `index`, which is at most size().
+    /// Inserts `key` before the one at `index`, which is at most size().
     void insert(std::size_t index, const Key& key);
     /// Drops all keys from `newSize` on, which is at most size().
     void truncate(std::size_t newSize);
 
 private:
-    // Both of about 512 bytes.
+    // Both are about 512 bytes.
     static constexpr std::size_t kKeysOfChunk = 32;
     static constexpr std::size_t kChunksOfRow = 64;
     static constexpr std::size_t kKeysOfRow = kKeysOfChunk * kChunksOfRow;
@@ -57,7 +57,7 @@ private:
         return chunkOf(index)->keys[index % kKeysOfChunk];
     }
 
-    std::vector<std::unique_ptr<Row>> rows_; // all full of chunks but the last
+    std::vector<std::unique_ptr<Row>> rows_; // all but the last are full of chunks
     std::size_t size_ = 0;
 };
 

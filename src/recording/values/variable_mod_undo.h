@@ -10,7 +10,7 @@
 namespace MVR {
 
 /// Keeps a deep copy of a sequence of variables and exchanges it with the live one, without
-/// copying. Undo and redo in turn; a second one of a kind has no effect.
+/// copying. Undo and redo come in turn; a second one of a kind has no effect.
 ///
 /// The host may keep the entry longer than the tool lives: the target is only watched, and nothing
 /// happens once it is gone.

@@ -1,5 +1,5 @@
 /// \file
-/// What the catalogue of things to create reads of a model.
+/// The words that the catalogue reads in a model.
 #pragma once
 
 namespace MVR::CatalogueWord {

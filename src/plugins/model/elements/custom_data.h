@@ -8,8 +8,8 @@
 
 namespace MVR {
 
-/// What the tool itself adds, in any form. The tool names the element; only one of this word comes
-/// back to it.
+/// What the tool itself adds, in any form. The tool names the element; only one of this word is
+/// given back to it.
 struct CustomDataElement {
     static constexpr const char* kWord = "customdata";
 

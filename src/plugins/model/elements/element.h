@@ -21,12 +21,12 @@ enum class Moment : std::uint8_t {
     BeforeInit, ///< before the tool's first call
     Resuming,   ///< before load(), by a tool that was saved
     Started,    ///< after create() or load()
-    // The rest when all tools exist, in the passes of InstanceReference::applyAttributes().
-    EachPass,      ///< in each that wants one of its bits
+    // The rest is read when all tools exist, in the passes of InstanceReference::applyAttributes().
+    EachPass,      ///< in each that has one of its bits
     Attributes,    ///< in the first, within the host's undo step
     Parents,       ///< in the last within the step
     HighPolyNames, ///< after the step
-    Selection,     ///< in the last of all
+    Selection,     ///< last
 };
 
 /// A tool that is saved.
@@ -44,7 +44,7 @@ struct ToolLoading {
     std::string folder;             ///< of the model; only while the tool is made
     std::uint32_t stages = 0;       ///< bits of SaveMask; only in a pass
     InstanceIndex* index = nullptr; ///< the tools by name; only in a pass
-    std::int32_t code = 0;          ///< what the pass gives for this tool
+    std::int32_t code = 0;          ///< what the pass returns for this tool
     bool isBranchDone = false;      ///< the pass goes no further, nor to the tools below
 };
 
@@ -65,9 +65,9 @@ struct ElementRow {
     std::uint32_t bits; ///< of SaveMask: any of them lets it be written, or read in a pass
     Moment moment;
     std::int32_t turn; ///< among those that are read at one moment
-    /// Appends the element to its parent's; null: it is only read. The tool may end on the way.
+    /// Appends the element to its parent's; null if it is only read. The tool may end meanwhile.
     void (*save)(const Saving& saved, Tag& parent);
-    /// Applies what the parent's element has of it, if it has any; null: others ask for it.
+    /// Applies what the parent's element has of it, if it has any; null if others ask for it.
     void (*load)(Loading& loaded, const Tag& parent);
 };
 using ToolElement = ElementRow<ToolSaving, ToolLoading>;

@@ -15,7 +15,7 @@
 namespace MVR {
 namespace {
 
-/// Hides a merged node; what is a root takes the transform, and the rest goes with it.
+/// Hides a merged node. A root gets the transform, and the rest moves with it.
 void treatMergedNode(SceneNode& node, const Matrix& postMerge) {
     Log entry("Processing node: " + node.getName(), Log::Notice);
     node.hide();

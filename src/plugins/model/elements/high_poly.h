@@ -25,7 +25,7 @@ public:
     /// is that of the model that names it.
     void merge(CoreServices& services, const Tag& highPoly, const std::string& folder,
                const ModelPlace& place);
-    /// A merged node that waits; null if there is none.
+    /// Returns a merged node that waits, or null if there is none.
     [[nodiscard]] SceneNode* find(const std::string& name) const;
     /// Gives the merged nodes names that begin with the tool's, and then back to the host.
     void nameNodes(const std::string& toolName);

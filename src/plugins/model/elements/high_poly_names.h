@@ -9,7 +9,7 @@
 
 namespace MVR {
 
-/// Which nodes of the detailed model hang below a scene node, an element for each.
+/// Which nodes of the detailed model are below a scene node, an element for each.
 class HighPolyNames {
 public:
     static constexpr const char* kWord = "hpnode";
@@ -20,8 +20,8 @@ public:
     void clear() { read_.clear(); }
 
 private:
-    // By the scene node's name. Written again if the node itself has no such names, as when the
-    // detailed model wasn't merged.
+    // By the scene node's name. Written again if the node itself has no such names, for example
+    // because the detailed model wasn't merged.
     std::map<std::string, std::vector<Tag>> read_;
 };
 

@@ -12,9 +12,9 @@
 namespace MVR {
 namespace {
 
-/// True if `node` is `wanted` or hangs below it at any depth.
+/// Returns true if `node` is `wanted` or below it, at any depth.
 bool isAtOrBelow(SceneNode& node, SceneNode& wanted) {
-    std::vector<SceneNode*> way{&node}; // each the giver of the next, which is a handle
+    std::vector<SceneNode*> way{&node}; // each returned the next, which is a handle
     bool isFound = false;
     while (way.back() != nullptr && !isFound) {
         isFound = way.back()->isSameNode(&wanted);
@@ -51,7 +51,7 @@ SceneNode* findLinkedNode(const ToolLoading& tool, InstanceReference& owner,
 }
 
 bool hangBelow(SceneNode& node, SceneNode& parent) {
-    // Nothing hangs below a node without children, which most are when they get their parent.
+    // Nothing is below a node without children, and most have none when they get their parent.
     if (node.isSameNode(&parent) || (node.getChildCount() > 0 && isAtOrBelow(parent, node)))
         return false;
     node.setParent(&parent);

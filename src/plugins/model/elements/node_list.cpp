@@ -15,7 +15,8 @@
 namespace MVR {
 namespace {
 
-/// The node of this name, made if the scene doesn't have it; null if the host can't.
+/// Returns the node of this name, which it makes if the scene doesn't have it; null if the host
+/// can't.
 SceneNode* getOrCreateNode(PluginInstance& instance, const std::string& name) {
     if (SceneNode* const node = instance.createNode(name))
         return node;

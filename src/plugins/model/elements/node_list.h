@@ -15,7 +15,7 @@ struct NodeListElement {
 
     static void save(const ToolSaving& tool, Tag& nodeInfo);
     static void load(ToolLoading& tool, const Tag& nodeInfo);
-    /// The names of the nodes in `nodeInfo`, in their order.
+    /// Returns the names of the nodes in `nodeInfo`, in their order.
     [[nodiscard]] static std::vector<std::string> readNames(const Tag& nodeInfo);
     /// Calls `visit(name, element)` for each node.
     template <class Visit>

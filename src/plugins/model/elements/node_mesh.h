@@ -4,7 +4,7 @@
 
 namespace MVR {
 
-/// A scene node's mesh; not written of one without. A mesh that can't be read leaves the node as it
+/// A scene node's mesh; not written if it has none. A mesh that can't be read leaves the node as it
 /// was.
 struct NodeMeshElement {
     static constexpr const char* kWord = "CMesh";

@@ -4,7 +4,7 @@
 
 namespace MVR {
 
-/// What a scene node hangs below: a node of this tool or another, or nothing.
+/// The parent of a scene node: a node of this tool or another, or nothing.
 struct NodeParentElement {
     static constexpr const char* kWord = "parent";
 

@@ -27,7 +27,7 @@ private:
     void add(InstanceReference& owner, const std::string& node);
 
     std::vector<Group> groups_;
-    KeptElements missing_; // whose node wasn't there
+    KeptElements missing_; // those whose node wasn't there
 };
 
 } // namespace MVR

@@ -4,8 +4,8 @@
 
 namespace MVR {
 
-/// Where a scene node stands in the world at the host's time; not written of one without a place.
-/// A transform that holds nothing usable leaves the node as it was.
+/// A scene node's transform in world space at the host's time; not written if it has none. A
+/// transform that holds nothing usable leaves the node as it was.
 struct NodeTransformElement {
     static constexpr const char* kWord = "transform";
 

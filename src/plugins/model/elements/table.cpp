@@ -41,7 +41,7 @@ constexpr NodeElement node(std::uint32_t bits, Moment moment, std::int32_t turn 
     return {Unit::kWord, bits, moment, turn, &Unit::save, &Unit::load};
 }
 
-// Read by those who make the tool.
+// Read by the code that makes the tool.
 template <class Unit>
 constexpr ToolElement written(std::uint32_t bits) {
     return {Unit::kWord, bits, Moment::Making, 0, &Unit::save, nullptr};
@@ -83,7 +83,7 @@ constexpr std::array kInNode{
     node<HighPolyNames>(SaveMask::kHighPoly, Moment::HighPolyNames, 4),
 };
 
-/// The rows in the order of reading; those of one turn as they stand.
+/// The rows in the order of reading; those of one turn in the order of the table.
 template <class Row, std::size_t kCount>
 constexpr std::array<Row, kCount> byTurn(std::array<Row, kCount> rows) {
     for (std::size_t i = 1; i < kCount; ++i)

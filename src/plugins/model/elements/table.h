@@ -8,11 +8,11 @@
 
 namespace MVR {
 
-/// Writes those of a tool's elements that its mask lets through. False if the tool ended on the
-/// way.
+/// Writes those of a tool's elements that its mask lets through. Returns false if the tool ended
+/// meanwhile.
 [[nodiscard]] bool saveElements(const ToolSaving& tool, Tag& out);
 /// Reads those of a tool's elements whose moment has come, one that precedes the passes. The tool
-/// may end on the way.
+/// may end meanwhile.
 void loadElements(Moment moment, ToolLoading& tool, const Tag& data);
 /// Reads those that belong to the stages of a pass.
 void loadStages(ToolLoading& tool, const Tag& data);
@@ -23,7 +23,7 @@ void loadNodeInfo(ToolLoading& tool, const Tag& nodeInfo);
 void saveNode(const NodeSaving& node, Tag& out);
 void loadNode(NodeLoading& node, const Tag& data);
 
-/// Whether a word is in the table.
+/// Returns true if a word is in the table.
 [[nodiscard]] bool isElementOfTool(std::string_view word);
 [[nodiscard]] bool isElementOfNodeInfo(std::string_view word);
 [[nodiscard]] bool isElementOfNode(std::string_view word);

@@ -10,10 +10,10 @@
 
 namespace MVR {
 
-/// Which kind of tool it is.
+/// The kind of tool.
 struct TypeElement {
     static constexpr const char* kWord = ModelWord::kType;
-    static constexpr const char* kOldWord = "pluginname"; ///< may stand in its place
+    static constexpr const char* kOldWord = "pluginname"; ///< may be used instead
 
     static void save(const ToolSaving& tool, Tag& out) {
         out.addChild(Tag::element(kWord, tool.instance.getPlugin()->getName()));

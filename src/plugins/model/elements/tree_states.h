@@ -36,7 +36,7 @@ struct ExpandedElement : SwitchElement<ExpandedElement> {
     static void turnOff(InstanceReference& reference) { reference.setExpanded(false); }
 };
 
-/// Whether it is part of takes.
+/// Whether it participates in takes.
 struct CheckedElement : SwitchElement<CheckedElement> {
     static constexpr const char* kWord = "checked";
     static bool isOn(const InstanceReference& reference) { return reference.isChecked(); }

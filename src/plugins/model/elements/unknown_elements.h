@@ -8,7 +8,7 @@
 namespace MVR {
 
 /// Elements in the data of a tool that no row of the table knows, such as those that a later
-/// version writes. No bit of a mask leaves them out, but they go with their parent.
+/// version writes. No bit of a mask leaves them out, but they are left out with their parent.
 class UnknownElements {
 public:
     /// Keeps those of the tool's element `data`, but for those of the tools below it.

@@ -11,7 +11,7 @@ namespace Stage {
 
 namespace {
 
-/// Controls that aren't there: a scene does without them, and its bindings stay in it.
+/// The element of faults about missing controls: a scene needs none, and keeps its bindings.
 constexpr const char* kBindings = "inputprofile";
 
 bool isSameFile(const std::string& path, const std::string& other) {
@@ -39,7 +39,7 @@ ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& 
         names += (names.empty() ? "" : ", ") + tool;
     }
     if (!missing.empty()) {
-        complain(opening.path + ": these tools of the scene can't be made: " + names);
+        complain(opening.path + ": these tools of the scene can't be created: " + names);
     }
     if (!missing.empty() && isSameFile(opening.path, opening.target) && !opening.isForced) {
         return fail(ExitCode::CoreOrToolMissing,

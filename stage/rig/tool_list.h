@@ -12,16 +12,16 @@ namespace Stage {
 /// The properties that a profile binds to a control.
 std::vector<Binding> listBindings(const MVR::Tag& profile);
 
-/// The tools of an element "MVR" or "MVR_Plugin", each before those below it: type, name and what
-/// is bound.
+/// Returns the tools of an element "MVR" or "MVR_Plugin", each before those below it, with type,
+/// name and bindings.
 std::vector<ToolPlan> listTools(const MVR::Tag& configuration);
 
-/// Gives the properties that aren't bound in `inputs` the controls that they have in `saved`, both
-/// elements "inputprofile" of one tool: controls that aren't there now are unknown to the core, but
-/// part of the scene.
+/// Adds to the unbound properties in `inputs` the controls that they have in `saved`, both elements
+/// "inputprofile" of one tool: the core doesn't know missing controls, but they are part of the
+/// scene.
 void keepBindings(MVR::Tag& inputs, const MVR::Tag& saved);
 
-/// One element "MVR_Plugin", without those below it.
+/// An element "MVR_Plugin", without those below it.
 ToolPlan listTool(const MVR::Tag& tool);
 
 /// Calls `call` with each element "MVR_Plugin", in the order of listTools().

@@ -95,7 +95,7 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
         {record + "--tol x", 1, "did you mean --tool?"},
         {record + "--tool x --core /nowhere.so", 2, "no core library at /nowhere.so"},
         {record + "--tool x --core osc.xml", 2, "osc.xml"},
-        {record + "--tool 'No Such Tool'", 2, "\"No Such Tool\" can't be made"},
+        {record + "--tool 'No Such Tool'", 2, "\"No Such Tool\" can't be created"},
         {record + "--tool 'Tracked Object' --bind 'Spin=OSC:/a'", 3, "no property \"Spin\""},
         {record + "--tool 'Tracked Object' --bind 'Position X=Pad:x'", 3, "Pad:x:0"},
         {record + "--tool 'Tracked Object' --resimulate --set Spin.offset=1", 3, "Spin.offset=1"},

@@ -133,7 +133,7 @@ TEST_F(MergeTest, ABadFileGivesNothingAndSaysWhy) {
         {"inside/a.gltf", gltf(kRig, "../outside.bin"), "outside.bin"},
         {"inside/a.gltf", gltf(kRig, "link.bin"), "link.bin"},
         {"inside/a.gltf", gltf(kRig, "/etc/hostname"), "hostname"},
-        {"inside/a.gltf", gltf(R"([{"children":[1]},{"children":[0]}])", dataUri()), "two places"},
+        {"inside/a.gltf", gltf(R"([{"children":[1]},{"children":[0]}])", dataUri()), "two parents"},
         {"inside/a.gltf", gltf(R"([{"children":[7]}])", dataUri()), "node 7 isn't there"},
         {"inside/a.gltf", gltf(R"([{"mesh":3}])", dataUri()), "mesh \"3\": it isn't there"},
         {"inside/a.gltf", gltf(R"([{"mesh":0}])", dataUri(), R"("count":7)"), "outside its buffer"},

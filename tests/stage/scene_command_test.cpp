@@ -187,15 +187,15 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
         const char* words;
     } cases[] = {
         {resimulate, 1, "SCENE is missing"},
-        {resimulate + "a.scene b.scene", 1, "\"b.scene\" belongs to no option"},
-        {resimulate + "a.scene --set Spin=1", 1, "is no setting"},
+        {resimulate + "a.scene b.scene", 1, "\"b.scene\" doesn't belong to an option"},
+        {resimulate + "a.scene --set Spin=1", 1, "is not of the form"},
         {resimulate + "a.scene --start 3 --end 2", 1, "ends before its first frame"},
         {resimulate + "a.scene --set Camera/Spin.offset=1", 3, "Camera/Spin.offset=1"},
         {resimulate + "a.scene --scene no/such.scene", 4, "no folder no"},
         {resimulate + "a.scene --scene /dev/full", 4, "No space left"},
         {resimulate + "none.scene", 7, "can't read none.scene"},
         {resimulate + "cut.scene", 7, "cut.scene:"},
-        {resimulate + "other.scene", 7, "other.scene: it is no scene but"},
+        {resimulate + "other.scene", 7, "other.scene: it isn't a scene but"},
         {resimulate + "no_node.scene", 8, "tool Camera, node Camera: it isn't in the scene"},
         {kStage + " record --documents . --open cut.scene --seconds 1", 7, "cut.scene:"},
         {kStage + " model", 1, "usage: mirvane-stage model"},
@@ -211,7 +211,7 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
         {load + "link.prm", 8, "tool Object, parent Camera: there is no tool Nobody"},
         {show + "cut.prm", 7, "cut.prm: line "},
         {show + "text.prm", 7, "text.prm: line 1, column 1: "},
-        {show + "packed.prm", 7, "packed element 1: its text is no base64"},
+        {show + "packed.prm", 7, "packed element 1: its text isn't base64"},
         {show + "deep.prm", 7,
          "packed element 1: line 2, column 6: a close tag of another element"},
     };

@@ -153,10 +153,10 @@ bool recordAndSimulate(const Library& library, SmallHost& host, MVR::CoreInterfa
     runTake(library, host, core);
     const Keys take = node->keys;
     std::printf("keys: %zu\n", take.size());
-    bool isGood = report("one key a frame", isWhole(take, host.getFrameRate()));
+    bool isGood = report("one key per frame", isWhole(take, host.getFrameRate()));
 
-    isGood &= report("one undo takes it away", host.undo() && node->keys.empty());
-    isGood &= report("one redo brings it back", host.redo() && node->keys == take);
+    isGood &= report("one undo removes it", host.undo() && node->keys.empty());
+    isGood &= report("one redo restores it", host.redo() && node->keys == take);
 
     const std::int32_t code = core.resimulate(0.0, host.getTime());
     isGood &= report("simulated again, the same", code == 0 && isSame(take, node->keys));
@@ -175,7 +175,7 @@ bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     MVR::CoreTools* const tools = MVR::getTools(core);
     MVR::CoreModels* const models = MVR::getModels(core);
     MVR::CoreFaults* const faults = MVR::getFaults(core);
-    if (!report("a core of today", tools != nullptr && models != nullptr && faults != nullptr)) {
+    if (!report("a core with all extensions", tools != nullptr && models != nullptr && faults != nullptr)) {
         return false;
     }
     ToolList list(*tools);

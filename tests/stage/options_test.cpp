@@ -12,7 +12,7 @@
 namespace Stage {
 namespace {
 
-TEST(RecordOptions, OptionsBelongToWhatStandsBeforeThem) {
+TEST(RecordOptions, OptionsBelongToWhatPrecedesThem) {
     RecordOptions options;
     std::string error;
     std::vector<std::string> words;
@@ -36,7 +36,7 @@ TEST(RecordOptions, OptionsBelongToWhatStandsBeforeThem) {
     EXPECT_EQ(binding.index, 3);
     EXPECT_EQ(options.tools[0].settings.at(0).value, -2.5);
     EXPECT_EQ(options.latency->type, "/sent");
-    EXPECT_FALSE(options.take.autoExpand) << "a take of a told length stops there";
+    EXPECT_FALSE(options.take.autoExpand) << "a take of a given length stops there";
     EXPECT_EQ(options.end, 2);
     ASSERT_EQ(options.passes.size(), 3U);
     EXPECT_EQ(options.passes[0].out, "a.gltf");
@@ -48,7 +48,7 @@ TEST(RecordOptions, OptionsBelongToWhatStandsBeforeThem) {
     EXPECT_TRUE(options.tools[0].isMeantBy(options.passes[2].settings.at(0)));
 }
 
-TEST(RecordOptions, WrongOnesAreToldInTheUsersWords) {
+TEST(RecordOptions, WrongOnesAreReportedInTheUsersWords) {
     const struct {
         std::vector<std::string> words;
         const char* message;

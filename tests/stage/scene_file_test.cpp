@@ -76,14 +76,14 @@ TEST_F(SceneFileTest, AllOfASceneComesBackToTheLastBit) {
     EXPECT_FALSE(other.getNodes()[1]->isShown());
     EXPECT_EQ(otherTime.getEnd(), timeline.getEnd());
 
-    // Written again with the tool found again it is the same file.
+    // Once the tool is found again, the same file is written.
     other.getNodes()[0]->setOwner(tool);
     ASSERT_TRUE(writeSceneFile(
         path, takeScene(other, otherTime, {{tool, "Hand"}}, data.configuration), error));
     EXPECT_EQ(folder.read("a.scene"), first);
 }
 
-TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
+TEST_F(SceneFileTest, ABadFileIsRefusedWithThePosition) {
     ASSERT_TRUE(
         writeSceneFile(path, takeScene(scene, timeline, {{tool, "Hand"}}, configuration), error));
     const std::string good = folder.read("a.scene");
@@ -127,7 +127,7 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         EXPECT_NE(error.find(bad.reason), std::string::npos) << bad.to << "\n" << error;
         EXPECT_EQ(error.find(path), 0U) << error;
     }
-    // What an older stage wrote has no lens.
+    // Older files have no lens.
     const std::size_t lens = good.find("<lens>");
     folder.add("a.scene",
                std::string(good).erase(lens, good.find("</lens>") + std::strlen("</lens>") - lens));

@@ -103,7 +103,7 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
         Argument argument{name, {}};
         if (option->argument == nullptr) {
             if (equals != std::string::npos) {
-                error = name + " takes no value";
+                error = name + " accepts no value";
                 return false;
             }
         } else if (equals != std::string::npos) {

@@ -17,7 +17,7 @@ using namespace MVR;
 using testing::ElementsAre;
 using Testing::identifierOf;
 
-/// A host's node: counts the changes of the list, and keeps its content at each.
+/// A host's node that acts on each change of the list.
 struct Listener final : Util::MessageNode {
     explicit Listener(std::function<void()> act) : MessageNode("host"), onChange(std::move(act)) {}
     void receive(Util::Message& message, bool) override {

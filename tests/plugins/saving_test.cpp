@@ -153,7 +153,7 @@ TEST_F(SavingTest, EachBitOfTheMaskWritesOnlyItsElements) {
     expectNothingOut();
 }
 
-/// Renames the branch as `original`, of which it is a copy.
+/// Renames the tools of the branch as in `original`, of which it is a copy.
 void rename(Tag& copy, const Tag& original, std::map<std::string, std::string>& names) {
     for (std::int32_t i = 0; i < copy.childCount(); ++i) {
         Tag& child = copy.child(i);

@@ -57,7 +57,7 @@ TEST(RecordOptions, WrongOnesAreReportedInTheUsersWords) {
         {{"--secnds", "2"}, "did you mean --seconds?"},
         {{"take.gltf"}, "belong to an option"},
         {{"--tool"}, "--tool needs a value: TYPE"},
-        {{"--undo-redo=yes"}, "takes no value"},
+        {{"--undo-redo=yes"}, "accepts no value"},
         {{"--bind", "A=B:c"}, "must follow the --tool"},
         {{"--tool", "T", "--bind", "Position X"}, "is not a binding"},
         {{"--tool", "T", "--set", "X.offset=1e999"}, "is not of the form"},

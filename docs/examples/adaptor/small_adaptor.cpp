@@ -175,7 +175,8 @@ bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     MVR::CoreTools* const tools = MVR::getTools(core);
     MVR::CoreModels* const models = MVR::getModels(core);
     MVR::CoreFaults* const faults = MVR::getFaults(core);
-    if (!report("a core with all extensions", tools != nullptr && models != nullptr && faults != nullptr)) {
+    if (!report("a core with all extensions",
+                tools != nullptr && models != nullptr && faults != nullptr)) {
         return false;
     }
     ToolList list(*tools);
@@ -185,7 +186,7 @@ bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     std::string name;
     const std::int32_t code = tools->create("Follower", "", "", pendulumBindings(), &name);
     return report("tool placed", code, *faults) && recordAndSimulate(library, host, core) &&
-           passOn(name, *models, *faults) && report("told of two changes", list.changes == 2);
+           passOn(name, *models, *faults) && report("notified of two changes", list.changes == 2);
 }
 
 } // namespace

@@ -12,13 +12,13 @@
 namespace {
 
 constexpr const char* kAbout =
-    "The stage is a small host: it records tools that are driven by live input, simulates takes "
-    "again,\nkeeps scenes and models, and writes glTF.";
+    "The stage is a small host: it records tools that live input drives, simulates takes again,\n"
+    "saves scenes and models, and writes glTF.";
 
 constexpr Stage::Command kCommands[] = {
     {"record", "place tools, bind live input to them, record a take and write it",
      Stage::recordCommand},
-    {"resimulate", "run the takes of a saved scene again, with other settings",
+    {"resimulate", "run the takes of a saved scene again, with other parameters",
      Stage::resimulateCommand},
     {"model", "save tools as a model, load, list and show models", Stage::modelCommand},
     {"tools", "list the tools that can be placed", Stage::toolsCommand},

@@ -16,7 +16,7 @@ const Option* findOption(const std::vector<Option>& options, std::string_view na
     return found != options.end() ? &*found : nullptr;
 }
 
-/// The fewest letters to add, remove or change to get from one word to the other.
+/// Returns the fewest letters to add, remove or change to turn one word into the other.
 std::size_t distance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
     for (std::size_t i = 0; i < row.size(); ++i) {
@@ -55,23 +55,23 @@ std::string unknownOption(const std::vector<Option>& options, const std::string&
 const char* meaning(ExitCode code) {
     switch (code) {
     case ExitCode::Ok:
-        return "all went well";
+        return "success";
     case ExitCode::Usage:
         return "an option is wrong or missing";
     case ExitCode::CoreOrToolMissing:
-        return "the core, or a tool, is not there or can't be used";
+        return "the core or a tool is missing or can't be used";
     case ExitCode::BadBinding:
-        return "a tool, a property or a control that was named is not there";
+        return "there is no tool, property or control of a given name";
     case ExitCode::OutputNotWritten:
-        return "a file could not be written; what it held before is whole";
+        return "a file could not be written; its old content is intact";
     case ExitCode::CutShort:
-        return "stopped by Ctrl+C before its end; what was recorded is kept";
+        return "stopped by Ctrl+C before the end; what was recorded is kept";
     case ExitCode::CheckFailed:
-        return "a check that was asked for failed";
+        return "a requested check failed";
     case ExitCode::BadFile:
-        return "a scene, model or profile can't be read; the message tells where and why";
+        return "a scene, model or profile can't be read; the message says where and why";
     case ExitCode::Incomplete:
-        return "some tools, or parts of them, could not be made; the others are there";
+        return "some tools, or parts of them, could not be created; the others exist";
     }
     return "";
 }
@@ -86,7 +86,7 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
         const std::string& word = words[i];
         if (word.rfind("-", 0) != 0) {
             if (operand == options.end()) {
-                error = "\"" + word + "\" belongs to no option";
+                error = "\"" + word + "\" doesn't belong to an option";
                 return false;
             }
             arguments.push_back({operand->name, word});
@@ -103,7 +103,7 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
         Argument argument{name, {}};
         if (option->argument == nullptr) {
             if (equals != std::string::npos) {
-                error = name + " takes no value";
+                error = name + " accepts no value";
                 return false;
             }
         } else if (equals != std::string::npos) {
@@ -129,7 +129,7 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
 bool readNumber(const Argument& argument, double least, double& out, std::string& error) {
     double number = 0.0;
     if (!toNumber(argument.value, number)) {
-        error = argument.name + ": \"" + argument.value + "\" is no number";
+        error = argument.name + ": \"" + argument.value + "\" is not a number";
     } else if (number < least) {
         error = argument.name + " must be at least " + toText(least);
     } else {

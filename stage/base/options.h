@@ -5,7 +5,7 @@
 
 namespace Stage {
 
-/// What the program ends with; told in the help of each command.
+/// The exit codes of the program; the help of each command explains them.
 enum class ExitCode {
     Ok = 0,
     Usage = 1,
@@ -18,12 +18,12 @@ enum class ExitCode {
     Incomplete = 8,
 };
 
-/// One option of a command, or one operand: a word that must be given, in the order of the table. A
-/// table of them is both what is read and what the help shows.
+/// One option of a command, or one operand: a word that must be given, in the order of the table.
+/// The table of a command is used for reading its options and for its help.
 struct Option {
     const char* name;     ///< with its dashes; an operand's has none
-    const char* argument; ///< what follows it, for the help; null for what stands alone
-    const char* help;     ///< lines end with "\n" where they are to be broken
+    const char* argument; ///< what follows it, for the help; null if it stands alone
+    const char* help;     ///< with "\n" where a line is to be broken
 };
 
 struct Argument {
@@ -31,22 +31,24 @@ struct Argument {
     std::string value;
 };
 
-/// Reads "--name value", "--name=value", "--name" and operands by the table, in order. False, with
-/// a message for the user in `error`, for what the table doesn't have, or if an operand is missing.
+/// Reads "--name value", "--name=value", "--name" and operands by the table, in order. Returns
+/// false, with a message for the user in `error`, for a word that the table lacks or a missing
+/// operand.
 [[nodiscard]] bool readArguments(const std::vector<std::string>& words,
                                  const std::vector<Option>& options,
                                  std::vector<Argument>& arguments, std::string& error);
 
-/// The value as a number of at least `least`; false, with a message in `error`, if it is none.
+/// Reads the value as a number of at least `least`. Returns false, with a message in `error`, if it
+/// isn't one.
 [[nodiscard]] bool readNumber(const Argument& argument, double least, double& out,
                               std::string& error);
 [[nodiscard]] bool readNumber(const Argument& argument, int least, int most, int& out,
                               std::string& error);
 
-/// The table as lines of the help.
+/// Returns the table as lines of the help.
 std::string describe(const std::vector<Option>& options);
 
-/// The exit codes as lines of the help, those of `codes` only.
+/// Returns the exit codes among `codes` as lines of the help.
 std::string describe(const std::vector<ExitCode>& codes);
 
 /// Writes a line "mirvane-stage: <message>" to the error stream.

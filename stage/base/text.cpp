@@ -9,7 +9,7 @@ namespace Stage {
 
 namespace {
 
-/// The bytes of the UTF-8 character at the front; 0 if there is none.
+/// Returns the number of bytes of the UTF-8 character at the front, or 0 if there is none.
 std::size_t characterLength(std::string_view text) {
     const auto byteAt = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byteAt(0);

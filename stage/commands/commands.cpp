@@ -29,7 +29,7 @@ std::string helpOf(const std::string& group, const std::string& about,
         help += "  " + name + "  " + command.purpose + "\n";
     }
     return help + "\nmirvane-stage " + group +
-           "COMMAND --help tells more. --version tells the version.\n";
+           "COMMAND --help says more. --version prints the version.\n";
 }
 
 } // namespace
@@ -56,12 +56,13 @@ ExitCode runCommand(const std::string& group, const std::string& about,
 
 std::vector<Option> withCommonOptions(std::vector<Option> options) {
     const Option common[] = {
-        {"--core", "PATH", "the core library; else MIRVANE_CORE, else the one beside this program"},
-        {"--plugins", "FOLDER", "tool libraries, in place of those beside the core"},
-        {"--data", "FOLDER", "shared data; drivers lie in its folder \"unidevice\""},
-        {"--documents", "FOLDER", "where settings, profiles and the log go; else your documents"},
-        {"--help", nullptr, "this text"},
-        {"--version", nullptr, "the version"},
+        {"--core", "PATH",
+         "the core library; by default MIRVANE_CORE, or the one\nbeside this program"},
+        {"--plugins", "FOLDER", "tool libraries, instead of those beside the core"},
+        {"--data", "FOLDER", "shared data; its folder \"unidevice\" holds the drivers"},
+        {"--documents", "FOLDER", "for settings, profiles and the log; by default your documents"},
+        {"--help", nullptr, "print this text"},
+        {"--version", nullptr, "print the version"},
     };
     options.insert(options.end(), std::begin(common), std::end(common));
     return options;

@@ -24,19 +24,19 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::C
 std::vector<Option> deviceOptions() {
     return withCommonOptions({
         {"--seconds", "N",
-         "listen for so long; else until Ctrl+C on a terminal, and 1 second elsewhere"},
-        {"--once", nullptr, "no live display: listen, then print what there is"},
+         "how long to listen; by default until Ctrl+C on a terminal,\nand 1 second elsewhere"},
+        {"--once", nullptr, "no live display: listen, then print the values once"},
     });
 }
 
 std::string help() {
     return "usage: mirvane-stage devices [OPTIONS]\n\n"
            "Shows the input devices, their controls and the values they send: live on a terminal,\n"
-           "once where output goes elsewhere. The first column is what a binding names.\n\n" +
+           "once if the output goes elsewhere. The first column is what a binding names.\n\n" +
            describe(deviceOptions()) + "\nexit codes\n" + describe(kCodes);
 }
 
-/// Listens until the time is over or the user has seen enough; with `isLive` shows each state.
+/// Listens until the time is over or the user stops it; with `isLive` it shows each state.
 void listen(DeviceReader& reader, double seconds, bool isLive) {
     const Clock::time_point end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                                      std::chrono::duration<double>(seconds));
@@ -65,8 +65,8 @@ ExitCode devicesCommand(const std::vector<std::string>& words) {
     }
     const std::string core = findCore(values.core);
     if (core.empty() && values.data.empty()) {
-        complain("there is no core library to look beside; name it with --core, or the folder of "
-                 "the shared data with --data");
+        complain("there is no core library; name it with --core, or the folder of the shared data "
+                 "with --data");
         return ExitCode::CoreOrToolMissing;
     }
     catchStopRequests();
@@ -83,7 +83,7 @@ ExitCode devicesCommand(const std::vector<std::string>& words) {
     }
     std::fputs(DeviceReader::getLog().c_str(), stderr);
     if (reader.isEmpty()) {
-        complain("no devices: there are no drivers in " + driverFolder(values, core));
+        complain("no devices: no drivers in " + driverFolder(values, core));
         return ExitCode::CoreOrToolMissing;
     }
     return ExitCode::Ok;

@@ -10,11 +10,10 @@ namespace {
 
 constexpr Command kCommands[] = {
     {"save", "write tools of a scene as a model", modelSaveCommand},
-    {"load", "make the tools of a model, in a new scene or in one that was saved",
-     modelLoadCommand},
-    {"list", "list what can be made: kinds of tools, and the models of the PRM folders",
+    {"load", "create the tools of a model, in a new scene or in a saved one", modelLoadCommand},
+    {"list", "list what can be created: kinds of tools, and the models of the PRM folders",
      modelListCommand},
-    {"show", "print a model or a profile as text, and say what is wrong with a bad one",
+    {"show", "print a model or a profile as text, or report what is wrong with it",
      modelShowCommand},
 };
 

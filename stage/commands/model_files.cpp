@@ -26,47 +26,48 @@ const std::vector<ExitCode> kLoadCodes = {
 
 std::vector<Option> saveOptions() {
     return withCommonOptions({
-        {"SCENE", nullptr, "a scene that record, resimulate or model load saved"},
+        {"SCENE", nullptr, "a scene saved by record, resimulate or model load"},
         {"MODEL", nullptr, "the file to write, such as dolly.prm"},
-        {"--tool", "NAME", "this tool and all below it; else all tools"},
-        {kForceOption.name, nullptr, "write it though tools of the scene can't be made"},
+        {"--tool", "NAME", "this tool and all below it; by default all tools"},
+        {kForceOption.name, nullptr, "write it even if tools of the scene can't be created"},
     });
 }
 
 std::vector<Option> loadOptions() {
     return withCommonOptions({
         {"MODEL", nullptr, "a model's file, such as dolly.prm"},
-        {"--open", "SCENE", "make its tools in this scene; else in a new one"},
+        {"--open", "SCENE", "create its tools in this scene; by default in a new one"},
         {"--scene", "FILE", "save the scene"},
         kForceOption,
         {"--out", "FILE", "write the scene as glTF"},
         {"--model", "FILE",
-         "write its first tool and all below it as a model again:\nso a hand-made text becomes one "
-         "of the program's own"},
+         "write its first tool and all below it as a model, for\nexample to turn a hand-written "
+         "text into a model"},
     });
 }
 
 std::string saveHelp() {
     return "usage: mirvane-stage model save SCENE MODEL [OPTIONS]\n\n"
-           "Writes tools of a saved scene as a model: the tools, their settings and bindings, "
-           "their\nobjects with transforms and meshes. No recorded values.\n\n" +
+           "Writes tools of a saved scene as a model: the tools with their bindings and panel "
+           "values,\nand their objects with transforms and meshes, but no recorded values.\n\n" +
            describe(saveOptions()) + "\nexit codes\n" + describe(kSaveCodes) +
            "\nexample\n  mirvane-stage model save shot.scene dolly.prm --tool Dolly\n";
 }
 
 std::string loadHelp() {
     return "usage: mirvane-stage model load MODEL [OPTIONS]\n\n"
-           "Makes the tools of a model, and tells which came into being and what failed. What can\n"
-           "be made is made, and saved.\n\n" +
+           "Creates the tools of a model, and lists those created and what failed. Whatever can "
+           "be\n"
+           "created is created, and saved.\n\n" +
            describe(loadOptions()) + "\nexit codes\n" + describe(kLoadCodes) +
            "\nexample\n  mirvane-stage model load dolly.prm --open set.scene --scene set.scene\n";
 }
 
-/// What the two commands are told; each uses a part of it.
+/// The options of both commands; each uses some of them.
 struct ModelOptions {
     InstallValues install;
     std::string model;
-    std::string opened; ///< scene to begin with; empty for a new one
+    std::string opened; ///< scene to open; empty for a new one
     std::string tool;
     std::string scene; ///< file that the scene is saved to; empty for none
     std::string out;   ///< glTF file; empty for none
@@ -89,8 +90,8 @@ bool take(ModelOptions& options, const Argument& argument) {
     return true;
 }
 
-/// Attaches the core and brings back the scene, if there is one; `target` is the file whose content
-/// the scene's tools become. As openScene().
+/// Attaches the core and restores the scene, if there is one. `target` is the file that the scene's
+/// tools will be written to. Returns a code as openScene() does.
 ExitCode open(Session& session, const ModelOptions& options, const std::string& target) {
     std::string error;
     SceneData data;
@@ -105,7 +106,7 @@ ExitCode open(Session& session, const ModelOptions& options, const std::string& 
                : openScene(session, data, {options.opened, target, options.isForced});
 }
 
-/// Tells the faults of the last operation, and gives their number.
+/// Prints the faults of the last operation, and returns their number.
 std::size_t tellFaults(Session& session, const std::string& model) {
     const std::vector<MVR::CoreFault> faults = session.getFaults();
     for (const MVR::CoreFault& fault : faults) {
@@ -114,7 +115,7 @@ std::size_t tellFaults(Session& session, const std::string& model) {
     return faults.size();
 }
 
-/// What a code of CoreModels::load() or save() ends the program with.
+/// Returns the exit code for a code of CoreModels::load() or save().
 ExitCode toExitCode(std::int32_t code) {
     if (code == 0) {
         return ExitCode::Ok;
@@ -138,7 +139,7 @@ ExitCode save(Session& session, const std::string& tool, const std::string& mode
     return code;
 }
 
-/// The end of a load: which tools there are now, and what went wrong on the way.
+/// Ends a load: prints the tools that were created, and the faults.
 void tellSummary(const ModelOptions& options, const std::vector<const PlacedTool*>& created,
                  std::size_t faults) {
     const auto ending = [](std::size_t count) { return count == 1 ? "" : "s"; };
@@ -193,7 +194,7 @@ ExitCode modelSaveCommand(const std::vector<std::string>& words) {
     if (code != ExitCode::Ok) {
         return code;
     }
-    // The model would hold less than it says.
+    // The model would lack tools of the scene.
     code = open(session, options, options.opened);
     if (code != ExitCode::Ok && code != ExitCode::Incomplete) {
         return code;

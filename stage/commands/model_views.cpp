@@ -13,7 +13,7 @@ namespace Stage {
 
 namespace {
 
-/// The most bytes of a file that is shown; the core takes no larger model.
+/// The most bytes of a file that is shown; the core loads no larger model.
 constexpr std::uint64_t kMostShownBytes = std::uint64_t(256) << 20;
 
 const std::vector<ExitCode> kListCodes = {ExitCode::Ok, ExitCode::Usage,
@@ -22,24 +22,23 @@ const std::vector<ExitCode> kShowCodes = {ExitCode::Ok, ExitCode::Usage, ExitCod
 
 std::string listHelp() {
     return "usage: mirvane-stage model list [OPTIONS]\n\n"
-           "Lists what can be made, with version, category and file: first the kinds of tools, "
-           "then\nthe models of the shared and of the user's PRM folder.\n\n" +
+           "Lists what can be created, with version, category and file: first the kinds of tools, "
+           "then\nthe models of the shared and the user's PRM folder.\n\n" +
            describe(withCommonOptions({})) + "\nexit codes\n" + describe(kListCodes);
 }
 
 std::vector<Option> showOptions() {
     return {
         {"FILE", nullptr, "a model (.prm), a profile or any other file of the same form"},
-        {"--help", nullptr, "this text"},
-        {"--version", nullptr, "the version"},
+        {"--help", nullptr, "print this text"},
+        {"--version", nullptr, "print the version"},
     };
 }
 
 std::string showHelp() {
     return "usage: mirvane-stage model show FILE\n\n"
-           "Prints a model or a profile as its text, whatever its packing; packed elements too "
-           "are\n"
-           "shown as trees. Of a bad file it tells what is wrong, with line and column.\n\n" +
+           "Prints a model or a profile as text, compressed or not; packed elements are shown as\n"
+           "trees. For a bad file it reports what is wrong, with line and column.\n\n" +
            describe(showOptions()) + "\nexit codes\n" + describe(kShowCodes);
 }
 

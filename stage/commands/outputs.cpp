@@ -17,7 +17,7 @@ ExitCode fail(ExitCode code, const std::string& message) {
 
 namespace {
 
-/// The file that a path names, whichever way; empty for none and for a device.
+/// Returns the one path of a file that has several; empty for none and for a device.
 std::filesystem::path fileOf(const std::string& path) {
     std::error_code error;
     const bool isDevice =
@@ -42,8 +42,8 @@ ExitCode checkOutputs(const std::vector<std::string>& paths,
         if (!file.empty() && same != taken.end()) {
             const bool isSource = same - taken.begin() < static_cast<long>(sources.size());
             return fail(ExitCode::Usage,
-                        path + (isSource ? " is read here, and would be replaced by another kind "
-                                           "of file"
+                        path + (isSource ? " is read here, and another kind of file would "
+                                           "replace it"
                                          : " would be written twice"));
         }
         taken.push_back(file);

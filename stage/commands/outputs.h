@@ -11,12 +11,12 @@ namespace Stage {
 
 class StageNode;
 
-/// Tells `message` and passes on `code`.
+/// Prints `message` and returns `code`.
 ExitCode fail(ExitCode code, const std::string& message);
 
-/// Finds out beforehand what can't be written: a path whose folder isn't there, or that is a
-/// folder; and what must not be: two outputs in one file, or one in the place of `sources`, files
-/// of other kinds that are read. Empty paths are passed over.
+/// Checks beforehand that the outputs can be written: each path's folder exists, and the path isn't
+/// a folder; and that they may be: no two outputs share a file, and none replaces one of `sources`,
+/// files of other kinds that are read. Ignores empty paths.
 [[nodiscard]] ExitCode checkOutputs(const std::vector<std::string>& paths,
                                     const std::vector<std::string>& sources = {});
 
@@ -28,7 +28,7 @@ ExitCode fail(ExitCode code, const std::string& message);
 [[nodiscard]] ExitCode writeNodes(const std::vector<const StageNode*>& nodes, double start,
                                   const std::string& out, const std::string& outCurves);
 
-/// The first of the codes that isn't Ok.
+/// Returns the first code that isn't Ok, or Ok.
 ExitCode firstFailure(std::initializer_list<ExitCode> codes);
 
 } // namespace Stage

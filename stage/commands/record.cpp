@@ -24,7 +24,7 @@ namespace {
 
 constexpr const char* kProbeTool = "Latency Probe";
 
-/// One run of the command: what it has at hand, and its steps in the order in which they run.
+/// One run of the command: its data, and its steps in the order in which they run.
 class RecordRun {
 public:
     explicit RecordRun(const RecordOptions& options) : options_(options) {}
@@ -50,20 +50,20 @@ private:
     std::string inputTable_;
 };
 
-/// A take that can't be written is found out before it is played.
+/// Checks that the results can be written, before the take is played.
 ExitCode RecordRun::checkOutputs() const {
     std::vector<std::string> paths = {options_.report, options_.logInput};
     for (const Pass& pass : options_.passes) {
         paths.push_back(pass.out);
         paths.push_back(pass.outCurves);
     }
-    // The scene may take the place of the one that was opened, which it goes on from.
+    // The scene may replace the one that was opened.
     const ExitCode besides = Stage::checkOutputs(paths, {options_.openedPath});
     paths.push_back(options_.scene);
     return firstFailure({besides, Stage::checkOutputs(paths)});
 }
 
-/// Brings back the scene that the take is to be added to, if there is one.
+/// Restores the scene to which the take is added, if there is one.
 ExitCode RecordRun::openScene() {
     if (!options_.opened) {
         return ExitCode::Ok;
@@ -131,7 +131,7 @@ ExitCode RecordRun::writePass(const Pass& pass) const {
     return writeNodes(nodesToWrite(), session_.timeline.getStart(), pass.out, pass.outCurves);
 }
 
-/// The scene without the probe, which is no part of it.
+/// Saves the scene without the probe, which isn't part of it.
 ExitCode RecordRun::saveScene() {
     if (options_.scene.empty()) {
         return ExitCode::Ok;
@@ -187,7 +187,7 @@ ExitCode RecordRun::recordTake() {
 }
 
 ExitCode RecordRun::resimulateAll() {
-    // The request that ended the take is used up: the resimulations of what was recorded go on.
+    // The request only ended the take: the resimulations still run.
     const auto isToStop = [this] { return isStopRequested() && !report_.take.isCutShort; };
     ExitCode worst = ExitCode::Ok;
     for (std::size_t i = 1; i < options_.passes.size(); ++i) {
@@ -208,7 +208,7 @@ ExitCode RecordRun::resimulateAll() {
         if (run->isCutShort || (isToStop() && i + 1 < options_.passes.size())) {
             complain("stopped at resimulation " + std::to_string(i) + " of " +
                      std::to_string(options_.passes.size() - 1) +
-                     "; the frames that were done are kept");
+                     "; the simulated frames are kept");
             return worst != ExitCode::Ok ? worst : ExitCode::CutShort;
         }
     }
@@ -237,7 +237,7 @@ ExitCode RecordRun::run() {
     if (report_.take.isCutShort && report_.take.frames == 0) {
         return fail(ExitCode::CutShort, "stopped before the first frame; nothing is written");
     }
-    // From here on there is something to lose: each step is done whatever came of the one before.
+    // From here on there is a take to lose: each step runs even if the one before has failed.
     const ExitCode written = writePass(options_.passes.front());
     const ExitCode passes = resimulateAll();
     const ExitCode report = writeOutput(options_.report, toJson(report_));

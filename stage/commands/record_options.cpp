@@ -31,47 +31,47 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok,
 std::vector<Option> recordOptions() {
     return withCommonOptions({
         {"--tool", "TYPE",
-         "place a tool; --name, --bind, --set and --bindings that\nfollow are its"},
-        {"--name", "NAME", "the tool's name; else its type and a number"},
+         "place a tool; the --name, --bind, --set and --bindings that\nfollow belong to it"},
+        {"--name", "NAME", "the tool's name; by default its type and a number"},
         {"--bind", "PROPERTY=DEVICE:TYPE[:INDEX]",
-         "drive a property by a control, such as\n\"Position X=OSC:/camera/position:0\""},
-        {"--set", "PROPERTY.SETTING=NUMBER",
-         "multiplier, exponent, deadzone or offset of a property;\n\"*\" means all that are bound. "
-         "A dead zone of 0.1 holds\nunless it is set"},
-        {"--bindings", "FILE", "lines \"bind ...\" and \"set ...\" as in these options"},
+         "drive a property with a control, such as\n\"Position X=OSC:/camera/position:0\""},
+        {"--set", "PROPERTY.PARAMETER=NUMBER",
+         "set multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all bound "
+         "properties. The dead zone\nis 0.1 unless it is set"},
+        {"--bindings", "FILE", "read lines \"bind ...\" and \"set ...\" as in these options"},
         {"--open", "SCENE",
-         "begin from a scene that was saved: its tools with their\nbindings, its takes, range and "
-         "frame rate"},
-        {"--scene", "FILE",
-         "save the scene after all else: mirvane-stage resimulate\nand --open go on from there"},
+         "begin with a saved scene: its tools with their bindings,\nits takes, range and frame "
+         "rate"},
+        {"--scene", "FILE", "save the scene at the end, for mirvane-stage resimulate\nand --open"},
         kForceOption,
         {"--start", "SECONDS", "start of the animation range and of the take (0)"},
         {"--end", "SECONDS", "end of the range (start + 10)"},
-        {"--seconds", "N", "length of the take, in place of --end; it stops there"},
+        {"--seconds", "N", "length of the take, instead of --end; it stops there"},
         {"--rate", "FPS", "frames per second (25)"},
         {"--countdown", "N", "whole seconds before the take (3)"},
-        {"--slow-motion", "N", "1 to 10: 1 is real time, each step more halves the speed (1)"},
+        {"--slow-motion", "N", "1 to 10: 1 is real time, each further step halves the\nspeed (1)"},
         {"--no-auto-expand", nullptr,
-         "stop at the end of the range; else the range grows and\nthe take goes on until Ctrl+C"},
-        {"--undo-redo", nullptr,
-         "check that one undo takes the take away, one redo brings it\nback"},
+         "stop at the end of the range; by default the range grows\nand the take goes on until "
+         "Ctrl+C"},
+        {"--undo-redo", nullptr, "check that one undo removes the take and one redo restores\nit"},
         {"--latency-bind", "DEVICE:TYPE[:INDEX]",
-         "a control with the sender's steady clock, in seconds:\nmeasures the time from packet to "
-         "key"},
+         "measure the time from packet to key by this control, which\nsends the sender's steady "
+         "clock in seconds"},
         {"--resimulate", nullptr,
-         "simulate the take again; --set that follow change it, and\n\"NAME/PROPERTY\" means one "
-         "tool. May be given several times"},
+         "simulate the take again, changed by the --set that follow;\n\"NAME/PROPERTY\" means one "
+         "tool. May be repeated"},
         {"--out", "FILE", "write the take, or the resimulation it follows, as glTF"},
-        {"--out-curves", "FILE", "the same as a table of the keys, for plotting"},
-        {"--report", "FILE", "write what was measured as JSON"},
+        {"--out-curves", "FILE", "write its keys as a table, for plotting"},
+        {"--report", "FILE", "write the measurements as JSON"},
         {"--log-input", "FILE",
-         "write what the bound controls held at each frame of the\ntake, asked of the devices"},
-        {"--table", nullptr, "print what was measured"},
+         "write the values of the bound controls at each frame of the\ntake, as the devices have "
+         "them"},
+        {"--table", nullptr, "print the measurements"},
     });
 }
 
-/// Turns arguments into options, one after the other: what a --set means depends on what stands
-/// before it.
+/// Turns arguments into options, one after the other: the meaning of a --set depends on the
+/// arguments before it.
 class RecordReader {
 public:
     explicit RecordReader(RecordOptions& options) : options_(options) { options_.passes.resize(1); }
@@ -110,14 +110,14 @@ bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
                             options_.passes.back().settings.emplace_back(), error);
     }
     if (options_.passes.size() > 1) {
-        error = argument.name + " belongs before the first --resimulate";
+        error = argument.name + " must come before the first --resimulate";
         return false;
     }
     if (argument.name == "--tool") {
         return addTool(argument.value);
     }
     if (options_.tools.empty()) {
-        error = argument.name + " belongs behind the --tool it is meant for";
+        error = argument.name + " must follow the --tool that it belongs to";
         return false;
     }
     ToolPlan& tool = options_.tools.back();
@@ -160,7 +160,7 @@ bool RecordReader::open(const std::string& path, std::string& error) {
     return true;
 }
 
-/// Those of the scene that was opened, and those that are placed.
+/// Returns the tools of the opened scene, then those to be placed.
 std::vector<ToolPlan> RecordReader::knownTools() const {
     std::vector<ToolPlan> tools = options_.tools;
     if (options_.opened) {
@@ -237,7 +237,7 @@ bool RecordReader::finish(std::string& error) {
     if (options_.tools.empty() && !options_.opened) {
         error = "give at least one --tool, or --open a scene";
     } else if (end_ && seconds_) {
-        error = "--end and --seconds both tell where the take ends: give one of them";
+        error = "--end and --seconds both set the end of the take: give only one";
     } else if (options_.end <= options_.start) {
         error = "the take ends before its first frame";
     } else if (options_.end > kLatestTime) {
@@ -256,7 +256,7 @@ std::string recordHelp() {
     return "usage: mirvane-stage record --tool TYPE [OPTIONS] [--resimulate [OPTIONS]]...\n"
            "       mirvane-stage record --open SCENE [OPTIONS] [--resimulate [OPTIONS]]...\n\n"
            "Records a take in real time. Each curve of a tool's objects gets a key at the start,\n"
-           "which holds what stood there, and one for each frame: N + 1 keys for N frames.\n"
+           "which holds the old value, and one for each frame: N + 1 keys for N frames.\n"
            "Ctrl+C stops the take and keeps it; a second one ends the program at once.\n\n" +
            describe(recordOptions()) + "\nexit codes\n" + describe(kCodes) +
            "\nexample\n"
@@ -273,7 +273,7 @@ bool readRecordOptions(const std::vector<std::string>& words, RecordOptions& out
         return false;
     }
     RecordReader reader(out);
-    // The scene comes first: it tells what the others go on from.
+    // The scene comes first: the others add to it.
     std::stable_partition(arguments.begin(), arguments.end(),
                           [](const Argument& argument) { return argument.name == "--open"; });
     for (const Argument& argument : arguments) {

@@ -41,24 +41,25 @@ struct ResimulateOptions {
 
 std::vector<Option> resimulateOptions() {
     return withCommonOptions({
-        {"SCENE", nullptr, "a scene that record or model load saved"},
-        {"--set", "PROPERTY.SETTING=NUMBER",
-         "change multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all that are "
-         "bound, \"NAME/PROPERTY\"\none tool. May be given several times"},
+        {"SCENE", nullptr, "a scene saved by record or model load"},
+        {"--set", "PROPERTY.PARAMETER=NUMBER",
+         "change multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all bound "
+         "properties, \"NAME/PROPERTY\"\nthat of one tool. May be repeated"},
         {"--start", "SECONDS", "where the simulation starts (start of the scene's range)"},
         {"--end", "SECONDS", "where it ends (end of the scene's range)"},
         {"--out", "FILE", "write the scene as glTF"},
-        {"--out-curves", "FILE", "the same as a table of the keys, for plotting"},
-        {"--scene", "FILE", "save the scene with the changed settings; may be SCENE itself"},
+        {"--out-curves", "FILE", "write its keys as a table, for plotting"},
+        {"--scene", "FILE", "save the scene with the changed parameters; may be SCENE"},
         kForceOption,
-        {"--table", nullptr, "print how far the result is from what the scene held"},
+        {"--table", nullptr, "print how far the result is from the old curves"},
     });
 }
 
 std::string help() {
     return "usage: mirvane-stage resimulate SCENE [OPTIONS]\n\n"
-           "Runs the takes of a saved scene again from the input that was recorded, with other\n"
-           "settings or with the same. No device is needed. SCENE stays as it is.\n\n" +
+           "Runs the takes of a saved scene again from the recorded input, with the same or with\n"
+           "other parameters. No device is needed. SCENE stays as it is unless --scene names "
+           "it.\n\n" +
            describe(resimulateOptions()) + "\nexit codes\n" + describe(kCodes) +
            "\nexample\n"
            "  mirvane-stage resimulate shot.scene --set \"Camera/Position X.multiplier=2\" \\\n"
@@ -90,7 +91,7 @@ bool take(ResimulateOptions& options, const Argument& argument, std::string& err
     return true;
 }
 
-/// Changes the settings for good: the scene that is saved has them.
+/// Changes the parameters permanently, so that the saved scene has them.
 ExitCode change(Session& session, const std::vector<Setting>& settings) {
     for (const Setting& setting : settings) {
         const auto properties = session.findProperties(setting);
@@ -143,7 +144,7 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
             stdout);
     }
     if (run->isCutShort) {
-        complain("stopped before its end; the frames that were done are kept");
+        complain("stopped before the end; the simulated frames are kept");
     }
     return firstFailure({written, run->isCutShort ? ExitCode::CutShort : ExitCode::Ok, opened});
 }
@@ -174,7 +175,7 @@ ExitCode resimulateCommand(const std::vector<std::string>& words) {
     if (options.end.value_or(data.end) <= options.start.value_or(data.start)) {
         return fail(ExitCode::Usage, "the simulation ends before its first frame");
     }
-    // The scene may take the place of the one that was read, which it goes on from.
+    // The scene may replace the one that was read.
     const ExitCode code =
         firstFailure({checkOutputs({options.out, options.outCurves}, {options.path}),
                       checkOutputs({options.out, options.outCurves, options.scene})});

@@ -38,7 +38,7 @@ ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& 
         names += (names.empty() ? "" : ", ") + tool;
     }
     if (!missing.empty()) {
-        complain(opening.path + ": these tools of the scene can't be made: " + names);
+        complain(opening.path + ": these tools of the scene can't be created: " + names);
     }
     if (!missing.empty() && isSameFile(opening.path, opening.target) && !opening.isForced) {
         return fail(ExitCode::CoreOrToolMissing,

@@ -15,22 +15,22 @@ struct SceneData;
 
 /// The option --force, for the commands that open a scene.
 inline constexpr Option kForceOption{
-    "--force", nullptr, "save over a scene though tools of it can't be made, and lose them"};
+    "--force", nullptr, "save over a scene even if tools of it can't be created,\nand lose them"};
 
-/// How a command goes on from a scene that was saved.
+/// How a command opens a saved scene.
 struct SceneOpening {
     std::string path;      ///< the scene's file
     std::string target;    ///< the file that it will be saved to; empty for none
-    bool isForced = false; ///< also if tools of it would be lost by that
+    bool isForced = false; ///< even if that loses tools of it
 };
 
-/// Brings the scene back, and tells what of it can't be made. Ok or Incomplete to go on, Incomplete
-/// being what the command then ends with. CoreOrToolMissing if tools can't be made and `target` is
-/// the scene's own file, unless that is forced.
+/// Restores the scene, and prints what of it can't be created. Returns Ok, or Incomplete, with
+/// which the command then goes on and ends, or CoreOrToolMissing if tools can't be created and
+/// `target` is the scene's own file, unless that is forced.
 [[nodiscard]] ExitCode openScene(Session& session, const SceneData& data,
                                  const SceneOpening& opening);
 
-/// One line of the error stream for a fault of the core, which came with the file `path`.
+/// Prints a line on the error stream for a fault of the core in the file `path`.
 void tellFault(const std::string& path, const MVR::CoreFault& fault);
 
 } // namespace Stage

@@ -16,7 +16,7 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::C
 std::string help() {
     return "usage: mirvane-stage tools [OPTIONS]\n\n"
            "Lists the tools of the tool libraries: name, version, what it does, category, author,\n"
-           "library. A library that the core would refuse is told on the error stream.\n\n" +
+           "library. The error stream reports each library that the core would refuse.\n\n" +
            describe(withCommonOptions({})) + "\nexit codes\n" + describe(kCodes);
 }
 
@@ -38,8 +38,8 @@ ExitCode toolsCommand(const std::vector<std::string>& words) {
     }
     const std::string core = findCore(values.core);
     if (core.empty() && values.plugins.empty()) {
-        complain("there is no core library to look beside; name it with --core, or the folder of "
-                 "the tools with --plugins");
+        complain("there is no core library; name it with --core, or the folder of the tools with "
+                 "--plugins");
         return ExitCode::CoreOrToolMissing;
     }
     const ToolCatalog catalog = listTools(toolFolder(values, core));

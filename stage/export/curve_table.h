@@ -8,12 +8,13 @@
 
 namespace Stage {
 
-/// The times at which any of the curves from `first` up to `end` (not included) has a key, rising.
+/// Returns the times, rising, at which any of the curves from `first` up to `end` (excluded) has a
+/// key.
 std::vector<double> keyTimes(const Curves& curves, std::size_t first, std::size_t end);
 
-/// The curves as a table for plotting: "node", "time" and kCurveNames, a line for each node and
-/// key time, the values as they were written, to the last bit. A curve without a key at that time
-/// leaves its field empty. Names are quoted.
+/// Returns the curves as a table for plotting: "node", "time" and kCurveNames, a line for each node
+/// and key time, with the exact values. The field of a curve without a key at that time is empty.
+/// Names are quoted.
 std::string toCurveTable(const std::vector<const StageNode*>& nodes);
 
 } // namespace Stage

@@ -125,7 +125,7 @@ int GltfBuilder::addNumbers(const std::vector<float>& numbers, int type, std::si
     return static_cast<int>(model_.accessors.size()) - 1;
 }
 
-/// The corners of the whole triangles whose vertices are there.
+/// Returns the corners of the complete triangles whose vertices exist.
 std::vector<std::uint32_t> cornersOf(const MVR::CMesh& mesh) {
     std::vector<std::uint32_t> corners;
     corners.reserve(mesh.faces.size());
@@ -182,7 +182,7 @@ int GltfBuilder::addTimes(const std::vector<double>& times) {
     std::vector<float> numbers;
     numbers.reserve(times.size());
     for (const double time : times) {
-        // Single numbers must rise too: they are moved apart where they would fall together.
+        // The times must rise in single precision too, so equal ones are moved apart.
         auto number = static_cast<float>(std::fmax(time - shift_, 0.0));
         if (!numbers.empty() && number <= numbers.back()) {
             number = std::nextafter(numbers.back(), std::numeric_limits<float>::max());

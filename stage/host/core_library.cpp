@@ -35,7 +35,7 @@ bool CoreLibrary::load(const std::string& path, std::string& error) {
     getVersion_ = library_.find<MVR::GetVersionFunction>("getVersion");
     pump_ = library_.find<MVR::PumpEventsFunction>("pumpEvents");
     if (attach_ == nullptr || detach_ == nullptr || getVersion_ == nullptr || pump_ == nullptr) {
-        error = path + " is no core: it lacks attach, detach, getVersion or pumpEvents";
+        error = path + " isn't a core: it lacks attach, detach, getVersion or pumpEvents";
     } else if (getVersion_() != MVR::kCoreVersion) {
         error = path + " is a core of version " + std::to_string(getVersion_()) +
                 "; this stage was built for version " + std::to_string(MVR::kCoreVersion);

@@ -14,7 +14,7 @@ namespace Stage {
 DeviceReader::~DeviceReader() {
     handler_->deactivate();
     handler_->destroyDevices();
-    handler_->destroyDrivers(); // The libraries that made them go after them.
+    handler_->destroyDrivers(); // before the libraries that created them
 }
 
 std::vector<std::string> DeviceReader::load(const std::string& folder) {
@@ -32,7 +32,7 @@ std::vector<std::string> DeviceReader::load(const std::string& folder) {
         const auto loadDevices = library.find<UniDevice::LoadDevices>("loadDevices");
         if (getVersion == nullptr || loadDevices == nullptr ||
             getVersion() != UniDevice::kDriverInterfaceVersion) {
-            faults.push_back(path + " is no driver library of version " +
+            faults.push_back(path + " isn't a driver library of version " +
                              std::to_string(UniDevice::kDriverInterfaceVersion));
             continue;
         }

@@ -9,8 +9,8 @@
 
 namespace Stage {
 
-/// The input devices of the driver libraries, without a core: what a person needs to see which
-/// control is which.
+/// The input devices of the driver libraries, without a core: shows a person which control is
+/// which.
 ///
 /// 1. load() once.
 /// 2. update(), then toText(), as often as wanted.
@@ -21,17 +21,17 @@ public:
     DeviceReader& operator=(const DeviceReader&) = delete;
     ~DeviceReader();
 
-    /// Loads each driver library of the folder and activates the devices. A line for each library
-    /// that can't be used.
+    /// Loads each driver library of the folder and activates the devices. Returns a line for each
+    /// library that can't be used.
     std::vector<std::string> load(const std::string& folder);
 
     void update() { handler_->update(); }
 
-    /// A line for each device and each of its controls; what follows "=" in a binding stands in
-    /// front.
+    /// Returns a line for each device and each of its controls, which begins with what follows "="
+    /// in a binding.
     [[nodiscard]] std::string toText() const;
     [[nodiscard]] bool isEmpty() const { return handler_->devices.empty(); }
-    /// What the drivers logged.
+    /// Returns what the drivers logged.
     [[nodiscard]] static std::string getLog() { return MVR::Log::getText(); }
 
 private:

@@ -25,12 +25,12 @@ std::string orBeside(const std::string& given, const std::string& corePath, cons
     return given.empty() ? folderOf(corePath) + "/" + name : absolute(given);
 }
 
-/// The user's documents folder, as the core would find it.
+/// Returns the user's documents folder, as the core would find it.
 std::string documentsFolder() {
     std::string folder;
     (void)MVR::Platform::readRegistryValue(MVR::Platform::Hive::CurrentUser,
                                            MVR::Platform::kShellFoldersKey, "Personal",
-                                           folder); // none: the core tells
+                                           folder); // if there is none, the core says so
     return folder;
 }
 

@@ -4,20 +4,21 @@
 
 namespace Stage {
 
-/// Folders that are used in place of those of the installation; empty for the usual ones.
+/// Folders to use instead of those of the installation; empty for the usual ones.
 struct InstallValues {
     std::string core;      ///< the core library itself
-    std::string data;      ///< shared data; drivers lie in its folder "unidevice"
+    std::string data;      ///< shared data; its folder "unidevice" holds the drivers
     std::string plugins;   ///< tool libraries
     std::string documents; ///< the user's documents: settings, profiles, the log
 };
 
-/// The folder of the tool libraries, and that of the drivers, that go with the core at `corePath`.
+/// Return the folders of the tool libraries and of the drivers that belong to the core at
+/// `corePath`.
 std::string toolFolder(const InstallValues& values, const std::string& corePath);
 std::string driverFolder(const InstallValues& values, const std::string& corePath);
 
-/// Tells the core, before it is loaded, where the folders are: through a registry file of this
-/// process's own, which goes with this object. Does nothing if all folders are the usual ones.
+/// Tells the core, before it is loaded, where the folders are: by a registry file for this process
+/// alone, which this object deletes at its end. Does nothing if all folders are the usual ones.
 class InstallValuesFile {
 public:
     InstallValuesFile() = default;
@@ -25,7 +26,7 @@ public:
     InstallValuesFile& operator=(const InstallValuesFile&) = delete;
     ~InstallValuesFile();
 
-    /// False, with the reason in `error`, if the file can't be written.
+    /// Returns false, with the reason in `error`, if the file can't be written.
     [[nodiscard]] bool write(const InstallValues& values, const std::string& corePath,
                              std::string& error);
 

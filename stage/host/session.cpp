@@ -50,7 +50,7 @@ bool Session::open(const InstallValues& values, std::string& error) {
         return false;
     }
     adaptor.setFaults(faults_);
-    // Nobody is there to answer a box.
+    // Nobody can answer a box.
     const bool isSilent = true;
     core_->setProperty(MVR::Setting::kSilentMode, &isSilent);
     return true;
@@ -60,7 +60,7 @@ void Session::close() {
     if (core_ == nullptr) {
         return;
     }
-    // Objects in the undo list may point into tools, and are the core's own code.
+    // Objects in the undo list may point into tools, and their code is the core's.
     undo.clear();
     tools_.clear();
     core_->deleteAllInstances();
@@ -120,7 +120,7 @@ bool Session::saveScene(const std::string& path, std::string& error) {
 const PlacedTool* Session::place(const ToolPlan& plan, std::string& error) {
     std::string name;
     if (tree_->create(plan.type, plan.name, "", toProfile(plan), &name) != 0) {
-        error = "the tool \"" + plan.type + "\" can't be made";
+        error = "the tool \"" + plan.type + "\" can't be created";
         for (const MVR::CoreFault& fault : faults_->list()) {
             error += ": " + fault.text;
         }

@@ -22,7 +22,7 @@ class Property;
 
 namespace Stage {
 
-/// A tool that stands in the scene.
+/// A tool in the scene.
 struct PlacedTool {
     ToolPlan plan;
     MVR::CInterface* access; ///< the core's; never null
@@ -31,7 +31,7 @@ struct PlacedTool {
 /// One run of the host with the core attached.
 ///
 /// 1. open() loads and attaches the core.
-/// 2. openScene(), if the scene isn't to be a new one.
+/// 2. openScene(), unless the scene is a new one.
 /// 3. place() for each tool, then take() and resimulate() as often as wanted.
 /// 4. saveScene(), as often as wanted.
 /// 5. close(), or the end of the object.
@@ -42,42 +42,43 @@ public:
     Session& operator=(const Session&) = delete;
     ~Session() { close(); }
 
-    /// False, with the reason in `error`, if there is no core, or none that fits.
+    /// Returns false, with the reason in `error`, if there is no core, or none that fits.
     [[nodiscard]] bool open(const InstallValues& values, std::string& error);
     void close();
 
-    /// Brings back a scene that was read from a file: nodes, time and tools, as getTools(). Nothing
-    /// of it can be undone. The tools that can't be made, as `"Camera" of type "Free Camera"`; they
-    /// would be lost if the scene were saved. getFaults() tells why.
+    /// Restores a scene that was read from a file: nodes, time and tools, as getTools(). None of it
+    /// can be undone. Returns the tools that can't be created, as `"Camera" of type "Free Camera"`;
+    /// they would be lost if the scene were saved. getFaults() says why.
     [[nodiscard]] std::vector<std::string> openScene(const SceneData& data);
-    /// Writes the scene's file with all that goes on from here in another process. False, with the
-    /// reason in `error` and the old file whole, if it can't be written.
+    /// Writes the scene's file, from which another process can go on. Returns false, with the
+    /// reason in `error` and the old file intact, if it can't be written.
     [[nodiscard]] bool saveScene(const std::string& path, std::string& error);
 
-    /// Takes the tools that the core made by itself, as for a model, into getTools(). The new ones.
+    /// Adds the tools that the core created itself, as for a model, to getTools(). Returns the new
+    /// ones.
     [[nodiscard]] std::vector<const PlacedTool*> adoptTools();
 
-    /// Places a tool; null, with the reason in `error`, if the core can't make it. The result is
-    /// valid until close().
+    /// Places a tool. Returns null, with the reason in `error`, if the core can't create it. The
+    /// result is valid until close().
     [[nodiscard]] const PlacedTool* place(const ToolPlan& plan, std::string& error);
     [[nodiscard]] const std::vector<std::unique_ptr<PlacedTool>>& getTools() const {
         return tools_;
     }
 
-    /// False, with the first property or control that isn't there in `error`, if a binding of the
-    /// tool doesn't stand.
+    /// Returns false, with the first missing property or control in `error`, if a binding of the
+    /// tool isn't in effect.
     [[nodiscard]] bool checkBindings(const PlacedTool& tool, std::string& error) const;
-    /// The properties that a setting means; empty if there are none.
+    /// Returns the properties that a setting means; empty if there are none.
     [[nodiscard]] std::vector<UniDevice::Property*> findProperties(const Setting& setting) const;
 
     [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
     [[nodiscard]] MVR::CoreModels& getModels() { return *models_; }
-    /// What the last load, save or creation could not do.
+    /// Returns what the last load, save or creation could not do.
     [[nodiscard]] std::vector<MVR::CoreFault> getFaults() { return faults_->list(); }
     /// Runs what is due in the core; see CoreLibrary::pump().
     std::int32_t pump() { return library_.pump(); }
 
-    // The host: free to use whether or not the core is attached.
+    // The host, which may be used whether or not the core is attached.
     UndoList undo;
     Scene scene{undo};
     Timeline timeline;
@@ -86,7 +87,7 @@ public:
 private:
     InstallValuesFile installValues_;
     CoreLibrary library_;
-    // The core's, like what it offers; null when detached.
+    // Owned by the core, as its extensions are; null when detached.
     MVR::CoreInterface* core_ = nullptr;
     MVR::CoreTools* tree_ = nullptr;
     MVR::CoreModels* models_ = nullptr;

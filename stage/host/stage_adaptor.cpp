@@ -63,8 +63,8 @@ std::vector<MVR::SceneNode*> StageAdaptor::getNodes(MVR::CInterface* tool) {
     return nodes;
 }
 
-/// The node of a tool that is gone: from a scene's file, which tells the tool, or from this run,
-/// where only the name is left: a tool's node is called after it, or after it and itself.
+/// Returns the node of a tool that is gone: from a scene's file, which names the tool, or from this
+/// run, where only the node's name is left, that of the tool or of the tool and the node.
 StageNode* StageAdaptor::findSaved(const std::string& tool, const std::string& node) const {
     StageNode* byName = nullptr;
     for (const auto& free : scene_.getNodes()) {

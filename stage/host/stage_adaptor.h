@@ -14,7 +14,7 @@ class StageNode;
 class Timeline;
 class UndoList;
 
-/// The stage as the core sees it: passes on to scene, undo list and timeline.
+/// The stage as the core sees it: passes calls on to scene, undo list and timeline.
 class StageAdaptor final : public MVR::AdaptorInterface {
 public:
     StageAdaptor(Scene& scene, UndoList& undo, Timeline& timeline)
@@ -62,7 +62,7 @@ public:
     MVR::Tag getSettingsLayout() override { return {}; }
 
 
-    /// Where the core hears why a file can't be merged; null while there is no core.
+    /// Sets where merging reports why a file can't be merged; null while there is no core.
     void setFaults(MVR::CoreFaults* faults) { faults_ = faults; }
 
 private:

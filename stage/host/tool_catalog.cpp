@@ -22,11 +22,11 @@ void listLibrary(const std::string& path, ToolCatalog& catalog) {
     const auto getPlugin = library.find<MVR::GetPlugin>("getPlugin");
     if (getVersion == nullptr || getPlugin == nullptr) {
         catalog.faults.push_back(path +
-                                 " is no library of tools: it lacks getVersion or getPlugin");
+                                 " isn't a library of tools: it lacks getVersion or getPlugin");
         return;
     }
     if (const std::int32_t version = getVersion(); version != MVR::kPluginInterfaceVersion) {
-        catalog.faults.push_back(path + " speaks version " + std::to_string(version) +
+        catalog.faults.push_back(path + " has version " + std::to_string(version) +
                                  " of the tool contract, not " +
                                  std::to_string(MVR::kPluginInterfaceVersion));
         return;

@@ -19,8 +19,8 @@ struct ToolCatalog {
     std::vector<std::string> faults; ///< a line for each library that can't be used
 };
 
-/// What the tool libraries of a folder say of their tools. Tools that are marked as internal are
-/// left out. Each library is loaded, asked, and freed again.
+/// Returns what the tool libraries of a folder say about their tools, without those marked as
+/// internal. Loads each library, asks it, and frees it again.
 ToolCatalog listTools(const std::string& folder);
 
 } // namespace Stage

@@ -52,7 +52,7 @@ bool split(const std::string& bytes, Parts& parts, std::string& error) {
     constexpr std::size_t kJsonAt = kHeaderBytes + kChunkHeaderBytes;
     if (bytes.size() < kJsonAt || bytes.compare(kHeaderBytes + 4, 4, "JSON") != 0 ||
         readNumber(bytes, kHeaderBytes) > bytes.size() - kJsonAt) {
-        error = "the binary file is cut short or begins with no JSON";
+        error = "the binary file is cut short or doesn't begin with JSON";
         return false;
     }
     const std::size_t length = readNumber(bytes, kHeaderBytes);
@@ -93,7 +93,7 @@ bool isTooDeep(std::string_view json) {
     return false;
 }
 
-/// The JSON with only what is read of it, so that nothing else can do harm.
+/// Returns only the parts of the JSON that are read, so that nothing else can do harm.
 std::string reduce(const std::string& text) {
     const Json whole = Json::parse(text);
     Json part = Json::object();
@@ -161,7 +161,7 @@ bool parseGltf(const std::string& bytes, const std::string& folder, tinygltf::Mo
     reader.SetFsCallbacks({existsInFolder, expandNothing, readInFolder, nullptr, &base});
     std::string warning;
     bool isGood = false;
-    try { // both libraries throw on files that are odd enough
+    try { // both libraries throw on some malformed files
         parts.json = reduce(parts.json);
         const std::string file = join(parts);
         const auto size = static_cast<unsigned>(file.size()); // far below 4 GiB
@@ -176,7 +176,7 @@ bool parseGltf(const std::string& bytes, const std::string& folder, tinygltf::Mo
     }
     error = error.substr(0, error.find('\n'));
     if (!isGood && error.empty()) {
-        error = "it is no glTF 2.0 file";
+        error = "it isn't a glTF 2.0 file";
     }
     return isGood;
 }

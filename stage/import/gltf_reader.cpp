@@ -22,10 +22,10 @@ const Item* itemAt(const std::vector<Item>& items, int index) {
                : nullptr;
 }
 
-/// The numbers of one accessor, checked against the buffer that they lie in.
+/// The numbers of one accessor, checked against their buffer.
 class Numbers {
 public:
-    /// False, with the reason in `error`, unless all of them are in the file.
+    /// Returns false, with the reason in `error`, unless all of them are in the file.
     [[nodiscard]] bool open(const tinygltf::Model& model, int accessor, std::string& error);
     [[nodiscard]] std::size_t getCount() const { return count_; }
     [[nodiscard]] int getComponents() const { return components_; }
@@ -76,7 +76,7 @@ bool Numbers::open(const tinygltf::Model& model, int index, std::string& error) 
     const tinygltf::Buffer* buffer =
         view != nullptr ? itemAt(model.buffers, view->buffer) : nullptr;
     if (buffer == nullptr || accessor->sparse.isSparse) {
-        error = name + (accessor->sparse.isSparse ? " is sparse, which isn't read"
+        error = name + (accessor->sparse.isSparse ? " is sparse, which isn't supported"
                                                   : " points to no buffer");
         return false;
     }
@@ -88,7 +88,7 @@ bool Numbers::open(const tinygltf::Model& model, int index, std::string& error) 
                          type_ == TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT ||
                          type_ == TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT;
     if (!isKnown || components_ <= 0 || accessor->count == 0) {
-        error = name + " has no numbers that can be read";
+        error = name + " has unreadable numbers";
         return false;
     }
     size_ = static_cast<std::size_t>(size);
@@ -97,12 +97,12 @@ bool Numbers::open(const tinygltf::Model& model, int index, std::string& error) 
     count_ = accessor->count;
     isNormalised_ = accessor->normalized;
     const std::size_t all = buffer->data.size();
-    // Each is held against what is left, so that no sum can overflow.
+    // Each is compared with what is left, so that no sum can overflow.
     if (view->byteOffset > all || view->byteLength > all - view->byteOffset ||
         accessor->byteOffset > view->byteLength || stride_ < item || stride_ > 252 + item ||
         item > view->byteLength - accessor->byteOffset ||
         count_ - 1 > (view->byteLength - accessor->byteOffset - item) / stride_) {
-        error = name + " leads outside its buffer";
+        error = name + " reaches outside its buffer";
         return false;
     }
     data_ = buffer->data.data() + view->byteOffset + accessor->byteOffset;
@@ -114,7 +114,7 @@ class MeshReader {
 public:
     MeshReader(const tinygltf::Model& model, std::string& error) : model_(model), error_(error) {}
 
-    /// False on a fault; an index of none gives null.
+    /// Returns false on a fault. The result is null for an index of none.
     [[nodiscard]] bool read(int index, SharedMesh& out);
 
 private:
@@ -144,7 +144,7 @@ bool MeshReader::addEntries(const Numbers& numbers, std::vector<std::array<doubl
         for (int component = 0; component < std::min(numbers.getComponents(), 3); ++component) {
             const double number = numbers.getNumber(i, component);
             if (!std::isfinite(number)) {
-                return fail("a number of it is not finite");
+                return fail("it has a number that isn't finite");
             }
             entry[static_cast<std::size_t>(component)] = number;
         }
@@ -152,14 +152,14 @@ bool MeshReader::addEntries(const Numbers& numbers, std::vector<std::array<doubl
     return true;
 }
 
-/// The vertices that the corners of the triangles name, whatever the form of the list.
+/// Lists the vertices that the corners of the triangles name, whatever the form of the list.
 bool MeshReader::readCorners(const tinygltf::Primitive& primitive, std::size_t vertices,
                              std::vector<std::int32_t>& out) {
     Numbers indices;
     const bool hasIndices = primitive.indices >= 0;
     std::string reason;
     if (hasIndices && (!indices.open(model_, primitive.indices, reason) || !indices.isInteger())) {
-        return fail(reason.empty() ? "its indices are no whole numbers" : reason);
+        return fail(reason.empty() ? "its indices aren't whole numbers" : reason);
     }
     const std::size_t count = hasIndices ? indices.getCount() : vertices;
     const bool isStrip = primitive.mode == TINYGLTF_MODE_TRIANGLE_STRIP;
@@ -170,7 +170,7 @@ bool MeshReader::readCorners(const tinygltf::Primitive& primitive, std::size_t v
     }
     const std::size_t step = isStrip || isFan ? 1 : 3;
     for (std::size_t first = 0; first + 2 < count; first += step) {
-        // In a strip every other triangle runs the other way round.
+        // In a strip every other triangle has the opposite order.
         const std::size_t turn = isStrip ? first % 2 : 0;
         const std::size_t places[] = {isFan ? 0 : first + turn, first + 1 - turn, first + 2};
         for (const std::size_t place : places) {
@@ -240,7 +240,7 @@ bool MeshReader::read(int index, SharedMesh& out) {
                 return false;
             }
         }
-        // One list that only some parts have would point to the wrong corners.
+        // A list that only some parts have would belong to the wrong corners.
         if (mesh->textureFaces.size() != mesh->faces.size()) {
             mesh->textureFaces.clear();
             mesh->textureCoordinates.clear();
@@ -264,7 +264,8 @@ bool readNumbers(const std::vector<double>& from, std::array<double, Size>& to) 
     return true;
 }
 
-/// The field of view of a camera, or null for none; one that can't be leaves the lens.
+/// Reads the field of view of a camera, or null for none; an impossible one leaves the lens
+/// unchanged.
 void readLens(const tinygltf::Camera* from, Lens& to) {
     if (from != nullptr && from->type == "perspective") {
         const double focalLength = toFocalLength(from->perspective.yfov);
@@ -282,10 +283,10 @@ bool readTransform(const tinygltf::Node& from, Transform& to) {
         return false;
     }
     to = toTransform(matrix);
-    return isFinite(to); // the lengths of its rows may be too much
+    return isFinite(to); // the lengths of its rows may overflow
 }
 
-/// The nodes that the walk begins with, those of the file's scene.
+/// Returns the nodes with which the walk begins, those of the file's scene.
 std::vector<int> rootsOf(const tinygltf::Model& model) {
     const tinygltf::Scene* scene = itemAt(model.scenes, std::max(model.defaultScene, 0));
     if (scene != nullptr) {
@@ -339,7 +340,7 @@ bool readGltf(const std::string& bytes, const std::string& folder, std::vector<I
         const tinygltf::Node* from = itemAt(model.nodes, step.node);
         const std::string name = "node " + std::to_string(step.node);
         if (from == nullptr || isDone[static_cast<std::size_t>(step.node)]) {
-            error = name + (from == nullptr ? " isn't there" : " hangs in two places");
+            error = name + (from == nullptr ? " isn't there" : " has two parents");
             return false;
         }
         isDone[static_cast<std::size_t>(step.node)] = true;

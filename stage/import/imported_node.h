@@ -7,10 +7,10 @@
 
 namespace Stage {
 
-/// A node of a file that is merged.
+/// A node of a merged file.
 struct ImportedNode {
     NodeRecord record;
-    std::int32_t parent = -1; ///< index of the parent, which stands before it; -1 for a root
+    std::int32_t parent = -1; ///< index of the parent, which is lower; -1 for a root
 };
 
 /// The most bytes of a file, and of one that it names.

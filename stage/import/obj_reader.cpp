@@ -13,10 +13,10 @@ namespace Stage {
 
 namespace {
 
-/// Cutting a face into triangles takes the square of its corners.
+/// Cutting a face into triangles needs time in the square of its corners.
 constexpr std::size_t kMostCornersOfFace = 1000;
 
-/// The number of the first line whose face has too many corners; 0 if there is none.
+/// Returns the number of the first line whose face has too many corners, or 0 if there is none.
 std::size_t findHugeFace(std::string_view text) {
     for (std::size_t line = 1; !text.empty(); ++line) {
         const std::size_t length = std::min(text.find_first_of("\r\n"), text.size());
@@ -38,14 +38,14 @@ std::size_t findHugeFace(std::string_view text) {
     return 0;
 }
 
-/// The part of the file's common lists that one mesh points into, each entry once.
+/// The entries of the file's common lists that one mesh uses, each once.
 class Corners {
 public:
     Corners(const std::vector<tinyobj::real_t>& numbers, std::size_t perEntry,
             std::vector<std::array<double, 3>>& entries, std::vector<std::int32_t>& corners)
         : numbers_(numbers), perEntry_(perEntry), entries_(entries), corners_(corners) {}
 
-    /// False if there is no such entry, or a number of it is not finite.
+    /// Returns false if there is no such entry, or a number of it isn't finite.
     bool add(int index) {
         if (index < 0 || static_cast<std::size_t>(index) >= numbers_.size() / perEntry_) {
             return false;
@@ -76,7 +76,7 @@ private:
 bool readMesh(const tinyobj::mesh_t& from, const tinyobj::attrib_t& lists, MVR::CMesh& to) {
     Corners places(lists.vertices, 3, to.vertices, to.faces);
     Corners texture(lists.texcoords, 2, to.textureCoordinates, to.textureFaces);
-    // Texture coordinates are taken only if every corner has some.
+    // Texture coordinates count only if every corner has some.
     const bool hasTexture =
         std::all_of(from.indices.begin(), from.indices.end(),
                     [](const tinyobj::index_t& corner) { return corner.texcoord_index >= 0; });

@@ -8,8 +8,8 @@
 namespace Stage {
 
 /// Reads the text of an OBJ file: a root node for each "o" or "g" with faces, which are cut into
-/// triangles. What has no name is called `fallbackName`. Materials are not looked at, nor is any
-/// other file. False, with the reason in `error`, if there is something wrong with it.
+/// triangles. A part without a name gets `fallbackName`. Ignores materials and all other files.
+/// Returns false, with the reason in `error`, on a fault.
 [[nodiscard]] bool readObj(const std::string& text, const std::string& fallbackName,
                            std::vector<ImportedNode>& out, std::string& error);
 

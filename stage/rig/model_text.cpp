@@ -15,7 +15,7 @@ namespace {
 
 using MVR::Tag;
 
-/// The most bytes of text, all packed elements together; a tree takes many times as many.
+/// The most bytes of text, all packed elements together; a tree needs many times as many.
 constexpr std::size_t kMostTextBytes = std::size_t(256) << 20;
 
 /// Parses compressed or plain text; `left` is how much text may still come.
@@ -35,12 +35,12 @@ bool unpack(const MVR::ByteBuffer& block, Tag& out, std::size_t& left, std::stri
     return code == 0;
 }
 
-/// An element that holds a tree in packed form: becomes that tree.
+/// Replaces an element that holds a packed tree by that tree.
 bool unpackElement(Tag& element, std::size_t& left, std::string& error) {
     const MVR::Base64Buffer block(element.value());
     Tag tree;
     if (block.size() == 0) {
-        error = "its text is no base64";
+        error = "its text isn't base64";
     } else if (unpack(block.bytes(), tree, left, error)) {
         element = std::move(tree);
         return true;
@@ -60,7 +60,7 @@ bool toModelText(const std::string& bytes, std::string& out, std::string& error)
     std::vector<Tag*> waiting = {&tree}; // the next one last
     while (!waiting.empty()) {
         Tag& tag = *waiting.back();
-        // A packed tree may hold packed ones: it is looked at again.
+        // A packed tree may hold packed ones, so it is visited again.
         if (tag.attribute("compressed") == "1") {
             ++packed;
             if (!unpackElement(tag, left, error)) {

@@ -41,7 +41,7 @@ std::vector<Binding> listBindings(const Tag& profile) {
             continue;
         }
         Binding binding{property.attribute("name"), device, 0, control.attribute("type"), 0};
-        // A number that can't be read stays 0, as the core takes it.
+        // A number that can't be read stays 0, as in the core.
         (void)toNumber(control.attribute("devindex"), binding.deviceIndex);
         (void)toNumber(control.attribute("index"), binding.index);
         bindings.push_back(std::move(binding));

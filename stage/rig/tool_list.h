@@ -12,11 +12,11 @@ namespace Stage {
 /// The properties that a profile binds to a control.
 std::vector<Binding> listBindings(const MVR::Tag& profile);
 
-/// The tools of an element "MVR" or "MVR_Plugin", each before those below it: type, name and what
-/// is bound.
+/// Returns the tools of an element "MVR" or "MVR_Plugin", each before those below it, with type,
+/// name and bindings.
 std::vector<ToolPlan> listTools(const MVR::Tag& configuration);
 
-/// One element "MVR_Plugin", without those below it.
+/// An element "MVR_Plugin", without those below it.
 ToolPlan listTool(const MVR::Tag& tool);
 
 /// Calls `call` with each element "MVR_Plugin", in the order of listTools().

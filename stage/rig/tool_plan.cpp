@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kSettingNames = {"multiplier", "exponent", "deadzone",
                                                            "offset"};
-/// Of a plan file; a rig has a few dozen lines.
+/// The most lines of a plan file; a rig has a few dozen.
 constexpr std::uint64_t kMostPlanBytes = 1 << 20;
 constexpr std::size_t kMostPlanLines = 10'000;
 
@@ -46,7 +46,7 @@ bool parseBinding(const std::string& text, Binding& out, std::string& error) {
         binding.property = trimmed(std::string_view(text).substr(0, equals));
         binding.device = trimmed(std::string_view(text).substr(equals + 1, colon - equals - 1));
         binding.type = text.substr(colon + 1);
-        // A number behind the last colon is the index; a type may hold colons of its own.
+        // A number behind the last colon is the index; a type may itself hold colons.
         const std::size_t last = binding.type.rfind(':');
         if (last != std::string::npos &&
             toNumber(std::string_view(binding.type).substr(last + 1), binding.index)) {
@@ -59,7 +59,7 @@ bool parseBinding(const std::string& text, Binding& out, std::string& error) {
         }
     }
     if (binding.property.empty() || binding.device.empty() || binding.type.empty()) {
-        error = "\"" + text + "\" is no binding: PROPERTY=DEVICE:TYPE[:INDEX] is wanted";
+        error = "\"" + text + "\" is not a binding of the form PROPERTY=DEVICE:TYPE[:INDEX]";
         return false;
     }
     out = std::move(binding);
@@ -73,7 +73,7 @@ bool parseSetting(const std::string& text, const std::vector<ToolPlan>& tools, S
     Setting setting;
     if (equals == std::string::npos || dot == std::string::npos ||
         !toNumber(trimmed(std::string_view(text).substr(equals + 1)), setting.value)) {
-        error = "\"" + text + "\" is no setting: PROPERTY.SETTING=NUMBER is wanted";
+        error = "\"" + text + "\" is not of the form PROPERTY.PARAMETER=NUMBER";
         return false;
     }
     setting.property = trimmed(std::string_view(text).substr(0, dot));
@@ -81,7 +81,7 @@ bool parseSetting(const std::string& text, const std::vector<ToolPlan>& tools, S
     if (std::find(kSettingNames.begin(), kSettingNames.end(), setting.name) ==
         kSettingNames.end()) {
         error = "\"" + setting.name +
-                "\" is no setting: multiplier, exponent, deadzone or offset is wanted";
+                "\" is not a parameter: use multiplier, exponent, deadzone or offset";
         return false;
     }
     if (setting.name == "deadzone" && setting.value == 1.0) {
@@ -122,7 +122,7 @@ bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error) {
         } else if (line.rfind("set ", 0) == 0) {
             isGood = parseSetting(line.substr(4), {}, plan.settings.emplace_back(), error);
         } else if (!isGood) {
-            error = "a line begins with bind, set or #";
+            error = "a line must begin with bind, set or #";
         }
         if (!isGood) {
             error = path + ":" + std::to_string(number) + ": " + error;
@@ -152,7 +152,7 @@ MVR::Tag toProfile(const ToolPlan& plan) {
             if (!names(setting, name)) {
                 continue;
             }
-            // The first element of a name counts when it is read: a later setting takes its place.
+            // The first element of a name counts when it is read, so a later setting replaces it.
             if (!property.child(setting.name).isEmpty()) {
                 property.removeChild(MVR::Tag::element(setting.name));
             }

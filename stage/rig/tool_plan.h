@@ -21,7 +21,7 @@ struct Binding {
     std::int32_t index = 0;
 };
 
-/// One number of a property's mapping.
+/// A change of one parameter of a property.
 struct Setting {
     std::string tool;     ///< a tool's name or type; empty for every tool
     std::string property; ///< "*" for all that are bound
@@ -37,28 +37,28 @@ struct ToolPlan {
     std::string name; ///< not empty; the core makes it unique
     std::vector<Binding> bindings;
     std::vector<Setting> settings;
-    bool isAside = false; ///< a setting must name it to mean it
+    bool isAside = false; ///< only a setting that names it applies to it
 
-    /// True if `setting` may mean a property of this tool.
+    /// Returns true if `setting` may apply to a property of this tool.
     [[nodiscard]] bool isMeantBy(const Setting& setting) const {
         return (setting.tool.empty() && !isAside) || setting.tool == name || setting.tool == type;
     }
 };
 
 /// Reads "PROPERTY=DEVICE[#NUMBER]:TYPE[:INDEX]", such as "Position X=OSC:/camera/position:0".
-/// False, with a message in `error`, if it has no such form.
+/// Returns false, with a message in `error`, if it has another form.
 [[nodiscard]] bool parseBinding(const std::string& text, Binding& out, std::string& error);
 
-/// Reads "PROPERTY.SETTING=VALUE", such as "Position X.multiplier=2". A "NAME/" in front, the
-/// name or type of one of `tools`, leaves the others out.
+/// Reads "PROPERTY.PARAMETER=NUMBER", such as "Position X.multiplier=2". A "NAME/" in front, the
+/// name or type of one of `tools`, restricts it to that tool.
 [[nodiscard]] bool parseSetting(const std::string& text, const std::vector<ToolPlan>& tools,
                                 Setting& out, std::string& error);
 
-/// Adds the lines "bind ..." and "set ..." of a file to a plan; what follows is as in the options.
-/// Empty lines and lines that begin with "#" are skipped.
+/// Adds the lines "bind ..." and "set ..." of a file to a plan; their arguments are as in the
+/// options. Skips empty lines and lines that begin with "#".
 [[nodiscard]] bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error);
 
-/// The plan's bindings and settings as a profile for MVR::CoreTools::create().
+/// Returns the plan's bindings and settings as a profile for MVR::CoreTools::create().
 MVR::Tag toProfile(const ToolPlan& plan);
 
 /// Writes one number into a property.

@@ -4,8 +4,8 @@
 
 namespace Stage {
 
-/// Keys closer in time than this are one key. Far below a frame, far above the rounding of times
-/// that were added up over hours.
+/// Keys closer in time than this are one key. It is far below a frame and far above the rounding of
+/// times that were added up over hours.
 inline constexpr double kSameTimeSeconds = 1e-6;
 
 struct Key {
@@ -18,23 +18,23 @@ struct Key {
 /// One animated number: keys in order of time, straight lines between them.
 class Curve {
 public:
-    /// Where a time falls between keys: `from` and `to` are the same key before the first and
-    /// behind the last. Only for a curve that has keys.
+    /// The keys around a time: `from` and `to` are the same key before the first and after the
+    /// last. Only for a curve that has keys.
     struct Span {
         const Key* from;
         const Key* to;
         double fraction; ///< 0 at `from`, 1 at `to`
     };
 
-    /// Sets the key at `time`, in place of one that is there. Constant time at the end of the
-    /// curve, which is where a take writes.
+    /// Sets the key at `time`, and replaces one that is there. Constant time at the end of the
+    /// curve, where a take writes.
     void setKey(double time, double value);
 
     /// Removes the keys from `time` on. Earlier keys stay as they are.
     void eraseFrom(double time);
 
-    /// The value at `time`; `valueAtRest` if there are no keys. Constant before the first key and
-    /// behind the last.
+    /// Returns the value at `time`, or `valueAtRest` if there are no keys. Constant before the
+    /// first key and after the last.
     [[nodiscard]] double evaluate(double time, double valueAtRest) const;
 
     [[nodiscard]] Span spanAt(double time) const;

@@ -18,7 +18,7 @@ public:
 
     struct Difference {
         bool isSameFrames = true; ///< the same keys at the same times
-        double largest = 0.0;     ///< between values of keys
+        double largest = 0.0;     ///< between the values of keys
     };
     [[nodiscard]] Difference compare(const CurveCopy& other) const;
     bool operator==(const CurveCopy& other) const = default;

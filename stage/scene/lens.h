@@ -12,15 +12,15 @@ enum LensPart : std::size_t { kFocalLength, kFocusDistance, kFNumber };
 using Lens = std::array<double, 3>;
 
 inline constexpr Lens kDefaultLens = {35, 10, 5.6};
-/// The height of the picture, 36 by 24 mm, which rules what field of view a focal length gives.
+/// The height of the picture, 36 by 24 mm, which links the field of view to the focal length.
 inline constexpr double kPictureHeightMm = 24;
 
-/// The upright angle of the picture in radians.
+/// Returns the vertical angle of the picture in radians.
 double toFieldOfView(double focalLengthMm);
-/// The focal length in millimetres that gives an upright angle between 0 and pi.
+/// Returns the focal length in millimetres for a vertical angle between 0 and pi.
 double toFocalLength(double fieldOfViewRadians);
 
-/// False for a number that no lens has.
+/// Returns false for a number that a lens can't have.
 [[nodiscard]] bool isLensNumber(double number);
 
 } // namespace Stage

@@ -39,15 +39,15 @@ struct Reading {
     }
 };
 
-/// One element of a node, or several of one word.
+/// One element of a node, or several with the same word.
 struct NodeElement {
     const char* word;
     void (*write)(const char* word, Writing& node);
-    /// False, with the reason, for a fault.
+    /// Returns false, with the reason, on a fault.
     bool (*read)(const char* word, Reading& node);
 };
 
-/// Text of blanks alone would not be read again.
+/// A text of blanks alone would not be read again.
 Tag textTag(const char* word, const std::string& text) {
     return Tag::element(word, trimmed(text).empty() ? "" : text);
 }
@@ -56,7 +56,7 @@ struct Kind {
     const char* word;
     std::intptr_t kind;
 };
-/// Kinds of node; another one is written as its number.
+/// Kinds of node; any other is written as its number.
 constexpr Kind kKinds[] = {
     {"helper", MVR::kNodeHelper}, {"camera", MVR::kNodeCamera}, {"light", MVR::kNodeLight}};
 
@@ -94,7 +94,7 @@ bool readVisible(const char* word, Reading& node) {
     const std::string& text = node.text(word);
     node.record.isVisible = text == "true";
     return text == "true" || text == "false" ||
-           node.fail(std::string("\"") + word + "\" is to be true or false, not " + shown(text));
+           node.fail(std::string("\"") + word + "\" must be true or false, not " + shown(text));
 }
 
 void writeLens(const char* word, Writing& node) {
@@ -103,7 +103,7 @@ void writeLens(const char* word, Writing& node) {
     }
 }
 
-/// A file from before the lens could be set has none.
+/// Older files have no lens.
 bool readLens(const char* word, Reading& node) {
     if (node.tag.child(word).isEmpty()) {
         return true;
@@ -111,7 +111,7 @@ bool readLens(const char* word, Reading& node) {
     Lens& lens = node.record.lens;
     return readNumbers(node.tag, word, lens, node.reason) &&
            (std::all_of(lens.begin(), lens.end(), isLensNumber) ||
-            node.fail(std::string("\"") + word + "\" is to hold numbers above 0, not " +
+            node.fail(std::string("\"") + word + "\" must hold numbers above 0, not " +
                       shown(node.text(word))));
 }
 
@@ -141,7 +141,7 @@ bool readCurve(const Tag& tag, Reading& node) {
     }
     Curve& curve = node.record.curves[index];
     if (!curve.isEmpty()) {
-        return node.fail("the curve " + shown(name) + " is there twice");
+        return node.fail("the curve " + shown(name) + " appears twice");
     }
     std::string_view text = tag.value();
     while (!(text = trimmed(text)).empty()) {
@@ -151,9 +151,9 @@ bool readCurve(const Tag& tag, Reading& node) {
                              reason);
         };
         Key key{};
-        // What a tool wrote comes back, even if it was no finite number.
+        // Whatever a tool wrote is read back, even a number that isn't finite.
         if (!takeNumber(text, key.time) || !takeNumber(text, key.value)) {
-            return failKey("a time and a value are wanted");
+            return failKey("a time and a value are needed");
         }
         if (!std::isfinite(key.time)) {
             return failKey("the time is not finite");
@@ -183,7 +183,7 @@ bool readMesh(const char* word, Reading& node) {
     return !node.record.mesh->vertices.empty() || node.fail("the mesh can't be read");
 }
 
-/// The element of a text, which is left out if it is empty and `isOptional`.
+/// The element of a text, which isn't written if it is empty and `isOptional`.
 template <std::string NodeRecord::*Field, bool IsOptional>
 constexpr NodeElement textElement(const char* name) {
     return {name,

@@ -11,11 +11,11 @@ namespace Stage {
 
 inline constexpr const char* kNodeWord = "node";
 
-/// The element of a node that hangs below the node `parent`; "" for a root.
+/// Returns the element of a node below the node `parent`; "" for a root.
 MVR::Tag writeNode(const NodeRecord& record, const std::string& parent);
 
-/// Reads such an element. False, with the reason in `reason`, if it holds anything that a node
-/// can't; `record` then has its name at least.
+/// Reads such an element. Returns false, with the reason in `reason`, if it holds anything that a
+/// node can't; `record` then has at least its name.
 [[nodiscard]] bool readNode(const MVR::Tag& tag, NodeRecord& record, std::string& parent,
                             std::string& reason);
 

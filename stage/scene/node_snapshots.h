@@ -7,12 +7,12 @@ namespace Stage {
 
 class StageNode;
 
-/// The transform of one node at one time. Part of its node; one may be out at a time.
+/// The transform of one node at one time. Part of its node; only one may be in use at a time.
 class NodeTransform final : public MVR::TransformSnapshot {
 public:
     explicit NodeTransform(StageNode& node) : node_(node) {}
 
-    /// Null if it is out already.
+    /// Returns null if it is in use already.
     NodeTransform* open(double time);
     void close() { isOpen_ = false; }
 
@@ -31,12 +31,12 @@ private:
     bool isOpen_ = false;
 };
 
-/// The lens of one camera at one time. Part of its node; one may be out at a time.
+/// The lens of one camera at one time. Part of its node; only one may be in use at a time.
 class NodeLens final : public MVR::LensSnapshot {
 public:
     explicit NodeLens(StageNode& node) : node_(node) {}
 
-    /// Null if it is out already.
+    /// Returns null if it is in use already.
     NodeLens* open(double time);
 
     double getFocalLengthMm() override { return get(kFocalLength); }

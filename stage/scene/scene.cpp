@@ -50,7 +50,7 @@ void Scene::bring(const std::shared_ptr<StageNode>& node, StageNode* parent) {
     if (!undo_.isOpen()) {
         return;
     }
-    // It may be hung elsewhere without a step: a redo brings back how the undo found it.
+    // Its parent may change outside a step: a redo restores what the undo found.
     struct Links {
         StageNode* parent;
         std::size_t index;
@@ -101,7 +101,7 @@ void Scene::hang(StageNode& node, StageNode* parent) {
     const std::size_t newIndex = parent != nullptr ? parent->children_.size() : 0;
     node.hangBelow(parent, newIndex);
     if (undo_.isOpen()) {
-        // The parents are back in the scene whenever these run: entries are taken in order.
+        // The parents are in the scene again whenever these run, as entries run in order.
         const auto self = node.shared_from_this();
         undo_.add([self, oldParent, oldIndex] { self->hangBelow(oldParent, oldIndex); },
                   [self, parent, newIndex] { self->hangBelow(parent, newIndex); });
@@ -138,12 +138,12 @@ std::string Scene::uniqueName(std::string name, const StageNode* self) const {
         return name + suffix;
     };
     if (trimmed(name).empty()) {
-        name = "Object"; // a file couldn't hold blanks alone, nor a user see them
+        name = "Object"; // a file couldn't hold blanks alone, and a user couldn't see them
     }
     if (isFree(name)) {
         return name;
     }
-    // A free number behind a taken one, found by halving: a file may give thousands of nodes the
+    // Finds a free number after a used one by halving: in a file thousands of nodes may have the
     // same name.
     int taken = 1;
     int free = 2;
@@ -213,7 +213,7 @@ void Scene::take(const StageNode& node) {
         (*found)->children_.back()->hangBelow(nullptr, 0);
     }
     (*found)->hangBelow(nullptr, 0);
-    const auto keep = std::move(*found); // Freed last, if nothing else holds it.
+    const auto keep = std::move(*found); // freed last, if nothing else holds it
     nodes_.erase(found);
 }
 

@@ -18,34 +18,34 @@ namespace Stage {
 
 class UndoList;
 
-/// All nodes of the host, in the order in which they were made. The undo list must outlive it.
+/// All nodes of the host, in the order of their creation. The undo list must outlive it.
 class Scene {
 public:
     explicit Scene(UndoList& undo) : undo_(undo) {}
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
-    /// A new node below `parent` (null: a root). Its name in the scene is `name`, made unique. An
-    /// act that can be undone, if a step is open.
+    /// Creates a node below `parent` (null: a root). Its name in the scene is `name`, made unique.
+    /// Can be undone if a step is open.
     StageNode* create(std::string name, MVR::CInterface* owner, std::intptr_t kind,
                       StageNode* parent);
-    /// A node from a file, as a root. Its name in the scene is made unique. An act that can be
-    /// undone, if a step is open.
+    /// Adds a node from a file, as a root. Its name in the scene is made unique. Can be undone if a
+    /// step is open.
     StageNode& restore(NodeRecord record);
-    /// Takes a node out, an act that can be undone. Its children go to its parent.
+    /// Removes a node, which can be undone. Its parent adopts its children.
     void remove(StageNode& node);
-    /// Hangs `node` below `parent` (null: makes it a root), behind its other children.
+    /// Puts `node` below `parent` (null: makes it a root), behind its other children.
     void hang(StageNode& node, StageNode* parent);
 
     [[nodiscard]] const std::vector<std::shared_ptr<StageNode>>& getNodes() const { return nodes_; }
-    /// The node `name` of `owner` (null: of no tool), or null.
+    /// Returns the node `name` of `owner` (null: of no tool), or null.
     [[nodiscard]] StageNode* find(const std::string& name, const MVR::CInterface* owner) const;
-    /// The node of this name in the scene, or null.
+    /// Returns the node of this name in the scene, or null.
     [[nodiscard]] StageNode* findByHostName(const std::string& name) const;
-    /// True if the pointer is that of a node in the scene; nothing is read through it.
+    /// Returns true if the pointer is that of a node in the scene, without dereferencing it.
     [[nodiscard]] bool contains(const MVR::SceneNode* node) const;
-    /// `name`, or `name` with "_02" or a higher number if another node than `self` has it. Blanks
-    /// alone count as "Object".
+    /// Returns `name`, or `name` with "_02" or a higher number if a node other than `self` has it.
+    /// Blanks alone count as "Object".
     [[nodiscard]] std::string uniqueName(std::string name, const StageNode* self) const;
 
     /// While set, writing a transform sets keys.
@@ -56,7 +56,7 @@ public:
     void setKeyListener(KeyListener listener) { keyListener_ = std::move(listener); }
     void notifyKey(const StageNode& node, double time) const;
 
-    /// Acts that can be undone, if a step is open.
+    /// These can be undone if a step is open.
     void select(StageNode& node);
     void clearSelection() { setSelection({}); }
     [[nodiscard]] const std::vector<StageNode*>& getSelection() const { return selection_; }
@@ -66,7 +66,7 @@ public:
     [[nodiscard]] MVR::NodeTransformHandler& getTransformHandler() { return transformHandler_; }
 
 private:
-    /// Only transform snapshots are counted: a node's mesh may be read by many at a time.
+    /// Counts only transform snapshots: a node's mesh may have several readers at a time.
     class MeshHandler final : public MVR::NodeMeshHandler {
     public:
         std::intptr_t query(MVR::SceneNode* node) override;
@@ -78,14 +78,14 @@ private:
         std::intptr_t endSnapshot(MVR::SceneNode* node) override;
     };
 
-    friend class StageNode; // which tells its names
+    friend class StageNode; // for its names
 
     void bring(const std::shared_ptr<StageNode>& node, StageNode* parent);
     void insert(std::shared_ptr<StageNode> node, std::size_t index);
     void take(const StageNode& node);
     void setSelection(std::vector<StageNode*> nodes);
     void noteName(StageNode& node) { byName_.emplace(node.getSceneName(), &node); }
-    /// False if the node isn't in the scene.
+    /// Returns false if the node isn't in the scene.
     bool forgetName(const StageNode& node);
 
     UndoList& undo_;

@@ -49,7 +49,7 @@ Tag toTag(const SceneData& data) {
     return tag;
 }
 
-/// Turns a tree into a scene's data and checks all of it. The first fault ends the reading.
+/// Turns a tree into a scene's data and checks all of it. Stops at the first fault.
 class SceneReader {
 public:
     explicit SceneReader(const Tag& tag) : tag_(tag) {}
@@ -84,7 +84,7 @@ bool SceneReader::readTime(SceneData& data) {
         }
     }
     if (data.rate < kLeastRate || data.rate > kHighestRate) {
-        return fail("a rate of " + toText(data.rate) + " frames a second can't be");
+        return fail("a rate of " + toText(data.rate) + " frames per second is out of range");
     }
     return data.start <= data.end || fail("the range ends before it starts");
 }
@@ -113,7 +113,7 @@ bool SceneReader::link(SceneData& data) {
     for (std::size_t i = 0; i < data.nodes.size(); ++i) {
         const std::string& name = data.nodes[i].record.sceneName;
         if (!byName.emplace(name, static_cast<std::int32_t>(i)).second) {
-            return fail("two nodes are called " + shown(name));
+            return fail("two nodes have the name " + shown(name));
         }
     }
     for (std::size_t i = 0; i < data.nodes.size(); ++i) {
@@ -131,7 +131,7 @@ bool SceneReader::link(SceneData& data) {
 }
 
 bool SceneReader::checkHierarchy(const SceneData& data) {
-    // Each node is reached once: the way up ends at a root, or at a node of an earlier way.
+    // Visits each node once: the path upwards ends at a root, or at a node of an earlier path.
     std::vector<std::size_t> wayOf(data.nodes.size(), 0);
     for (std::size_t way = 1; way <= data.nodes.size(); ++way) {
         auto index = static_cast<std::int32_t>(way - 1);
@@ -150,7 +150,7 @@ bool SceneReader::checkHierarchy(const SceneData& data) {
 
 bool SceneReader::read(SceneData& out) {
     if (!tag_.hasName(kRoot)) {
-        return fail("it is no scene but " + shown(tag_.name()));
+        return fail("it isn't a scene but " + shown(tag_.name()));
     }
     if (tag_.attribute("version") != kVersion) {
         return fail("it is a scene of version " + shown(tag_.attribute("version")) +
@@ -217,8 +217,9 @@ bool writeSceneFile(const std::string& path, const SceneData& data, std::string&
     Tag again;
     Tag::Place fault;
     if (const std::int32_t code = again.parse(text, fault); code != 0) {
-        error = "can't write " + path + ": it could not be read again, for " +
-                Tag::describeFault(code) + " in its line " + std::to_string(fault.line);
+        error = "can't write " + path +
+                ": it could not be read again: " + Tag::describeFault(code) + " in line " +
+                std::to_string(fault.line);
     } else if (text.size() > kMostSceneBytes) {
         error = "can't write " + path + ": the scene is too large";
     } else if (!MVR::Platform::writeFileAtomic(path, text)) {

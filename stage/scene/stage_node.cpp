@@ -13,7 +13,7 @@ namespace Stage {
 
 namespace {
 
-/// A scale that went through a matrix comes back with a rounding, which is no change.
+/// A scale that went through a matrix is rounded, which isn't a change.
 bool isSameScale(const Vector3& a, const Vector3& b) {
     constexpr double kRounding = 1e-9;
     return std::equal(a.begin(), a.end(), b.begin(), [](double left, double right) {
@@ -90,7 +90,7 @@ void StageNode::release(MVR::SceneNode* handle) {
     if (node->handles_ > 0) {
         --node->handles_;
     } else if (node == this) {
-        owner_ = nullptr; // Not an act of the user: nothing brings this tool back.
+        owner_ = nullptr; // not undone: nothing restores this tool
     }
 }
 
@@ -108,7 +108,7 @@ MVR::VisibilityController* StageNode::getVisibilityController(double time) {
 }
 
 void StageNode::setVisibilityController(MVR::VisibilityController* controller) {
-    (void)controller; // None is ever given out.
+    (void)controller; // there are none
 }
 
 void StageNode::releaseTransformAccess(MVR::TransformAccess* access) {
@@ -127,7 +127,7 @@ void StageNode::setParent(MVR::SceneNode* node) {
     if (parent == parent_) {
         return;
     }
-    const double time = 0.0; // where a parent is animated, this is when the place stays the same
+    const double time = 0.0; // if a parent is animated, the pose in the world stays the same then
     const auto globalOf = [time](const StageNode* above) {
         return above != nullptr ? above->evaluateGlobal(time) : toMatrix(Transform());
     };
@@ -191,8 +191,8 @@ void StageNode::startRecording(double time) {
     const auto swap = [self = shared_from_this(), held] { std::swap(self->curves_, *held); };
     scene_.getUndo().add(swap, swap);
 
-    // The key at the start holds what stood there, so that animation before it keeps its form, and
-    // whatever runs again from here starts from the same pose.
+    // The key at the start holds the old value, so that animation before it keeps its form and a
+    // resimulation from here starts from the same pose.
     const Transform start = evaluate(time);
     for (std::size_t i = 0; i < kFirstLensCurve; ++i) {
         curves_[i].eraseFrom(time);
@@ -207,7 +207,7 @@ void StageNode::startLens(double time) {
     for (std::size_t i = 0; i < start.size(); ++i) {
         Curve& curve = curves_[kFirstLensCurve + i];
         curve.eraseFrom(time);
-        // Few takes write to a lens: one that stays as it was gets no key.
+        // Few takes write to a lens: an unchanged one gets no key.
         if (curve.evaluate(time, lens_[i]) != start[i]) {
             curve.setKey(time, start[i]);
         }
@@ -216,11 +216,11 @@ void StageNode::startLens(double time) {
 
 std::intptr_t StageNode::firstExtension(double time) {
     (void)time;
-    return 0; // The stage gives extension 38 no meaning.
+    return 0; // the stage doesn't use extension 38
 }
 
 void StageNode::secondExtension(std::intptr_t data) {
-    (void)data; // Nor extension 39.
+    (void)data; // nor extension 39
 }
 
 Quaternion StageNode::evaluateRotation(double time) const {
@@ -234,7 +234,7 @@ Quaternion StageNode::evaluateRotation(double time) const {
             from[i] = to[i] = rest_.rotation[i];
             continue;
         }
-        // The four are written together, so that they fall into the same span.
+        // The four are written together, so they are in the same span.
         const Curve::Span span = curve.spanAt(time);
         from[i] = span.from->value;
         to[i] = span.to->value;
@@ -327,7 +327,7 @@ void StageNode::setLens(double time, LensPart part, double value) {
 }
 
 void StageNode::setRest(const Transform& rest) {
-    if (isFinite(rest)) { // else no scene's file would take it back
+    if (isFinite(rest)) { // a scene's file with any other couldn't be read
         change(&StageNode::rest_, rest);
     }
 }

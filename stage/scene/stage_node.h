@@ -18,18 +18,17 @@ namespace Stage {
 
 class Scene;
 
-/// The animated numbers of a node, in this order everywhere. Those of the lens are a camera's
-/// alone.
+/// The animated numbers of a node, in this order everywhere. Only cameras have those of the lens.
 inline constexpr std::size_t kCurveCount = 10;
 inline constexpr std::array<const char*, kCurveCount> kCurveNames = {
     "tx", "ty", "tz", "qx", "qy", "qz", "qw", "focallength", "focusdistance", "fnumber"};
 inline constexpr std::size_t kFirstRotationCurve = 3;
 inline constexpr std::size_t kFirstLensCurve = 7;
 using Curves = std::array<Curve, kCurveCount>;
-/// A mesh that isn't changed any more, only put in place of another; null for none.
+/// A mesh that never changes, but may be replaced; null for none.
 using SharedMesh = std::shared_ptr<const MVR::CMesh>;
 
-/// What a node is, but for its place among the others: what a file holds of it.
+/// A node without its position among the others, as a file holds it.
 struct NodeRecord {
     std::string name;      ///< within its tool, or in the file that it was merged from
     std::string sceneName; ///< in the scene
@@ -43,17 +42,17 @@ struct NodeRecord {
     std::vector<std::string> highPolyNames;
 };
 
-/// One object of the scene: a place below a parent, a transform and a lens at rest, curves that
-/// rule position, rotation and lens where they have keys, a scale, a visibility, a mesh.
+/// One object of the scene: a parent, a transform and a lens at rest, curves that replace position,
+/// rotation and lens if they have keys, a scale, a visibility, a mesh.
 ///
-/// The "faces" of a mesh are the corners of triangles here, three indices each; so are its
-/// "textureFaces", and both lists have one entry a corner. Tools and models do the same.
+/// The "faces" of a mesh are the corners of triangles, three indices each; so are its
+/// "textureFaces", and both lists have one entry per corner. Tools and models do the same.
 ///
-/// The scene owns it, and shares it with the undo list: an entry keeps the nodes that it may bring
-/// back. Changes made while an undo step is open can be undone.
+/// The scene owns it, and shares it with the undo list: an entry keeps the nodes that it may
+/// restore. Changes made while an undo step is open can be undone.
 class StageNode final : public MVR::SceneNode, public std::enable_shared_from_this<StageNode> {
 public:
-    /// Made by Scene::create(), or by Scene::restore().
+    /// For Scene::create() and Scene::restore().
     StageNode(Scene& scene, std::string name, MVR::CInterface* owner, std::intptr_t kind);
     StageNode(Scene& scene, NodeRecord record);
 
@@ -95,30 +94,30 @@ public:
     [[nodiscard]] const Transform& getRest() const { return rest_; }
     [[nodiscard]] const Lens& getRestLens() const { return lens_; }
     [[nodiscard]] bool hasLens() const;
-    /// Null for none; nodes that were copied from one another share it.
+    /// Null for none; copies of a node share it.
     [[nodiscard]] const SharedMesh& getMesh() const { return mesh_; }
     [[nodiscard]] bool isShown() const { return isVisible_; }
 
-    /// The transform below the parent; the rotation has length 1 where curves rule it, and is as it
-    /// was written where they don't.
+    /// Returns the transform relative to the parent. A rotation from curves has length 1; one at
+    /// rest is as it was written.
     [[nodiscard]] Transform evaluate(double time) const;
     [[nodiscard]] Matrix evaluateGlobal(double time) const;
     [[nodiscard]] Lens evaluateLens(double time) const;
 
-    /// While a take runs these set one key at `time` on each curve that they name; else they change
-    /// the values at rest, which stay if the new ones aren't finite. The scale has no curve.
+    /// While a take runs, these set one key at `time` on each curve that they name; otherwise they
+    /// change the values at rest, which stay if the new ones aren't finite. The scale has no curve.
     void setPosition(double time, const Vector3& position);
     void setRotation(double time, const Quaternion& rotation);
     void setTransform(double time, const Transform& transform);
-    /// A number that no lens has changes nothing.
+    /// A number that a lens can't have changes nothing.
     void setLens(double time, LensPart part, double value);
 
     void setMesh(SharedMesh mesh);
     void setOwner(MVR::CInterface* owner);
-    /// The name that the owner had in the scene file that this node came from, until it is found
-    /// again; else empty.
+    /// Returns the name that the owner has in the scene file of this node, until the node is found
+    /// again; empty otherwise.
     [[nodiscard]] const std::string& getSavedOwner() const { return savedOwner_; }
-    /// A handle of this node, which its taker gives back with release().
+    /// Returns a handle of this node, which the caller releases with release().
     MVR::SceneNode* toHandle();
     void closeSnapshot() { snapshot_.close(); }
 
@@ -127,12 +126,12 @@ private:
 
     template <typename Class, typename Value>
     void change(Value Class::*member, Value value);
-    /// What isn't finite leaves the node where it is.
+    /// A transform that isn't finite changes nothing.
     void setRest(const Transform& rest);
     void setKeys(double time, std::size_t firstCurve, const double* values, std::size_t count);
     void startLens(double time);
     Quaternion evaluateRotation(double time) const;
-    /// The place among the parent's children; 0 for a root.
+    /// Returns the index among the parent's children; 0 for a root.
     std::size_t getIndex() const;
     void hangBelow(StageNode* parent, std::size_t index);
     void rename(const std::string& name);
@@ -148,7 +147,7 @@ private:
     SharedMesh mesh_;
     std::string savedOwner_;
     bool isVisible_ = true;
-    std::int32_t handles_ = 0; // given out and not yet back
+    std::int32_t handles_ = 0; // not yet released
     NodeTransform snapshot_{*this};
     NodeTransform access_{*this};
     NodeLens lensSnapshot_{*this};

@@ -34,14 +34,14 @@ bool readNumbers(const MVR::Tag& tag, const char* word, std::span<double> out,
     std::string_view text = element.value();
     for (double& number : out) {
         if (!takeNumber(text, number) || !std::isfinite(number)) {
-            reason = name + " is to hold " + std::to_string(out.size()) +
+            reason = name + " must hold " + std::to_string(out.size()) +
                      (out.size() == 1 ? " number, not " : " numbers, not ") +
                      shown(element.value());
             return false;
         }
     }
     if (!trimmed(text).empty()) {
-        reason = name + " holds " + shown(trimmed(text)) + " behind its numbers";
+        reason = name + " holds " + shown(trimmed(text)) + " after its numbers";
         return false;
     }
     return true;

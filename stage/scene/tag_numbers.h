@@ -10,19 +10,19 @@
 
 namespace Stage {
 
-/// An element that holds the numbers, with blanks between them.
+/// Returns an element that holds the numbers, with blanks between them.
 MVR::Tag toTag(const char* word, std::span<const double> numbers);
 
-/// Reads as many numbers as `out` has room for from the element `word` of `tag`. False, with the
-/// reason in `reason`, if it isn't there or holds anything else.
+/// Reads as many numbers as `out` has room for from the element `word` of `tag`. Returns false,
+/// with the reason in `reason`, if it is missing or holds anything else.
 [[nodiscard]] bool readNumbers(const MVR::Tag& tag, const char* word, std::span<double> out,
                                std::string& reason);
 
-/// Removes the next number, which need not be finite, from the front of a text; false if there is
-/// none.
+/// Removes the next number, which need not be finite, from the front of a text. Returns false if
+/// there is none.
 [[nodiscard]] bool takeNumber(std::string_view& text, double& out);
 
-/// A text from a file as a message shows it: in quotes, and the beginning of a long one.
+/// Returns a text from a file for a message: in quotes, and only the beginning of a long one.
 std::string shown(std::string_view text);
 
 } // namespace Stage

@@ -4,7 +4,7 @@
 
 namespace Stage {
 
-/// The host's time: where it stands, the range that the animation fills, the frame rate.
+/// The host's present time, the range of the animation and the frame rate.
 class Timeline {
 public:
     static constexpr double kDefaultRate = 25.0;
@@ -14,8 +14,8 @@ public:
 
     [[nodiscard]] double getStart() const { return start_; }
     [[nodiscard]] double getEnd() const { return end_; }
-    /// Both are moved to the nearest frame, so that the last frame of a take lies in the range
-    /// whatever the rounding.
+    /// Moves both to the nearest frame, so that the last frame of a take is in the range whatever
+    /// the rounding.
     void setRange(double start, double end);
 
     [[nodiscard]] double getRate() const { return rate_; }

@@ -12,9 +12,9 @@ double dot(const Quaternion& a, const Quaternion& b) {
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3];
 }
 
-/// The rotation of the 3 by 3 part `m`, whose rows have length 1.
+/// Returns the rotation of the 3 by 3 part `m`, whose rows have length 1.
 Quaternion rotationOf(const Matrix& m) {
-    // The largest component is found first: dividing by it stays exact where others are near 0.
+    // Find the largest component first: dividing by it stays exact if others are near 0.
     const double traces[4] = {m[0] - m[5] - m[10], m[5] - m[0] - m[10], m[10] - m[0] - m[5],
                               m[0] + m[5] + m[10]};
     int largest = 0;
@@ -60,7 +60,7 @@ Quaternion slerp(const Quaternion& from, const Quaternion& to, double fraction) 
     double weightB = fraction;
     const double angle = std::acos(std::fmin(std::fabs(cosine), 1.0));
     const double sine = std::sin(angle);
-    // Below this the straight line is as good, and the division is not.
+    // For smaller angles the straight line is as good, and the division isn't.
     constexpr double kSmallSine = 1e-6;
     if (sine > kSmallSine) {
         weightA = std::sin(weightA * angle) / sine;

@@ -4,8 +4,8 @@
 
 /// The little geometry that a scene needs: vectors, quaternions, 4 by 4 matrices.
 ///
-/// A matrix is 16 doubles, row after row; points are row vectors, so that the translation stands in
-/// row 3 and `multiply(child, parent)` takes a child's matrix into its parent's space.
+/// A matrix is 16 doubles, row after row; points are row vectors, so the translation is in row 3
+/// and `multiply(child, parent)` transforms a child's matrix into its parent's space.
 namespace Stage {
 
 using Vector3 = std::array<double, 3>;
@@ -24,27 +24,28 @@ struct Transform {
     bool operator==(const Transform& other) const = default;
 };
 
-/// The quaternion of length 1 in the same direction; no rotation if there is none (zero, or no
-/// finite numbers).
+/// Returns the quaternion of length 1 in the same direction, or no rotation if there is none (it is
+/// zero or not finite).
 Quaternion normalised(const Quaternion& rotation);
 
-/// The rotation on the shorter way from `from` (fraction 0) to `to` (fraction 1), length 1.
+/// Returns the rotation on the shorter path from `from` (fraction 0) to `to` (fraction 1),
+/// length 1.
 Quaternion slerp(const Quaternion& from, const Quaternion& to, double fraction);
 
-/// Scale, then rotation, then move.
+/// Returns the matrix that scales, then rotates, then moves.
 Matrix toMatrix(const Transform& transform);
 
-/// The parts that `toMatrix` would make the matrix of; shear is lost. A mirrored matrix gives a
+/// Returns the parts of which `toMatrix` makes the matrix; shear is lost. A mirrored matrix has a
 /// negative x scale.
 Transform toTransform(const Matrix& matrix);
 
-/// False if a number of it is infinite or none at all.
+/// Returns false if any of its numbers is infinite or not a number.
 [[nodiscard]] bool isFinite(const Transform& transform);
 
 Matrix multiply(const Matrix& first, const Matrix& second);
 
-/// The inverse of a matrix that scales, rotates and moves; one that flattens has none, and gives
-/// the identity.
+/// Returns the inverse of a matrix that scales, rotates and moves, or the identity if it has none
+/// because it flattens.
 Matrix inverse(const Matrix& matrix);
 
 } // namespace Stage

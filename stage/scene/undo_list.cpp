@@ -6,7 +6,7 @@
 namespace Stage {
 
 void UndoAction::restore(bool isUndo) {
-    (void)isUndo; // Neither call depends on how often the other has run.
+    (void)isUndo; // neither call depends on how often the other has run
     undo_();
 }
 
@@ -90,7 +90,7 @@ bool UndoList::redo() {
 }
 
 void UndoList::clear() {
-    // Latest first: an object may need what an earlier step brought into being.
+    // Latest first: an object may need what an earlier step created.
     while (!open_.empty()) {
         drop(open_.back());
         open_.pop_back();
@@ -116,8 +116,8 @@ void UndoList::takeBack(Step& step) {
 }
 
 void UndoList::drop(Step& step) {
-    // In order: the core's object for a tool comes before the host's for the tool's nodes, and the
-    // tool goes before what it points to.
+    // In order: the core's object for a tool comes before the host's for the tool's nodes, so the
+    // tool is freed before what it points to.
     for (auto& object : step.objects) {
         object.reset();
     }

@@ -29,8 +29,9 @@ private:
 ///
 /// 1. begin(name), any number of add(object), end(). Steps nest: what an inner step holds joins the
 ///    outer one, and the outermost names the entry. A step that holds nothing leaves no entry.
-/// 2. undo() takes the latest entry back, its objects in reverse order; redo() brings it again, in
-///    order. A new entry drops all that could be redone.
+/// 2. undo() undoes the latest entry, its objects in reverse order; redo() redoes it, in order. A
+/// new
+///    entry drops all that could be redone.
 /// 3. clear() before the core is detached.
 ///
 /// The list owns the objects and frees them by destroy(), those of an entry in the order in which
@@ -46,24 +47,24 @@ public:
     ~UndoList() { clear(); }
 
     void begin(std::string name);
-    /// Outside of a step the object becomes an entry of its own. While an undo or redo runs it is
-    /// dropped: what it would take back is being taken back.
+    /// Outside a step the object becomes an entry of its own. While an undo or redo runs it is
+    /// dropped, since the change that it would undo is part of that.
     void add(MVR::CUndo* object);
     /// As add(), for a change of the host's own.
     void add(std::function<void()> undo, std::function<void()> redo);
     void end();
-    /// Closes the innermost step, takes back what it holds and drops it.
+    /// Closes the innermost step, undoes it and drops it.
     void cancel();
     [[nodiscard]] bool isOpen() const { return !open_.empty(); }
 
-    /// False, with nothing done, if there is no entry or a step is open.
+    /// Return false and do nothing if there is no entry or a step is open.
     bool undo();
     bool redo();
-    /// Drops everything, open steps too, and takes nothing back.
+    /// Drops everything, even open steps, and undoes nothing.
     void clear();
 
     [[nodiscard]] std::size_t getUndoCount() const { return undoable_.size(); }
-    /// The name of the entry that undo() would take back; empty if there is none.
+    /// Returns the name of the entry that undo() would undo; empty if there is none.
     [[nodiscard]] std::string getUndoName() const;
 
 private:

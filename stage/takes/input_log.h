@@ -11,18 +11,17 @@ namespace Stage {
 
 class Session;
 
-/// What the controls that a session's tools are bound to hold at each frame of a take. The controls
-/// themselves are asked, so that the keys of the take can be held against it.
+/// The values of the controls that a session's tools are bound to, at each frame of a take. They
+/// come from the controls themselves, so that the keys of the take can be compared with them.
 class InputLog {
 public:
-    /// Of the tools that are placed by now; `session` must outlive the log. Tools that stand aside
-    /// are left out.
+    /// Logs the tools placed so far, without those that are aside; `session` must outlive the log.
     explicit InputLog(const Session& session);
 
-    /// Call it while the devices hold what the frame is made of.
+    /// Call it while the devices hold the values of the frame.
     void addFrame(double time);
 
-    /// "time,TOOL/PROPERTY,...", a line for each frame, the raw values to the last bit.
+    /// Returns "time,TOOL/PROPERTY,...", and a line for each frame with the exact raw values.
     [[nodiscard]] const std::string& getTable() const { return table_; }
 
 private:

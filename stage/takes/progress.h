@@ -6,7 +6,8 @@ namespace Stage {
 
 struct TakeFigures;
 
-/// One line of the terminal that tells how a take goes; silent where output is no terminal.
+/// One line of the terminal that shows the progress of a take; silent if the output isn't a
+/// terminal.
 class Progress {
 public:
     /// `start`: scene time at which the take begins.

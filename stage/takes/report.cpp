@@ -47,7 +47,7 @@ std::string line(const char* label, const char* format, Values... values) {
     return result + text + "\n";
 }
 
-/// Of positions and rotations, which a take writes in each frame.
+/// Counts those of positions and rotations, which a take writes in each frame.
 std::string keysPerCurve(const std::vector<const StageNode*>& nodes) {
     std::size_t least = std::numeric_limits<std::size_t>::max();
     std::size_t most = 0;
@@ -79,7 +79,7 @@ std::string toTable(const Report& report) {
     }
     if (report.isUndoGood) {
         table += line("one undo, one redo", "%s",
-                      *report.isUndoGood ? "took the take away, brought it back" : "failed");
+                      *report.isUndoGood ? "removed the take, restored it" : "failed");
     }
     for (const ResimulationFigures& figures : report.resimulations) {
         table += toTable(figures);
@@ -107,8 +107,8 @@ std::string toTable(const ResimulationFigures& figures) {
         label = (i == 0 ? "resimulated, " : label + ", ") + figures.settings[i];
     }
     return line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
-                figures.difference.isSameFrames ? "same frames" : "other frames") +
-           (figures.isCutShort ? line("", "%s", "stopped before its end")
+                figures.difference.isSameFrames ? "same frames" : "different frames") +
+           (figures.isCutShort ? line("", "%s", "stopped before the end")
                                : line("", "%.0f times real time", figures.timesRealTime));
 }
 

@@ -11,16 +11,16 @@ namespace Stage {
 
 class StageNode;
 
-/// What a resimulation gave, beside the take.
+/// The result of a resimulation, compared with the take.
 struct ResimulationFigures {
-    std::vector<std::string> settings; ///< what was changed
+    std::vector<std::string> settings; ///< its changes
     CurveCopy::Difference difference;  ///< to the take
-    double seconds = 0.0;              ///< it took
-    double timesRealTime = 0.0;        ///< scene time through time taken; 0 if cut short
-    bool isCutShort = false;           ///< stopped by the user; the frames done are kept
+    double seconds = 0.0;              ///< how long it ran
+    double timesRealTime = 0.0;        ///< scene time by `seconds`; 0 if cut short
+    bool isCutShort = false;           ///< stopped by the user; the simulated frames are kept
 };
 
-/// All that a run of `record` measured.
+/// All measurements of a run of `record`.
 struct Report {
     double rate = 0.0;
     double start = 0.0;
@@ -33,18 +33,18 @@ struct Report {
 struct ResimulationRun;
 struct Setting;
 
-/// The figures of a run over `span` seconds of scene time.
+/// Returns the figures of a run over `span` seconds of scene time.
 ResimulationFigures describe(const std::vector<Setting>& settings,
                              const CurveCopy::Difference& difference, const ResimulationRun& run,
                              double span);
 
-/// The figures as lines for a person.
+/// Returns the figures as lines for a person.
 std::string toTable(const ResimulationFigures& figures);
 
-/// The report as JSON text. Times are seconds unless the name says "ms".
+/// Returns the report as JSON text. Times are seconds unless the name says "ms".
 std::string toJson(const Report& report);
 
-/// The report as lines for a person.
+/// Returns the report as lines for a person.
 std::string toTable(const Report& report);
 
 } // namespace Stage

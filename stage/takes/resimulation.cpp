@@ -42,7 +42,7 @@ std::optional<ResimulationRun> resimulate(Session& session, double start, double
     const std::int32_t code = session.getCore().resimulate(start, end);
     run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     session.scene.setKeyListener({});
-    // Last first: a property that two settings changed gets its first mapping back.
+    // Last first: a property that two settings changed gets its original mapping back.
     for (auto mapping = old.rbegin(); mapping != old.rend(); ++mapping) {
         mapping->property->multiplier = mapping->multiplier;
         mapping->property->exponent = mapping->exponent;
@@ -59,9 +59,9 @@ std::optional<ResimulationRun> resimulate(Session& session, double start, double
 bool checkUndo(Session& session, const CurveCopy& before, std::string& error) {
     const CurveCopy after(session.scene);
     if (!session.undo.undo() || CurveCopy(session.scene) != before) {
-        error = "one undo did not take the take away";
+        error = "one undo did not remove the take";
     } else if (!session.undo.redo() || CurveCopy(session.scene) != after) {
-        error = "one redo did not bring the take back";
+        error = "one redo did not restore the take";
     } else {
         return true;
     }

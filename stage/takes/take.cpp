@@ -16,7 +16,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The longest sleep: how soon a request to stop is seen.
+/// The longest sleep, and so the longest delay of a request to stop.
 constexpr std::chrono::milliseconds kLongestSleep{20};
 
 double secondsOf(Clock::duration duration) {
@@ -40,7 +40,7 @@ public:
         if (&node != probe_) {
             return;
         }
-        // A value that was there in the frame before belongs to no packet of this frame.
+        // A value of the previous frame doesn't belong to a packet of this frame.
         const double sent = node.getCurves()[0].getKeys().back().value;
         if (sent != lastSent_) {
             lastSent_ = sent;
@@ -128,7 +128,7 @@ double quantile(std::vector<double> values, double share) {
 std::optional<TakeFigures> runTake(Session& session, const TakePlan& plan, const StageNode* probe,
                                    const ProgressCall& progress, std::string& error) {
     MVR::CoreInterface& core = session.getCore();
-    // The core keeps its settings in the user's files; a take leaves them as they were.
+    // The core keeps its settings in the user's files; a take restores them.
     const SettingForNow<std::int32_t> countdown(core, MVR::Setting::kStartCountdown,
                                                 plan.countdownSeconds);
     const SettingForNow<bool> autoExpand(core, MVR::Setting::kAutoExpand, plan.autoExpand);

@@ -1,4 +1,4 @@
-// What separately built libraries rely on: the places of the virtual operations.
+// Separately built libraries rely on the positions of the virtual operations.
 
 #include "core/contract/adaptor_interface.h"
 #include "core/contract/core_extensions.h"
@@ -38,7 +38,7 @@ TEST(ContractTest, TheCoresOperationsFollowThoseOfItsNode) {
         &CoreInterface::getProperty, &CoreInterface::setProperty, &CoreInterface::extend);
 }
 
-TEST(ContractTest, BehindItsExtensionsEachOperationStandsInItsPlace) {
+TEST(ContractTest, TheOperationsOfTheExtensionsHaveTheirPositions) {
     expectSlots("models", 0, &CoreModels::getVersion, &CoreModels::load, &CoreModels::save,
                 &CoreModels::getCatalogue);
     expectSlots("tools", 0, &CoreTools::getVersion, &CoreTools::list, &CoreTools::find,
@@ -50,7 +50,7 @@ TEST(ContractTest, BehindItsExtensionsEachOperationStandsInItsPlace) {
     expectSlots("faults", 0, &CoreFaults::getVersion, &CoreFaults::list, &CoreFaults::tell);
 }
 
-TEST(ContractTest, TheAdaptorsOperationsStandInTheirPlaces) {
+TEST(ContractTest, TheOperationsOfTheAdaptorHaveTheirPositions) {
     using Name = std::string;
     using Value = std::intptr_t;
     using Four = SceneNode* (Host::*)(CInterface*, Name, Value, Value);
@@ -68,7 +68,7 @@ TEST(ContractTest, TheAdaptorsOperationsStandInTheirPlaces) {
                 &Host::recordingFinished, &Host::detachNotify, &Host::getSettingsLayout);
 }
 
-TEST(ContractTest, TheOperationsOfToolsAndSceneStandInTheirPlaces) {
+TEST(ContractTest, TheOperationsOfToolsAndSceneHaveTheirPositions) {
     using Kind = CCameraPlugin;
     using Door = CInterface;
     using Name = std::string;

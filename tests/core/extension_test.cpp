@@ -1,4 +1,4 @@
-// What an adaptor learns and does by the interfaces behind CoreInterface::extend().
+// The interfaces that an adaptor gets by CoreInterface::extend().
 
 #include "core/contract/core_extensions.h"
 #include "platform/sdk/files.h"
@@ -17,7 +17,7 @@ using namespace MVR;
 using testing::ElementsAre;
 using Testing::identifierOf;
 
-/// A host's node: how often the list changed, and what stood in it then.
+/// A host's node that acts on each change of the list.
 struct Listener final : Util::MessageNode {
     explicit Listener(std::function<void()> act) : MessageNode("host"), onChange(std::move(act)) {}
     void receive(Util::Message& message, bool) override {
@@ -38,7 +38,7 @@ struct ExtensionTest : Testing::TreeTest {
         faults = getFaults(*core);
         ASSERT_EQ(listener.listenTo(core), 0);
     }
-    /// As tree(), but by the list of the contract.
+    /// As tree(), but from the contract's list.
     std::string listed(std::int32_t parent = -1) const {
         const std::vector<CoreTool> list = tools->list();
         return below(list, parent);
@@ -91,8 +91,8 @@ TEST_F(ExtensionTest, AreAnsweredUpToTheirVersion) {
               4);
 }
 
-// over 60 lines because the table of steps is read as one story
-TEST_F(ExtensionTest, EachChangeOfTheTreeIsToldOnceWhenItIsWhole) {
+// over 60 lines because the table of steps is one story
+TEST_F(ExtensionTest, EachChangeOfTheTreeIsReportedOnceWhenItIsComplete) {
     Testing::ScriptedPlugin& stubborn = Testing::ScriptedPlugin::add("Stubborn");
     stubborn.createResult = 7;
     const std::string model = write("m.prm", "<MVR>" + rigText("m", rigText("n") + rigText("o")) +
@@ -128,8 +128,8 @@ TEST_F(ExtensionTest, EachChangeOfTheTreeIsToldOnceWhenItIsWhole) {
         {[&] { return tools->rename("a", "a", nullptr); }, "SUCCESS", 0, "a(a_01)"},
         {[&] { return tools->rename("a", "b", &name); }, "SUCCESS", 1, "b(a_01)"},
         {[&] { return tools->rename("a_01", "b", &name); }, "SUCCESS", 1, "b(b_01)"},
-        {done([&] { core->getControl().endLabelEdit(find("b"), &(name = "c - Rig")); }), "SUCCESS", 1,
-         "c(b_01)"},
+        {done([&] { core->getControl().endLabelEdit(find("b"), &(name = "c - Rig")); }), "SUCCESS",
+         1, "c(b_01)"},
         {[&] { return models->load(model, "c"); }, "SUCCESS", 1, "c(b_01 p m(n o))"},
         {undo, "SUCCESS", 1, "c(b_01)"},
         {redo, "SUCCESS", 1, "c(b_01 p m(n o))"},
@@ -172,7 +172,7 @@ TEST_F(ExtensionTest, AListenerMayUndoWhatItHearsOf) {
     EXPECT_EQ(tools->create("Rig", "a", "", Tag(), &name), 0);
     EXPECT_EQ(name + listed(), "a");
     EXPECT_EQ(changes, 2);
-    listener.onChange = [this] { adaptor.clearUndo(); }; // in the midst of the host's own undo
+    listener.onChange = [this] { adaptor.clearUndo(); }; // in the middle of the host's own undo
     EXPECT_TRUE(adaptor.undo());
     EXPECT_EQ(listed(), "a");
 }
@@ -204,7 +204,7 @@ TEST_F(ExtensionTest, AToolIsKnownByNameNodesAndSelection) {
     EXPECT_EQ(tools->select(""), 0);
 }
 
-TEST_F(ExtensionTest, BindingsGoOutAndInWithAllTheirDigits) {
+TEST_F(ExtensionTest, BindingsAreReadAndSetWithAllTheirDigits) {
     auto& pad = *new Testing::ScriptedDevice("Pad");
     pad.add("stick");
     const std::string control = "<control device=\"Pad\" type=\"stick\" index=\"0\"/>";
@@ -248,7 +248,7 @@ TEST_F(ExtensionTest, BindingsGoOutAndInWithAllTheirDigits) {
     EXPECT_EQ(x.control, pad.control(0));
 }
 
-TEST_F(ExtensionTest, InputsShowWhatTheirDevicesHeldWhenTheyWerePolled) {
+TEST_F(ExtensionTest, InputsShowTheValuesOfTheLastPoll) {
     auto& pad = *new Testing::ScriptedDevice("Pad");
     pad.add("stick", UniDevice::finite, 2);
     pad.onUpdate = [&] { pad.set("stick", 0.5); };
@@ -290,8 +290,8 @@ TEST_F(ExtensionTest, InputsShowWhatTheirDevicesHeldWhenTheyWerePolled) {
     core->stopRecording();
 }
 
-// over 60 lines because the table of faults reads better whole
-TEST_F(ExtensionTest, FaultsTellModelToolElementAndReason) {
+// over 60 lines because the table of faults reads better as a whole
+TEST_F(ExtensionTest, FaultsNameModelToolElementAndReason) {
     Testing::ScriptedPlugin& stubborn = Testing::ScriptedPlugin::add("Stubborn");
     stubborn.initResult = 4711;
     adaptor.onMerge = [&](const std::string& path) {
@@ -357,7 +357,7 @@ TEST_F(ExtensionTest, FaultsTellModelToolElementAndReason) {
     EXPECT_NE(models->save("", home.documents() + "/no/such.prm"), 0);
     EXPECT_EQ(faults->list().at(0).model, home.documents() + "/no/such.prm");
 
-    // A tool that brings others on its way: all of it is one operation.
+    // A tool that creates others: all of it is one operation.
     rig->onCreate = [&](Testing::ScriptedTool& tool) {
         EXPECT_NE(tools->create("No", tool.getName() + "'s", "", Tag(), nullptr), 0);
     };
@@ -414,7 +414,7 @@ TEST_F(ExtensionTest, TheHostMayActInEachOfItsOwnCalls) {
         }
 }
 
-TEST_F(ExtensionTest, NothingIsMadeNorChangedWhenTheAttachmentEnds) {
+TEST_F(ExtensionTest, NothingIsCreatedOrChangedWhenTheAttachmentEnds) {
     ASSERT_EQ(tools->create("Rig", "a", "", Tag(), nullptr), 0);
     const std::string model = write("m.prm", rigText("m"));
     adaptor.clearUndo();

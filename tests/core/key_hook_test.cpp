@@ -33,7 +33,7 @@ struct KeyHookTest : testing::Test, Hooks::KeyEventCallback {
         keys.push_back(std::to_string(virtualKey) + (pressed ? " down" : " up") +
                        (ctrl ? " ctrl" : "") + (alt ? " alt" : "") + (shift ? " shift" : ""));
     }
-    /// True if a press of the key reaches the host.
+    /// Returns true if a press of the key reaches the host.
     static bool reachesHost(std::uint32_t key, bool alt = false) {
         return !Platform::deliverKey(key, true, alt);
     }
@@ -49,7 +49,7 @@ TEST_F(KeyHookTest, KeysAreKeptFromTheHostWhileATakeRuns) {
     EXPECT_THAT(keys, ElementsAre("65 down", "17 down ctrl", "90 down ctrl alt", "90 up ctrl"));
     Hooks::hookEnabled = false;
     EXPECT_TRUE(reachesHost('A'));
-    Platform::deliverKey(kCtrl, false, false); // let go between two takes
+    Platform::deliverKey(kCtrl, false, false); // released between two takes
     Hooks::hookEnabled = true;
     keys.clear();
     EXPECT_FALSE(reachesHost('Z'));
@@ -96,7 +96,7 @@ struct Leaver : Hooks::KeyEventCallback {
     Hooks::KeyEventCallback* other;
 };
 
-TEST_F(KeyHookTest, ACallbackMayTakeOthersOffTheList) {
+TEST_F(KeyHookTest, ACallbackMayRemoveOthersFromTheList) {
     Hooks::removeKeyCallback(this);
     Leaver leaver(this);
     Hooks::addKeyCallback(&leaver);

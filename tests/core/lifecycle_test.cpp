@@ -20,7 +20,7 @@ using testing::Not;
 
 constexpr std::size_t kTimeLength = 18; // "YYYYMMDD HH:MM:SS "
 
-/// What the log holds from `start` on, without times and with the home's path as "~".
+/// Returns the log from `start` on, without times and with the home's path as "~".
 std::string withoutTimes(const std::string& text, const std::string& home) {
     std::string result;
     for (std::size_t begin = 0; begin < text.size();) {
@@ -41,7 +41,7 @@ void expectLog(const std::string& name, const std::string& text) {
 }
 
 struct LifecycleTest : testing::Test {
-    /// What was logged since the last call.
+    /// Returns what was logged since the last call.
     std::string logged() {
         const std::string all = Log::getText();
         const std::string fresh = all.substr(std::min(seen, all.size()));
@@ -63,7 +63,7 @@ TEST_F(LifecycleTest, TheFourEdgesRunInTheirOrder) {
     CoreInterface* const core = attachAdaptor(&adaptor);
     ASSERT_NE(core, nullptr);
     expectLog("attach", logged());
-    ASSERT_GE(adaptor.calls.size(), 4U); // then the root comes into being
+    ASSERT_GE(adaptor.calls.size(), 4U); // then the root is created
     adaptor.calls.resize(4);
     EXPECT_THAT(adaptor.calls,
                 ElementsAre("getVersion", "setErrorCode", "setLog", "getHostWindow"));
@@ -221,17 +221,17 @@ TEST_F(CoreInterfaceTest, TheRecentListComesBackWithTheNextAttachmentAlsoFromADa
     }
 }
 
-TEST_F(CoreInterfaceTest, TheEventPumpDeliversKeysAndTellsWhenItIsNeededAgain) {
+TEST_F(CoreInterfaceTest, TheEventPumpDeliversKeysAndReturnsWhenItIsNeededAgain) {
     HostEvent key;
     key.virtualKey = 'A';
     key.pressed = true;
     EXPECT_EQ(pumpHostEvents(&key), -1);
     EXPECT_FALSE(key.swallowed);
     ASSERT_EQ(core->startRecording(), 0);
-    EXPECT_EQ(pumpHostEvents(&key), 40); // the first frame at 25 a second
+    EXPECT_EQ(pumpHostEvents(&key), 40); // the first frame at 25 per second
     EXPECT_TRUE(key.swallowed);
     key.swallowed = false;
-    key.size = 4; // a record of nobody's
+    key.size = 4; // a record of no known kind
     pumpHostEvents(&key);
     EXPECT_FALSE(key.swallowed);
     HostEvent escape;

@@ -75,7 +75,7 @@ TEST_F(LogTest, TheFileHoldsWhatWasWrittenWhileItWasOpenAndEndsInOrder) {
     std::filesystem::remove_all(folder);
 }
 
-TEST(LogContract, WriteHasTwoSlotsInARowBehindTheSingletons) {
+TEST(LogContract, WriteHasTwoSlotsInARowAfterTheSingletons) {
     using MVR::Testing::slotOf;
     EXPECT_EQ(slotOf(&Log::destroySingleton), 0);
     EXPECT_EQ(slotOf<void (Log::*)(const char*, std::int32_t)>(&Log::write), 3);

@@ -18,7 +18,7 @@ using namespace MVR::Util;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// Notes what it receives, then does what the test wants.
+/// Notes what it receives, then runs the test's handler.
 class Recorder : public MessageNode {
 public:
     Recorder(const char* name, std::vector<std::string>* events)
@@ -53,7 +53,7 @@ struct MessageNodeTest : testing::Test {
         listeners.clear();
         SingletonCollector::destroyAll();
     }
-    /// What "id 5" reaches with one handler that does something.
+    /// Returns whom "id 5" reaches if one handler does something.
     std::vector<std::string> broadcastWith(int handler, std::function<void(Message&)> action) {
         listeners[handler]->action = [action](Message& message) {
             if (message.id == 5)
@@ -71,7 +71,7 @@ struct MessageNodeTest : testing::Test {
     std::vector<std::unique_ptr<Recorder>> listeners;
 };
 
-TEST_F(MessageNodeTest, LinksAreMadeOnceAndEndAtBothEnds) {
+TEST_F(MessageNodeTest, LinksAreMadeOnceAndEndWithEitherNode) {
     EXPECT_EQ(listeners[0]->listenTo(source.get()), 0);
     EXPECT_THAT(events, ElementsAre());
     EXPECT_EQ(source->getListenerCount(), 4);
@@ -99,7 +99,7 @@ TEST_F(MessageNodeTest, LinksAreMadeOnceAndEndAtBothEnds) {
     EXPECT_EQ(source->getListenerCount(), 3);
 }
 
-TEST_F(MessageNodeTest, ABroadcastReachesWhoStaysOnceWhateverHandlersDo) {
+TEST_F(MessageNodeTest, ABroadcastReachesEachRemainingListenerOnceWhateverHandlersDo) {
     const auto all = ElementsAre("d hears 5", "c hears 5", "b hears 5", "a hears 5");
     EXPECT_THAT(broadcastWith(2, [&](Message& m) { EXPECT_EQ(m.sender, source.get()); }), all);
 
@@ -132,7 +132,7 @@ TEST_F(MessageNodeTest, ABroadcastReachesWhoStaysOnceWhateverHandlersDo) {
                             "b hears -3", "c hears -3", "d hears -3"));
 }
 
-TEST_F(MessageNodeTest, ANodeThatGoesTellsItsListenersAndLeavesNoLink) {
+TEST_F(MessageNodeTest, ADestroyedNodeTellsItsListenersAndLeavesNoLink) {
     std::vector<std::string> others;
     Recorder above("above", &others);
     ASSERT_EQ(source->listenTo(&above), 0);
@@ -148,7 +148,7 @@ TEST_F(MessageNodeTest, ANodeThatGoesTellsItsListenersAndLeavesNoLink) {
     for (const auto& listener : listeners)
         EXPECT_EQ(listener->getSourceCount(), 0);
 
-    // The last user leaves, and is freed for that.
+    // The last user leaves, and is then freed.
     above.action = [this, isFreed = false](Message& message) mutable {
         if (message.id == StoppedListening && !std::exchange(isFreed, true))
             listeners[0].reset();
@@ -158,7 +158,7 @@ TEST_F(MessageNodeTest, ANodeThatGoesTellsItsListenersAndLeavesNoLink) {
     EXPECT_EQ(above.getListenerCount(), 0);
 }
 
-TEST_F(MessageNodeTest, TheTraceTellsWhoSendsWhat) {
+TEST_F(MessageNodeTest, TheTraceShowsWhoSendsWhat) {
     MVR::Log::setThreshold(MVR::Log::Trace);
     Message message(5, 1, -2, "hello");
     EXPECT_EQ(source->send(listeners[0].get(), message), 0);

@@ -101,7 +101,7 @@ TEST_F(SettingsTest, AnAddedPropertyReadsTheFilesAgainAndOneInUseDoesNot) {
     EXPECT_EQ(get<double>(500), 7);
     node->setName("mine");
 
-    // One that its maker destroys leaves the list.
+    // One that its creator destroys leaves the list.
     static_cast<SettingsManager::Property*>(node)->destroy();
     double value = 1;
     EXPECT_FALSE(core->getProperty(500, &value));

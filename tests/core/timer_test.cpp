@@ -40,7 +40,7 @@ struct TimerTest : testing::Test {
         MVR::Util::SingletonCollector::destroyAll();
         MVR::Platform::releasePlatform();
     }
-    /// The events of the next milliseconds, pumped at each of them.
+    /// Returns the events of the next milliseconds, pumped at each of them.
     std::vector<std::string> pass(std::uint32_t milliseconds) {
         events.clear();
         for (std::uint32_t passed = 0; passed < milliseconds; ++passed) {

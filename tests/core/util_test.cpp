@@ -35,7 +35,7 @@ class LateUser : public Singleton<LateUser> {
 public:
     ~LateUser() override {
         Service<'A'>::instance(); // older: still the same one
-        Service<'Z'>::instance(); // made by a destructor: must not be left over
+        Service<'Z'>::instance(); // created by a destructor: must not remain
         ends->push_back("late user");
     }
 };

@@ -23,7 +23,7 @@ protected:
         return bytes;
     }
 
-    /// A line for each object: "name kind at x y z, N vertices, below parent, hidden".
+    /// Returns a line for each object: "name kind at x y z, N vertices, below parent, hidden".
     std::string describeScene() const {
         std::ostringstream text;
         for (const auto& node : session.scene.getNodes()) {
@@ -41,7 +41,7 @@ protected:
         return text.str();
     }
 
-    /// "name (type: bound properties; tools below)" of the tools of a configuration.
+    /// Returns "name (type: bound properties; tools below)" for the tools of a configuration.
     static std::string describeTools(const MVR::Tag& tag) {
         std::string text;
         for (std::int32_t i = 0; i < tag.childCount("MVR_Plugin"); ++i) {
@@ -102,7 +102,7 @@ TEST_F(ExampleModels, AreMadeAgainByteForByte) {
     }
 }
 
-TEST_F(ExampleModels, ThatOfTheDocumentationIsReadAsItSays) {
+TEST_F(ExampleModels, TheDocumentedOneIsReadAsItSays) {
     ASSERT_EQ(session.getModels().load(kFiles + "example_model.xml", ""), 0);
     EXPECT_EQ(describeTools(session.getCore().getConfiguration()),
               "Arm (Tracked Object: 1; Arm camera (Tracked Object: 0; ) unchecked)");

@@ -24,7 +24,7 @@ protected:
     const double half = std::sqrt(0.5);
 };
 
-TEST_F(ExampleTools, MoveTheirObjectsAsTheyTell) {
+TEST_F(ExampleTools, MoveTheirObjectsByTheirInputs) {
     const struct {
         const char* tool;
         const char* name;
@@ -57,7 +57,7 @@ TEST_F(ExampleTools, MoveTheirObjectsAsTheyTell) {
     }
 }
 
-TEST_F(ExampleTools, TheFreeCameraStartsWhereItStands) {
+TEST_F(ExampleTools, TheFreeCameraStartsAtItsPresentPose) {
     place("Free Camera", "turned", {{"", "Move Z", "offset", -10}});
     StageNode* turned = session.scene.findByHostName("turned");
     ASSERT_NE(turned, nullptr);

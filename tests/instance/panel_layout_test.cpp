@@ -5,7 +5,7 @@
 namespace MVR {
 namespace {
 
-TEST(PanelLayout, WritesTheToldTags) {
+TEST(PanelLayout, WritesItsTags) {
     PanelLayout panel;
     std::int32_t steps = 3;
     double size = 1.5;

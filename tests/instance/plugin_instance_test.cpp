@@ -31,7 +31,7 @@ protected:
     ScriptedPlugin* kind = nullptr;
 };
 
-// What naming must come to, told the slow way.
+// The expected name, found the slow way.
 std::string slowUnique(const std::multiset<std::string>& used, const std::string& wanted) {
     std::string name = wanted;
     std::string base = wanted;

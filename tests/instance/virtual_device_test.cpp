@@ -19,7 +19,7 @@ protected:
     UniDevice::DeviceHandler& handler = *UniDevice::DeviceHandler::instance();
 };
 
-TEST_F(VirtualDeviceTest, ListedOnceWithTheFirstControlAndBackInItsPlaceAfterUndo) {
+TEST_F(VirtualDeviceTest, ListedOnceWithTheFirstControlAndBackInItsPositionAfterUndo) {
     ScriptedPlugin& kind = ScriptedPlugin::add("Source");
     PluginInstance& plain = kind.place(*core);
     PluginInstance& source = kind.place(*core);
@@ -74,7 +74,7 @@ TEST_F(VirtualDeviceTest, ValuesArePulledFromTheToolAndReachOthers) {
     EXPECT_TRUE(handler.prepareDetection());
     handler.update();
     EXPECT_NE(handler.detectControl(nullptr), speed);
-    adaptor.clearUndo(); // the tool goes, and its control
+    adaptor.clearUndo(); // the tool ends, and its control
     EXPECT_EQ(in->control, nullptr);
 }
 

@@ -23,7 +23,7 @@ struct CatalogueTest : Testing::TreeTest {
         Testing::ScriptedPlugin::add("Rig");
     }
 
-    /// Builds the catalogue and gives its names.
+    /// Builds the catalogue and returns its names.
     std::vector<std::string> build() const {
         core->buildCatalogue();
         std::vector<std::string> names;

@@ -35,7 +35,7 @@ struct CreationTest : Testing::TreeTest {
     ScriptedPlugin* rig = nullptr; // the core's
 };
 
-TEST_F(CreationTest, BareAndWrappedDataGiveTheSameTreeInOneUndoStep) {
+TEST_F(CreationTest, BareAndWrappedDataCreateTheSameTreeInOneUndoStep) {
     place("old");
     adaptor.clearUndo();
     Tag bare = toolData("a", "<MVR_Plugin><pluginname>Empty Plugin</pluginname></MVR_Plugin>");
@@ -105,7 +105,7 @@ TEST_F(CreationTest, ACreationIsUndoneRedoneAndDropped) {
     EXPECT_EQ(tree(), "new");
 }
 
-TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsMade) {
+TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsCreated) {
     struct {
         Tag data;
         const char* identifier;
@@ -150,7 +150,7 @@ TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsMade) {
     EXPECT_EQ(tree(), "");
 }
 
-TEST_F(CreationTest, ToolsMayCreateAndRemoveToolsOnTheWay) {
+TEST_F(CreationTest, ToolsMayCreateAndRemoveToolsWhileTheyAreCreated) {
     rig->onInit = [this](ScriptedTool& tool) {
         if (tool.getName() == "maker")
             core->create(toolData("made"), nullptr, false);
@@ -170,7 +170,7 @@ TEST_F(CreationTest, ToolsMayCreateAndRemoveToolsOnTheWay) {
     EXPECT_EQ(tree(), "");
 }
 
-TEST_F(CreationTest, TheRecentListKeepsTheNewestWithoutDoubles) {
+TEST_F(CreationTest, TheRecentListKeepsTheNewestWithoutDuplicates) {
     std::int32_t limit = 3;
     core->setProperty(103, &limit);
     for (const char* name : {"a", "b", "c", "d", "b"})
@@ -200,7 +200,7 @@ TEST_F(CreationTest, TheRecentListKeepsTheNewestWithoutDoubles) {
     EXPECT_EQ(core->getRecent().childCount(), 0);
 }
 
-TEST_F(CreationTest, DetachDestroysChildrenBeforeTheirParentAndWhatWasLost) {
+TEST_F(CreationTest, DetachDestroysChildrenBeforeTheirParentAndWhateverWasLost) {
     core->create(wrapped({rigData("a", rigText("b") + rigText("c")), rigData("d")}), nullptr,
                  false);
     adaptor.clearUndo();

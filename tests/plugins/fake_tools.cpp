@@ -1,5 +1,5 @@
-// A library of tools in the variants that FAKE_VERSION (0: no export) and FAKE_TOOLS (-1: no
-// export) tell.
+// A library of tools in the variants of FAKE_VERSION (0: no export) and FAKE_TOOLS (-1: no
+// export).
 #include "core/base/sdk/export.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/extension_ids.h"

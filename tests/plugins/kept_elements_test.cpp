@@ -11,7 +11,7 @@ using namespace MVR;
 using Testing::ScriptedPlugin;
 using Testing::ScriptedTool;
 
-/// The first element at the end of a way of words.
+/// Returns the first element at the end of a path of words.
 Tag& at(Tag& top, std::initializer_list<const char*> way) {
     Tag* tag = &top;
     for (const char* word : way)
@@ -38,8 +38,8 @@ struct KeptElementsTest : Testing::TreeTest {
         (void)find("Rig")->save(tag, mask);
         return tag;
     }
-    /// What a tool with a node and a tool below it saves, and what nobody here can apply: at the
-    /// end of each parent, as long as the mask lets that parent through.
+    /// What a tool with a node and a tool below it saves, and elements that can't be applied: at
+    /// the end of each parent, if the mask includes that parent.
     Tag withKept(std::uint32_t mask) {
         core->create(
             Tag("<MVR_Plugin><type>PRM</type><name>Rig</name><nodeinfo><node name=\"Body\"/>"
@@ -92,7 +92,7 @@ TEST_F(KeptElementsTest, WhatCantBeAppliedIsSavedAsItWasRead) {
         clearNames(original);
         clearNames(copy);
         EXPECT_TRUE(copy == original) << copy.toText("\n", " ", "");
-        // A mask that leaves an element out leaves out what is kept in it.
+        // A mask without an element also leaves out what is kept in it.
         const std::string bare = saved(SaveMask::kNoChildren).toText("", "", "");
         EXPECT_EQ(bare, "<MVR_Plugin version=\"2.5\"><type>PRM</type><name>Rig</name>"
                         "<later kind=\"x\"><a>1</a><b/></later><about>A rig</about></MVR_Plugin>");
@@ -102,7 +102,7 @@ TEST_F(KeptElementsTest, WhatCantBeAppliedIsSavedAsItWasRead) {
     }
 }
 
-TEST_F(KeptElementsTest, ASceneKeepsWhatStandsBetweenItsTools) {
+TEST_F(KeptElementsTest, ASceneKeepsWhatIsBetweenItsTools) {
     const Tag scene("<MVR><note>n</note>" + rigText("Rig") +
                     "<MVR_Plugin><type>PRM</type><name>A"
                     "</name></MVR_Plugin><note>m</note></MVR>");

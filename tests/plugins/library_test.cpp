@@ -166,7 +166,7 @@ TEST_F(LibraryTest, WithoutFoldersPresetsAreKeptInTheListOnly) {
     tool->destroy();
 }
 
-TEST_F(LibraryTest, NamesEndAtTheFirstDotBehindTheFirstCharacter) {
+TEST_F(LibraryTest, NamesEndAtTheFirstDotAfterTheFirstCharacter) {
     struct {
         const char* path;
         const char* name;

@@ -44,7 +44,7 @@ struct LoadingTest : Testing::TreeTest {
         adaptor.clearUndo();
         adaptor.nodes.clear();
     }
-    /// The tool "Bad" of the model "Top" has one thing wrong with it, and the rest is made.
+    /// The tool "Bad" of the model "Top" has one fault, and the rest is created.
     void expectOneFault(const std::string& more, const std::string& line) {
         newLog();
         Tag data("<MVR>" + rigText("Top", rigText("Bad", more)) + rigText("Good") + "</MVR>");
@@ -60,7 +60,7 @@ struct LoadingTest : Testing::TreeTest {
         expectNothingOut();
         clear();
     }
-    /// A detailed model was merged below "Body" of the tool and "Leaf" of the one below it.
+    /// Checks that a detailed model was merged below "Body" of the tool and "Leaf" of its child.
     void expectMerged(InstanceReference& car, const std::array<double, 3>& moved) {
         TestNode& body = *adaptor.findNode("Body");
         TestNode& shell = *adaptor.findNode("shell");
@@ -84,7 +84,7 @@ struct LoadingTest : Testing::TreeTest {
         EXPECT_FALSE(body.visible || adaptor.findNode("Leaf")->visible);
         shell.isRuled = true;
         car.setHighPolyVisible(false);
-        EXPECT_TRUE(shell.visible) << "what rules it is asked instead";
+        EXPECT_TRUE(shell.visible) << "what controls it is asked instead";
         EXPECT_EQ(shell.rulings, 1);
         EXPECT_FALSE(glass.visible);
     }
@@ -99,7 +99,7 @@ struct LoadingTest : Testing::TreeTest {
     ScriptedPlugin* rig = nullptr; // the core's
 };
 
-TEST_F(LoadingTest, EachFaultOfAModelIsOneLineAndTheRestIsMade) {
+TEST_F(LoadingTest, EachFaultOfAModelIsOneLineAndTheRestIsCreated) {
     const std::string minusOneVertex = Base64Buffer(std::string(12, '\xff').data(), 12).toText();
     struct {
         std::string more; // of the tool "Bad" of the model "Top"
@@ -159,7 +159,7 @@ TEST_F(LoadingTest, AToolResumesWithItsNodesAndBlock) {
     const std::string nodes = "<nodeinfo>" + node("a", "") + node("b", "") + "</nodeinfo>";
     for (const char* name : {"a", "b"})
         adaptor.makeNode(name, nullptr).lastTool = "Saved";
-    place("Saved"); // the name in the scene is taken, the data still finds its own nodes
+    place("Saved"); // the scene has this name, the data still finds its own nodes
 
     InstanceReference* const made = load("<savedata>YQBi</savedata>" + nodes, 0);
     ASSERT_NE(made, nullptr);
@@ -178,7 +178,7 @@ TEST_F(LoadingTest, AToolResumesWithItsNodesAndBlock) {
     EXPECT_EQ(block, "block ");
 }
 
-TEST_F(LoadingTest, AToolThatCannotResumeIsLeftOutAndTold) {
+TEST_F(LoadingTest, AToolThatCannotResumeIsLeftOutAndReported) {
     place("Saved");
     adaptor.makeNode("a", nullptr).lastTool = "Saved";
     adaptor.makeNode("b", nullptr).lastTool = "Other";
@@ -211,7 +211,7 @@ TEST_F(LoadingTest, AToolThatCannotResumeIsLeftOutAndTold) {
     EXPECT_EQ(tree(), "Saved Saved_01") << "nothing of the failures comes with the host's steps";
 }
 
-TEST_F(LoadingTest, ANewToolTakesItsStartProfiles) {
+TEST_F(LoadingTest, ANewToolGetsItsStartProfiles) {
     rig->properties = {"Move"};
     PluginInstance& first = rig->place(*core, "First");
     const ConfigProfileManager& configs = first.getConfigProfiles();

@@ -92,7 +92,7 @@ TEST_F(MenuTest, CommandsCreateBelowTheNodeOrUnderTheRoot) {
     EXPECT_EQ(tree(), "again");
 }
 
-TEST_F(MenuTest, SaveTellsTheUserHowItWent) {
+TEST_F(MenuTest, SaveReportsItsResultToTheUser) {
     setSilent(false);
     InstanceReference& a = placeRig("a");
     choose(a, ToolMenu::kSave); // the user gives up
@@ -112,7 +112,7 @@ TEST_F(MenuTest, SaveTellsTheUserHowItWent) {
 }
 
 TEST_F(MenuTest, ACloneBringsTheHostsObjectsAlongInOneUndoStep) {
-    // Each tool makes the node "N"; below that of "a" hang host objects and that of its child.
+    // Each tool creates the node "N"; host objects and that of its child hang below that of "a".
     kind->onInit = [](Testing::ScriptedTool& tool) { tool.getInterface()->createNode("N", 0, 0); };
     InstanceReference& a = placeRig("a");
     core->create(Tag(rigText("b")), &a, false);

@@ -49,7 +49,7 @@ Tag tagOf(DataChunk chunk) {
     return Tag::element("CMesh", Base64Buffer(start, static_cast<std::size_t>(size)).toText());
 }
 
-// The chunk of a mesh, made child by child: `change` sees each before it is added.
+// Builds the chunk of a mesh child by child: `change` sees each before it is added.
 Tag rebuilt(const CMesh& mesh, const std::function<bool(DataChunk&)>& change) {
     const DataChunk whole = chunkOf(mesh.write(false));
     DataChunk out("CMesh", nullptr, 0);
@@ -214,7 +214,7 @@ TEST(TransformMatrixTest, TellsTheFormsApart) {
     EXPECT_EQ(matrixOf("<t>-4,-3,-2,-1 0 1 2 3;4;5;6;7, 8, 9, 10, 11</t>"), numbers);
     EXPECT_EQ(matrixOf("<t format=\"text\">-4 -3 -2 -1 0 1 2 3 4 5 6 7 8 9 10 11 12</t>"), numbers);
 
-    // What is missing keeps the identity.
+    // Missing parts are the identity's.
     Matrix started = kIdentityMatrix;
     started[0] = 2;
     started[1] = 3;

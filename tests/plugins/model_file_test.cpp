@@ -92,7 +92,7 @@ TEST_F(ModelFileTest, AModelIsSavedAndComesBack) {
     EXPECT_EQ(tree(), "");
 }
 
-TEST_F(ModelFileTest, ABadModelIsRefusedWithItsPlaceAndAPartlyBadOneIsCreated) {
+TEST_F(ModelFileTest, ABadModelIsRefusedWithThePositionAndAPartlyBadOneIsCreated) {
     const std::string tool = toolData("a").toText("", "", "");
     struct {
         std::string text;

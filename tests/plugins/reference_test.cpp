@@ -8,7 +8,7 @@ using testing::HasSubstr;
 
 using ReferenceTest = Testing::TreeTest;
 
-TEST_F(ReferenceTest, ALabelTakesTheNameWithOrWithoutThePlugin) {
+TEST_F(ReferenceTest, ALabelSetsTheNameWithOrWithoutThePlugin) {
     InstanceReference* const tool = place("Camera_01");
     place("Rig");
     EXPECT_EQ(tool->getLabel(), "Camera_01 - Empty Plugin");
@@ -47,7 +47,7 @@ TEST_F(ReferenceTest, ToolsAreFoundBelowAndWithLookUpBeside) {
             << each.name;
 }
 
-TEST_F(ReferenceTest, RemovalIsOneUndoStepThatRestoresEveryPlace) {
+TEST_F(ReferenceTest, RemovalIsOneUndoStepThatRestoresEveryPosition) {
     InstanceReference* const a = place("a");
     InstanceReference* const b = place("b");
     place("c");

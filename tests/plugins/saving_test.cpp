@@ -61,7 +61,7 @@ struct SavingTest : Testing::TreeTest {
         EXPECT_EQ(tool.save(tag, mask), 0);
         return tag;
     }
-    /// A tool with one of each thing that can be saved.
+    /// Creates a tool with one of each thing that can be saved.
     InstanceReference& placeOneOfEach() {
         TestNode& outer = makeNode(placeRig("Other", nullptr), "Outer", nullptr);
         const Tag data(
@@ -116,7 +116,7 @@ struct SavingTest : Testing::TreeTest {
     ScriptedPlugin* rig = nullptr; // the core's
 };
 
-TEST_F(SavingTest, EachBitOfTheMaskWritesJustItsElements) {
+TEST_F(SavingTest, EachBitOfTheMaskWritesOnlyItsElements) {
     InstanceReference& reference = placeOneOfEach();
     TestNode& body = *adaptor.findNode("Body");
     std::vector<std::uint32_t> masks{0x0,   0x1,   0x2,    0x4,    0x8,    0x40,    0x80,   0x100,
@@ -153,7 +153,7 @@ TEST_F(SavingTest, EachBitOfTheMaskWritesJustItsElements) {
     expectNothingOut();
 }
 
-/// The branch's names as those of `original`, which was saved from the one that it is a copy of.
+/// Renames the tools of the branch as in `original`, of which it is a copy.
 void rename(Tag& copy, const Tag& original, std::map<std::string, std::string>& names) {
     for (std::int32_t i = 0; i < copy.childCount(); ++i) {
         Tag& child = copy.child(i);
@@ -175,7 +175,7 @@ void renameLinks(Tag& tag, const std::map<std::string, std::string>& names) {
 
 TEST_F(SavingTest, ABranchOfFiftyToolsComesBackTwiceInEachForm) {
     InstanceReference& top = placeBranch();
-    // What it selects is read back from a model only.
+    // Its selection is read back only from a model.
     Tag original = saved(top, SaveMask::kModel);
     for (const auto& [tool, node] : {std::pair("", "Arm"), {"", "Body"}, {"Tool_20", "Arm"}}) {
         Tag select = Tag::element("select", node);

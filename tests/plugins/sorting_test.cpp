@@ -8,7 +8,7 @@ using namespace MVR;
 using Testing::expectInOrder;
 
 struct SortingTest : Testing::TreeTest {
-    /// Hangs a node of `child` below the first of `parent`.
+    /// Puts a node of `child` below the first of `parent`.
     void hang(const std::string& child, const std::string& parent) {
         nodeOf(child, "below " + parent)->setParent(nodeOf(parent, "main"));
     }

@@ -27,7 +27,7 @@ protected:
         return core->getRoot()->findInstance(name, false, nullptr);
     }
 
-    /// The names of the tools below the root, as "a(b c) d".
+    /// Returns the names of the tools below the root, as "a(b c) d".
     std::string tree() const { return childrenOf(*core->getRoot()); }
     static std::string childrenOf(const InstanceReference& reference) {
         std::string text;
@@ -39,12 +39,12 @@ protected:
         }
         return text;
     }
-    /// All that was lent of the scene's objects has been given back.
+    /// Checks that everything borrowed from the scene's objects has been released.
     void expectNothingOut() const {
         for (const auto& each : adaptor.nodes)
             EXPECT_EQ(each->handles + each->resolved + each->snapshots, 0) << each->getName();
     }
-    /// What was logged since the last call.
+    /// Returns what was logged since the last call.
     std::string newLog() {
         const std::string text = Log::getText().substr(logged_);
         logged_ += text.size();

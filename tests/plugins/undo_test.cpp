@@ -1,5 +1,5 @@
-// What the user does in the tree, undone, done again and undone, with the host dropping its steps
-// at any point.
+// The user's changes of the tree, undone, redone and undone, while the host drops its steps at any
+// point.
 
 #include "plugins/libraries/library_manager.h"
 #include "plugins/tree_test.h"
@@ -33,7 +33,8 @@ struct UndoTest : Testing::TreeTest {
         reference.getInstance()->findProperty("Move")->bind(axis);
         return reference;
     }
-    /// The tree, and the tools of it that aren't among the inputs or have lost their binding.
+    /// Returns the tree, and those of its tools that aren't among the inputs or have lost their
+    /// binding.
     std::string state() const {
         std::string text = tree();
         const UniDevice::DeviceHandler& handler = *UniDevice::DeviceHandler::instance();
@@ -53,7 +54,7 @@ struct UndoTest : Testing::TreeTest {
     UniDevice::Control* axis = nullptr; // its device's
 };
 
-TEST_F(UndoTest, EveryActComesAndGoesAndMayBeForgottenInEachState) {
+TEST_F(UndoTest, EveryChangeIsUndoneAndRedoneAndMayBeDroppedInEachState) {
     const std::string start = "a(b(b1 b2) c) d";
     const struct {
         const char* name;
@@ -103,7 +104,7 @@ TEST_F(UndoTest, EveryActComesAndGoesAndMayBeForgottenInEachState) {
             EXPECT_EQ(state(), before) << each.name << steps;
             EXPECT_EQ(LibraryManager::instance()->getInstanceCount(core),
                       static_cast<std::int32_t>(core->getInstances(false).size()) + 1)
-                << "with the root, and nothing waits any more";
+                << "with the root, and nothing is left waiting";
             core->deleteAllInstances();
             adaptor.nodes.clear();
         }

@@ -36,7 +36,7 @@ std::string blockOf(const AVar<double>& variable) {
     return block;
 }
 
-// The same answers in any order of asking: the cursor must not show.
+// The same values in any order of reading: the cursor must not matter.
 TEST(AnimatedVariable, ReadsTheSameForwardsBackwardsAndAtRandom) {
     AVar_Linear<double> line = variableOf({{1, 10}, {3, 30}});
     for (const double time : {2.0, 4.0, 0.0, 2.0, 3.0, 1.0, 4.0, 2.5})
@@ -73,7 +73,7 @@ TEST(AnimatedVariable, KeysStayInOrderAndUnique) {
         variable.eraseFrom(time);
         EXPECT_EQ(variable.getKeys().size(), left) << time;
     }
-    variable.setKey(7, 70); // the cursor stood behind what is gone
+    variable.setKey(7, 70); // the cursor was behind the removed keys
     EXPECT_EQ(variable.getValue(8), 70);
 }
 
@@ -130,10 +130,11 @@ TEST(AnimatedVariable, RefusesHostileBlocksWhole) {
     bad.push_back(changed(0, "\x11"));
     bad.push_back(changed(8, "\x63"));
     bad.push_back(changed(12, "\xFF\xFF\xFF\xFF"));    // four thousand million keys
-    bad.push_back(changed(4, "\xF0\xFF\xFF\xFF\x64")); // and the bytes behind to match
+    bad.push_back(changed(4, "\xF0\xFF\xFF\xFF\x64")); // and matching bytes after it
     bad.back().replace(12, 4, "\xFF\xFF\xFF\x0F");
-    bad.push_back(changed(32, good.substr(16, 8)));                     // the same time twice
-    bad.push_back(changed(16, std::string("\0\0\0\0\0\0\xF8\x7F", 8))); // a time that is none
+    bad.push_back(changed(32, good.substr(16, 8))); // the same time twice
+    bad.push_back(
+        changed(16, std::string("\0\0\0\0\0\0\xF8\x7F", 8))); // a time that isn't a number
     for (const std::string& block : bad) {
         AVar_Linear<double> variable = variableOf({{5, 50}});
         EXPECT_FALSE(variable.readData(block.data(), block.size()));
@@ -167,7 +168,7 @@ TEST(VariableModUndo, UndoAndRedoInTurnAndAfterTheToolIsGone) {
     }
     undo.restore(false);
     EXPECT_EQ(state(), before);
-    live->front().setKey(2, 2); // the repeat took nothing from what is kept
+    live->front().setKey(2, 2); // the repeat left the stored keys alone
     undo.restore(true);
     EXPECT_EQ(state(), before);
 

@@ -1,4 +1,4 @@
-// A scene that is saved with its takes goes on in another process where it was.
+// A scene that is saved with its takes continues in another process.
 
 #include "plugins/instance_reference.h"
 #include "recording/take_test.h"
@@ -55,7 +55,7 @@ TEST_F(ConfigurationTest, ATakeIsSimulatedToTheSameBytesInAnotherProcess) {
     EXPECT_EQ(core->getConfiguration().toText("\n", "\t", ""), text)
         << "and a block that the tool leaves as it is stays";
 
-    // A take on top of it: what was before its start stays, and one undo brings the rest back.
+    // A take on top of it: the keys before its start stay, and one undo restores the rest.
     device->onUpdate = [this] { device->set("X", 5); };
     adaptor.clearUndo();
     adaptor.time = 2;

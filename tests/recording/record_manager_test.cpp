@@ -20,7 +20,7 @@ using testing::ElementsAre;
 
 class RecordManagerTest : public TakeTest {};
 
-TEST_F(RecordManagerTest, TakeIsOneUndoStepInTheToldOrder) {
+TEST_F(RecordManagerTest, TakeIsOneUndoStepInOrder) {
     start();
     EXPECT_EQ(Log::getThreshold(), Log::Error);
     EXPECT_EQ(identifierOf(core->startRecording()), "ALREADYRECORDING");
@@ -117,7 +117,7 @@ TEST_F(RecordManagerTest, EndOfTheRangeStopsOrMoves) {
     start();
     pass(160);
     EXPECT_FALSE(core->isRecording());
-    EXPECT_EQ(frames(), range(249, 250)) << "the frame behind the end reaches no tool";
+    EXPECT_EQ(frames(), range(249, 250)) << "the frame after the end reaches no tool";
     EXPECT_EQ(adaptor.rangeEnd, 10);
     EXPECT_EQ(kind->calls.back(), "Probe_01 finishRecording 10.04");
 }
@@ -175,7 +175,7 @@ TEST_F(RecordManagerTest, KeysStopRetakeOrReachTheHost) {
     }
 }
 
-TEST_F(RecordManagerTest, UndoTakesTheTakeAwayAndKeepsWhatLiesBefore) {
+TEST_F(RecordManagerTest, UndoRemovesTheTakeAndKeepsEarlierKeys) {
     const Curve seen = take(2000);
     const Curve first = stored();
     ASSERT_EQ(first.size(), 50u);
@@ -196,7 +196,7 @@ TEST_F(RecordManagerTest, UndoTakesTheTakeAwayAndKeepsWhatLiesBefore) {
         EXPECT_TRUE(adaptor.redo());
         EXPECT_EQ(stored(), second);
     }
-    // An undo in mid-take: the host ends the take first, between two frames or in one.
+    // An undo in mid-take: the host first ends the take, between two frames or in one.
     for (const bool isInFrame : {false, true}) {
         kind->onRecord = [&](ScriptedTool&, double) {
             if (isInFrame && stored().size() > second.size() + 3)
@@ -220,7 +220,7 @@ TEST_F(RecordManagerTest, UndoTakesTheTakeAwayAndKeepsWhatLiesBefore) {
 }
 
 // What tools do from inside their own operations, at the third frame.
-TEST_F(RecordManagerTest, ToolsMayActInTheMidstOfAFrame) {
+TEST_F(RecordManagerTest, ToolsMayActInTheMiddleOfAFrame) {
     ScriptedPlugin& other = ScriptedPlugin::add("Other");
     bool isPumping = false;
     const std::vector<std::function<void(PluginInstance*)>> acts{
@@ -232,9 +232,9 @@ TEST_F(RecordManagerTest, ToolsMayActInTheMidstOfAFrame) {
         [](PluginInstance* victim) { victim->getReference()->remove(true); },
         [](PluginInstance* victim) { victim->destroy(); },
         [this](PluginInstance*) { tool->extend(43, 0); }, // itself, which its undo step keeps
-        [&](PluginInstance*) { // a message box, while which the host's loop runs on
+        [&](PluginInstance*) { // a message box, during which the host's loop goes on
             if (isPumping)
-                ADD_FAILURE() << "a frame in the midst of a frame";
+                ADD_FAILURE() << "a frame within a frame";
             isPumping = true;
             pass(100);
             isPumping = false;
@@ -269,9 +269,9 @@ TEST_F(RecordManagerTest, ToolsMayActInTheMidstOfAFrame) {
     EXPECT_EQ(Log::getThreshold(), threshold);
 }
 
-// A tool is started and finished once each, or neither, whoever removes it at whatever moment; one
-// that is destroyed just isn't finished.
-TEST_F(RecordManagerTest, ToolsMayGoWhileATakeBeginsOrEnds) {
+// A tool is started and finished once each, or neither, whoever removes it and whenever; a
+// destroyed tool just isn't finished.
+TEST_F(RecordManagerTest, ToolsMayEndWhileATakeBeginsOrEnds) {
     ScriptedPlugin& other = ScriptedPlugin::add("Other");
     PluginInstance* victim = nullptr;
     const std::vector<std::function<void()>> removals{
@@ -291,7 +291,7 @@ TEST_F(RecordManagerTest, ToolsMayGoWhileATakeBeginsOrEnds) {
             adaptor.onCall = removeOnce;
             kind->onStart = [&](ScriptedTool&, double) { removeOnce("start"); };
             kind->onFinish = [&](ScriptedTool&, double) { removeOnce("finish"); };
-            if (&removal == &removals.front()) // it may not destroy itself
+            if (&removal == &removals.front()) // it must not destroy itself
                 other.onFinish = [&](ScriptedTool&, double) { removeOnce("own finish"); };
             start();
             pass(100);
@@ -321,7 +321,7 @@ TEST_F(RecordManagerTest, NoTakeBeginsBeforeTheLastOnesStepIsClosed) {
         refused += identifierOf(core->startRecording()) == "ALREADYRECORDING";
         refused += identifierOf(core->resimulate(0, 1)) == "ALREADYRECORDING";
     };
-    kind->onFinish = [this](ScriptedTool&, double) { // a message box, in which the user goes on
+    kind->onFinish = [this](ScriptedTool&, double) { // a message box, in which the user continues
         Platform::deliverKey(kCtrl, true, false);
         Platform::deliverKey('Z', false, false);
         Platform::deliverKey(kCtrl, false, false);

@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(ResimulationTest, ReproducesTheTakeAndActsOnChangedSettings) {
+TEST_F(ResimulationTest, ReproducesTheTakeAndFollowsChangedParameters) {
     const Curve taken = take(4000);
     ASSERT_EQ(taken.size(), 100u);
     const Curve before = stored();
@@ -80,7 +80,7 @@ TEST_F(ResimulationTest, StopButtonKeepsWhatIsDone) {
     const auto record = kind->onRecord;
     kind->onRecord = [&](ScriptedTool& each, double time) {
         record(each, time);
-        clock.advance(100);                          // a slow tool: a few frames a slice
+        clock.advance(100);                          // a slow tool: a few frames per slice
         const Tag saved = tool->getInputProfile(""); // as a host that saves the scene meanwhile
         EXPECT_EQ(saved.child("property").child("control").attribute("type"), "X");
     };
@@ -101,7 +101,7 @@ TEST_F(ResimulationTest, StopButtonKeepsWhatIsDone) {
     EXPECT_GT(shown.back(), 10);
 }
 
-TEST_F(ResimulationTest, ToolsAndDevicesMayGoInItsMidst) {
+TEST_F(ResimulationTest, ToolsAndDevicesMayEndInTheMiddle) {
     const Curve taken = take(4000);
     ScriptedPlugin& other = ScriptedPlugin::add("Other");
     other.properties = {"Axis"};
@@ -143,7 +143,7 @@ TEST_F(ResimulationTest, ToolsAndDevicesMayGoInItsMidst) {
     other.onStart = [](ScriptedTool& each, double) { each.getInterface()->extend(43, 0); };
     EXPECT_EQ(core->resimulate(0, 4), 0);
     EXPECT_FALSE(shy.isInTree());
-    EXPECT_EQ(shy.findProperty("Axis")->control, own) << "undo brings it back as it was";
+    EXPECT_EQ(shy.findProperty("Axis")->control, own) << "undo restores it";
 }
 
 } // namespace

@@ -18,7 +18,7 @@ namespace MVR::Testing {
 constexpr std::int32_t kCtrl = 17;
 
 /// One tool with one property, bound to an axis that moves with each update, and a host at 25
-/// frames a second from 0 to 4.
+/// frames per second from 0 to 4.
 class TakeTest : public CoreTest {
 protected:
     using Curve = std::vector<std::pair<double, double>>;
@@ -62,7 +62,7 @@ protected:
 
     void start() { ASSERT_EQ(core->startRecording(), 0); }
 
-    /// A take of the next milliseconds; what the tool read.
+    /// Records a take of the next milliseconds; returns what the tool read.
     Curve take(int milliseconds) {
         start();
         pass(milliseconds);
@@ -70,7 +70,7 @@ protected:
         return std::exchange(curve, {});
     }
 
-    /// The frames that the tool got, as numbers of the grid.
+    /// Returns the frames that the tool got, as numbers of the grid.
     std::vector<long> frames() const {
         std::vector<long> numbers;
         for (const auto& [time, value] : curve)
@@ -85,7 +85,7 @@ protected:
         return numbers;
     }
 
-    /// What is stored of the first property.
+    /// Returns what is stored of the first property.
     Curve stored() const {
         const Util::KeySequence& keys = tool->getRecordedValues().at(0).getKeys();
         Curve pairs;

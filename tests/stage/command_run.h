@@ -27,7 +27,7 @@ bind Rotation W=OSC:/camera/rotation:3
 set *.deadzone=0
 )";
 
-/// A UDP port of the loopback that nobody uses now.
+/// Returns a free UDP port of the loopback.
 inline int freePort() {
     const int handle = socket(AF_INET, SOCK_DGRAM, 0);
     sockaddr_in address{};
@@ -49,13 +49,13 @@ protected:
         setenv("MIRVANE_CORE", CORE, 1);
     }
 
-    /// Runs a shell command in the folder; its exit code.
+    /// Runs a shell command in the folder; returns its exit code.
     int run(const std::string& command) {
         const int status = std::system(
             ("cd '" + folder.path + "' && { " + command + "; } >stdout 2>stderr").c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
-    /// A command that ends with this code and tells why in these words, among others.
+    /// Runs a command that must end with this code and with these words in its message.
     void expectFailure(const std::string& command, int code, const std::string& words) {
         EXPECT_EQ(run(command), code) << command << "\n" << read("stderr");
         EXPECT_NE(read("stderr").find(words), std::string::npos) << command << "\n"
@@ -65,7 +65,7 @@ protected:
         EXPECT_TRUE(std::filesystem::exists(folder.path + name)) << name;
         return folder.read(name);
     }
-    /// The numbers of a table of curves, without the name of the node.
+    /// Returns the numbers of a table of curves, without the name of the node.
     std::vector<std::vector<double>> readTable(const std::string& name) const {
         std::vector<std::vector<double>> rows;
         std::istringstream lines(read(name));

@@ -11,12 +11,12 @@ namespace {
 
 class CommandTest : public CommandRun {
 protected:
-    /// Each key behind the first is what the device held at that frame, as "input.csv" tells.
+    /// Checks that each key after the first is the device's value at that frame in "input.csv".
     void expectKeysOfInput(const std::vector<std::vector<double>>& take) const {
         const auto input = readTable("input.csv");
-        ASSERT_EQ(input.size() + 1, take.size()) << "each frame, and the start is none";
+        ASSERT_EQ(input.size() + 1, take.size()) << "each frame, and the start isn't one";
         for (std::size_t i = 0; i < input.size(); ++i) {
-            // Four zeros, before the first packet is in, are no rotation.
+            // Four zeros, before the first packet arrives, aren't a rotation.
             const std::size_t columns = input[i] == std::vector<double>(7, 0.0) ? 6 : 7;
             for (std::size_t column = 0; column < columns; ++column) {
                 EXPECT_EQ(take[i + 1][column + 1], input[i][column]) << "frame " << i + 1;
@@ -52,7 +52,7 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
         EXPECT_EQ(take[i][0], static_cast<double>(i) * 0.04);
         for (std::size_t column = 0; column < take[i].size(); ++column) {
             EXPECT_NEAR(again[i][column], take[i][column], 1e-9);
-            // Until the first packet is in, the object stands still and unturned.
+            // Until the first packet arrives, the object neither moves nor turns.
             const bool isMoving = i > 0 && take[i][1] != 0;
             if (isMoving && column > 0) {
                 EXPECT_NEAR(twice[i][column], 2 * take[i][column], 1e-9);
@@ -73,7 +73,7 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
                                                 {"qy", 51},
                                                 {"qz", 51},
                                                 {"qw", 51}}}}))
-        << "the probe is not part of the scene that is written";
+        << "the probe isn't part of the written scene";
     EXPECT_GT(report["latency_ms"]["packets"], 0);
     EXPECT_GE(report["latency_ms"]["p50"], 0.0);
     EXPECT_EQ(report["resimulations"].size(), 2U);
@@ -83,7 +83,7 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
     EXPECT_NE(read("take.gltf").find("\"rotation\""), std::string::npos);
 }
 
-TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
+TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
     const std::string record = STAGE " record --documents . --countdown 0 --seconds 0.1 ";
     const struct {
         std::string command;
@@ -95,7 +95,7 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
         {record + "--tol x", 1, "did you mean --tool?"},
         {record + "--tool x --core /nowhere.so", 2, "no core library at /nowhere.so"},
         {record + "--tool x --core osc.xml", 2, "osc.xml"},
-        {record + "--tool 'No Such Tool'", 2, "\"No Such Tool\" can't be made"},
+        {record + "--tool 'No Such Tool'", 2, "\"No Such Tool\" can't be created"},
         {record + "--tool 'Tracked Object' --bind 'Spin=OSC:/a'", 3, "no property \"Spin\""},
         {record + "--tool 'Tracked Object' --bind 'Position X=Pad:x'", 3, "Pad:x:0"},
         {record + "--tool 'Tracked Object' --resimulate --set Spin.offset=1", 3, "Spin.offset=1"},
@@ -113,7 +113,7 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
         expectFailure(failure.command, failure.code, failure.words);
         EXPECT_EQ(read("stdout"), "") << failure.command;
     }
-    // Ctrl+C, once the program listens to it: signal 2 among those that it catches.
+    // Ctrl+C, once the program handles it: signal 2 is among those that it catches.
     EXPECT_EQ(run(record +
                   "--seconds 60 --tool 'Tracked Object' --out-curves short.csv & pid=$!;"
                   " until grep -q '^SigCgt:.*[2367abef]$' /proc/$pid/status; do sleep 0.05; done;"
@@ -136,7 +136,7 @@ TEST_F(CommandTest, FailuresHaveAWordAndACodeOfTheirOwn) {
 }
 
 TEST_F(CommandTest, ToolsAndDevicesAreListed) {
-    // A library that is none must not hide the others.
+    // A bad library must not hide the others.
     folder.add("plugins/a_text.so", "no library");
     ASSERT_EQ(run("mkfifo plugins/a_pipe.so"), 0);
     for (const char* name : {"tracked_object.so", "free_camera.so"}) {

@@ -10,10 +10,10 @@
 namespace Stage {
 namespace {
 
-TEST(Curve, KeysAreSortedAndOneATime) {
+TEST(Curve, KeysAreSortedWithOnePerTime) {
     Curve curve;
     EXPECT_EQ(curve.evaluate(3, 7.5), 7.5);
-    // Late, early, between, again at the end, and two that fall on a key but for the rounding.
+    // Late, early, between, again at the end, and two that differ from a key only by rounding.
     for (const Key& key :
          std::vector<Key>{{2, 20}, {0, 0}, {1, 10}, {3, 30}, {1 + 1e-9, 11}, {3 - 1e-9, 31}}) {
         curve.setKey(key.time, key.value);
@@ -30,7 +30,7 @@ TEST(Curve, KeysAreSortedAndOneATime) {
     for (const auto& read : reads) {
         EXPECT_NEAR(curve.evaluate(read.time, 99), read.value, 1e-6) << read.time;
     }
-    // A key on the edge, a rounding late, goes too.
+    // A key on the edge, late by a rounding error, is removed too.
     curve.eraseFrom(2 + 1e-9);
     EXPECT_EQ(curve.getKeys().size(), 2U);
     curve.eraseFrom(-1);
@@ -38,7 +38,7 @@ TEST(Curve, KeysAreSortedAndOneATime) {
 }
 
 TEST(Timeline, TheLastFrameOfATakeLiesInTheRange) {
-    // A take's frames come as whole numbers times the step: the last must not be above the end.
+    // A take's frames are multiples of the step: the last must not be above the end.
     for (const double rate : {23.976, 24.0, 25.0, 29.97, 30.0, 60.0, 120.0}) {
         Timeline timeline;
         timeline.setRate(rate);
@@ -74,7 +74,7 @@ TEST(Transform, SurvivesAMatrixAndItsInverse) {
     EXPECT_EQ(toMatrix(toTransform(mirror)), mirror);
     EXPECT_EQ(normalised({0, 0, 0, 0}), kNoRotation);
     EXPECT_EQ(normalised({NAN, 0, 0, 1}), kNoRotation);
-    // A quarter turn about x in row vectors takes y to z.
+    // With row vectors a quarter turn about x turns y to z.
     const Matrix quarter = toMatrix({{0, 0, 0}, {std::sqrt(0.5), 0, 0, std::sqrt(0.5)}, {1, 1, 1}});
     EXPECT_NEAR(quarter[6], 1, 1e-12);
 }

@@ -20,7 +20,7 @@
 namespace Stage {
 namespace {
 
-/// A scene with whatever makes a glTF file wrong.
+/// A scene with everything that could spoil a glTF file.
 class GltfTest : public testing::Test {
 protected:
     GltfTest() {
@@ -35,10 +35,10 @@ protected:
             camera->setRotation(time, {0, sign * std::sin(angle), 0, sign * std::cos(angle)});
             camera->setPosition(time, {i == 7 ? NAN : i * 0.5, i == 8 ? INFINITY : 0, 1e300});
             camera->setLens(time, kFocalLength, 12 + i); // the half height, at the start
-            rig->setPosition(time * 1e-7, {time, 0, 0}); // one time but for single precision
+            rig->setPosition(time * 1e-7, {time, 0, 0}); // equal times in single precision
         }
         rig->setRotation(0, {0, 0, 0, 0});
-        // One mesh on two nodes, with corners that aren't there and a number that is none.
+        // One mesh on two nodes, with corners without a vertex and a number that isn't one.
         auto mesh = std::make_shared<MVR::CMesh>();
         mesh->vertices = {{0, 0, 0}, {2, 0, 0}, {0, 3, NAN}, {1e300, 0, 0}};
         mesh->faces = {0, 1, 2, 0, 1, 4, -1, 0, 1, 2, 1, 0, 0, 1};

@@ -84,7 +84,7 @@ TEST_F(MergeTest, AGltfFileComesInWithHierarchyTransformsAndMeshes) {
         EXPECT_EQ(nodes[1]->getParentNode(), nodes[0]);
         ASSERT_TRUE(undo.undo());
     }
-    // What the stage writes comes back, also in the binary form.
+    // The stage reads what it writes, also in the binary form.
     const auto nodes = merge(folder.path + "car.gltf");
     tinygltf::Model model;
     tinygltf::TinyGLTF library;
@@ -105,18 +105,18 @@ TEST_F(MergeTest, AnObjFileComesInAsTriangles) {
                                      "v 0 1 0\nvt 0 0\nvt 1 0\nvt 1 1\nf 1 2 3 4\n"
                                      "o Roof\nv 0 0.1 5\nf 5/1 -4/2 2/3\no Empty\n"));
     ASSERT_EQ(nodes.size(), 2U) << error;
-    EXPECT_EQ(nodes[0]->getSceneName(), "shed") << "what has no name is called after the file";
+    EXPECT_EQ(nodes[0]->getSceneName(), "shed") << "a part without a name gets the file's";
     EXPECT_EQ(nodes[0]->getMesh()->faces.size(), 6U);
     EXPECT_TRUE(nodes[0]->getMesh()->textureFaces.empty());
     EXPECT_EQ(nodes[1]->getSceneName(), "Roof");
-    // Of five vertices three are its own, and one of them is meant twice: from the end, and as 2.
+    // It uses three of five vertices, and one of them twice: from the end, and as 2.
     EXPECT_EQ(nodes[1]->getMesh()->vertices,
               (std::vector<std::array<double, 3>>{{0, 0.1, 5}, {1, 0, 0}}));
     EXPECT_EQ(nodes[1]->getMesh()->faces, (std::vector<std::int32_t>{0, 1, 1}));
     EXPECT_EQ(nodes[1]->getMesh()->textureFaces, (std::vector<std::int32_t>{0, 1, 2}));
 }
 
-TEST_F(MergeTest, ABadFileGivesNothingAndSaysWhy) {
+TEST_F(MergeTest, ABadFileYieldsNothingAndSaysWhy) {
     folder.add("outside.bin", std::string(54, '\0'));
     std::filesystem::create_directory(folder.path + "inside");
     std::filesystem::create_symlink(folder.path + "outside.bin", folder.path + "inside/link.bin");
@@ -133,7 +133,7 @@ TEST_F(MergeTest, ABadFileGivesNothingAndSaysWhy) {
         {"inside/a.gltf", gltf(kRig, "../outside.bin"), "outside.bin"},
         {"inside/a.gltf", gltf(kRig, "link.bin"), "link.bin"},
         {"inside/a.gltf", gltf(kRig, "/etc/hostname"), "hostname"},
-        {"inside/a.gltf", gltf(R"([{"children":[1]},{"children":[0]}])", dataUri()), "two places"},
+        {"inside/a.gltf", gltf(R"([{"children":[1]},{"children":[0]}])", dataUri()), "two parents"},
         {"inside/a.gltf", gltf(R"([{"children":[7]}])", dataUri()), "node 7 isn't there"},
         {"inside/a.gltf", gltf(R"([{"mesh":3}])", dataUri()), "mesh \"3\": it isn't there"},
         {"inside/a.gltf", gltf(R"([{"mesh":0}])", dataUri(), R"("count":7)"), "outside its buffer"},
@@ -173,7 +173,7 @@ TEST_F(MergeTest, AHostileFileDoesNoHarm) {
     EXPECT_TRUE(merge(folder.add("huge.obj", face)).empty());
     EXPECT_NE(error.find("line 3"), std::string::npos) << error;
 
-    // Cut at each byte, or with a byte changed, a file is refused or read; it does no harm.
+    // A file that is cut at any byte, or has a changed byte, is refused or read, and does no harm.
     const std::string good = gltf(kRig, dataUri());
     for (std::size_t i = 0; i < good.size(); ++i) {
         std::vector<ImportedNode> nodes;

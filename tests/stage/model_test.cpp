@@ -29,7 +29,7 @@ protected:
         folder.add("body.obj", "o Body\nv 0 0 0\nv 5 0 0\nv 0 5 0\nf 1 2 3\n"
                                "o Loose\nv 0 0 9\nf 1 2 4\n");
     }
-    /// All that a scene's file would hold now.
+    /// Returns all that a scene's file would hold now.
     std::string getState() {
         EXPECT_TRUE(session.saveScene(folder.path + "state.scene", error)) << error;
         return folder.read("state.scene");
@@ -50,7 +50,7 @@ TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
     EXPECT_EQ(find("Camera")->evaluateGlobal(0)[14], 3);
     EXPECT_FALSE(find("Camera")->isShown());
     EXPECT_EQ(find("Rig")->getMesh()->faces.size(), 3U);
-    ASSERT_NE(find("Rig_Body"), nullptr) << "called after the tool";
+    ASSERT_NE(find("Rig_Body"), nullptr) << "named after the tool";
     EXPECT_EQ(find("Rig_Body")->getParentNode(), find("Rig"));
     EXPECT_FALSE(find("Rig_Body")->isShown());
     const std::string loaded = getState();
@@ -61,7 +61,7 @@ TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
     ASSERT_TRUE(session.undo.redo());
     EXPECT_EQ(getState(), loaded);
 
-    // The tools with their objects, and what hangs below those.
+    // The tools with their objects, and the objects below those.
     tools[0]->access->extend(MVR::InterfaceExtension::kUnplug, 0);
     EXPECT_EQ(session.undo.getUndoCount(), 2U);
     const std::string deleted = getState();
@@ -80,7 +80,7 @@ TEST_F(ModelTest, LoadingAndDeletingGoWithOneUndoAndComeBackWithOneRedo) {
 }
 
 TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
-    // What is left: all four objects, none, or the one of the file that hangs below no tool.
+    // The remaining objects: all four, none, or the one from the file without a tool above.
     const struct {
         std::function<void()> way;
         std::size_t loaded;

@@ -12,7 +12,7 @@
 namespace Stage {
 namespace {
 
-TEST(RecordOptions, OptionsBelongToWhatStandsBeforeThem) {
+TEST(RecordOptions, OptionsBelongToWhatPrecedesThem) {
     RecordOptions options;
     std::string error;
     std::vector<std::string> words;
@@ -36,7 +36,7 @@ TEST(RecordOptions, OptionsBelongToWhatStandsBeforeThem) {
     EXPECT_EQ(binding.index, 3);
     EXPECT_EQ(options.tools[0].settings.at(0).value, -2.5);
     EXPECT_EQ(options.latency->type, "/sent");
-    EXPECT_FALSE(options.take.autoExpand) << "a take of a told length stops there";
+    EXPECT_FALSE(options.take.autoExpand) << "a take of a given length stops there";
     EXPECT_EQ(options.end, 2);
     ASSERT_EQ(options.passes.size(), 3U);
     EXPECT_EQ(options.passes[0].out, "a.gltf");
@@ -48,26 +48,26 @@ TEST(RecordOptions, OptionsBelongToWhatStandsBeforeThem) {
     EXPECT_TRUE(options.tools[0].isMeantBy(options.passes[2].settings.at(0)));
 }
 
-TEST(RecordOptions, WrongOnesAreToldInTheUsersWords) {
+TEST(RecordOptions, WrongOnesAreReportedInTheUsersWords) {
     const struct {
         std::vector<std::string> words;
         const char* message;
     } cases[] = {
         {{}, "give at least one --tool"},
         {{"--secnds", "2"}, "did you mean --seconds?"},
-        {{"take.gltf"}, "belongs to no option"},
+        {{"take.gltf"}, "belong to an option"},
         {{"--tool"}, "--tool needs a value: TYPE"},
-        {{"--undo-redo=yes"}, "takes no value"},
-        {{"--bind", "A=B:c"}, "behind the --tool"},
-        {{"--tool", "T", "--bind", "Position X"}, "is no binding"},
-        {{"--tool", "T", "--set", "X.offset=1e999"}, "is no setting"},
+        {{"--undo-redo=yes"}, "accepts no value"},
+        {{"--bind", "A=B:c"}, "must follow the --tool"},
+        {{"--tool", "T", "--bind", "Position X"}, "is not a binding"},
+        {{"--tool", "T", "--set", "X.offset=1e999"}, "is not of the form"},
         {{"--tool", "T", "--set", "X.multiplyer=2"}, "multiplier, exponent, deadzone or offset"},
         {{"--tool", "T", "--set", "X.deadzone=1"}, "leaves nothing"},
         {{"--tool", "T", "--rate", "0"}, "at least 0.1"},
-        {{"--tool", "T", "--rate", "fast"}, "\"fast\" is no number"},
+        {{"--tool", "T", "--rate", "fast"}, "\"fast\" is not a number"},
         {{"--tool", "T", "--countdown", "1.5"}, "whole number from 0 to 3600"},
         {{"--tool", "T", "--slow-motion", "11"}, "from 1 to 10"},
-        {{"--tool", "T", "--end", "1", "--seconds", "1"}, "give one of them"},
+        {{"--tool", "T", "--end", "1", "--seconds", "1"}, "give only one"},
         {{"--tool", "T", "--start", "5", "--end", "5"}, "before its first frame"},
         {{"--tool", "T", "--resimulate", "--tool", "U"}, "before the first --resimulate"},
         {{"--tool", "T", "--bindings", "/nowhere/x"}, "can't read /nowhere/x"},

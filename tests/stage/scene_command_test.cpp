@@ -70,12 +70,12 @@ TEST_F(SceneCommandTest, ASavedTakeIsSimulatedAgainInAnotherProcess) {
     const std::string shot = read("shot.scene");
     EXPECT_EQ(shot.find("Latency Probe"), std::string::npos) << "no part of the scene";
 
-    // Neither sender nor driver: what was recorded is enough.
+    // Neither sender nor driver: the recorded input is enough.
     const std::string again = kStage + " resimulate shot.scene --documents . --data . ";
     ASSERT_EQ(run(again + "--out-curves there.csv --scene same.scene --out take.gltf --table"), 0)
         << read("stderr");
     EXPECT_TRUE(read("there.csv") == read("here.csv")) << "the same bytes";
-    EXPECT_TRUE(read("same.scene") == shot) << "bindings to what isn't there included";
+    EXPECT_TRUE(read("same.scene") == shot) << "including bindings to missing controls";
     EXPECT_NE(read("stdout").find("largest difference 0, same frames"), std::string::npos);
     EXPECT_NE(read("take.gltf").find("\"rotation\""), std::string::npos);
 
@@ -95,7 +95,7 @@ TEST_F(SceneCommandTest, ASavedTakeIsSimulatedAgainInAnotherProcess) {
         isChanged = isChanged || wide[i][2] != before[i][2];
     }
     EXPECT_TRUE(isChanged) << "the hand-held camera moved";
-    // The scene that was saved has the setting, and that change and no other.
+    // The saved scene differs only in the parameter.
     ASSERT_EQ(run(kStage + " resimulate wide.scene --documents . --out-curves wide_again.csv"), 0);
     EXPECT_TRUE(read("wide_again.csv") == read("wide.csv"));
     const auto withoutKeys = [](const std::string& text) {
@@ -148,7 +148,7 @@ TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
     ASSERT_EQ(all.parse(read("stdout")), 0);
     EXPECT_EQ(all.childCount("MVR_Plugin"), 3);
 
-    // Whatever its packing a model is shown alike, and so are packed elements in it.
+    // A model, and packed elements in it, are shown alike whatever their packing.
     ASSERT_EQ(run(kStage + " model show m.prm"), 0);
     const std::string text = read("stdout");
     MVR::Tag model;
@@ -174,7 +174,7 @@ TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
     EXPECT_NE(read("stdout").find("mine.prm\n"), std::string::npos) << read("stdout");
 }
 
-TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
+TEST_F(SceneCommandTest, BadScenesAndModelsHaveAMessageAndACode) {
     writeBadFiles();
     const std::string scene = read("a.scene");
     const std::string resimulate = kStage + " resimulate --documents . ";
@@ -187,15 +187,15 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
         const char* words;
     } cases[] = {
         {resimulate, 1, "SCENE is missing"},
-        {resimulate + "a.scene b.scene", 1, "\"b.scene\" belongs to no option"},
-        {resimulate + "a.scene --set Spin=1", 1, "is no setting"},
+        {resimulate + "a.scene b.scene", 1, "\"b.scene\" doesn't belong to an option"},
+        {resimulate + "a.scene --set Spin=1", 1, "is not of the form"},
         {resimulate + "a.scene --start 3 --end 2", 1, "ends before its first frame"},
         {resimulate + "a.scene --set Camera/Spin.offset=1", 3, "Camera/Spin.offset=1"},
         {resimulate + "a.scene --scene no/such.scene", 4, "no folder no"},
         {resimulate + "a.scene --scene /dev/full", 4, "No space left"},
         {resimulate + "none.scene", 7, "can't read none.scene"},
         {resimulate + "cut.scene", 7, "cut.scene:"},
-        {resimulate + "other.scene", 7, "other.scene: it is no scene but"},
+        {resimulate + "other.scene", 7, "other.scene: it isn't a scene but"},
         {resimulate + "no_node.scene", 8, "tool Camera, node Camera: it isn't in the scene"},
         {kStage + " record --documents . --open cut.scene --seconds 1", 7, "cut.scene:"},
         {kStage + " model", 1, "usage: mirvane-stage model"},
@@ -211,7 +211,7 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
         {load + "link.prm", 8, "tool Object, parent Camera: there is no tool Nobody"},
         {show + "cut.prm", 7, "cut.prm: line "},
         {show + "text.prm", 7, "text.prm: line 1, column 1: "},
-        {show + "packed.prm", 7, "packed element 1: its text is no base64"},
+        {show + "packed.prm", 7, "packed element 1: its text isn't base64"},
         {show + "deep.prm", 7,
          "packed element 1: line 2, column 6: a close tag of another element"},
     };
@@ -219,7 +219,7 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAWordAndACode) {
         expectFailure(bad.command, bad.code, bad.words);
     }
     EXPECT_TRUE(read("a.scene") == scene) << "as it was";
-    // What can be made is made, saved and summed up.
+    // Whatever can be created is created, saved and summed up.
     ASSERT_EQ(run(load + "half.prm"), 8);
     EXPECT_EQ(read("stdout"), "half.prm: 1 tool created, 1 fault\n  Object (Tracked Object)\n");
     EXPECT_EQ(run(resimulate + "out.scene"), 0);
@@ -244,7 +244,7 @@ TEST_F(SceneCommandTest, ASceneIsNotSavedOverWithoutItsTools) {
 
 TEST_F(SceneCommandTest, ASaveThatIsKilledLeavesTheOldScene) {
     const std::string resimulate = kStage + " resimulate --documents . ";
-    // Killed in the middle of writing, as by a limit on the size of files, it leaves the old scene.
+    // If it is killed while it writes, as by a limit on the size of files, the old scene stays.
     ASSERT_EQ(run("yes '<node>' | head -c 300000 >big.scene && cp big.scene old.scene"), 0);
     ASSERT_EQ(run(kStage + " record --documents . --countdown 0 --seconds 1.5 --rate 1000"
                            " --tool 'Free Camera' --scene long.scene"),

@@ -76,14 +76,14 @@ TEST_F(SceneFileTest, AllOfASceneComesBackToTheLastBit) {
     EXPECT_FALSE(other.getNodes()[1]->isShown());
     EXPECT_EQ(otherTime.getEnd(), timeline.getEnd());
 
-    // Written again with the tool found again it is the same file.
+    // Once the tool is found again, the same file is written.
     other.getNodes()[0]->setOwner(tool);
     ASSERT_TRUE(writeSceneFile(
         path, takeScene(other, otherTime, {{tool, "Hand"}}, data.configuration), error));
     EXPECT_EQ(folder.read("a.scene"), first);
 }
 
-TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
+TEST_F(SceneFileTest, ABadFileIsRefusedWithThePosition) {
     ASSERT_TRUE(
         writeSceneFile(path, takeScene(scene, timeline, {{tool, "Hand"}}, configuration), error));
     const std::string good = folder.read("a.scene");
@@ -93,10 +93,10 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         const char* reason;
     } cases[] = {
         {"</node>", "</nod>", "a.scene:25:4: a close tag of another element"},
-        {"<MirvaneScene version=\"1\">", "<Mesh/>", "is no scene but \"Mesh\""},
+        {"<MirvaneScene version=\"1\">", "<Mesh/>", "isn't a scene but \"Mesh\""},
         {"version=\"1\">", "version=\"2\">", "version \"2\"; this stage reads version 1"},
         {"<rate>29.97", "<rate>0", "a rate of 0"},
-        {"<rate>29.97", "<rate>nan", "\"rate\" is to hold 1 number, not \"nan\""},
+        {"<rate>29.97", "<rate>nan", "\"rate\" must hold 1 number, not \"nan\""},
         {"<time>0.5", "<time>1e300", "too far from 0"},
         {"<start>-", "<start>4", "the range ends before"},
         {"<time>0.5</time>", "", "it has no \"time\""},
@@ -105,12 +105,12 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         {"<parent>Rig", "<parent>Rag", "\"Rag\", isn't there"},
         {"<name>Rig</name>", "<name>Rig</name><parent>Rig</parent>", "hangs below itself"},
         {"<visible>false", "<visible>no", "node 2 \"Rig\": \"visible\""},
-        {"<scale>-1 1 1e+09", "<scale>-1 1", "\"scale\" is to hold 3 numbers"},
-        {"<scale>-1 1 1e+09", "<scale>1 1 1 1", "holds \"1\" behind its numbers"},
-        {"<lens>35", "<lens>0", "\"lens\" is to hold numbers above 0, not \"0 10 "},
-        {"<lens>35", "<lens>", "\"lens\" is to hold 3 numbers"},
+        {"<scale>-1 1 1e+09", "<scale>-1 1", "\"scale\" must hold 3 numbers"},
+        {"<scale>-1 1 1e+09", "<scale>1 1 1 1", "holds \"1\" after its numbers"},
+        {"<lens>35", "<lens>0", "\"lens\" must hold numbers above 0, not \"0 10 "},
+        {"<lens>35", "<lens>", "\"lens\" must hold 3 numbers"},
         {"<curve name=\"tx\">", "<curve name=\"zoom\">", "no curve \"zoom\""},
-        {"<curve name=\"ty\">", "<curve name=\"tx\">", "\"tx\" is there twice"},
+        {"<curve name=\"ty\">", "<curve name=\"tx\">", "\"tx\" appears twice"},
         {"<curve name=\"tx\">0 0 ", "<curve name=\"tx\">9 0 ", "key 2: the time doesn't rise"},
         {"<curve name=\"tx\">0 0 ", "<curve name=\"tx\">inf 0 ", "key 1: the time is not finite"},
         {"<curve name=\"tx\">0 0 ", "<curve name=\"tx\">0 0 x ", "key 2: a time and a value"},
@@ -127,7 +127,7 @@ TEST_F(SceneFileTest, ABadFileIsRefusedWithItsPlace) {
         EXPECT_NE(error.find(bad.reason), std::string::npos) << bad.to << "\n" << error;
         EXPECT_EQ(error.find(path), 0U) << error;
     }
-    // What an older stage wrote has no lens.
+    // Older files have no lens.
     const std::size_t lens = good.find("<lens>");
     folder.add("a.scene",
                std::string(good).erase(lens, good.find("</lens>") + std::strlen("</lens>") - lens));

@@ -22,7 +22,7 @@ protected:
     std::size_t keyCount(const StageNode& node, std::size_t curve = 0) const {
         return node.getCurves()[curve].getKeys().size();
     }
-    /// A take as the core runs it: one undo step, one position a frame.
+    /// A take as the core runs it: one undo step, one position per frame.
     void record(StageNode& node, double start, double end, double value) {
         undo.begin("Record");
         scene.setRecording(true);
@@ -45,7 +45,7 @@ protected:
     MVR::CInterface* const tool = reinterpret_cast<MVR::CInterface*>(&timeline);
 };
 
-TEST_F(SceneTest, ATakeGoesWithOneUndoAndLeavesWhatWasBefore) {
+TEST_F(SceneTest, ATakeGoesWithOneUndoAndLeavesEarlierKeys) {
     StageNode& node = make("Camera");
     node.setPosition(0, {7, 7, 7});
     record(node, 0, 10, 1);
@@ -67,7 +67,7 @@ TEST_F(SceneTest, ATakeGoesWithOneUndoAndLeavesWhatWasBefore) {
     EXPECT_EQ(keyCount(node), 0U);
     EXPECT_EQ(node.evaluate(5).position[0], 7);
 
-    // Outside of a take a write is no key, with or without a curve.
+    // Outside a take a write sets no key, with or without a curve.
     record(node, 0, 2, 3);
     node.setPosition(1, {9, 9, 9});
     EXPECT_EQ(keyCount(node), 3U);
@@ -139,7 +139,7 @@ TEST_F(SceneTest, GlobalTransformsGoThroughAllParents) {
     EXPECT_EQ(above.getParentNode(), nullptr) << "a node can't hang below itself";
 }
 
-TEST_F(SceneTest, MakingHangingAndDeletingCanBeUndone) {
+TEST_F(SceneTest, CreatingMovingAndDeletingCanBeUndone) {
     undo.begin("make");
     StageNode& root = make("Rig");
     StageNode& arm = make("Rig", &root);
@@ -215,7 +215,7 @@ TEST_F(SceneTest, MeshesSelectionAndCopiesCanBeUndone) {
     EXPECT_EQ(scene.findByHostName("Body_02"), copy);
     EXPECT_EQ(copy->getParentNode(), &camera);
 
-    // A step that is cancelled inside another takes back its own part alone.
+    // Cancelling a step inside another undoes only its own part.
     undo.begin("outer");
     other.setName("Body");
     undo.begin("inner");
@@ -230,7 +230,7 @@ TEST_F(SceneTest, MeshesSelectionAndCopiesCanBeUndone) {
     EXPECT_EQ(scene.findByHostName("Gone"), nullptr);
 }
 
-TEST_F(SceneTest, ToolsFindTheirNodesAndLetGoOfThem) {
+TEST_F(SceneTest, ToolsFindTheirNodesAndReleaseThem) {
     auto* node = static_cast<StageNode*>(adaptor.createNode(tool, "Camera", MVR::kNodeCamera, 0));
     EXPECT_EQ(adaptor.createNode(tool, "Camera", MVR::kNodeCamera, 0), node) << "made once";
     EXPECT_EQ(adaptor.createNode(nullptr, "Camera"), nullptr);
@@ -239,7 +239,7 @@ TEST_F(SceneTest, ToolsFindTheirNodesAndLetGoOfThem) {
                            reinterpret_cast<std::intptr_t>(static_cast<MVR::SceneNode*>(node)));
     EXPECT_EQ(adaptor.getNodes(tool), (std::vector<MVR::SceneNode*>{node, child}));
 
-    // A handle that is given back leaves the owner; giving up the node itself does not.
+    // Releasing a handle leaves the owner; giving up the node itself does not.
     MVR::SceneNode* parent = child->getParent();
     EXPECT_TRUE(parent->isSameNode(node));
     child->release(parent);

@@ -25,7 +25,7 @@ protected:
         values.documents = folder.path;
         ASSERT_TRUE(opened.open(values, error)) << error;
     }
-    /// A tool to which nothing is bound: an unbound property reads its offset.
+    /// A tool without bindings: an unbound property reads its offset.
     void place(const char* type, const char* name, const std::vector<Setting>& settings) {
         ASSERT_NE(session.place({type, name, {}, settings}, error), nullptr) << error;
     }

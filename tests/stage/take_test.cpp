@@ -35,7 +35,7 @@ protected:
     StageNode* camera = nullptr;
 };
 
-TEST_F(TakeTest, OneKeyAFrameOnTheGridAndOneAtTheStart) {
+TEST_F(TakeTest, OneKeyPerFrameOnTheGridAndOneAtTheStart) {
     const TakeFigures figures = take(0, 0.4);
     EXPECT_EQ(figures.frames, 10);
     EXPECT_EQ(figures.endTime, 10 * 0.04);
@@ -52,7 +52,7 @@ TEST_F(TakeTest, OneKeyAFrameOnTheGridAndOneAtTheStart) {
     EXPECT_EQ(object->getCurves()[0].getKeys().front().value, 0) << "what stood there";
     EXPECT_EQ(object->getCurves()[0].getKeys()[1].value, 3);
     EXPECT_EQ(object->getCurves()[6].getKeys()[1].value, 1) << "no rotation is the identity";
-    // The camera flew an arc: 36 degrees to the left in 0.4 s, and 2 units of way.
+    // The camera flew an arc: 36 degrees to the left in 0.4 s, and 2 units long.
     EXPECT_NEAR(camera->evaluate(0.4).rotation[1], 0.30901699, 1e-6);
     const Vector3 place = camera->evaluate(0.4).position;
     EXPECT_LT(place[2], -0.5);
@@ -75,14 +75,14 @@ TEST_F(TakeTest, ALaterTakeLeavesEarlierKeysAloneAndGoesWithOneUndo) {
     const std::string second = table();
     ASSERT_TRUE(session.undo.undo());
     EXPECT_EQ(table(), first);
-    // A resimulation after the undo runs from the values of the first take.
+    // A resimulation after the undo uses the values of the first take.
     ASSERT_TRUE(resimulate(session, 0, 0.4, {}, error)) << error;
     EXPECT_LE(CurveCopy(session.scene).compare(before).largest, 1e-9);
     ASSERT_TRUE(session.undo.undo());
     EXPECT_FALSE(session.undo.redo() && table() == second) << "a new entry dropped it";
 }
 
-TEST_F(TakeTest, AResimulationRepeatsTheTakeAndFollowsAChangedSetting) {
+TEST_F(TakeTest, AResimulationRepeatsTheTakeAndFollowsAChangedParameter) {
     take(1, 1.4);
     const CurveCopy original(session.scene);
     ASSERT_TRUE(resimulate(session, 1, 1.4, {}, error)) << error;
@@ -96,11 +96,11 @@ TEST_F(TakeTest, AResimulationRepeatsTheTakeAndFollowsAChangedSetting) {
     ASSERT_TRUE(resimulate(session, 1, 1.4, {{"Object", "Position X", "offset", 6}}, error));
     EXPECT_EQ(object->evaluate(1.2).position[0], 6);
     EXPECT_NEAR(CurveCopy(session.scene).compare(original).largest, 3, 1e-12);
-    // The setting was for that resimulation alone.
+    // The parameter was only for that resimulation.
     ASSERT_TRUE(resimulate(session, 1, 1.4, {}, error)) << error;
     EXPECT_EQ(table(), again);
 
-    // One that is stopped keeps the frames that it has done, as one undo step.
+    // A stopped one keeps its frames, as one undo step.
     const std::vector<Key>& keys = object->getCurves()[0].getKeys();
     const auto run = resimulate(session, 1, 1.4, {}, error, [&keys] { return keys.size() >= 6; });
     ASSERT_TRUE(run && run->isCutShort) << error;
@@ -140,7 +140,7 @@ TEST_F(TakeTest, AZoomSetsKeysWhereTheLensMovesAndIsSimulatedToTheSame) {
         EXPECT_TRUE(difference.isSameFrames && difference.largest < 1e-9) << start << '\n'
                                                                           << table();
     }
-    // A take without it leaves the lens as it was at its start, and one undo brings all back.
+    // A take without zoom leaves the lens as it was at its start, and one undo restores all.
     const CurveCopy before(session.scene);
     plan.onFrame = {};
     session.timeline.setTime(0.2);

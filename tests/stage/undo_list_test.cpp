@@ -79,7 +79,7 @@ TEST_F(UndoListTest, WhatLeavesNoEntry) {
     list.cancel();
     EXPECT_EQ(take(), "ucub"
                       "dbdc")
-        << "taken back in reverse, then freed";
+        << "undone in reverse, then freed";
     list.cancel();
     EXPECT_EQ(take(), "uada");
     EXPECT_EQ(list.getUndoCount(), 0U);

@@ -1,5 +1,5 @@
-// The adaptor's way into the core: loads it, places a tool, records a take of two seconds, takes it
-// away and brings it back, simulates it again.
+// The adaptor's use of the core: loads it, places a tool, records a take of two seconds, undoes and
+// redoes it, and simulates it again.
 
 #include "small_adaptor.h"
 
@@ -57,7 +57,7 @@ bool load(const char* path, Library& library) {
     return true;
 }
 
-// What the host shows of the tools. The core tells when it is out of date.
+// The host's list of the tools. A message of the core says when it is out of date.
 class ToolList final : public MVR::Util::MessageNode {
 public:
     explicit ToolList(MVR::CoreTools& tools) : MessageNode("Tool list"), tools_(tools) {}
@@ -78,8 +78,8 @@ private:
     MVR::CoreTools& tools_;
 };
 
-// The input "Position" on the pendulum. Its own settings stay as they are but for the dead zone,
-// which a pendulum doesn't need.
+// Binds the input "Position" to the pendulum. Its parameters stay as they are, except for the dead
+// zone, which a pendulum doesn't need.
 MVR::Tag pendulumBindings() {
     MVR::Tag control = MVR::Tag::element("control");
     control.attributeRef("device") = "Pendulum";
@@ -97,7 +97,7 @@ MVR::Tag pendulumBindings() {
     return profile;
 }
 
-// The host's loop for the length of a take. The core's timers run in it.
+// The host's loop during a take. The core's timers run in it.
 void runTake(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     while (core.isRecording() && host.getTime() < kTakeSeconds) {
         const std::int32_t milliseconds = library.pumpEvents(nullptr);
@@ -108,7 +108,7 @@ void runTake(const Library& library, SmallHost& host, MVR::CoreInterface& core) 
     }
 }
 
-// One key for each frame of the take, none missing, and a movement in them.
+// Checks that each frame of the take has a key, and that the keys move.
 bool isWhole(const Keys& keys, double frameRate) {
     long frame = 0; // the take's first key is the one after its start
     double lowest = 0.0;
@@ -135,7 +135,7 @@ bool report(const char* what, bool isGood) {
     return isGood;
 }
 
-// A code of the core, with what it says of the reasons.
+// Prints a code of the core with its reasons.
 bool report(const char* what, std::int32_t code, MVR::CoreFaults& faults) {
     for (const MVR::CoreFault& fault : faults.list()) {
         std::printf("  %s\n", toText(fault).c_str());
@@ -153,17 +153,17 @@ bool recordAndSimulate(const Library& library, SmallHost& host, MVR::CoreInterfa
     runTake(library, host, core);
     const Keys take = node->keys;
     std::printf("keys: %zu\n", take.size());
-    bool isGood = report("one key a frame", isWhole(take, host.getFrameRate()));
+    bool isGood = report("one key per frame", isWhole(take, host.getFrameRate()));
 
-    isGood &= report("one undo takes it away", host.undo() && node->keys.empty());
-    isGood &= report("one redo brings it back", host.redo() && node->keys == take);
+    isGood &= report("one undo removes it", host.undo() && node->keys.empty());
+    isGood &= report("one redo restores it", host.redo() && node->keys == take);
 
     const std::int32_t code = core.resimulate(0.0, host.getTime());
     isGood &= report("simulated again, the same", code == 0 && isSame(take, node->keys));
     return isGood;
 }
 
-// The tool goes into a model's file and comes back as a second one.
+// Saves the tool as a model, and loads that as a second tool.
 bool passOn(const std::string& tool, MVR::CoreModels& models, MVR::CoreFaults& faults) {
     const std::string file =
         (std::filesystem::temp_directory_path() / "small_adaptor.prm").string();
@@ -175,7 +175,8 @@ bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     MVR::CoreTools* const tools = MVR::getTools(core);
     MVR::CoreModels* const models = MVR::getModels(core);
     MVR::CoreFaults* const faults = MVR::getFaults(core);
-    if (!report("a core of today", tools != nullptr && models != nullptr && faults != nullptr)) {
+    if (!report("a core with all extensions",
+                tools != nullptr && models != nullptr && faults != nullptr)) {
         return false;
     }
     ToolList list(*tools);
@@ -185,7 +186,7 @@ bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     std::string name;
     const std::int32_t code = tools->create("Follower", "", "", pendulumBindings(), &name);
     return report("tool placed", code, *faults) && recordAndSimulate(library, host, core) &&
-           passOn(name, *models, *faults) && report("told of two changes", list.changes == 2);
+           passOn(name, *models, *faults) && report("notified of two changes", list.changes == 2);
 }
 
 } // namespace

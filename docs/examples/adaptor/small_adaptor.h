@@ -2,5 +2,6 @@
 #pragma once
 
 // Exported as "recordTake". Uses the core library at that path; null means that of the package
-// which the adaptor was built with. 0 if all went well; else stdout or stderr tells what didn't.
+// with which the adaptor was built. Returns 0 for success; otherwise stdout or stderr says what
+// failed.
 using RecordTake = int (*)(const char* coreLibraryOrNull);

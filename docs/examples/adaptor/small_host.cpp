@@ -17,7 +17,7 @@ void takeBack(std::vector<MVR::Util::Owned<MVR::CUndo>>& step) {
 
 } // namespace
 
-// With these four MVR::Log and MVR::ErrorCode work in the host as they do in the core.
+// Because of these four, MVR::Log and MVR::ErrorCode work in the host as they do in the core.
 void SmallHost::setErrorCode(MVR::ErrorCode* table) {
     MVR::ErrorCode::adopt(table);
 }
@@ -40,7 +40,7 @@ MVR::SceneNode* SmallHost::createNode(MVR::CInterface* tool, std::string name, s
         return present;
     }
     nodes_.push_back(std::make_unique<SmallNode>(*this, name, tool));
-    // The user sees whose it is, unless the tool has a better name for it.
+    // Its name shows which tool it belongs to, unless the tool has a better one.
     nodes_.back()->setName(MVR::getToolIdentity(*tool).name + " " + name);
     return nodes_.back().get();
 }
@@ -69,7 +69,7 @@ std::vector<MVR::SceneNode*> SmallHost::getNodes(MVR::CInterface* tool) {
     return found;
 }
 
-// One entry for each node that the saved tool had. This host saves no scenes, so none is left.
+// One entry for each node that the saved tool had. This host saves no scenes, so all are gone.
 std::vector<MVR::SceneNode*> SmallHost::resolveNodes(MVR::Tag nodeInfo, std::string,
                                                      MVR::CInterface*) {
     return std::vector<MVR::SceneNode*>(nodeInfo.childCount("node"), nullptr);
@@ -98,7 +98,7 @@ void SmallHost::endUndo() {
     if (openSteps_.empty()) {
         undoable_.push_back(std::move(step));
         redoable_.clear();
-    } else { // a step within a step becomes part of it
+    } else { // an inner step becomes part of the outer one
         std::move(step.begin(), step.end(), std::back_inserter(openSteps_.back()));
     }
 }
@@ -142,7 +142,7 @@ void SmallHost::setRange(double start, double end) {
     end_ = end;
 }
 
-// What is on the undo list was made by the core or its tools, and must not outlive the attachment.
+// The core or its tools made what is on the undo list, and it must not outlive the attachment.
 void SmallHost::detachNotify() {
     openSteps_.clear();
     undoable_.clear();

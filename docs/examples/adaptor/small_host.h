@@ -1,4 +1,4 @@
-// The smallest host that a take can be recorded in: a flat scene, an undo list, a timeline.
+// The smallest host that can record a take: a flat scene, an undo list, a timeline.
 #pragma once
 
 #include "core/contract/adaptor_interface.h"
@@ -17,7 +17,7 @@ public:
     SmallHost& operator=(const SmallHost&) = delete;
 
     bool isRecording() const { return recording_; }
-    // The first object of the scene, or null.
+    // Returns the first object of the scene, or null.
     const SmallNode* firstNode() const { return nodes_.empty() ? nullptr : nodes_.front().get(); }
     bool redo();
 
@@ -61,7 +61,7 @@ public:
     MVR::Tag getSettingsLayout() override { return {}; }
 
 private:
-    // Objects of the core and its tools free themselves, in the library that made them.
+    // Objects of the core and its tools free themselves, in the library that created them.
     using UndoStep = std::vector<MVR::Util::Owned<MVR::CUndo>>;
 
     std::vector<std::unique_ptr<SmallNode>> nodes_;

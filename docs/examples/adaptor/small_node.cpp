@@ -10,7 +10,7 @@
 
 namespace {
 
-// An entry of the undo list: the keys before a take, and when undone the keys after it.
+// An entry of the undo list: the keys before a take or, once undone, those after it.
 class KeysUndo final : public MVR::CUndo {
 public:
     explicit KeysUndo(SmallNode& node) : node_(node), other_(node.keys) {}
@@ -46,7 +46,7 @@ Position SmallNode::at(double time) const {
 
 void SmallNode::release(MVR::SceneNode* handle) {
     if (handle == this) {
-        owner_ = nullptr; // the tool goes, the object stays in the scene
+        owner_ = nullptr; // the tool ends, the object stays in the scene
     }
 }
 
@@ -77,7 +77,7 @@ void SmallNode::getPosition(double position[3]) {
     std::copy(present.begin(), present.end(), position);
 }
 
-// A key while a take runs, the position at rest else.
+// Sets a key while a take runs, otherwise the position at rest.
 void SmallNode::setPosition(const double position[3]) {
     const Position written = {position[0], position[1], position[2]};
     if (host_.isRecording()) {

@@ -11,11 +11,11 @@
 class SmallHost;
 
 using Position = std::array<double, 3>;
-// By the number of the frame: times of one frame may differ in their last digits.
+// By frame number: times of one frame may differ in their last digits.
 using Keys = std::map<long, Position>;
 
-// Node, snapshot of itself and handler in one, which does for a scene without rotations, meshes and
-// visibility. The host owns it.
+// Node, snapshot of itself and handler in one, which is enough for a scene without rotations,
+// meshes and visibility. The host owns it.
 class SmallNode final : public MVR::SceneNode,
                         private MVR::TransformSnapshot,
                         private MVR::NodeTransformHandler {
@@ -25,10 +25,10 @@ public:
     Keys keys;
     Position rest{};
 
-    // The position at `time`: the last key up to there, or the one at rest.
+    // Returns the position at `time`: that of the last key up to there, or the one at rest.
     Position at(double time) const;
 
-    // What the core asks of every node. This host has a flat scene, so there are no parents.
+    // The core calls these on every node. This host has a flat scene, so there are no parents.
     std::intptr_t extend(std::int32_t, std::intptr_t) override { return 0; }
     void show() override { visible_ = true; }
     void hide() override { visible_ = false; }

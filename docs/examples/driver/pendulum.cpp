@@ -1,5 +1,5 @@
-// A device driver: one device, "Pendulum", with one control that swings between -1 and 1 once a
-// second. Everything that the core needs to know of a source of live input is in this file.
+// A device driver: one device, "Pendulum", with one control that swings between -1 and 1 once per
+// second. This file holds all that the core needs to know about a source of live input.
 
 #include "core/base/sdk/export.h"
 #include "core/base/sdk/log.h"
@@ -33,14 +33,15 @@ public:
         return index == 0 ? &swing_ : nullptr;
     }
 
-    // Once per frame of a take. A real device reads here what has arrived since, and never waits.
+    // Called once per frame of a take. A real device reads here what has arrived since, and never
+    // waits.
     bool update(std::int32_t) override {
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin_;
         swing_.setValue(std::sin(2.0 * kPi * seconds.count()));
         return true;
     }
 
-    // While the user looks for a control to bind, the one that moves most is taken.
+    // While the user looks for a control to bind, the one that moves most is chosen.
     bool prepareDetection() override { return update(0); }
     UniDevice::Control* detectControl(const std::vector<UniDevice::Control*>* excluded,
                                       void*) override {
@@ -63,12 +64,12 @@ MVR_EXPORT std::int32_t getVersion() {
 
 MVR_EXPORT void loadDevices(UniDevice::DeviceHandler* handler,
                             const UniDevice::DriverLoadInfo* info) {
-    // First: this library's copy of the code works on the core's handler and log from here on.
+    // From here on, this library's copy of the code works on the core's handler and log.
     UniDevice::DeviceHandler::adopt(handler);
     MVR::Log::adopt(info->log);
 
-    // The core destroys the device when the host detaches. The driver that the core brings along
-    // polls it; a library with many devices, or one connection for all of them, derives its own
+    // The core destroys the device when the host detaches. The core's own driver polls it; a
+    // library with many devices, or one connection for all of them, derives its own
     // UniDevice::Driver.
     auto* const pendulum = new Pendulum;
     pendulum->setDriver(handler->findDriver("dummydriver"));

@@ -1,5 +1,5 @@
-// A tool: "Follower" moves a helper object along x as its input "Position" tells. Everything that
-// the core needs to know of a kind of tool is in this file.
+// A tool: "Follower" moves a helper object along x by its input "Position". This file holds all
+// that the core needs to know about a kind of tool.
 
 #include "core/base/sdk/export.h"
 #include "core/contract/adaptor_interface.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-// What the host calls the tool's object: this, behind the name of the tool.
+// The host names the tool's object by the name of the tool, followed by this.
 const char* const kNodeName = "Target";
 
 // One placed tool.
@@ -23,14 +23,14 @@ class Follower final : public MVR::CCamera {
 public:
     using CCamera::CCamera;
 
-    // Inputs come into being here, so that the bindings of a saved scene find them.
+    // Inputs are added here, so that the bindings of a saved scene find them.
     std::int32_t init() override {
         position_ = getInterface()->addProperty(
             "Position", UniDevice::trinary | UniDevice::finite | UniDevice::infinite, nullptr);
         return 0;
     }
 
-    // A new tool makes its object; one from a saved scene finds it there.
+    // A new tool creates its object; one from a saved scene finds it there.
     std::int32_t create() override {
         return hasNode(getInterface()->createNode(kNodeName, MVR::kNodeHelper, 0));
     }
@@ -47,7 +47,7 @@ public:
     }
 
 private:
-    // Any code but 0 stops the creation, and the core tells the user.
+    // Any code but 0 stops the creation, and the core informs the user.
     std::int32_t hasNode(MVR::SceneNode* node) {
         node_ = node;
         return node_ != nullptr ? 0 : 1;
@@ -57,7 +57,7 @@ private:
     MVR::SceneNode* node_ = nullptr;          // the host's
 };
 
-// What the core knows of the tool before one is placed.
+// What the core knows about the tool before one is placed.
 class FollowerPlugin final : public MVR::CCameraPlugin {
 public:
     MVR::CCamera* create(MVR::CCamera::CreateParam* param) override { return new Follower(param); }
@@ -73,7 +73,7 @@ MVR_EXPORT std::int32_t getVersion() {
     return MVR::kPluginInterfaceVersion;
 }
 
-// Called with 0, 1, 2, ... until the result is null. The core owns what it gets.
+// Called with 0, 1, 2, ... until the result is null. The core owns the results.
 MVR_EXPORT MVR::CCameraPlugin* getPlugin(std::int32_t index) {
     return index == 0 ? new FollowerPlugin : nullptr;
 }

@@ -1,7 +1,7 @@
-// "Free Camera": a camera that is flown.
+// "Free Camera": a camera that the artist flies.
 //
 // Its seven inputs are velocities, so that a stick at rest leaves the camera as it is. The tool
-// keeps the pose between frames: it takes it from the scene when a take starts, and moves it by one
+// keeps the pose between frames: it reads it from the scene when a take starts, and moves it by one
 // frame's worth at each record(). "Zoom" does the same with the lens, once it is touched.
 
 #include "core/base/sdk/export.h"
@@ -19,11 +19,11 @@ constexpr std::int32_t kNoNode = 1; // the code of a failed step: anything but 0
 // A velocity may come from anything: a key, a hat switch, a stick, a wheel.
 constexpr std::int32_t kKinds =
     UniDevice::binary | UniDevice::trinary | UniDevice::finite | UniDevice::infinite;
-// Stored takes hold the inputs by their places: a new one goes to the end.
+// Stored takes hold the inputs by their positions: add a new one at the end.
 constexpr int kZoom = 6;
 constexpr int kInputs = 7;
-// In millimetres a second. A resimulation reads the stored input at times that were rounded anew,
-// and so may see a trace of the frame after.
+// In millimetres per second. A resimulation reads the stored input at times that were rounded anew,
+// and so may see a trace of the next frame.
 constexpr double kLeastRate = 1e-6;
 constexpr double kShortestMm = 1;
 constexpr double kLongestMm = 10000;
@@ -84,7 +84,7 @@ public:
         return node_ != nullptr ? 0 : kNoNode;
     }
 
-    // The flight begins where the camera stands at that moment.
+    // The flight begins at the camera's present pose.
     void startRecording(double time) override {
         isZooming_ = false;
         if (const MVR::ScopedTransform transform{getInterface(), node_, time}) {
@@ -107,7 +107,7 @@ public:
     }
 
 private:
-    // Scene time, not the clock, counts: so a resimulation flies the same path.
+    // Scene time counts, not the clock, so a resimulation flies the same path.
     void move(double seconds) {
         const double radians = kRadiansPerDegree * seconds;
         rotation_ = normalised(multiply(rotation_, turn(inputs_[4]->getValue() * radians,

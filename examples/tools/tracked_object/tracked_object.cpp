@@ -1,9 +1,9 @@
-// "Tracked Object": an object that stands where a tracking device says it stands.
+// "Tracked Object": an object with the pose that a tracking device reports.
 //
-// The smallest useful tool: seven inputs, one scene object, one key a frame. Position and rotation
-// are absolute and are written as they come in, so give its inputs a dead zone of 0. A model or a
-// saved scene may ask for a camera or a light in place of a plain object, in the tool's own
-// element: <customdata><kind>camera</kind></customdata>.
+// The smallest useful tool: seven inputs, one scene object, one key per frame. Position and
+// rotation are absolute and are written as they arrive, so give its inputs a dead zone of 0. A
+// model or a saved scene may ask for a camera or a light instead of a plain object, in the tool's
+// own element: <customdata><kind>camera</kind></customdata>.
 
 #include "core/base/sdk/export.h"
 #include "core/contract/adaptor_interface.h"
@@ -23,7 +23,7 @@ struct ObjectKind {
     const char* word;
     std::intptr_t kind;
 };
-// The first is that of a tool that isn't told another.
+// The first is the default.
 constexpr ObjectKind kObjectKinds[] = {
     {"object", MVR::kNodeHelper}, {"camera", MVR::kNodeCamera}, {"light", MVR::kNodeLight}};
 
@@ -31,7 +31,7 @@ class TrackedObject final : public MVR::CCamera {
 public:
     using MVR::CCamera::CCamera;
 
-    // What is saved of the tool itself. It comes back before init().
+    // The tool's own data in a file. It is restored before init().
     std::intptr_t extend(std::int32_t id, std::intptr_t data) override {
         auto* const tag = reinterpret_cast<MVR::Tag*>(data);
         if (id == MVR::ToolExtension::kGetCustomData && objectKind_ != kObjectKinds) {
@@ -47,7 +47,7 @@ public:
         return 0;
     }
 
-    // Properties are asked for in init(), so that they exist when saved bindings are looked up.
+    // Properties are added in init(), so that they exist when saved bindings are looked up.
     // The core owns them; they live as long as this tool.
     std::int32_t init() override {
         static const char* const positionNames[3] = {"Position X", "Position Y", "Position Z"};
@@ -62,7 +62,7 @@ public:
         return 0;
     }
 
-    // A new tool: make the object, and call it in the scene as the tool is called.
+    // A new tool creates its object, which has the name of the tool in the scene.
     std::int32_t create() override {
         node_ = getInterface()->createNode("Object", objectKind_->kind, 0);
         if (node_ == nullptr) {
@@ -72,14 +72,14 @@ public:
         return 0;
     }
 
-    // A tool from a saved scene: the object is there already.
+    // A tool from a saved scene finds its object there.
     std::int32_t load() override {
         node_ = getInterface()->createNode("Object");
         return node_ != nullptr ? 0 : kNoNode;
     }
 
-    // One frame of a take or of a resimulation. Both look alike from here: the properties read the
-    // live device in the one, the recorded values in the other.
+    // One frame of a take or of a resimulation: the properties read the live device in the one, the
+    // recorded values in the other.
     void record(double time) override {
         const MVR::ScopedTransform transform{getInterface(), node_, time};
         if (!transform) {

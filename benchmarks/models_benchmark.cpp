@@ -92,8 +92,8 @@ int keysOfProperty() {
 void fillKeys(CoreImplementation& core) {
     const int keys = keysOfProperty();
     for (PluginInstance* tool : core.getInstances(false)) {
-        tool->getRecordedValues().resize(kProperties);
-        for (auto& values : tool->getRecordedValues())
+        tool->getStoredInput().getValues().resize(kProperties);
+        for (auto& values : tool->getStoredInput().getValues())
             for (int i = 0; i < keys; ++i)
                 values.setKey(i / 60.0, i % 7);
     }
@@ -126,7 +126,7 @@ void saveAndLoad(benchmark::State& state, int count) {
     const std::vector<PluginInstance*> tools = core.getInstances(false);
     if (tools.size() != static_cast<std::size_t>(count))
         return state.SkipWithError("not all tools came back");
-    if (tools.front()->getRecordedValues().size() != kProperties)
+    if (tools.front()->getStoredInput().getValues().size() != kProperties)
         return state.SkipWithError("not all values came back");
     if (count == 10000)
         state.counters["hash"] = static_cast<double>(hash & 0xffffffff);

@@ -253,8 +253,8 @@ void resimulateBare(benchmark::State& state) {
 void minuteFrom(benchmark::State& state, int start) {
     Setup setup(kManyTools);
     for (PluginInstance* instance : setup.instances) {
-        instance->getRecordedValues().resize(kProperties);
-        for (auto& variable : instance->getRecordedValues())
+        instance->getStoredInput().getValues().resize(kProperties);
+        for (auto& variable : instance->getStoredInput().getValues())
             for (int frame = 1; frame < start * static_cast<int>(kFrameRate); ++frame)
                 variable.setKey(frame / kFrameRate, frame);
     }

@@ -8,6 +8,7 @@
 #include "plugins/contract/model_words.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/model_parts.h"
+#include "plugins/model/elements/unknown_elements.h"
 #include "unidevice/sdk/profile_managers.h"
 
 #include <cstddef>
@@ -125,7 +126,7 @@ void CoreImplementation::loadConfiguration(Tag configuration) {
     if (getRoot() == nullptr) // the attachment ends
         return;
     if (configuration.hasName(ModelWord::kTree))
-        getRoot()->getModelParts().unknown.readTree(configuration);
+        getRoot()->getModelParts().get<UnknownElements>().readTree(configuration);
     create(std::move(configuration), nullptr, false);
 }
 
@@ -138,7 +139,7 @@ void CoreImplementation::deleteAllInstances() {
     while (getRoot() != nullptr && !getRoot()->getChildren().empty())
         getRoot()->getChildReference(getRoot()->getChildren().size() - 1)->destroy();
     if (getRoot() != nullptr)
-        getRoot()->getModelParts().unknown.clear();
+        getRoot()->getModelParts().get<UnknownElements>().clear();
 }
 
 std::int32_t CoreImplementation::openMainDialog(std::intptr_t parentWindow) {

@@ -47,7 +47,6 @@ class PluginInstance final : public PluginInstanceVirtualDevice,
 public:
     using VirtualControl = MVR::VirtualControl;
     using COREComboUpdater = MVR::COREComboUpdater;
-    using RecordedValues = StoredInput::Values;
 
     /// What applyInputProfile() returns for a tag that isn't a profile.
     static constexpr std::int32_t kNoProfile = InstanceInputs::kNoProfile;
@@ -116,8 +115,8 @@ public:
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const {
         return inputs_.getProperties();
     }
-    /// Returns what is stored of its inputs; see StoredInput.
-    [[nodiscard]] RecordedValues& getRecordedValues() { return storedInput_.getValues(); }
+    /// Returns the raw input of its takes.
+    [[nodiscard]] StoredInput& getStoredInput() { return storedInput_; }
 
     /// A take begins at `time`, with input from `source`: the tool starts, then its scene nodes and
     /// its stored input.

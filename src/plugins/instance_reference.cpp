@@ -10,6 +10,7 @@
 #include "plugins/instance_reference_restore.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/model/attribute_pass.h"
+#include "plugins/model/elements/high_poly.h"
 #include "plugins/model/elements/model_parts.h"
 #include "plugins/model/model_file.h"
 #include "plugins/model/node_visibility.h"
@@ -86,7 +87,7 @@ InstanceReference::~InstanceReference() {
         own.emplace(this);
         destroyChildren(*own);
     }
-    modelParts_->highPoly.releaseNodes(); // of a creation that was aborted
+    modelParts_->get<HighPoly>().releaseNodes(); // of a creation that was aborted
     Log log(Log::Notice);
     log.write("Notifying parent of destruction");
     if (InstanceReference* const parent = getParentReference())
@@ -300,18 +301,18 @@ std::int32_t InstanceReference::applyAttributes(const Tag& data, std::uint32_t s
 
 void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& path,
                                      const ModelPlace& place) {
-    modelParts_->highPoly.merge(*getServices(), highPoly, path, place);
+    modelParts_->get<HighPoly>().merge(*getServices(), highPoly, path, place);
 }
 
 SceneNode* InstanceReference::findHighPolyNode(const std::string& name) const {
     for (const InstanceReference* each = this; each != nullptr; each = each->getParentReference())
-        if (SceneNode* const node = each->modelParts_->highPoly.find(name))
+        if (SceneNode* const node = each->modelParts_->get<HighPoly>().find(name))
             return node;
     return nullptr;
 }
 
 void InstanceReference::nameHighPolyNodes() {
-    modelParts_->highPoly.nameNodes(instance_->getName());
+    modelParts_->get<HighPoly>().nameNodes(instance_->getName());
 }
 
 void InstanceReference::setLowPolyVisible(bool visible) {

@@ -17,8 +17,8 @@ namespace MVR {
 class AdaptorInterface;
 class CoreImplementation;
 class CoreServices;
+class ModelParts;
 class ModelPlace;
-struct ModelParts;
 class PluginInstance;
 class SceneNode;
 class Tag;

@@ -81,8 +81,8 @@ struct SavingTest : Testing::TreeTest {
         makeNode(tool, "Wheel", &body).hide();
         makeNode(tool, "Hook", &outer);
         tool.findProperty("Move")->multiplier = 2.5;
-        tool.getRecordedValues().resize(2);
-        tool.getRecordedValues()[0].setKey(0.5, 0.1);
+        tool.getStoredInput().getValues().resize(2);
+        tool.getStoredInput().getValues()[0].setKey(0.5, 0.1);
         return reference;
     }
     /// Fifty tools on three levels, all of whose nodes hang below those of others.

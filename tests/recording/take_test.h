@@ -87,7 +87,7 @@ protected:
 
     /// Returns what is stored of the first property.
     Curve stored() const {
-        const Util::KeySequence& keys = tool->getRecordedValues().at(0).getKeys();
+        const Util::KeySequence& keys = tool->getStoredInput().getValues().at(0).getKeys();
         Curve pairs;
         for (std::size_t i = 0; i < keys.size(); ++i)
             pairs.emplace_back(keys[i].time, keys[i].value);

@@ -16,6 +16,7 @@
 #include "plugins/model/elements/table.h"
 #include "plugins/model/elements/tool_name.h"
 #include "plugins/model/elements/tool_type.h"
+#include "plugins/model/elements/unknown_elements.h"
 #include "plugins/model/model_place.h"
 #include "plugins/model/tool_start.h"
 
@@ -122,7 +123,7 @@ bool ToolLoad::begin() {
     adaptor().beginUndo("Create Oskel " + type);
     if (!makeInstance(*plugin, type))
         return false;
-    reference_.get()->getModelParts().unknown.read(data_);
+    reference_.get()->getModelParts().get<UnknownElements>().read(data_);
     ToolLoading tool{*reference_.get(), *reference_.get()->getInstance(), place_, path_};
     loadElements(Moment::BeforeInit, tool, data_);
     if (reference_.get() == nullptr) { // the tool removed itself

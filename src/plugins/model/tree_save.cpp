@@ -10,6 +10,7 @@
 #include "plugins/libraries/root_plugin.h"
 #include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
+#include "plugins/model/elements/unknown_elements.h"
 
 #include <cstddef>
 #include <deque>
@@ -58,7 +59,7 @@ public:
     void finish() {
         if (InstanceReference* const reference = saved_.get();
             reference != nullptr && !out_->isEmpty())
-            reference->getModelParts().unknown.writeTo(*out_);
+            reference->getModelParts().get<UnknownElements>().writeTo(*out_);
     }
 
     InstanceReference* nextChild() {

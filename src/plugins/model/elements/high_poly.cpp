@@ -53,7 +53,7 @@ bool isForHost(const Tag& option, const std::string& host) {
 } // namespace
 
 void HighPoly::save(const ToolSaving& tool, Tag& out) {
-    out.addChild(tool.reference.getModelParts().highPoly.read_);
+    out.addChild(tool.reference.getModelParts().get<HighPoly>().read_);
 }
 
 void HighPoly::load(ToolLoading& tool, const Tag& data) {

@@ -20,7 +20,7 @@ void HighPolyNames::save(const NodeSaving& saved, Tag& out) {
         out.addChild(Tag::element(kWord, name));
         hasName = true;
     }
-    const auto& read = saved.tool.reference.getModelParts().highPolyNames.read_;
+    const auto& read = saved.tool.reference.getModelParts().get<HighPolyNames>().read_;
     const auto found = read.find(saved.node.getName());
     if (hasName || found == read.end())
         return;
@@ -35,7 +35,7 @@ void HighPolyNames::load(NodeLoading& loaded, const Tag& data) {
         const Tag& entry = data.child(i);
         if (!entry.hasName(kWord))
             continue;
-        tool.reference.getModelParts().highPolyNames.read_[node.getName()].push_back(entry);
+        tool.reference.getModelParts().get<HighPolyNames>().read_[node.getName()].push_back(entry);
         node.getHighPolyNames().push_back(entry.value());
         SceneNode* const highPoly = tool.reference.findHighPolyNode(entry.value());
         if (highPoly == nullptr)

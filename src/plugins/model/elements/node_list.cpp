@@ -8,8 +8,10 @@
 #include "plugins/contract/c_mesh.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/instance_reference.h"
+#include "plugins/model/elements/high_poly_names.h"
 #include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
+#include "plugins/model/elements/unknown_elements.h"
 #include "plugins/model/model_place.h"
 
 namespace MVR {
@@ -37,7 +39,7 @@ void loadOne(ToolLoading& tool, const std::string& name, const Tag& data) {
 
 void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
     AdaptorInterface& adaptor = *tool.instance.getServices().getAdaptor();
-    const UnknownElements& unknown = tool.reference.getModelParts().unknown;
+    const UnknownElements& unknown = tool.reference.getModelParts().get<UnknownElements>();
     for (SceneNode* node : adaptor.getNodes(&tool.instance)) {
         Tag& tag = nodeInfo.addChild(Tag::element(kWord));
         const std::string name = node->getName();
@@ -49,7 +51,7 @@ void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
 
 void NodeListElement::load(ToolLoading& tool, const Tag& nodeInfo) {
     Log entry("Traversing detected nodes", Log::Notice);
-    tool.reference.getModelParts().highPolyNames.clear();
+    tool.reference.getModelParts().get<HighPolyNames>().clear();
     forEach(nodeInfo,
             [&tool](const std::string& name, const Tag& node) { loadOne(tool, name, node); });
 }

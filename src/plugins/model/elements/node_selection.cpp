@@ -18,7 +18,7 @@ constexpr const char* kModelTool = "PRM"; // the kind of tool that a model's sel
 void NodeSelection::save(const ToolSaving& tool, Tag& nodeInfo) {
     if (tool.instance.getPlugin()->getName() != kModelTool)
         return;
-    const NodeSelection& selection = tool.reference.getModelParts().selection;
+    const NodeSelection& selection = tool.reference.getModelParts().get<NodeSelection>();
     for (const Group& group : selection.groups_) {
         const InstanceReference* const owner = group.owner.get();
         if (owner == nullptr)
@@ -35,7 +35,7 @@ void NodeSelection::save(const ToolSaving& tool, Tag& nodeInfo) {
 void NodeSelection::load(ToolLoading& tool, const Tag& nodeInfo) {
     Log entry("setting node parent", Log::Notice);
     tool.isBranchDone = true;
-    NodeSelection& selection = tool.reference.getModelParts().selection;
+    NodeSelection& selection = tool.reference.getModelParts().get<NodeSelection>();
     selection.groups_.clear();
     selection.missing_.clear();
     std::vector<const Tag*> selected;

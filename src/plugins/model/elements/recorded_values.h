@@ -3,6 +3,7 @@
 #include "data/sdk/base64_buffer.h"
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
+#include "instance/stored_input.h"
 #include "plugins/model/elements/block_element.h"
 #include "plugins/model/elements/element.h"
 #include "plugins/model/model_place.h"
@@ -21,7 +22,7 @@ struct RecordedValuesElement {
     static void save(const ToolSaving& tool, Tag& out) {
         Tag list = Tag::element(kWord);
         std::string bytes;
-        for (const Util::AVar_Linear<double>& values : tool.instance.getRecordedValues()) {
+        for (const Util::AVar_Linear<double>& values : tool.instance.getStoredInput().getValues()) {
             bytes.resize(values.getDataSize());
             values.writeData(bytes.data(), bytes.size());
             list.addChild(blockElement(kBlockWord, bytes.data(), bytes.size()));
@@ -32,7 +33,7 @@ struct RecordedValuesElement {
         const Tag& list = data.child(kWord);
         if (list.isEmpty())
             return;
-        PluginInstance::RecordedValues& recorded = tool.instance.getRecordedValues();
+        StoredInput::Values& recorded = tool.instance.getStoredInput().getValues();
         recorded.resize(static_cast<std::size_t>(list.childCount(kBlockWord)));
         std::size_t index = 0;
         for (std::int32_t i = 0; i < list.childCount(); ++i) {

@@ -96,7 +96,7 @@ TEST(ToolPlan, AFileSaysTheSameAsTheOptions) {
     EXPECT_EQ(property.child("control").attribute("index"), "1");
 
     const std::pair<std::string, const char*> wrongs[] = {
-        {"bind A=B:c\nbond A=B:c\n", "bindings.txt:2: a line begins with"},
+        {"bind A=B:c\nbond A=B:c\n", "bindings.txt:2: a line must begin with"},
         {std::string(10'001, '\n'), "bindings.txt:10001: a file of bindings has at most 10000"},
         {std::string((1 << 20) + 1, '#'), "bindings.txt: File too large"}};
     for (const auto& [text, message] : wrongs) {

@@ -47,9 +47,9 @@ public:
     void close();
 
     /// Brings back a scene that was read from a file: nodes, time and tools, as getTools(). Nothing
-    /// of it can be undone. The tools that can't be made, as `"Camera" of type "Free Camera"`; they
-    /// would be lost if the scene were saved. getFaults() tells why.
-    [[nodiscard]] std::vector<std::string> openScene(const SceneData& data);
+    /// of it can be undone. getFaults() tells what can't be made; it would be lost if the scene
+    /// were saved.
+    void openScene(const SceneData& data);
     /// Writes the scene's file with all that goes on from here in another process. False, with the
     /// reason in `error` and the old file whole, if it can't be written.
     [[nodiscard]] bool saveScene(const std::string& path, std::string& error);

@@ -13,6 +13,8 @@ struct CoreFault {
     std::string element;   ///< what of the tool: the element of the file, with a name or a number
     std::string text;      ///< what is wrong with it, in English
     std::int32_t code = 0; ///< of ErrorCode, or a tool's own where it refused; 0 for none
+    /// The tool isn't there because of it. Each tool that is missing has one such fault.
+    bool isToolMissing = false;
 };
 
 /// The fault as one line for the user, such as "Model Dolly in /models, tool Camera, type: there is

@@ -6,7 +6,7 @@
 
 namespace MVR {
 
-/// One control of an CoreDevice.
+/// One control of a CoreDevice.
 struct CoreControl {
     std::string type;          ///< its identifier within the device, as a binding names it
     std::int32_t index = 0;    ///< the second identifier within the device

@@ -43,9 +43,9 @@ public:
     virtual Tag getDetachedConfiguration() = 0;
     /// Creates the tools that `configuration` describes, each with the scene nodes that it had,
     /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out:
-    /// the user is told, and the log says which. A scene has no folder of models: files that its
-    /// tools name are looked for in the user's documents and the shared data only. Tools that come
-    /// while a take runs have no part in it.
+    /// the user is told, and CoreFaults tells which and why. A scene has no folder of models: files
+    /// that its tools name are looked for in the user's documents and the shared data only. Tools
+    /// that come while a take runs have no part in it.
     virtual void loadConfiguration(Tag configuration) = 0;
     /// Destroys all tools, last first; their scene objects stay. For when the host closes its
     /// scene: nothing of it can be undone.

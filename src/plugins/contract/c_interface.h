@@ -18,9 +18,8 @@ class CMesh;
 /// from the first extend() of the tool to its destroy().
 ///
 /// When its operations may be called, unless their comments tell:
-/// - What only reads: at any time from init() on. So getDataPath(), getSaveData(),
-/// createNode(name),
-///   snapshots that nothing is written to, the times and rates.
+/// - What only reads: at any time from init() on. So getDataPath(), getSaveData(), times, rates,
+///   createNode(name), snapshots that nothing is written to.
 /// - What changes the scene: in create() and load(), and in takes, where a step of the host's undo
 ///   list is open. So addUndo(), destroyNode(), createNode() with a kind, writing to snapshots.
 ///   Keys are written in record() and finishRecording() only. Elsewhere, say in answer to a button,

@@ -2,6 +2,7 @@
 
 #include "data/sdk/base64_buffer.h"
 #include "data/sdk/byte_buffer.h"
+#include "data/sdk/packed_tag.h"
 #include "data/sdk/tag.h"
 
 #include <cstddef>
@@ -61,7 +62,7 @@ bool toModelText(const std::string& bytes, std::string& out, std::string& error)
     while (!waiting.empty()) {
         Tag& tag = *waiting.back();
         // A packed tree may hold packed ones: it is looked at again.
-        if (tag.attribute("compressed") == "1") {
+        if (MVR::isPacked(tag)) {
             ++packed;
             if (!unpackElement(tag, left, error)) {
                 error = "packed element " + std::to_string(packed) + ": " + error;

@@ -32,7 +32,7 @@ bool holdsPacked(const Tag& tree, std::string_view name) {
             const Tag& child = tag.child(i);
             if (!child.hasName(name))
                 continue;
-            if (child.attribute(kMark) == kMarked)
+            if (isPacked(child))
                 return true;
             waiting.push_back(&child);
         }
@@ -51,8 +51,12 @@ Tag packTag(const Tag& tree, std::string_view name) {
     return packed;
 }
 
+bool isPacked(const Tag& element) {
+    return element.attribute(kMark) == kMarked;
+}
+
 bool unpackTag(Tag& element) {
-    if (element.attribute(kMark) != kMarked)
+    if (!isPacked(element))
         return true;
     const Base64Buffer block(element.value());
     Tag tree;

@@ -1,5 +1,6 @@
 #include "instance/instance_inputs.h"
 
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device_handler.h"
 #include "unidevice/sdk/profile_managers.h"
@@ -10,9 +11,9 @@ namespace MVR {
 
 namespace {
 
-constexpr const char* kProperty = "property";
-constexpr const char* kControl = "control";
-constexpr const char* kName = "name";
+using UniDevice::BindingWord::kControl;
+using UniDevice::BindingWord::kName;
+using UniDevice::BindingWord::kProperty;
 
 bool isParameter(const Tag& element) {
     static const Tag all = [] {

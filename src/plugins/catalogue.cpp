@@ -1,6 +1,7 @@
 #include "plugins/catalogue.h"
 
 #include "core/base/sdk/log.h"
+#include "core/contract/catalogue_words.h"
 #include "platform/sdk/files.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/libraries/library.h"
@@ -103,19 +104,19 @@ void Catalogue::addModels(const std::string& folder) {
 }
 
 Tag Catalogue::describe() const {
-    Tag catalogue = Tag::element("Catalogue");
+    Tag catalogue = Tag::element(CatalogueWord::kCatalogue);
     for (const auto& each : entries_) {
-        Tag& entry = catalogue.addChild(Tag::element("entry"));
-        addText(entry, "name", each->getName());
-        addText(entry, "version", each->getVersion());
-        addText(entry, "about", each->getAbout());
+        Tag& entry = catalogue.addChild(Tag::element(CatalogueWord::kEntry));
+        addText(entry, CatalogueWord::kName, each->getName());
+        addText(entry, CatalogueWord::kVersion, each->getVersion());
+        addText(entry, CatalogueWord::kAbout, each->getAbout());
         for (const std::string& category : each->getCategories())
-            addText(entry, "category", category);
+            addText(entry, CatalogueWord::kCategory, category);
         if (each->getPlugin() != nullptr)
-            addText(entry, "type", each->getPlugin()->getName());
-        addText(entry, "file", each->getFile());
+            addText(entry, CatalogueWord::kType, each->getPlugin()->getName());
+        addText(entry, CatalogueWord::kFile, each->getFile());
         for (const Entry* required : each->getRequired())
-            addText(entry, "required", required->getName());
+            addText(entry, CatalogueWord::kRequired, required->getName());
     }
     return catalogue;
 }

@@ -35,22 +35,6 @@ std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
     return watches;
 }
 
-/// The elements "MVR_Plugin" below an element, at any depth.
-std::size_t countTools(const Tag& top) {
-    std::size_t count = 0;
-    std::vector<const Tag*> waiting{&top};
-    while (!waiting.empty()) {
-        const Tag& tag = *waiting.back();
-        waiting.pop_back();
-        for (std::int32_t i = 0; i < tag.childCount(); ++i)
-            if (tag.child(i).hasName(ModelWord::kTool)) {
-                ++count;
-                waiting.push_back(&tag.child(i));
-            }
-    }
-    return count;
-}
-
 /// One creation under way. While the tools are made they are below a holder, outside of the tree;
 /// each may begin another creation meanwhile.
 class Creation {
@@ -69,7 +53,6 @@ public:
         AdaptorInterface& adaptor = *services_.getAdaptor();
         adaptor.beginUndo("New Template");
         instantiateAll();
-        const std::size_t missing = countMissing();
 
         entry_.write("Setting object hierarchies");
         entry_.write("Setting object attributes");
@@ -82,6 +65,7 @@ public:
             (void)holder_->applyAttributes(wrapper_, stages);
 
         finish();
+        const std::size_t missing = tellMissing();
         InstanceReference* const first = insert();
         holder_.reset();
         adaptor.redraw();
@@ -92,8 +76,8 @@ private:
     [[nodiscard]] InstanceReference* root() const { return services_.getTree().getRoot(); }
     void wrap(Tag data);
     void instantiateAll();
-    [[nodiscard]] std::size_t countMissing();
     void finish();
+    [[nodiscard]] std::size_t tellMissing();
     InstanceReference* insert();
 
     CoreServices& services_;
@@ -103,6 +87,7 @@ private:
     InstanceReference::Watch parent_; // null: the root
     Tag wrapper_;                     // the data, in an element "MVR"
     Util::Owned<InstanceReference> holder_{new InstanceReference};
+    std::vector<PlannedTool> planned_;
 };
 
 void Creation::wrap(Tag data) {
@@ -123,19 +108,12 @@ void Creation::instantiateAll() {
             continue;
         std::int32_t error = 0;
         Util::Owned<InstanceReference> reference =
-            instantiate(services_, wrapper_.child(i), error, path);
+            instantiate(services_, wrapper_.child(i), error, path, planned_);
         if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error)
             entry_.write("Instanciator returned error", Log::Warning);
         else
             holder_->add(reference.release());
     }
-}
-
-std::size_t Creation::countMissing() {
-    std::vector<InstanceReference*> made;
-    holder_->collectInstances(made);
-    const std::size_t wanted = countTools(wrapper_) + 1; // with the holder
-    return wanted - std::min(wanted, made.size());
 }
 
 /// Tells the new tools that all of them exist, and ends their creation.
@@ -154,6 +132,24 @@ void Creation::finish() {
     entry_.write("Cleaning up");
     forEach([](InstanceReference& each) { each.getInstance()->setUnderCreation(false); });
     forEach([](InstanceReference& each) { each.nameHighPolyNodes(); });
+}
+
+/// Counts the tools of the data that aren't there; each has a fault that tells why.
+std::size_t Creation::tellMissing() {
+    std::vector<InstanceReference*> made;
+    holder_->collectInstances(made);
+    std::sort(made.begin(), made.end());
+    std::size_t missing = 0;
+    for (PlannedTool& tool : planned_) {
+        // The host's undo list may keep one that was removed.
+        if (std::binary_search(made.begin(), made.end(), tool.reference.get()))
+            continue;
+        ++missing;
+        if (!tool.place.isMissingTold())
+            tool.place.logMissing(ModelWord::kTool, "it was removed again",
+                                  reportCode(Codes::kToolGone));
+    }
+    return missing;
 }
 
 /// Moves the tools from the holder into the tree, last first. Returns the one that is moved last.
@@ -187,29 +183,25 @@ std::int32_t createFromModel(CoreServices& services, const std::string& path,
                              InstanceReference* parent, RecentList& recent) {
     FaultList& faults = services.getFaults();
     const FaultList::Operation operation(faults);
-    const std::size_t faultsBefore = faults.getFaults().size();
-    // Each missing tool has told why, except one that removed itself.
-    const auto addUntold = [&](const std::string& text) {
-        if (faults.getFaults().size() == faultsBefore)
-            faults.add({path, "", "", text, 0});
-    };
     Tag model;
     if (!readModelFile(path, model))
         return reportCode(Codes::kModelUnreadable);
     if (!model.hasName(ModelWord::kTree) && !model.hasName(ModelWord::kTool)) {
         Log(Log::Error).write("No model in file", path, Log::OwnLevel);
-        addUntold("it holds no model");
-        return reportCode(Codes::kModelInvalid);
+        const std::int32_t code = reportCode(Codes::kModelInvalid);
+        faults.add({path, "", "", "it holds no model", code});
+        return code;
     }
     const Created created = createTools(services, std::move(model), parent, &recent);
     if (created.first == nullptr) {
         Log(Log::Error).write("Nothing created from model", path, Log::OwnLevel);
-        addUntold("no tool of it could be made");
-        return reportCode(Codes::kModelNothingCreated);
+        const std::int32_t code = reportCode(Codes::kModelNothingCreated);
+        if (created.missing == 0)
+            faults.add({path, "", "", "no tool of it could be made", code});
+        return code;
     }
     if (created.missing == 0)
         return 0;
-    addUntold("some of its tools are missing");
     Log(Log::Warning)
         .write("Tools missing from model " + path, static_cast<std::int32_t>(created.missing),
                Log::OwnLevel);

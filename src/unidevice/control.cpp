@@ -2,6 +2,7 @@
 
 #include "data/sdk/tag.h"
 #include "unidevice/attribute_fits.h"
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control_target.h"
 #include "unidevice/sdk/device.h"
 
@@ -31,19 +32,19 @@ void Control::toTag(MVR::Tag& out) const {
     if (device) {
         device->toTag(out);
     } else {
-        out = MVR::Tag::element("control");
+        out = MVR::Tag::element(BindingWord::kControl);
     }
-    out.attributeRef("type") = type;
-    out.attributeRef("index") = std::to_string(index);
+    out.attributeRef(BindingWord::kType) = type;
+    out.attributeRef(BindingWord::kIndex) = std::to_string(index);
     out.addChild(
         MVR::Tag::element("description", device ? device->name + ": " + description : description));
 }
 
 bool Control::matches(const MVR::Tag& tag) const {
-    if ((device && !device->matches(tag)) || tag.attribute("type") != type) {
+    if ((device && !device->matches(tag)) || tag.attribute(BindingWord::kType) != type) {
         return false;
     }
-    return attributeFits(tag, "index", index);
+    return attributeFits(tag, BindingWord::kIndex, index);
 }
 
 double Control::getValue() const {

@@ -2,6 +2,7 @@
 
 #include "data/sdk/tag.h"
 #include "unidevice/attribute_fits.h"
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device_handler.h"
 #include "unidevice/sdk/driver.h"
@@ -22,10 +23,10 @@ Device::~Device() {
 }
 
 void Device::toTag(MVR::Tag& out) const {
-    out = MVR::Tag::element("control");
-    out.attributeRef("device") = name;
+    out = MVR::Tag::element(BindingWord::kControl);
+    out.attributeRef(BindingWord::kDevice) = name;
     if (deviceIndex != 0) {
-        out.attributeRef("devindex") = std::to_string(deviceIndex);
+        out.attributeRef(BindingWord::kDeviceIndex) = std::to_string(deviceIndex);
     }
 }
 
@@ -88,8 +89,9 @@ std::int32_t Device::handlerIndex() const {
 }
 
 bool Device::matches(const MVR::Tag& tag) const {
-    const std::string wanted = tag.attribute("device");
-    return (wanted.empty() || wanted == name) && attributeFits(tag, "devindex", deviceIndex);
+    const std::string wanted = tag.attribute(BindingWord::kDevice);
+    return (wanted.empty() || wanted == name) &&
+           attributeFits(tag, BindingWord::kDeviceIndex, deviceIndex);
 }
 
 Control* Device::mostMovedControl(const std::vector<Control*>* excluded) {

@@ -2,6 +2,7 @@
 
 #include "core/base/sdk/log.h"
 #include "data/sdk/tag.h"
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/device_handler.h"
 #include "unidevice/sdk/driver.h"
 
@@ -65,13 +66,14 @@ void EmulatedTControl::toTag(MVR::Tag& out) const {
 }
 
 bool EmulatedTControl::matches(const MVR::Tag& tag) const {
-    if (!positive || !negative || !Control::matches(tag) || tag.childCount("control") != 2) {
+    if (!positive || !negative || !Control::matches(tag) ||
+        tag.childCount(BindingWord::kControl) != 2) {
         return false;
     }
     bool positiveFits = false;
     bool negativeFits = false;
     for (std::int32_t i = 0; i < 2; ++i) {
-        const MVR::Tag& source = tag.child("control", i);
+        const MVR::Tag& source = tag.child(BindingWord::kControl, i);
         const std::string direction = source.attribute(kDirection);
         if (direction == "positive" && positive->matches(source)) {
             positiveFits = true;
@@ -125,8 +127,8 @@ Control* EmulatedTrinaryDevice::findControl(const MVR::Tag& tag) {
     if (Control* existing = Device::findControl(tag)) {
         return existing;
     }
-    const MVR::Tag& first = tag.child("control", 0);
-    const MVR::Tag& second = tag.child("control", 1);
+    const MVR::Tag& first = tag.child(BindingWord::kControl, 0);
+    const MVR::Tag& second = tag.child(BindingWord::kControl, 1);
     if (first.isEmpty() || second.isEmpty()) {
         return nullptr;
     }

@@ -1,6 +1,7 @@
 #include "unidevice/sdk/property.h"
 
 #include "data/sdk/tag.h"
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 
 #include <cmath>
@@ -17,10 +18,10 @@ struct Parameter {
 
 // In the order in which a file holds them.
 constexpr Parameter kParameters[] = {
-    {"multiplier", &Property::multiplier},
-    {"exponent", &Property::exponent},
-    {"deadzone", &Property::deadzone},
-    {"offset", &Property::offset},
+    {BindingWord::kMultiplier, &Property::multiplier},
+    {BindingWord::kExponent, &Property::exponent},
+    {BindingWord::kDeadzone, &Property::deadzone},
+    {BindingWord::kOffset, &Property::offset},
 };
 
 } // namespace
@@ -76,8 +77,8 @@ void Property::readSettings(const MVR::Tag& tag) {
 }
 
 void Property::toTag(MVR::Tag& out, bool isExact) const {
-    out = MVR::Tag::element("property");
-    out.attributeRef("name") = name;
+    out = MVR::Tag::element(BindingWord::kProperty);
+    out.attributeRef(BindingWord::kName) = name;
     for (const Parameter& parameter : kParameters) {
         out.addChild(isExact ? MVR::Tag::exactElement(parameter.name, this->*parameter.field)
                              : MVR::Tag::element(parameter.name, this->*parameter.field));

@@ -1,5 +1,6 @@
 #include "stage/commands/model_views.h"
 
+#include "core/contract/catalogue_words.h"
 #include "platform/sdk/files.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
@@ -51,14 +52,15 @@ std::string join(const MVR::Tag& entry, const char* name) {
 }
 
 void print(const MVR::Tag& entry) {
-    std::string text = entry.child("name").value();
-    if (const std::string& version = entry.child("version").value(); !version.empty()) {
+    namespace Word = MVR::CatalogueWord;
+    std::string text = entry.child(Word::kName).value();
+    if (const std::string& version = entry.child(Word::kVersion).value(); !version.empty()) {
         text += " " + version;
     }
-    if (const std::string& about = entry.child("about").value(); !about.empty()) {
+    if (const std::string& about = entry.child(Word::kAbout).value(); !about.empty()) {
         text += "\n  " + about;
     }
-    for (const char* name : {"category", "type", "required", "file"}) {
+    for (const char* name : {Word::kCategory, Word::kType, Word::kRequired, Word::kFile}) {
         if (const std::string words = join(entry, name); !words.empty()) {
             text += std::string("\n  ") + name + " " + words;
         }

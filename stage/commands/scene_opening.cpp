@@ -1,7 +1,7 @@
 #include "stage/commands/scene_opening.h"
 
+#include "core/base/sdk/error_code.h"
 #include "core/contract/core_faults.h"
-#include "plugins/contract/model_words.h"
 #include "stage/commands/outputs.h"
 #include "stage/host/session.h"
 
@@ -17,6 +17,12 @@ bool isSameFile(const std::string& path, const std::string& other) {
     return !other.empty() && std::filesystem::equivalent(path, other, error) && !error;
 }
 
+/// A scene does without controls that aren't there, and keeps their bindings.
+bool isGrave(const MVR::CoreFault& fault) {
+    return fault.isToolMissing ||
+           MVR::ErrorCode::instance()->find(fault.code).getIdentifier() != "INPUT_CONTROLSMISSING";
+}
+
 } // namespace
 
 void tellFault(const std::string& path, const MVR::CoreFault& fault) {
@@ -24,21 +30,20 @@ void tellFault(const std::string& path, const MVR::CoreFault& fault) {
 }
 
 ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& opening) {
-    const std::vector<std::string> missing = session.openScene(data);
-    bool isWhole = missing.empty();
+    session.openScene(data);
+    bool isWhole = true;
+    std::string missing;
     for (const MVR::CoreFault& fault : session.getFaults()) {
-        // A scene does without controls that aren't there, and keeps their bindings.
-        if (fault.element != MVR::ModelWord::kInputProfile) {
+        if (fault.isToolMissing) {
+            missing += (missing.empty() ? "\"" : ", \"") + fault.tool + "\"";
+        }
+        if (isGrave(fault)) {
             tellFault(opening.path, fault);
             isWhole = false;
         }
     }
-    std::string names;
-    for (const std::string& tool : missing) {
-        names += (names.empty() ? "" : ", ") + tool;
-    }
     if (!missing.empty()) {
-        complain(opening.path + ": these tools of the scene can't be created: " + names);
+        complain(opening.path + ": these tools of the scene can't be created: " + missing);
     }
     if (!missing.empty() && isSameFile(opening.path, opening.target) && !opening.isForced) {
         return fail(ExitCode::CoreOrToolMissing,

@@ -5,7 +5,6 @@
 #include "unidevice/sdk/property.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <utility>
 
 namespace Stage {
@@ -68,26 +67,11 @@ void Session::close() {
     library_.detach(std::exchange(core_, nullptr));
 }
 
-std::vector<std::string> Session::openScene(const SceneData& data) {
+void Session::openScene(const SceneData& data) {
     bringScene(data, scene, timeline);
     core_->loadConfiguration(data.configuration);
     undo.clear();
-    std::unordered_map<std::string, MVR::CInterface*> byName;
-    for (const MVR::CoreTool& tool : tree_->list()) {
-        byName.emplace(tool.name, tool.access);
-    }
-    std::vector<std::string> missing;
-    forEachTool(data.configuration, [&](const MVR::Tag& tag) {
-        ToolPlan plan = listTool(tag);
-        const auto found = byName.find(plan.name);
-        if (found == byName.end()) {
-            missing.push_back("\"" + plan.name + "\" of type \"" + plan.type + "\"");
-            return;
-        }
-        tools_.push_back(std::make_unique<PlacedTool>(PlacedTool{std::move(plan), found->second}));
-        byName.erase(found);
-    });
-    return missing;
+    (void)adoptTools();
 }
 
 std::vector<const PlacedTool*> Session::adoptTools() {

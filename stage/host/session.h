@@ -46,10 +46,10 @@ public:
     [[nodiscard]] bool open(const InstallValues& values, std::string& error);
     void close();
 
-    /// Restores a scene that was read from a file: nodes, time and tools, as getTools(). None of it
-    /// can be undone. Returns the tools that can't be created, as `"Camera" of type "Free Camera"`;
-    /// they would be lost if the scene were saved. getFaults() says why.
-    [[nodiscard]] std::vector<std::string> openScene(const SceneData& data);
+    /// Restores a scene that was read from a file: nodes, time and tools, as getTools(). Nothing
+    /// of it can be undone. getFaults() tells what can't be created; it would be lost if the scene
+    /// were saved.
+    void openScene(const SceneData& data);
     /// Writes the scene's file, from which another process can go on. Returns false, with the
     /// reason in `error` and the old file intact, if it can't be written.
     [[nodiscard]] bool saveScene(const std::string& path, std::string& error);

@@ -2,6 +2,7 @@
 
 #include "data/sdk/base64_buffer.h"
 #include "data/sdk/byte_buffer.h"
+#include "data/sdk/packed_tag.h"
 #include "data/sdk/tag.h"
 
 #include <cstddef>
@@ -60,8 +61,8 @@ bool toModelText(const std::string& bytes, std::string& out, std::string& error)
     std::vector<Tag*> waiting = {&tree}; // the next one last
     while (!waiting.empty()) {
         Tag& tag = *waiting.back();
-        // A packed tree may hold packed ones, so it is visited again.
-        if (tag.attribute("compressed") == "1") {
+        // A packed tree may hold packed ones: it is looked at again.
+        if (MVR::isPacked(tag)) {
             ++packed;
             if (!unpackElement(tag, left, error)) {
                 error = "packed element " + std::to_string(packed) + ": " + error;

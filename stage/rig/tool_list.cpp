@@ -2,6 +2,7 @@
 
 #include "plugins/contract/model_words.h"
 #include "stage/base/text.h"
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/profile_managers.h"
 
 #include <utility>
@@ -10,6 +11,7 @@ namespace Stage {
 
 namespace {
 
+namespace BindingWord = UniDevice::BindingWord;
 using MVR::Tag;
 
 template <typename Call>
@@ -35,15 +37,16 @@ std::vector<Binding> listBindings(const Tag& profile) {
     std::vector<Binding> bindings;
     for (std::int32_t i = 0; i < profile.childCount(); ++i) {
         const Tag& property = profile.child(i);
-        const Tag& control = property.child("control");
-        const std::string device = control.attribute("device");
-        if (!property.hasName("property") || device.empty()) {
+        const Tag& control = property.child(BindingWord::kControl);
+        const std::string device = control.attribute(BindingWord::kDevice);
+        if (!property.hasName(BindingWord::kProperty) || device.empty()) {
             continue;
         }
-        Binding binding{property.attribute("name"), device, 0, control.attribute("type"), 0};
-        // A number that can't be read stays 0, as in the core.
-        (void)toNumber(control.attribute("devindex"), binding.deviceIndex);
-        (void)toNumber(control.attribute("index"), binding.index);
+        Binding binding{property.attribute(BindingWord::kName), device, 0,
+                        control.attribute(BindingWord::kType), 0};
+        // A number that can't be read stays 0, as the core takes it.
+        (void)toNumber(control.attribute(BindingWord::kDeviceIndex), binding.deviceIndex);
+        (void)toNumber(control.attribute(BindingWord::kIndex), binding.index);
         bindings.push_back(std::move(binding));
     }
     return bindings;
@@ -51,10 +54,7 @@ std::vector<Binding> listBindings(const Tag& profile) {
 
 ToolPlan listTool(const Tag& tag) {
     ToolPlan plan;
-    plan.type = tag.child(MVR::ModelWord::kType).value();
-    if (plan.type.empty()) {
-        plan.type = tag.child("pluginname").value();
-    }
+    plan.type = MVR::ModelWord::typeOf(tag);
     plan.name = tag.child(MVR::ModelWord::kName).value();
     plan.bindings =
         listBindings(tag.child(MVR::ModelWord::kInputProfile).child(MVR::kProfileElement));

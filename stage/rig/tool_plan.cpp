@@ -2,6 +2,7 @@
 
 #include "platform/sdk/files.h"
 #include "stage/base/text.h"
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/profile_managers.h"
 #include "unidevice/sdk/property.h"
 
@@ -13,8 +14,10 @@ namespace Stage {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> kSettingNames = {"multiplier", "exponent", "deadzone",
-                                                           "offset"};
+namespace BindingWord = UniDevice::BindingWord;
+
+constexpr std::array<std::string_view, 4> kSettingNames = {
+    BindingWord::kMultiplier, BindingWord::kExponent, BindingWord::kDeadzone, BindingWord::kOffset};
 /// The most lines of a plan file; a rig has a few dozen.
 constexpr std::uint64_t kMostPlanBytes = 1 << 20;
 constexpr std::size_t kMostPlanLines = 10'000;
@@ -24,11 +27,11 @@ bool names(const Setting& setting, const std::string& property) {
 }
 
 MVR::Tag toControl(const Binding& binding) {
-    MVR::Tag control = MVR::Tag::element("control");
-    control.attributeRef("device") = binding.device;
-    control.attributeRef("devindex") = std::to_string(binding.deviceIndex);
-    control.attributeRef("type") = binding.type;
-    control.attributeRef("index") = std::to_string(binding.index);
+    MVR::Tag control = MVR::Tag::element(BindingWord::kControl);
+    control.attributeRef(BindingWord::kDevice) = binding.device;
+    control.attributeRef(BindingWord::kDeviceIndex) = std::to_string(binding.deviceIndex);
+    control.attributeRef(BindingWord::kType) = binding.type;
+    control.attributeRef(BindingWord::kIndex) = std::to_string(binding.index);
     return control;
 }
 
@@ -84,7 +87,7 @@ bool parseSetting(const std::string& text, const std::vector<ToolPlan>& tools, S
                 "\" is not a parameter: use multiplier, exponent, deadzone or offset";
         return false;
     }
-    if (setting.name == "deadzone" && setting.value == 1.0) {
+    if (setting.name == BindingWord::kDeadzone && setting.value == 1.0) {
         error = "a deadzone of 1 leaves nothing of the control";
         return false;
     }
@@ -146,8 +149,8 @@ MVR::Tag toProfile(const ToolPlan& plan) {
         }
     }
     for (const std::string& name : properties) {
-        MVR::Tag property = MVR::Tag::element("property");
-        property.attributeRef("name") = name;
+        MVR::Tag property = MVR::Tag::element(BindingWord::kProperty);
+        property.attributeRef(BindingWord::kName) = name;
         for (const Setting& setting : plan.settings) {
             if (!names(setting, name)) {
                 continue;
@@ -170,7 +173,7 @@ MVR::Tag toProfile(const ToolPlan& plan) {
 }
 
 void apply(const Setting& setting, UniDevice::Property& property) {
-    MVR::Tag tag = MVR::Tag::element("property");
+    MVR::Tag tag = MVR::Tag::element(BindingWord::kProperty);
     tag.addChild(MVR::Tag::element(setting.name, toText(setting.value)));
     property.readSettings(tag);
 }

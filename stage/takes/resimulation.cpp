@@ -1,5 +1,6 @@
 #include "stage/takes/resimulation.h"
 
+#include "stage/host/core_code.h"
 #include "stage/host/session.h"
 #include "stage/scene/curve_copy.h"
 #include "unidevice/sdk/property.h"
@@ -50,7 +51,7 @@ std::optional<ResimulationRun> resimulate(Session& session, double start, double
         mapping->property->offset = mapping->offset;
     }
     if (code != 0) {
-        error = "the core can't simulate: code " + std::to_string(code);
+        error = "the core can't simulate: " + describeCode(code);
         return std::nullopt;
     }
     return run;

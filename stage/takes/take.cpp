@@ -2,6 +2,7 @@
 
 #include "core/contract/setting_ids.h"
 #include "stage/base/machine.h"
+#include "stage/host/core_code.h"
 #include "stage/host/session.h"
 #include "stage/scene/scene.h"
 
@@ -145,7 +146,7 @@ std::optional<TakeFigures> runTake(Session& session, const TakePlan& plan, const
     }
     session.scene.setKeyListener({});
     if (code != 0) {
-        error = "the core can't start a take: code " + std::to_string(code);
+        error = "the core can't start a take: " + describeCode(code);
         return std::nullopt;
     }
     return figures;

@@ -2,6 +2,7 @@
 
 #include "core/contract/core_extensions.h"
 #include "platform/sdk/files.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/contract/tool_identity.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_device.h"
@@ -299,6 +300,11 @@ TEST_F(ExtensionTest, FaultsNameModelToolElementAndReason) {
                     faults->tell("told.obj: line 3 is no face"));
         return std::vector<Testing::TestNode*>();
     };
+    rig->onExtend = [](Testing::ScriptedTool& tool, std::int32_t id, std::intptr_t) {
+        if (id == ToolExtension::kAfterCreate && tool.getName() == "shy")
+            tool.getInterface()->extend(43, 0);
+        return std::intptr_t{0};
+    };
     write("told.obj", "x");
     write("mute.obj", "x");
     const std::string folder = " in " + home.documents();
@@ -328,6 +334,17 @@ TEST_F(ExtensionTest, FaultsNameModelToolElementAndReason) {
          rigText("a", "<MVR_Plugin><type>No</type><name>b</name></MVR_Plugin>"),
          "MODEL_INCOMPLETE",
          {"Model a" + folder + ", tool b, type: there is no such kind of tool: No"}},
+        {"above.prm",
+         "<MVR_Plugin><type>No</type><name>b</name>" + rigText("a", rigText("c")) + "</MVR_Plugin>",
+         "MODEL_NOTHINGCREATED",
+         {"Model b" + folder + ", tool b, type: there is no such kind of tool: No",
+          "Model b" + folder + ", tool a, MVR_Plugin: the tool above it can't be made",
+          "Model b" + folder + ", tool c, MVR_Plugin: the tool above it can't be made"}},
+        {"shy.prm",
+         rigText("g", rigText("shy", rigText("h"))),
+         "MODEL_INCOMPLETE",
+         {"Model g" + folder + ", tool h, MVR_Plugin: it was taken away again",
+          "Model g" + folder + ", tool shy, MVR_Plugin: it was taken away again"}},
         {"init.prm",
          "<MVR_Plugin><type>Stubborn</type><name>c</name></MVR_Plugin>",
          "MODEL_NOTHINGCREATED",
@@ -348,6 +365,9 @@ TEST_F(ExtensionTest, FaultsNameModelToolElementAndReason) {
         EXPECT_EQ(identifierOf(models->load(write(each.name, each.text), "")), each.code)
             << each.name;
         EXPECT_EQ(faultLines(), each.faults) << each.name;
+        for (const CoreFault& fault : faults->list())
+            EXPECT_EQ(fault.isToolMissing, fault.element == "type" || fault.element == "MVR_Plugin")
+                << each.name;
     }
     EXPECT_NE(tools->create("Stubborn", "", "", Tag(), nullptr), 0);
     ASSERT_EQ(faults->list().size(), 1U);

@@ -128,8 +128,9 @@ TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsCreated) {
     for (auto& each : cases) {
         newLog();
         std::int32_t error = -1;
+        std::vector<PlannedTool> planned;
         const Util::Owned<InstanceReference> made =
-            instantiate(core->AdaptorManager::getServices(), each.data, error, "");
+            instantiate(core->AdaptorManager::getServices(), each.data, error, "", planned);
         EXPECT_EQ(identifierOf(error), each.identifier);
         EXPECT_EQ(made != nullptr, each.isMade) << each.line;
         EXPECT_EQ(toolCount(), each.isMade ? 3 : 1) << each.line;

@@ -93,6 +93,12 @@ inline constexpr CodeRow kModelNothingCreated{"MODEL_NOTHINGCREATED", ErrorCode:
                                               "No tool of the model could be created"};
 inline constexpr CodeRow kModelIncomplete{"MODEL_INCOMPLETE", ErrorCode::Warning,
                                           "Some tools of the model could not be created"};
+// A scene object of a saved tool isn't in the scene: bring it back, or place the tool anew.
+inline constexpr CodeRow kNodeMissing{"MODEL_NODEMISSING", ErrorCode::Warning,
+                                      "A scene object of the tool isn't there"};
+// A tool took itself away, or the host did, before its creation ended.
+inline constexpr CodeRow kToolGone{"MODEL_TOOLGONE", ErrorCode::Warning,
+                                   "The tool was taken away again"};
 // No tool of the tree has the name that is to be saved.
 inline constexpr CodeRow kModelNoTool{"MODEL_NOTOOL", ErrorCode::Error,
                                       "There is no tool of that name"};
@@ -114,6 +120,9 @@ inline constexpr CodeRow kToolBadProfile{"TOOL_BADPROFILE", ErrorCode::Error,
 // Input. A driver refused to start its device, or to end it: its lines in the log may tell why.
 inline constexpr CodeRow kInputInactive{"INPUT_INACTIVE", ErrorCode::Warning,
                                         "An input device can't listen"};
+// Controls that bindings name aren't there: the bindings are kept, and work again once they are.
+inline constexpr CodeRow kControlsMissing{"INPUT_CONTROLSMISSING", ErrorCode::Warning,
+                                          "Some controls aren't there"};
 
 // Recording. A take or a resimulation runs, or is being ended: wait for its end, or stop it.
 inline constexpr CodeRow kAlreadyRecording{"ALREADYRECORDING", ErrorCode::Error,

@@ -13,6 +13,8 @@ struct CoreFault {
     std::string element;   ///< of the tool: the element of the file, with a name or a number
     std::string text;      ///< what is wrong with it, in English
     std::int32_t code = 0; ///< of ErrorCode, or the tool's own if it refused; 0 for none
+    /// True if the tool is missing because of it. Each missing tool has exactly one such fault.
+    bool isToolMissing = false;
 };
 
 /// Returns the fault as one line for the user, such as "Model Dolly in /models, tool Camera, type:

@@ -43,16 +43,18 @@ bool unpackTool(Tag& data) {
 /// constructor and end().
 class ToolLoad {
 public:
-    /// `outermost` is the one that all others of the model are below, null for that itself.
-    ToolLoad(CoreServices& services, Tag& data, const std::string& path, const ToolLoad* outermost)
+    /// `outermost` is the one that all others of the model hang below, and `above` the one that
+    /// this tool does; both null for the outermost itself.
+    ToolLoad(CoreServices& services, Tag& data, const std::string& path, const ToolLoad* outermost,
+             const ToolLoad* above)
         : services_(services), data_(data), path_(path), isUnpacked_(unpackTool(data)),
           place_(outermost != nullptr ? outermost->place_ : ModelPlace(data, path)) {
-        isMade_ = begin();
+        isMade_ = begin(above == nullptr || above->isMade_);
     }
 
     /// Returns the data of the next tool below, or null if there is none left.
     Tag* nextChild() {
-        while (isMade_ && nextChild_ < data_.childCount()) {
+        while (nextChild_ < data_.childCount()) {
             Tag& child = data_.child(nextChild_++);
             if (child.hasName(ModelWord::kTool))
                 return &child;
@@ -62,6 +64,8 @@ public:
 
     /// Adds the result of a tool below.
     void addChild(Util::Owned<InstanceReference> child, std::int32_t childError) {
+        if (!isMade_)
+            return;
         const bool isUsable = ErrorCode::instance()->find(childError).getType() > ErrorCode::Error;
         if (isUsable && reference_.get() != nullptr)
             reference_.get()->add(child.release());
@@ -74,16 +78,18 @@ public:
         error_ = reportCode(Codes::kSubPluginMissing);
     }
 
-    std::pair<Util::Owned<InstanceReference>, std::int32_t> end() {
+    std::pair<Util::Owned<InstanceReference>, std::int32_t> end(std::vector<PlannedTool>& planned) {
         if (isMade_)
             adaptor().endUndo();
-        return {Util::Owned<InstanceReference>(isMade_ ? reference_.get() : nullptr), error_};
+        InstanceReference* const made = isMade_ ? reference_.get() : nullptr;
+        planned.push_back({InstanceReference::Watch(made), std::move(place_)});
+        return {Util::Owned<InstanceReference>(made), error_};
     }
 
 private:
     AdaptorInterface& adaptor() const { return *services_.getAdaptor(); }
 
-    bool begin();
+    bool begin(bool isAboveMade);
     bool makeInstance(Plugin& plugin, const std::string& type);
 
     CoreServices& services_;
@@ -98,7 +104,7 @@ private:
     bool isMade_ = false;
 };
 
-bool ToolLoad::begin() {
+bool ToolLoad::begin(bool isAboveMade) {
     if (!data_.hasName(ModelWord::kTool)) {
         Log(Log::Error).write("Trying to instanciate plugin with invalid data structure");
         error_ = reportCode(Codes::kInvalidData);
@@ -107,19 +113,26 @@ bool ToolLoad::begin() {
     const std::string& type = TypeElement::read(data_);
     const std::string& name = NameElement::read(data_);
     place_.setTool(name.empty() ? type : name);
-    if (!isUnpacked_)
-        place_.log(ModelWord::kTool, "its packed text can't be read");
+    if (!isAboveMade) {
+        place_.logMissing(ModelWord::kTool, "the tool above it can't be made",
+                          reportCode(Codes::kSubPluginMissing));
+        return false;
+    }
     entry_.emplace("Creating " + type, Log::Notice);
     Plugin* const plugin = LibraryManager::instance()->findPlugin(type);
     // A second root would be saved as one, and what is below it lost.
     if (plugin == nullptr ||
         (type == RootPlugin::kName && services_.getTree().getRoot() != nullptr)) {
         entry_->write("Could not find plugin type", type, Log::Warning);
-        if (isUnpacked_)
-            place_.log(TypeElement::kWord, "there is no such kind of tool: " + type);
         error_ = reportCode(Codes::kPluginNotFound);
+        if (isUnpacked_)
+            place_.logMissing(TypeElement::kWord, "there is no such kind of tool: " + type, error_);
+        else
+            place_.logMissing(ModelWord::kTool, "its packed text can't be read", error_);
         return false;
     }
+    if (!isUnpacked_)
+        place_.log(ModelWord::kTool, "its packed text can't be read");
     adaptor().beginUndo("Create Oskel " + type);
     if (!makeInstance(*plugin, type))
         return false;
@@ -144,8 +157,8 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
         instance->destroy();
         adaptor().cancelUndo();
         entry_->write("Unable to instanciate plugin", type, Log::Error);
-        place_.log(ModelWord::kTool, "the tool's library can't make it");
         error_ = reportCode(Codes::kCouldNotInstanciate);
+        place_.logMissing(ModelWord::kTool, "the tool's library can't make it", error_);
         return false;
     }
     instance->setNameFromData(name.empty() ? instance->getName() : name);
@@ -157,15 +170,16 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
 } // namespace
 
 Util::Owned<InstanceReference> instantiate(CoreServices& services, Tag& data, std::int32_t& error,
-                                           const std::string& path) {
+                                           const std::string& path,
+                                           std::vector<PlannedTool>& planned) {
     std::deque<ToolLoad> open; // not the machine's stack, which nested data could exhaust
-    open.emplace_back(services, data, path, nullptr);
+    open.emplace_back(services, data, path, nullptr, nullptr);
     while (true) {
         if (Tag* const child = open.back().nextChild()) {
-            open.emplace_back(services, *child, path, &open.front());
+            open.emplace_back(services, *child, path, &open.front(), &open.back());
             continue;
         }
-        auto [reference, code] = open.back().end();
+        auto [reference, code] = open.back().end(planned);
         open.pop_back();
         if (open.empty()) {
             error = code;

@@ -36,15 +36,25 @@ ModelPlace::ModelPlace(const Tag& outermost, const std::string& folder)
 
 void ModelPlace::setTool(const std::string& name) {
     tool_ = name;
+    isMissingTold_ = false;
     listen("");
 }
 
 void ModelPlace::log(const std::string& element, const std::string& fault,
                      std::int32_t code) const {
-    const CoreFault entry{model_, shown(tool_), shown(element), shown(fault), code};
-    Log(Log::Warning).write(toText(entry));
+    add({model_, shown(tool_), shown(element), shown(fault), code});
+}
+
+void ModelPlace::logMissing(const std::string& element, const std::string& fault,
+                            std::int32_t code) {
+    add({model_, shown(tool_), shown(element), shown(fault), code, !isMissingTold_});
+    isMissingTold_ = true;
+}
+
+void ModelPlace::add(const CoreFault& fault) const {
+    Log(Log::Warning).write(toText(fault));
     if (FaultList* const list = FaultList::underWay())
-        list->add(entry);
+        list->add(fault);
 }
 
 void ModelPlace::listen(const std::string& element) const {

@@ -2,6 +2,7 @@
 /// Where in a model something is wrong, for the log and the list of faults.
 #pragma once
 
+#include "core/contract/core_faults.h"
 #include "data/sdk/tag.h"
 
 #include <cstdint>
@@ -23,12 +24,18 @@ public:
     /// `code` is that of a tool that refused. The fault is also added to the list of the operation
     /// that the user asked for.
     void log(const std::string& element, const std::string& fault, std::int32_t code = 0) const;
+    /// As log(), for why the tool isn't there. The first such fault of a tool is told as that.
+    void logMissing(const std::string& element, const std::string& fault, std::int32_t code);
+    [[nodiscard]] bool isMissingTold() const { return isMissingTold_; }
     /// What the host tells from now on concerns `element` of this tool.
     void listen(const std::string& element) const;
 
 private:
+    void add(const CoreFault& fault) const;
+
     std::string model_;
     std::string tool_;
+    bool isMissingTold_ = false;
 };
 
 } // namespace MVR

@@ -1,6 +1,6 @@
 #include "plugins/model/tool_start.h"
 
-#include "core/base/sdk/error_code.h"
+#include "core/base/error_codes.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
@@ -28,8 +28,7 @@ void storeFactorySettings(PluginInstance& instance) {
 
 } // namespace
 
-ToolStart::ToolStart(InstanceReference& reference, const Tag& data, const ModelPlace& place,
-                     Log& entry)
+ToolStart::ToolStart(InstanceReference& reference, const Tag& data, ModelPlace& place, Log& entry)
     : reference_(&reference), data_(data), place_(place), entry_(entry),
       adaptor_(*reference.getServices()->getAdaptor()) {}
 
@@ -119,7 +118,8 @@ bool ToolStart::bindNodes() {
         if (nodes[i] != nullptr)
             continue;
         isComplete = false;
-        place_.log("node " + names[i], "it isn't in the scene");
+        place_.logMissing("node " + names[i], "it isn't in the scene",
+                          reportCode(Codes::kNodeMissing));
     }
     if (!isComplete)
         reportMissing(nodes, names);
@@ -160,10 +160,10 @@ void ToolStart::giveUp() {
         reference_.get()->abandon();
 }
 
-void ToolStart::logRefusal(const char* text, std::int32_t code) const {
+void ToolStart::logRefusal(const char* text, std::int32_t code) {
     const std::string message = ErrorCode::instance()->find(code).getMessage();
     entry_.write(text, message, Log::Error);
-    place_.log(ModelWord::kTool, std::string(text) + ": " + message, code);
+    place_.logMissing(ModelWord::kTool, std::string(text) + ": " + message, code);
 }
 
 } // namespace MVR

@@ -19,8 +19,8 @@ class SceneNode;
 /// that was saved, with the scene objects that it had then.
 class ToolStart {
 public:
-    /// `data` is the tool's element "MVR_Plugin", `entry` the log's open entry for it.
-    ToolStart(InstanceReference& reference, const Tag& data, const ModelPlace& place, Log& entry);
+    /// `data` is the tool's element "MVR_Plugin", `entry` the log's open entry of its making.
+    ToolStart(InstanceReference& reference, const Tag& data, ModelPlace& place, Log& entry);
 
     /// `folder` is where the data came from. Returns false, logs it and cancels the host's open
     /// step, if the tool refused or a scene object is missing. A tool that refuses init() is
@@ -36,14 +36,14 @@ private:
     void reportMissing(const std::vector<SceneNode*>& nodes, const std::vector<std::string>& names);
     void cancelStep();
     void giveUp();
-    void logRefusal(const char* text, std::int32_t code) const;
+    void logRefusal(const char* text, std::int32_t code);
     [[nodiscard]] PluginInstance& instance() const;
     [[nodiscard]] AdaptorInterface& adaptor() const { return adaptor_; }
     [[nodiscard]] bool isAlive() const { return reference_.get() != nullptr; }
 
     InstanceReference::Watch reference_; // a tool, or the host's undo, may destroy it
     const Tag& data_;
-    const ModelPlace& place_;
+    ModelPlace& place_;
     Log& entry_;
     AdaptorInterface& adaptor_;
     bool isCancelled_ = false; // the host's step

@@ -11,9 +11,11 @@
 
 namespace MVR {
 
-/// An entry of the table, and in its singleton the table itself. A failure in any subsystem reads:
+/// An entry of the table, and in its singleton the table itself. The core's own codes are rows of
+/// error_codes.h. For a code of its own an adaptor, or another library that was given the table,
+/// writes:
 ///
-///     return ErrorCode::instance()->get("PLUGINNOTFOUND", "The plugin was not found",
+///     return ErrorCode::instance()->get("HOST_NOSCENE", "The host has no scene open",
 ///                                       ErrorCode::Error);
 ///
 /// which registers the code at its first use, logs its message and gives its value. Values other

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "core/base/error_codes.h"
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/model/elements/element.h"
 #include "plugins/model/model_place.h"
+#include "plugins/save_mask.h"
 
 #include <string>
 
@@ -21,7 +23,8 @@ struct InputProfileElement {
     static void load(ToolLoading& tool, const Tag& data) {
         const std::int32_t missing = tool.instance.applyInputProfile(data.child(kWord).child(0));
         if (missing > 0 && missing != PluginInstance::kNoProfile)
-            tool.place.log(kWord, "controls that aren't there: " + std::to_string(missing));
+            tool.place.log(kWord, "controls that aren't there: " + std::to_string(missing),
+                           reportCode(Codes::kControlsMissing));
     }
 };
 

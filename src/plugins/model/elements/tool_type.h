@@ -13,15 +13,12 @@ namespace MVR {
 /// The kind of tool.
 struct TypeElement {
     static constexpr const char* kWord = ModelWord::kType;
-    static constexpr const char* kOldWord = "pluginname"; ///< may be used instead
+    static constexpr const char* kOldWord = ModelWord::kOldType;
 
     static void save(const ToolSaving& tool, Tag& out) {
         out.addChild(Tag::element(kWord, tool.instance.getPlugin()->getName()));
     }
-    static const std::string& read(const Tag& data) {
-        const std::string& type = data.child(kWord).value();
-        return type.empty() ? data.child(kOldWord).value() : type;
-    }
+    static const std::string& read(const Tag& data) { return ModelWord::typeOf(data); }
 };
 
 } // namespace MVR

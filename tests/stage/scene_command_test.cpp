@@ -231,7 +231,7 @@ TEST_F(SceneCommandTest, ASceneIsNotSavedOverWithoutItsTools) {
     const std::string resimulate = kStage + " resimulate --documents . no_tool.scene ";
     const std::string open = " --documents . --open no_tool.scene --scene ./no_tool.scene ";
     expectFailure(resimulate + "--scene no_tool.scene", 2,
-                  "these tools of the scene can't be made: \"Camera\"");
+                  "these tools of the scene can't be created: \"Camera\"");
     expectFailure(kStage + " record --seconds 9" + open, 2, "would be saved without them");
     expectFailure(kStage + " model load m.prm" + open, 2, "or give --force");
     expectFailure(kStage + " model save --documents . no_tool.scene m.prm", 2,

@@ -98,7 +98,7 @@ inline constexpr CodeRow kNodeMissing{"MODEL_NODEMISSING", ErrorCode::Warning,
                                       "A scene object of the tool isn't there"};
 // A tool took itself away, or the host did, before its creation ended.
 inline constexpr CodeRow kToolGone{"MODEL_TOOLGONE", ErrorCode::Warning,
-                                   "The tool was taken away again"};
+                                   "The tool was removed again"};
 // No tool of the tree has the name that is to be saved.
 inline constexpr CodeRow kModelNoTool{"MODEL_NOTOOL", ErrorCode::Error,
                                       "There is no tool of that name"};

@@ -114,7 +114,7 @@ bool ToolLoad::begin(bool isAboveMade) {
     const std::string& name = NameElement::read(data_);
     place_.setTool(name.empty() ? type : name);
     if (!isAboveMade) {
-        place_.logMissing(ModelWord::kTool, "the tool above it can't be made",
+        place_.logMissing(ModelWord::kTool, "the tool above it can't be created",
                           reportCode(Codes::kSubPluginMissing));
         return false;
     }

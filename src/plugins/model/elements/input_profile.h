@@ -5,6 +5,7 @@
 #include "plugins/contract/model_words.h"
 #include "plugins/model/elements/element.h"
 #include "plugins/model/model_place.h"
+#include "plugins/save_mask.h"
 
 #include <string>
 

@@ -4,6 +4,7 @@
 
 #include "data/kept_elements.h"
 #include "data/sdk/tag.h"
+#include "instance/kept_control.h"
 #include "unidevice/sdk/property_handler.h"
 
 #include <cstdint>
@@ -14,7 +15,8 @@
 
 namespace MVR {
 
-/// The input properties of a tool, and their bindings and parameters as a profile.
+/// The input properties of a tool, and their bindings and parameters as a profile. Whoever binds or
+/// clears a property for the user does it by bind().
 class InstanceInputs {
 public:
     /// What apply() returns for a tag that is no profile.
@@ -33,23 +35,28 @@ public:
     /// parameters with all their digits if `isExact`, else with six.
     [[nodiscard]] Tag describe(const std::string& profileName, bool isExact);
     /// Replaces all bindings. What it can't apply is kept until the next profile: a control that
-    /// isn't there, unless its property gets another meanwhile; a property that the tool doesn't
-    /// have, until it has; elements of no known word. Returns the number of controls that were not
+    /// isn't there, or goes later, until bind(); a property that the tool doesn't have, until it
+    /// has; elements of no known word. Returns the number of controls that were not
     /// found, or `kNoProfile`, with nothing changed.
     std::int32_t apply(const Tag& profile);
+    /// Binds a property of this tool to `control`, or clears it if that is null; either way no
+    /// control is kept for it.
+    void bind(UniDevice::Property& property, UniDevice::Control* control);
 
 private:
     /// What is kept of one property.
     struct Kept {
-        KeptElements control; // at most one
+        KeptControl control;
         KeptElements others;
     };
 
     [[nodiscard]] Tag describeProperty(const UniDevice::Property& property, bool isExact);
+    [[nodiscard]] Tag findLost(const UniDevice::Property& property);
+    void noteControl(const UniDevice::Property& property, const Tag& element);
     [[nodiscard]] bool applyProperty(UniDevice::Property& property, const Tag& entry);
 
     UniDevice::PropertyHandler properties_;
-    std::map<std::string, Kept> kept_; // by property; only those of which there is something
+    std::map<std::string, Kept> kept_; // by property
     KeptElements unknownProperties_;
     std::vector<std::pair<std::int32_t, UniDevice::Property*>> spinnerProperties_; // component ids
 };

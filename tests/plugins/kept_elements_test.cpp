@@ -118,6 +118,24 @@ TEST_F(KeptElementsTest, ASceneKeepsWhatStandsBetweenItsTools) {
     EXPECT_EQ(core->getConfiguration().childCount(), 0) << "the next scene has none of it";
 }
 
+TEST_F(KeptElementsTest, KnownElementsThatCantBeReadStayUntilSomethingNewerStandsThere) {
+    const Tag data("<MVR_Plugin><type>PRM</type><name>Rig</name><savedata>?</savedata>"
+                   "<recordedinputvalues><input>AAAA</input><input/></recordedinputvalues>"
+                   "</MVR_Plugin>");
+    core->create(data, nullptr, false);
+    const std::uint32_t mask = SaveMask::kModel | SaveMask::kScene;
+    Tag kept = saved(mask);
+    EXPECT_EQ(at(kept, {"savedata"}).value(), "?");
+    EXPECT_EQ(at(kept, {"recordedinputvalues", "input"}).value(), "AAAA");
+
+    PluginInstance& tool = *find("Rig")->getInstance();
+    tool.setSaveData("own", 3);
+    tool.getRecordedValues()[0].setKey(1, 2);
+    Tag newer = saved(mask);
+    EXPECT_EQ(at(newer, {"savedata"}).value(), "b3du");
+    EXPECT_NE(at(newer, {"recordedinputvalues", "input"}).value(), "AAAA");
+}
+
 TEST_F(KeptElementsTest, TheUserEndsTheKeepingAndNobodyElse) {
     const Tag data = withKept(SaveMask::kModel);
     core->create(data, nullptr, false);

@@ -2,6 +2,7 @@
 
 #include "plugins/model/elements/high_poly.h"
 #include "plugins/model/elements/high_poly_names.h"
+#include "plugins/model/elements/kept_values.h"
 #include "plugins/model/elements/node_selection.h"
 #include "plugins/model/elements/unknown_elements.h"
 
@@ -13,6 +14,7 @@ struct ModelParts {
     HighPolyNames highPolyNames;
     NodeSelection selection;
     UnknownElements unknown;
+    KeptValues kept;
 };
 
 } // namespace MVR

@@ -18,6 +18,9 @@ constexpr std::size_t kMostModelTextBytes = std::size_t(256) << 20;
 /// The folder of a file as a full path, without a separator at its end.
 std::string folderOfFile(const std::string& path);
 
+/// The attribute of a model's outermost element that names the folder of its file.
+constexpr const char* kModelFolder = "path";
+
 /// Reads a model and sets its attribute "path" to the file's folder, in place of any that it has.
 /// False, with the reason and for text its line and column in the log, if it can't be read; `out`
 /// is then what came before the fault.

@@ -11,15 +11,19 @@
 namespace {
 
 bool areIndices(const std::vector<std::int32_t>& corners, std::size_t entries) {
-    return std::all_of(corners.begin(), corners.end(), [entries](std::int32_t corner) {
-        return corner >= 0 && static_cast<std::size_t>(corner) < entries;
-    });
+    return std::all_of(
+        corners.begin(), corners.end(),
+        [entries](std::int32_t corner) {
+            return corner >= 0 && static_cast<std::size_t>(corner) < entries;
+        });
 }
 
 bool areFinite(const std::vector<std::array<double, 3>>& entries) {
-    return std::all_of(entries.begin(), entries.end(), [](const std::array<double, 3>& entry) {
-        return std::isfinite(entry[0]) && std::isfinite(entry[1]) && std::isfinite(entry[2]);
-    });
+    return std::all_of(
+        entries.begin(), entries.end(),
+        [](const std::array<double, 3>& entry) {
+            return std::isfinite(entry[0]) && std::isfinite(entry[1]) && std::isfinite(entry[2]);
+        });
 }
 
 void check(const MVR::CMesh& mesh) {

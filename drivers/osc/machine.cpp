@@ -17,9 +17,8 @@ constexpr int kReceiveBufferBytes = 1 << 20;
 struct AddressList {
     addrinfo* first = nullptr;
     ~AddressList() {
-        if (first) {
+        if (first)
             freeaddrinfo(first);
-        }
     }
 };
 
@@ -67,9 +66,8 @@ std::int32_t UdpSocket::port() const {
 }
 
 std::ptrdiff_t UdpSocket::receive(char* buffer, std::size_t capacity) {
-    if (!isOpen()) {
+    if (!isOpen())
         return -1;
-    }
     ssize_t size = 0;
     do {
         size = recv(handle_, buffer, capacity, 0);
@@ -79,9 +77,8 @@ std::ptrdiff_t UdpSocket::receive(char* buffer, std::size_t capacity) {
 
 std::string ownLibraryFolder() {
     Dl_info info{};
-    if (dladdr(reinterpret_cast<void*>(&ownLibraryFolder), &info) == 0 || !info.dli_fname) {
+    if (dladdr(reinterpret_cast<void*>(&ownLibraryFolder), &info) == 0 || !info.dli_fname)
         return ".";
-    }
     const std::string path = info.dli_fname;
     const std::size_t end = path.rfind('/');
     return end == std::string::npos ? "." : path.substr(0, end);

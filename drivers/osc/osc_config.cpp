@@ -21,16 +21,14 @@ OscConfig loadOscConfig(const std::string& path) {
     OscConfig config;
     MVR::Tag file;
     const std::int32_t code = file.load(path);
-    if (code == MVR::Tag::kNotOpened) {
+    if (code == MVR::Tag::kNotOpened)
         return config;
-    }
     if (code != 0 || !file.hasName("osc")) {
         MVR::Log(MVR::Log::Error).write("OSC: not a configuration, ignored: " + path);
         return config;
     }
-    if (const std::string& address = file.child("address").value(); !address.empty()) {
+    if (const std::string& address = file.child("address").value(); !address.empty())
         config.address = address;
-    }
     if (const MVR::Tag& port = file.child("port"); !port.isEmpty()) {
         std::int32_t number = 0;
         if (port.child(0).as(number) && number > 0 && number <= kLargestPort) {

@@ -29,11 +29,10 @@ OscDevice::OscDevice(OscConfig config)
 void OscDevice::open() {
     const std::string place = config_.address + " port " + std::to_string(config_.port);
     std::string error;
-    if (socket_.open(config_.address, config_.port, error)) {
+    if (socket_.open(config_.address, config_.port, error))
         MVR::Log(MVR::Log::Notice).write("OSC: listening on " + place);
-    } else {
+    else
         MVR::Log(MVR::Log::Error).write("OSC: unable to listen on " + place + ": " + error);
-    }
 }
 
 std::int32_t OscDevice::controlCount() const {
@@ -54,25 +53,21 @@ void OscDevice::drain() {
     std::size_t bytes = 0;
     for (int i = 0; i < kMaxDatagramsPerUpdate && bytes < kMaxBytesPerUpdate; ++i) {
         const std::ptrdiff_t size = socket_.receive(datagram_.get(), kDatagramBytes);
-        if (size < 0) {
+        if (size < 0)
             return;
-        }
         bytes += static_cast<std::size_t>(size);
         values_.clear();
-        if (readOscPacket(datagram_.get(), static_cast<std::size_t>(size), values_)) {
-            for (const OscValue& value : values_) {
+        if (readOscPacket(datagram_.get(), static_cast<std::size_t>(size), values_))
+            for (const OscValue& value : values_)
                 store(value);
-            }
-        }
     }
 }
 
 void OscDevice::store(const OscValue& arrived) {
     OscControl* control =
         findOrMake(arrived.address, arrived.index, kMaxOscControls - kControlsForBindings);
-    if (!control) {
+    if (!control)
         return;
-    }
     if (control->lastUpdate != updateNumber_) {
         control->lastUpdate = updateNumber_;
         control->previousValue = control->value;
@@ -90,9 +85,8 @@ OscControl* OscDevice::find(std::string_view address, std::int32_t argument) con
 
 OscControl* OscDevice::findOrMake(std::string_view address, std::int32_t argument,
                                   std::int32_t limit) {
-    if (OscControl* existing = find(address, argument)) {
+    if (OscControl* existing = find(address, argument))
         return existing;
-    }
     if (controlCount() >= limit) {
         if (!std::exchange(fullLogged_, true)) {
             MVR::Log(MVR::Log::Error)
@@ -102,9 +96,8 @@ OscControl* OscDevice::findOrMake(std::string_view address, std::int32_t argumen
     }
     std::vector<OscControl*>& arguments = byAddress_[std::string(address)];
     const std::size_t place = static_cast<std::size_t>(argument);
-    if (arguments.size() <= place) {
+    if (arguments.size() <= place)
         arguments.resize(place + 1);
-    }
     controls_.push_back(std::make_unique<OscControl>(this, address, argument));
     return arguments[place] = controls_.back().get();
 }
@@ -112,16 +105,14 @@ OscControl* OscDevice::findOrMake(std::string_view address, std::int32_t argumen
 UniDevice::Control* OscDevice::findControl(const MVR::Tag& tag) {
     const std::string index = tag.attribute("index");
     if (index.empty()) { // any argument will do
-        if (UniDevice::Control* existing = Device::findControl(tag)) {
+        if (UniDevice::Control* existing = Device::findControl(tag))
             return existing;
-        }
     }
     const std::string address = tag.attribute("type");
     std::int32_t argument = 0;
     MVR::Tag::textNode(index).as(argument);
-    if (!matches(tag) || !isOscAddress(address) || argument < 0 || argument >= kMaxOscArguments) {
+    if (!matches(tag) || !isOscAddress(address) || argument < 0 || argument >= kMaxOscArguments)
         return nullptr;
-    }
     // A binding that leaves the device open may mean any, so no control is created for it.
     return tag.attribute("device") == name ? findOrMake(address, argument, kMaxOscControls)
                                            : find(address, argument);
@@ -143,23 +134,20 @@ UniDevice::Control* OscDevice::detectControl(const std::vector<UniDevice::Contro
     for (const auto& control : controls_) {
         control->value = control->received;
         control->previousValue = control->detectionStart;
-        if (control->change() > control->threshold) {
+        if (control->change() > control->threshold)
             control->detectionStart = control->received;
-        }
     }
     return mostMovedControl(excluded);
 }
 
 void OscDevice::resetControls() {
-    for (const auto& control : controls_) {
+    for (const auto& control : controls_)
         control->resetValues();
-    }
 }
 
 bool OscDevice::activate(std::int32_t) {
-    if (!socket_.isOpen()) {
+    if (!socket_.isOpen())
         open();
-    }
     drain();
     for (const auto& control : controls_) {
         control->value = control->received;

@@ -9,15 +9,13 @@
 #include "unidevice/sdk/driver_load_info.h"
 
 OscDriver::~OscDriver() {
-    if (device_) {
+    if (device_)
         device_->driver = nullptr;
-    }
 }
 
 void OscDriver::update() {
-    if (device_) {
+    if (device_)
         device_->update(0);
-    }
 }
 
 std::int32_t OscDriver::prepareDetection() {
@@ -34,9 +32,8 @@ bool OscDriver::addDevice(UniDevice::Device* device) {
 }
 
 bool OscDriver::removeDevice(UniDevice::Device* device) {
-    if (device != device_ || !device_) {
+    if (device != device_ || !device_)
         return false;
-    }
     device_ = nullptr;
     return true;
 }

@@ -24,9 +24,8 @@ using Message = std::unique_ptr<std::remove_pointer_t<lo_message>, FreeMessage>;
 // end within `size`.
 std::size_t paddedLength(const char* text, std::size_t size) {
     const void* end = std::memchr(text, '\0', size);
-    if (!end) {
+    if (!end)
         return 0;
-    }
     const std::size_t padded =
         (static_cast<std::size_t>(static_cast<const char*>(end) - text) + 4) & ~std::size_t(3);
     return padded <= size ? padded : 0;
@@ -61,57 +60,48 @@ double numberOf(char type, const lo_arg* argument) {
 
 bool readMessage(const char* bytes, std::size_t size, std::vector<OscValue>& out) {
     const std::size_t addressBytes = paddedLength(bytes, size);
-    if (addressBytes == 0) {
+    if (addressBytes == 0)
         return false;
-    }
     const std::string_view address(bytes);
     const char* types = bytes + addressBytes;
     if (!isOscAddress(address) || paddedLength(types, size - addressBytes) == 0 || *types != ',' ||
-        std::string_view(types + 1).find_first_not_of(kKnownTypes) != std::string_view::npos) {
+        std::string_view(types + 1).find_first_not_of(kKnownTypes) != std::string_view::npos)
         return false;
-    }
     // The library wants the bytes without const, but copies them.
     const Message message(lo_message_deserialise(const_cast<char*>(bytes), size, nullptr));
-    if (!message) {
+    if (!message)
         return false;
-    }
     const std::int32_t count = std::min(lo_message_get_argc(message.get()), kMaxOscArguments);
     lo_arg** arguments = lo_message_get_argv(message.get());
     for (std::int32_t i = 0; i < count; ++i) {
         const double value = numberOf(types[1 + i], arguments[i]);
-        if (std::isfinite(value)) {
+        if (std::isfinite(value))
             out.push_back({address, i, value});
-        }
     }
     return true;
 }
 
 std::size_t readSize(const char* bytes) {
     std::size_t size = 0;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 4; ++i)
         size = size << 8 | static_cast<unsigned char>(bytes[i]);
-    }
     return size;
 }
 
 bool readElement(const char* bytes, std::size_t size, int depth, std::vector<OscValue>& out) {
-    if (std::string_view(bytes, size).substr(0, kBundleMark.size()) != kBundleMark) {
+    if (std::string_view(bytes, size).substr(0, kBundleMark.size()) != kBundleMark)
         return readMessage(bytes, size, out);
-    }
-    if (depth == kMaxOscBundleDepth || size < kBundleHeaderBytes) {
+    if (depth == kMaxOscBundleDepth || size < kBundleHeaderBytes)
         return false;
-    }
     std::size_t at = kBundleHeaderBytes;
     while (at < size) {
-        if (size - at < 4) {
+        if (size - at < 4)
             return false;
-        }
         const std::size_t elementSize = readSize(bytes + at);
         at += 4;
         if (elementSize == 0 || elementSize % 4 != 0 || elementSize > size - at ||
-            !readElement(bytes + at, elementSize, depth + 1, out)) {
+            !readElement(bytes + at, elementSize, depth + 1, out))
             return false;
-        }
         at += elementSize;
     }
     return true;
@@ -129,9 +119,8 @@ bool isOscAddress(std::string_view address) {
 
 bool readOscPacket(const char* bytes, std::size_t size, std::vector<OscValue>& out) {
     const std::size_t before = out.size();
-    if (readElement(bytes, size, 0, out)) {
+    if (readElement(bytes, size, 0, out))
         return true;
-    }
     out.resize(before);
     return false;
 }

@@ -41,9 +41,8 @@ bool waitUntil(Clock::time_point deadline) {
     constexpr std::chrono::milliseconds kStep(50);
     while (!interrupted) {
         const Clock::time_point now = Clock::now();
-        if (now >= deadline) {
+        if (now >= deadline)
             return true;
-        }
         std::this_thread::sleep_until(std::min(deadline, now + kStep));
     }
     return false;
@@ -52,9 +51,8 @@ bool waitUntil(Clock::time_point deadline) {
 template <class Numbers>
 void add(const Bundle& bundle, const std::string& address, const Numbers& numbers) {
     lo_message message = lo_message_new(); // the bundle frees it
-    for (double number : numbers) {
+    for (double number : numbers)
         lo_message_add_double(message, number);
-    }
     lo_bundle_add_message(bundle.get(), address.c_str(), message);
 }
 
@@ -72,9 +70,8 @@ public:
         add(bundle, rotationPath_, sample.rotation);
         const double now = Seconds(Clock::now().time_since_epoch()).count();
         add(bundle, sentPath_, std::initializer_list<double>{now, static_cast<double>(sentCount_)});
-        if (!target_ || lo_send_bundle(target_.get(), bundle.get()) < 0) {
+        if (!target_ || lo_send_bundle(target_.get(), bundle.get()) < 0)
             return false;
-        }
         ++sentCount_;
         return true;
     }
@@ -107,9 +104,8 @@ ExitCode stream(const Motion& motion, const Options& options, Sender& sender) {
             (static_cast<double>(i / motion.size()) * period + sample.timeSeconds - first) /
             options.speed;
         const auto deadline = start + std::chrono::duration_cast<Clock::duration>(Seconds(moment));
-        if ((options.seconds > 0.0 && moment >= options.seconds) || !waitUntil(deadline)) {
+        if ((options.seconds > 0.0 && moment >= options.seconds) || !waitUntil(deadline))
             break;
-        }
         latestMs = std::max(latestMs, 1000.0 * Seconds(Clock::now() - deadline).count());
         if (!sender.send(sample)) {
             std::fprintf(stderr, "mirvane-osc-sender: sending failed: %s\n",
@@ -118,9 +114,8 @@ ExitCode stream(const Motion& motion, const Options& options, Sender& sender) {
             break;
         }
     }
-    if (!options.quiet) {
+    if (!options.quiet)
         std::printf("%lld samples sent, at most %.1f ms late\n", sender.sentCount(), latestMs);
-    }
     return code;
 }
 

@@ -50,9 +50,8 @@ bool readNumbers(std::string_view line, std::array<double, kNumbersPerLine>& num
     std::size_t count = 0;
     while (true) {
         const std::size_t start = line.find_first_not_of(kBlanks);
-        if (start == std::string_view::npos) {
+        if (start == std::string_view::npos)
             break;
-        }
         line.remove_prefix(start);
         const std::string_view word = line.substr(0, line.find_first_of(kBlanks));
         line.remove_prefix(word.size());
@@ -62,9 +61,8 @@ bool readNumbers(std::string_view line, std::array<double, kNumbersPerLine>& num
             error = "not a number: " + std::string(word.substr(0, 40));
             return false;
         }
-        if (count < kNumbersPerLine) {
+        if (count < kNumbersPerLine)
             numbers[count] = number;
-        }
         ++count;
     }
     if (count != kNumbersPerLine) {
@@ -76,9 +74,8 @@ bool readNumbers(std::string_view line, std::array<double, kNumbersPerLine>& num
 
 bool addSample(std::string_view line, Motion& motion, std::string& error) {
     std::array<double, kNumbersPerLine> n{};
-    if (!readNumbers(line, n, error)) {
+    if (!readNumbers(line, n, error))
         return false;
-    }
     if (!motion.empty() && n[0] <= motion.back().timeSeconds) {
         error = "the time isn't later than the one before";
         return false;
@@ -127,9 +124,8 @@ bool readMotion(const std::string& path, Motion& out, std::string& error) {
         const auto length = static_cast<std::size_t>(file.gcount()) - (file.eof() ? 0 : 1);
         const std::string_view line(buffer.data(), length);
         const std::size_t start = line.find_first_not_of(" \t\r");
-        if (start == std::string_view::npos || line[start] == '#') {
+        if (start == std::string_view::npos || line[start] == '#')
             continue;
-        }
         if (!addSample(line, motion, error)) {
             error = path + ":" + std::to_string(number) + ": " + error;
             return false;

@@ -35,9 +35,8 @@ bool readNumber(std::string_view text, double least, double most, double& out) {
     double number = 0.0;
     const auto [end, code] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (code != std::errc() || end != text.data() + text.size() || !(number >= least) ||
-        !(number <= most)) {
+        !(number <= most))
         return false;
-    }
     out = number;
     return true;
 }
@@ -65,12 +64,10 @@ bool setValue(std::string_view name, const std::string& value, Options& out) {
         out.port = static_cast<int>(port);
         return fits;
     }
-    if (name == "--speed") {
+    if (name == "--speed")
         return readNumber(value, 0.001, 1000.0, out.speed);
-    }
-    if (name == "--seconds") {
+    if (name == "--seconds")
         return readNumber(value, 0.0, kLongestSeconds, out.seconds) && out.seconds > 0.0;
-    }
     return name == "--start-delay" &&
            readNumber(value, 0.0, kLongestSeconds, out.startDelaySeconds);
 }

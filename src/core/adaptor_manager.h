@@ -1,5 +1,4 @@
-/// \file
-/// The core's link to its adaptor.
+// The core's link to its adaptor.
 #pragma once
 
 #include "core/contract/adaptor_interface.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The implementation of CoreServices for one attachment.
+// The implementation of CoreServices for one attachment.
 #pragma once
 
 #include "core/services/core_services.h"

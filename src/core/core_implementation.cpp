@@ -9,6 +9,7 @@
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/unknown_elements.h"
+#include "plugins/model/model_file.h"
 #include "unidevice/sdk/profile_managers.h"
 
 #include <cstddef>
@@ -118,10 +119,10 @@ Tag CoreImplementation::getDetachedConfiguration() {
 }
 
 void CoreImplementation::loadConfiguration(Tag configuration) {
-    // By this, whoever wrote the scene could open any folder to its tools.
-    if (const std::string folder = configuration.attribute("path"); !folder.empty()) {
+    // Whoever wrote the scene could open any folder to its tools by this.
+    if (const std::string folder = configuration.attribute(kModelFolder); !folder.empty()) {
         Log(Log::Warning).write("A configuration names no folder of models", folder, Log::OwnLevel);
-        configuration.attributeRef("path").clear();
+        configuration.attributeRef(kModelFolder).clear();
     }
     if (getRoot() == nullptr) // the attachment ends
         return;

@@ -1,5 +1,4 @@
-/// \file
-/// The core of one attachment, put together from its subsystems.
+// The core of one attachment, put together from its subsystems.
 #pragma once
 
 #include "core/adaptor_manager.h"

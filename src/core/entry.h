@@ -1,12 +1,11 @@
-/// \file
-/// The four edges of the core's life, which the library's exports and its entry point call.
-///
-/// 1. `libraryLoaded` when the library is loaded into the process.
-/// 2. `attachAdaptor`, `detachCore`: one attachment at a time, any number in turn.
-/// 3. `pumpHostEvents` at any time in between.
-/// 4. `libraryUnloading` when it is unloaded: frees all that the library holds.
-///
-/// All on one thread, the host's.
+// The four edges of the core's life, which the library's exports and its entry point call.
+//
+// 1. `libraryLoaded` when the library is loaded into the process.
+// 2. `attachAdaptor`, `detachCore`: one attachment at a time, any number in turn.
+// 3. `pumpHostEvents` at any time in between.
+// 4. `libraryUnloading` when it is unloaded: frees all that the library holds.
+//
+// All on one thread, the host's.
 #pragma once
 
 #include "core/contract/adaptor_interface.h"

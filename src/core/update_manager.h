@@ -1,5 +1,4 @@
-/// \file
-/// The update check among the core's subsystems.
+// The update check among the core's subsystems.
 #pragma once
 
 #include "core/services/core_sub_system.h"

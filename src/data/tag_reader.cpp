@@ -354,11 +354,12 @@ void TagReader::storeAttributes(Node& node) {
 
 // Sorts by key; of equal keys only the last in the text remains.
 void TagReader::orderAttributes() {
-    std::sort(attributes_.begin(), attributes_.end(),
-              [](const RawAttribute& a, const RawAttribute& b) {
-                  const int order = a.key.compare(b.key);
-                  return order != 0 ? order < 0 : a.key.data() > b.key.data();
-              });
+    std::sort(
+        attributes_.begin(), attributes_.end(),
+        [](const RawAttribute& a, const RawAttribute& b) {
+            const int order = a.key.compare(b.key);
+            return order != 0 ? order < 0 : a.key.data() > b.key.data();
+        });
     const auto same = [](const RawAttribute& a, const RawAttribute& b) { return a.key == b.key; };
     attributes_.erase(std::unique(attributes_.begin(), attributes_.end(), same), attributes_.end());
 }

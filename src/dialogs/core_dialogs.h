@@ -1,5 +1,4 @@
-/// \file
-/// What the user is asked and shown.
+// What the user is asked and shown.
 #pragma once
 
 #include "core/services/user_dialogs.h"

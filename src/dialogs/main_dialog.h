@@ -1,5 +1,4 @@
-/// \file
-/// The main dialog: the tree of tools, the record and resimulate buttons.
+// The main dialog: the tree of tools, the record and resimulate buttons.
 #pragma once
 
 #include "core/messages/sdk/message.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The context menu of a tool in the tree.
+// The context menu of a tool in the tree.
 #pragma once
 
 #include "platform/choosers.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The nodes of a tree that the user sees.
+// The nodes of a tree that the user sees.
 #pragma once
 
 #include "core/messages/sdk/message_node.h"

@@ -1,5 +1,4 @@
-/// \file
-/// How a tool changes the choices of a combo in its panel.
+// How a tool changes the choices of a combo in its panel.
 #pragma once
 
 #include "core/messages/sdk/message_node.h"

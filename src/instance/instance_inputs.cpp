@@ -57,25 +57,50 @@ Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool i
     Tag control; // stays empty if a stand-in of a resimulation replaces no control
     if (property.control != nullptr)
         property.control->toTag(control);
-    const auto kept = kept_.find(property.name);
-    if (kept == kept_.end()) {
-        entry.addChild(std::move(control));
-        return entry;
-    }
     if (control.isEmpty())
-        kept->second.control.writeTo(entry);
+        control = findLost(property);
     else
-        kept->second.control.clear(); // it was bound since
+        noteControl(property, control);
     entry.addChild(std::move(control));
-    kept->second.others.writeTo(entry);
+    if (const auto kept = kept_.find(property.name); kept != kept_.end())
+        kept->second.others.writeTo(entry);
     return entry;
+}
+
+/// Returns the element of the control that `property`, which has none now, is to have again.
+Tag InstanceInputs::findLost(const UniDevice::Property& property) {
+    const auto found = kept_.find(property.name);
+    if (found == kept_.end())
+        return {};
+    KeptControl& kept = found->second.control;
+    if (kept.getControl() == nullptr)
+        return kept.getElement();
+    if (property.control == nullptr) // cleared, for the control is still there
+        kept.clear();
+    return {};
+}
+
+/// The control of `property`, whose element is `element`, may go before the next profile. What
+/// stands in for another has no device, and nothing is to come back to it.
+void InstanceInputs::noteControl(const UniDevice::Property& property, const Tag& element) {
+    if (property.control->device == nullptr)
+        return;
+    KeptControl& kept = kept_[property.name].control;
+    if (kept.getControl() != property.control)
+        kept.keep(property.control, element);
+}
+
+void InstanceInputs::bind(UniDevice::Property& property, UniDevice::Control* control) {
+    if (const auto kept = kept_.find(property.name); kept != kept_.end())
+        kept->second.control.clear();
+    property.bind(control);
 }
 
 std::int32_t InstanceInputs::apply(const Tag& profile) {
     if (profile.isEmpty() || !profile.hasName(kProfileElement))
         return kNoProfile;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
-        properties_.property(i)->bind(nullptr);
+        bind(*properties_.property(i), nullptr);
     kept_.clear();
     unknownProperties_.clear();
     std::int32_t missing = 0;
@@ -92,21 +117,19 @@ std::int32_t InstanceInputs::apply(const Tag& profile) {
 /// Returns false if the control that `entry` names isn't there: the property stays unbound.
 bool InstanceInputs::applyProperty(UniDevice::Property& property, const Tag& entry) {
     property.readSettings(entry);
-    Kept kept;
-    kept.others.keepUnknown(
-        entry, [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
+    kept_.erase(property.name); // of several elements for one property the last counts
+    KeptElements others;
+    others.keepUnknown(entry,
+                       [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
+    if (!others.isEmpty())
+        kept_[property.name].others = std::move(others);
     const Tag& wanted = entry.child(kControl);
-    if (!wanted.isEmpty()) {
-        property.bind(UniDevice::DeviceHandler::instance()->findControl(wanted));
-        if (property.control == nullptr)
-            kept.control.keep(wanted);
-    }
-    const bool isMissing = !kept.control.isEmpty();
-    if (isMissing || !kept.others.isEmpty())
-        kept_[property.name] = std::move(kept);
-    else
-        kept_.erase(property.name); // the last of several elements for one property applies
-    return !isMissing;
+    if (wanted.isEmpty())
+        return true;
+    UniDevice::Control* const control = UniDevice::DeviceHandler::instance()->findControl(wanted);
+    bind(property, control);
+    kept_[property.name].control.keep(control, wanted);
+    return control != nullptr;
 }
 
 } // namespace MVR

@@ -1,9 +1,9 @@
-/// \file
-/// The inputs of one placed tool.
+// The inputs of one placed tool.
 #pragma once
 
 #include "data/kept_elements.h"
 #include "data/sdk/tag.h"
+#include "instance/kept_control.h"
 #include "unidevice/sdk/property_handler.h"
 
 #include <cstdint>
@@ -14,7 +14,8 @@
 
 namespace MVR {
 
-/// The input properties of a tool, and their bindings and parameters as a profile.
+/// The input properties of a tool, and their bindings and parameters as a profile. Whoever binds or
+/// clears a property for the user does it by bind().
 class InstanceInputs {
 public:
     /// What apply() returns for a tag that isn't a profile.
@@ -37,15 +38,20 @@ public:
     /// have, until it has it; elements of unknown words. Returns the number of controls that were
     /// not found, or `kNoProfile`, with nothing changed.
     std::int32_t apply(const Tag& profile);
+    /// Binds a property of this tool to `control`, or clears it if that is null; either way no
+    /// control is kept for it.
+    void bind(UniDevice::Property& property, UniDevice::Control* control);
 
 private:
     /// What is kept of one property.
     struct Kept {
-        KeptElements control; // at most one
+        KeptControl control;
         KeptElements others;
     };
 
     [[nodiscard]] Tag describeProperty(const UniDevice::Property& property, bool isExact);
+    [[nodiscard]] Tag findLost(const UniDevice::Property& property);
+    void noteControl(const UniDevice::Property& property, const Tag& element);
     [[nodiscard]] bool applyProperty(UniDevice::Property& property, const Tag& entry);
 
     UniDevice::PropertyHandler properties_;

@@ -1,5 +1,4 @@
-/// \file
-/// The panel of one placed tool.
+// The panel of one placed tool.
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"

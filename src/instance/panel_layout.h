@@ -1,5 +1,4 @@
-/// \file
-/// What a tool says about its panel, as layout tags.
+// What a tool says about its panel, as layout tags.
 #pragma once
 
 #include "data/sdk/tag.h"

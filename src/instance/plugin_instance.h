@@ -1,5 +1,4 @@
-/// \file
-/// The runtime of one placed tool.
+// The runtime of one placed tool.
 #pragma once
 
 #include "core/messages/sdk/message_node.h"

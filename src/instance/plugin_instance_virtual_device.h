@@ -1,5 +1,4 @@
-/// \file
-/// A tool as an input device: how it comes into the list of devices and leaves it.
+// A tool as an input device: how it comes into the list of devices and leaves it.
 #pragma once
 
 #include "unidevice/sdk/device.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The bytes that a tool wants saved with it.
+// The bytes that a tool wants saved with it.
 #pragma once
 
 #include <cstdint>

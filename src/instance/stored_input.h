@@ -1,5 +1,4 @@
-/// \file
-/// The raw input of a tool's takes, which a resimulation plays again.
+// The raw input of a tool's takes, which a resimulation plays again.
 #pragma once
 
 #include "instance/temporary_control.h"

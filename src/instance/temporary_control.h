@@ -1,5 +1,4 @@
-/// \file
-/// What stands in for a live control while a take is simulated again.
+// What stands in for a live control while a take is simulated again.
 #pragma once
 
 #include "unidevice/sdk/control.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The tools above a tool in the tree, for its own questions.
+// The tools above a tool in the tree, for its own questions.
 #pragma once
 
 namespace MVR {

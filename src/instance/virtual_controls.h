@@ -1,5 +1,4 @@
-/// \file
-/// The values that a tool offers as input to other tools.
+// The values that a tool offers as input to other tools.
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"

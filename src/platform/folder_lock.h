@@ -1,5 +1,4 @@
-/// \file
-/// Keeps other processes out of a folder while one of its files is read, changed and written back.
+// Keeps other processes out of a folder while one of its files is read, changed and written back.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
-/// \file
-/// The catalogue of what the user can create.
+// The catalogue of what the user can create.
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"

@@ -1,5 +1,4 @@
-/// \file
-/// Copies of tools within the scene.
+// Copies of tools within the scene.
 #pragma once
 
 namespace MVR {

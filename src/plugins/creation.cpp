@@ -97,12 +97,12 @@ void Creation::wrap(Tag data) {
     }
     entry_.write("Wrapping data in MVR clause");
     wrapper_ = Tag::element(ModelWord::kTree);
-    wrapper_.attributeRef("path") = data.attribute("path");
+    wrapper_.attributeRef(kModelFolder) = data.attribute(kModelFolder);
     wrapper_.addChild(std::move(data));
 }
 
 void Creation::instantiateAll() {
-    const std::string path = wrapper_.attribute("path");
+    const std::string path = wrapper_.attribute(kModelFolder);
     for (std::int32_t i = 0; i < wrapper_.childCount(); ++i) {
         if (!wrapper_.child(i).hasName(ModelWord::kTool))
             continue;

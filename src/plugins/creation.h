@@ -1,5 +1,4 @@
-/// \file
-/// One creation: from a tag tree to tools in the tree.
+// One creation: from a tag tree to tools in the tree.
 #pragma once
 
 #include "data/sdk/tag.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The tree of tools of one attachment.
+// The tree of tools of one attachment.
 #pragma once
 
 #include "core/services/core_sub_system.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The names that the tools of one attachment use, so that a new tool finds a free one at once.
+// The names that the tools of one attachment use, so that a new tool finds a free one at once.
 #pragma once
 
 #include <cstdint>

@@ -263,10 +263,12 @@ InstanceReference* InstanceReference::findInstance(const std::string& name, bool
 }
 
 void InstanceReference::collectInstances(std::vector<InstanceReference*>& list) {
-    walk(*this, [&list](TreeNode& node) {
-        list.push_back(static_cast<InstanceReference*>(&node));
-        return false;
-    });
+    walk(
+        *this,
+        [&list](TreeNode& node) {
+            list.push_back(static_cast<InstanceReference*>(&node));
+            return false;
+        });
 }
 
 std::int32_t InstanceReference::save(Tag& out, std::uint32_t mask) {

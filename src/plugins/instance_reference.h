@@ -1,5 +1,4 @@
-/// \file
-/// The nodes of the tree of tools.
+// The nodes of the tree of tools.
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"

@@ -1,6 +1,5 @@
-/// \file
-/// What the host's undo list holds for the tree of tools. Each object remembers a place and swaps
-/// it with the present place of its reference. One whose reference was destroyed does nothing.
+// What the host's undo list holds for the tree of tools. Each object remembers a place and swaps
+// it with the present place of its reference. One whose reference was destroyed does nothing.
 #pragma once
 
 #include "core/services/tool_list_changes.h"

@@ -6,6 +6,7 @@
 #include "plugins/contract/model_words.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/model/elements/catalogue_words.h"
+#include "plugins/model/model_file.h"
 #include "plugins/model/model_paths.h"
 
 #include <algorithm>
@@ -59,7 +60,7 @@ InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreS
         name_ = nameOfModel(path);
     if (version_.empty())
         version_ = "1.0";
-    const std::string folder = data_.attribute("path");
+    const std::string folder = data_.attribute(kModelFolder);
     if (data_.childCount(CatalogueWord::kFolder) == 0)
         data_.addChild(Tag::element(CatalogueWord::kFolder, folder));
     else
@@ -91,8 +92,8 @@ std::string InstanceManager::Instanciatable::findPicture() const {
         std::string picture = kSharedData + plugin_->getDescriptor()->getKey() + kPictureFile;
         return Platform::fileExists(expandPathMacros(picture)) ? picture : kToolPicture;
     }
-    // The file itself may hold an element "path" that leads anywhere.
-    std::string picture = findModelFile(data_.attribute("path"),
+    // The file itself may hold an element "path", and lead anywhere by it.
+    std::string picture = findModelFile(data_.attribute(kModelFolder),
                                         data_.child(CatalogueWord::kFolder).value() + kPictureFile);
     return picture.empty() ? kModelPicture : picture;
 }

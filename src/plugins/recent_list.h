@@ -1,5 +1,4 @@
-/// \file
-/// What the user created lately.
+// What the user created lately.
 #pragma once
 
 #include "data/sdk/tag.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The parts of a tool's data, as bits.
+// The parts of a tool's data, as bits.
 #pragma once
 
 #include <cstdint>
@@ -22,11 +21,24 @@ constexpr std::uint32_t kRecordedValues = 0x08000; ///< the stored input of its 
 constexpr std::uint32_t kNoChildren = 0x10000;     ///< leaves out the tools below
 constexpr std::uint32_t kPacked = 0x20000;         ///< packs the result, unless it is the root's
 constexpr std::uint32_t kExact = 0x40000;          ///< numbers of bindings have all their digits
-constexpr std::uint32_t kAnyNodeInfo = 0x007FF;    ///< any of these makes "nodeinfo" appear
-constexpr std::uint32_t kModel = 0x019CF;          ///< a model's file
-constexpr std::uint32_t kClone = 0x0194F;          ///< a copy within the scene
-constexpr std::uint32_t kScene = 0x0B848;          ///< the whole tree, for the host's scene
-constexpr std::uint32_t kDetached = 0x1B848;       ///< one tool, for the host to keep beside it
-constexpr std::uint32_t kOwnRequest = 0x3B848;     ///< one tool, as it may ask of itself
+
+/// Any of these makes "nodeinfo" appear: all bits below that of the panel, named or not.
+constexpr std::uint32_t kAnyNodeInfo = kConfigProfile - 1;
+/// A copy within the scene.
+constexpr std::uint32_t kClone = kParent | kTransform | kMesh | kVisible | kInputProfile |
+                                 kSelection | kConfigProfile | kCustomData;
+/// A model's file.
+constexpr std::uint32_t kModel = kClone | kHighPoly;
+/// The whole tree, for the host's scene.
+constexpr std::uint32_t kScene =
+    kVisible | kInputProfile | kConfigProfile | kCustomData | kSavedBlock | kRecordedValues;
+/// One tool, for the host to keep beside it.
+constexpr std::uint32_t kDetached = kScene | kNoChildren;
+/// One tool, as it may ask of itself.
+constexpr std::uint32_t kOwnRequest = kDetached | kPacked;
+
+// Hosts and stored data know the values.
+static_assert(kAnyNodeInfo == 0x007FF && kModel == 0x019CF && kClone == 0x0194F);
+static_assert(kScene == 0x0B848 && kDetached == 0x1B848 && kOwnRequest == 0x3B848);
 
 } // namespace MVR::SaveMask

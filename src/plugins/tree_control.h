@@ -1,5 +1,4 @@
-/// \file
-/// What the user does with the items of the tree's control.
+// What the user does with the items of the tree's control.
 #pragma once
 
 #include "plugins/instance_reference.h"

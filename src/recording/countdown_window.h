@@ -1,11 +1,10 @@
-/// \file
-/// The window that counts the seconds down before a take: a digit over a clock face that fills up
-/// again each second.
-///
-/// 1. `registerCountdownWindowClass` when the library is loaded.
-/// 2. `createCountdownWindow`, then `updateCountdownWindow` at each timer event of the countdown.
-/// 3. `Platform::destroyWindow`. A window is also destroyed with its parent.
-/// 4. `unregisterCountdownWindowClass` when the library is unloaded.
+// The window that counts the seconds down before a take: a digit over a clock face that fills up
+// again each second.
+//
+// 1. `registerCountdownWindowClass` when the library is loaded.
+// 2. `createCountdownWindow`, then `updateCountdownWindow` at each timer event of the countdown.
+// 3. `Platform::destroyWindow`. A window is also destroyed with its parent.
+// 4. `unregisterCountdownWindowClass` when the library is unloaded.
 #pragma once
 
 #include "platform/windows.h"

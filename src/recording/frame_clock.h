@@ -1,5 +1,4 @@
-/// \file
-/// The clock of a live take: how many frames are due.
+// The clock of a live take: how many frames are due.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
-/// \file
-/// Starts and ends takes and resimulations.
+// Starts and ends takes and resimulations.
 #pragma once
 
 #include "core/services/core_sub_system.h"

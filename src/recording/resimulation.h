@@ -1,5 +1,4 @@
-/// \file
-/// Runs a take from its stored input, as fast as the machine allows.
+// Runs a take from its stored input, as fast as the machine allows.
 #pragma once
 
 namespace MVR {

@@ -1,5 +1,4 @@
-/// \file
-/// The modal dialog that shows how far a resimulation is, and runs its slices.
+// The modal dialog that shows how far a resimulation is, and runs its slices.
 #pragma once
 
 #include "platform/dialogs.h"

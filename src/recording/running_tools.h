@@ -1,5 +1,4 @@
-/// \file
-/// The tools of a take, which may be destroyed at any moment.
+// The tools of a take, which may be destroyed at any moment.
 #pragma once
 
 #include <cstddef>

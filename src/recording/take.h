@@ -1,5 +1,4 @@
-/// \file
-/// A take: the heart of the product.
+// A take: the heart of the product.
 #pragma once
 
 #include "recording/running_tools.h"

@@ -29,11 +29,10 @@ Control::~Control() {
 }
 
 void Control::toTag(MVR::Tag& out) const {
-    if (device) {
+    if (device)
         device->toTag(out);
-    } else {
+    else
         out = MVR::Tag::element(BindingWord::kControl);
-    }
     out.attributeRef(BindingWord::kType) = type;
     out.attributeRef(BindingWord::kIndex) = std::to_string(index);
     out.addChild(
@@ -41,9 +40,8 @@ void Control::toTag(MVR::Tag& out) const {
 }
 
 bool Control::matches(const MVR::Tag& tag) const {
-    if ((device && !device->matches(tag)) || tag.attribute(BindingWord::kType) != type) {
+    if ((device && !device->matches(tag)) || tag.attribute(BindingWord::kType) != type)
         return false;
-    }
     return attributeFits(tag, BindingWord::kIndex, index);
 }
 
@@ -75,11 +73,9 @@ void Control::removeTarget(const ControlTarget* target) {
 
 Control* Control::mostMoved(const std::vector<Control*>& candidates) {
     Control* best = nullptr;
-    for (Control* candidate : candidates) {
-        if (!best || candidate->change() > best->change()) {
+    for (Control* candidate : candidates)
+        if (!best || candidate->change() > best->change())
             best = candidate;
-        }
-    }
     return best;
 }
 

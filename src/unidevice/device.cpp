@@ -12,9 +12,8 @@
 namespace UniDevice {
 
 Device::Device(bool registerNow) {
-    if (registerNow) {
+    if (registerNow)
         registerWith(-1, nullptr);
-    }
 }
 
 Device::~Device() {
@@ -25,18 +24,16 @@ Device::~Device() {
 void Device::toTag(MVR::Tag& out) const {
     out = MVR::Tag::element(BindingWord::kControl);
     out.attributeRef(BindingWord::kDevice) = name;
-    if (deviceIndex != 0) {
+    if (deviceIndex != 0)
         out.attributeRef(BindingWord::kDeviceIndex) = std::to_string(deviceIndex);
-    }
 }
 
 Control* Device::findControl(const MVR::Tag& tag) {
     const std::int32_t count = controlCount();
     for (std::int32_t i = 0; i < count; ++i) {
         Control* candidate = control(i);
-        if (candidate && candidate->matches(tag)) {
+        if (candidate && candidate->matches(tag))
             return candidate;
-        }
     }
     return nullptr;
 }
@@ -53,17 +50,15 @@ void Device::registerWith(std::int32_t position, DeviceHandler* newHandler) {
     unregister();
     handler = newHandler ? newHandler : DeviceHandler::instance();
     std::vector<Device*>& list = handler->devices;
-    if (position < 0) {
+    if (position < 0)
         list.push_back(this);
-    } else if (static_cast<std::size_t>(position) <= list.size()) {
+    else if (static_cast<std::size_t>(position) <= list.size())
         list.insert(list.begin() + position, this);
-    }
 }
 
 void Device::unregister() {
-    if (!handler) {
+    if (!handler)
         return;
-    }
     std::vector<Device*>& list = handler->devices;
     list.erase(std::remove(list.begin(), list.end(), this), list.end());
     handler = nullptr;
@@ -72,9 +67,8 @@ void Device::unregister() {
 void Device::setDriver(Driver* newDriver) {
     clearDriver();
     driver = newDriver;
-    if (driver) {
+    if (driver)
         driver->addDevice(this);
-    }
 }
 
 void Device::clearDriver() {
@@ -101,9 +95,8 @@ Control* Device::mostMovedControl(const std::vector<Control*>* excluded) {
         Control* candidate = control(i);
         const bool leftOut =
             excluded && std::find(excluded->begin(), excluded->end(), candidate) != excluded->end();
-        if (candidate != nullptr && !leftOut && candidate->change() > candidate->threshold) {
+        if (candidate != nullptr && !leftOut && candidate->change() > candidate->threshold)
             moved.push_back(candidate);
-        }
     }
     return Control::mostMoved(moved);
 }

@@ -22,20 +22,16 @@ std::int32_t DeviceHandler::indexOf(const Device* device) const {
 
 Device* DeviceHandler::findDevice(const std::string& name, std::int32_t deviceIndex) const {
     MVR::Util::checkHostThread();
-    for (Device* device : devices) {
-        if (device->name == name && device->deviceIndex == deviceIndex) {
+    for (Device* device : devices)
+        if (device->name == name && device->deviceIndex == deviceIndex)
             return device;
-        }
-    }
     return nullptr;
 }
 
 Driver* DeviceHandler::findDriver(const std::string& name) const {
-    for (Driver* driver : drivers) {
-        if (driver->name == name) {
+    for (Driver* driver : drivers)
+        if (driver->name == name)
             return driver;
-        }
-    }
     return nullptr;
 }
 
@@ -43,9 +39,8 @@ Control* DeviceHandler::findControl(const MVR::Tag& tag) const {
     MVR::Util::checkHostThread();
     for (Device* device : devices) {
         if (device->matches(tag)) {
-            if (Control* control = device->findControl(tag)) {
+            if (Control* control = device->findControl(tag))
                 return control;
-            }
         }
     }
     return nullptr;
@@ -53,57 +48,49 @@ Control* DeviceHandler::findControl(const MVR::Tag& tag) const {
 
 bool DeviceHandler::update() {
     MVR::Util::checkHostThread();
-    for (Driver* driver : drivers) {
+    for (Driver* driver : drivers)
         driver->update();
-    }
     return true;
 }
 
 bool DeviceHandler::activate() {
     MVR::Util::checkHostThread();
     bool all = true;
-    for (Driver* driver : drivers) {
+    for (Driver* driver : drivers)
         all = driver->activate() && all;
-    }
     return all;
 }
 
 bool DeviceHandler::deactivate() {
     MVR::Util::checkHostThread();
     bool all = true;
-    for (Driver* driver : drivers) {
+    for (Driver* driver : drivers)
         all = driver->deactivate() && all;
-    }
     return all;
 }
 
 void DeviceHandler::resetControls() {
     MVR::Util::checkHostThread();
-    for (Device* device : devices) {
+    for (Device* device : devices)
         device->resetControls();
-    }
 }
 
 bool DeviceHandler::prepareDetection() {
     MVR::Util::checkHostThread();
     // No early return: each driver starts its own detection.
     std::int32_t taking = 0;
-    for (Driver* driver : drivers) {
+    for (Driver* driver : drivers)
         taking += driver->prepareDetection();
-    }
     return taking != 0;
 }
 
 Control* DeviceHandler::detectControl(const std::vector<Control*>* excluded) {
-    if (devices.empty()) {
+    if (devices.empty())
         return nullptr;
-    }
     std::vector<Control*> moved;
-    for (Driver* driver : drivers) {
-        if (Control* control = driver->detectControl(excluded)) {
+    for (Driver* driver : drivers)
+        if (Control* control = driver->detectControl(excluded))
             moved.push_back(control);
-        }
-    }
     return Control::mostMoved(moved);
 }
 

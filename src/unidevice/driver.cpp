@@ -24,11 +24,9 @@ Driver::~Driver() {
     DeviceHandler* handler = DeviceHandler::instance();
     std::vector<Driver*>& list = handler->drivers;
     list.erase(std::remove(list.begin(), list.end(), this), list.end());
-    for (Device* device : handler->devices) {
-        if (device->driver == this) {
+    for (Device* device : handler->devices)
+        if (device->driver == this)
             device->driver = nullptr;
-        }
-    }
 }
 
 void Driver::destroy() {

@@ -28,9 +28,8 @@ public:
         DeviceHandler* handler = DeviceHandler::instance();
         handler->destroyDevices();
         handler->destroyDrivers();
-        for (MVR::Platform::LibraryHandle library : libraries_) {
+        for (MVR::Platform::LibraryHandle library : libraries_)
             MVR::Platform::freeLibrary(library);
-        }
         libraries_.clear();
     }
 
@@ -45,9 +44,8 @@ private:
 LoadDevices findEntry(MVR::Platform::LibraryHandle library) {
     const auto getVersion =
         reinterpret_cast<GetDriverVersion>(MVR::Platform::findFunction(library, "getVersion"));
-    if (!getVersion || getVersion() != kDriverInterfaceVersion) {
+    if (!getVersion || getVersion() != kDriverInterfaceVersion)
         return nullptr;
-    }
     return reinterpret_cast<LoadDevices>(MVR::Platform::findFunction(library, "loadDevices"));
 }
 
@@ -64,9 +62,8 @@ void startDevices(std::intptr_t moduleHandle, std::intptr_t hostWindow) {
     info.hostWindow = hostWindow;
     info.log = MVR::Log::instance();
     const std::string data = MVR::readInstallValue("datapath");
-    if (!data.empty()) { // else it would be the root of the file system
+    if (!data.empty()) // else it would be the root of the file system
         loadDriverLibraries(data + "/unidevice/", info);
-    }
 
     new EmulatedTrinaryDevice;
 }
@@ -80,13 +77,11 @@ std::int32_t loadDriverLibraries(const std::string& folder, const DriverLoadInfo
     std::int32_t kept = 0;
     for (const Platform::FoundFile& file :
          Platform::listFiles(folder + "/" + Platform::libraryPattern())) {
-        if (!file.isRegular) { // opening a pipe would block
+        if (!file.isRegular) // opening a pipe would block
             continue;
-        }
         const Platform::LibraryHandle library = Platform::loadLibrary(folder + "/" + file.name);
-        if (!library) {
+        if (!library)
             continue;
-        }
         const LoadDevices loadDevices = findEntry(library);
         if (!loadDevices) {
             Platform::freeLibrary(library);

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <string>
 
-/// \file
 /// Start and end of the input layer.
 /// 1. `startDevices` once per process, at the first attachment. The caller keeps the flag and the
 ///    scoped log entry.

@@ -12,36 +12,31 @@ DummyDriver::DummyDriver() : Driver("dummydriver") {}
 
 DummyDriver::~DummyDriver() {
     // Including those that no handler lists.
-    for (Device* device : devices) {
+    for (Device* device : devices)
         device->driver = nullptr;
-    }
 }
 
 void DummyDriver::update() {
     for (std::size_t i = 0; i < devices.size();) {
         Device* const device = devices[i];
         device->update(0);
-        if (i < devices.size() && devices[i] == device) { // else it was removed, as tools may be
+        if (i < devices.size() && devices[i] == device) // else it was removed, as tools may be
             ++i;
-        }
     }
 }
 
 std::int32_t DummyDriver::prepareDetection() {
     std::int32_t taking = 0;
-    for (Device* device : devices) {
+    for (Device* device : devices)
         taking += device->prepareDetection() ? 1 : 0;
-    }
     return taking;
 }
 
 Control* DummyDriver::detectControl(const std::vector<Control*>* excluded) {
     std::vector<Control*> moved;
-    for (Device* device : devices) {
-        if (Control* control = device->detectControl(excluded, nullptr)) {
+    for (Device* device : devices)
+        if (Control* control = device->detectControl(excluded, nullptr))
             moved.push_back(control);
-        }
-    }
     return Control::mostMoved(moved);
 }
 
@@ -77,17 +72,15 @@ std::int32_t DummyDriver::deviceCount() {
 
 bool DummyDriver::activate() {
     bool all = true;
-    for (Device* device : devices) {
+    for (Device* device : devices)
         all = device->activate(0) && all;
-    }
     return all;
 }
 
 bool DummyDriver::deactivate() {
     bool all = true;
-    for (Device* device : devices) {
+    for (Device* device : devices)
         all = device->deactivate(0) && all;
-    }
     return all;
 }
 

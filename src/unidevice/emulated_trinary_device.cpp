@@ -16,9 +16,8 @@ constexpr double kThreshold = 0.1;
 constexpr char kDirection[] = "te_direction";
 
 void addSource(MVR::Tag& out, const Control* source, const char* direction) {
-    if (!source) {
+    if (!source)
         return;
-    }
     MVR::Tag child;
     source->toTag(child);
     child.attributeRef(kDirection) = direction;
@@ -29,9 +28,8 @@ std::string describe(const Control& source) {
     std::string text;
     if (source.device) {
         text = source.device->name;
-        if (source.device->deviceIndex != 0) {
+        if (source.device->deviceIndex != 0)
             text += "(" + std::to_string(source.device->deviceIndex) + ")";
-        }
         text += ":";
     }
     return text + source.description;
@@ -42,21 +40,17 @@ std::string describe(const Control& source) {
 EmulatedTControl::EmulatedTControl(Control* up, Control* down, Device* owner, std::int32_t kinds,
                                    double leastChange)
     : Control(owner, kinds, leastChange), positive(up), negative(down) {
-    if (positive) {
+    if (positive)
         positive->targets.push_back(this);
-    }
-    if (negative) {
+    if (negative)
         negative->targets.push_back(this);
-    }
 }
 
 EmulatedTControl::~EmulatedTControl() {
-    if (positive) {
+    if (positive)
         positive->removeTarget(this);
-    }
-    if (negative) {
+    if (negative)
         negative->removeTarget(this);
-    }
 }
 
 void EmulatedTControl::toTag(MVR::Tag& out) const {
@@ -67,21 +61,19 @@ void EmulatedTControl::toTag(MVR::Tag& out) const {
 
 bool EmulatedTControl::matches(const MVR::Tag& tag) const {
     if (!positive || !negative || !Control::matches(tag) ||
-        tag.childCount(BindingWord::kControl) != 2) {
+        tag.childCount(BindingWord::kControl) != 2)
         return false;
-    }
     bool positiveFits = false;
     bool negativeFits = false;
     for (std::int32_t i = 0; i < 2; ++i) {
         const MVR::Tag& source = tag.child(BindingWord::kControl, i);
         const std::string direction = source.attribute(kDirection);
-        if (direction == "positive" && positive->matches(source)) {
+        if (direction == "positive" && positive->matches(source))
             positiveFits = true;
-        } else if (direction == "negative" && negative->matches(source)) {
+        else if (direction == "negative" && negative->matches(source))
             negativeFits = true;
-        } else {
+        else
             return false; // each of the two must name one source
-        }
     }
     return positiveFits && negativeFits;
 }
@@ -91,12 +83,10 @@ double EmulatedTControl::getValue() const {
 }
 
 void EmulatedTControl::controlRemoved(Control* removed) {
-    if (positive == removed) {
+    if (positive == removed)
         positive = nullptr;
-    }
-    if (negative == removed) {
+    if (negative == removed)
         negative = nullptr;
-    }
 }
 
 EmulatedTrinaryDevice::EmulatedTrinaryDevice() : Device(true) {
@@ -106,9 +96,8 @@ EmulatedTrinaryDevice::EmulatedTrinaryDevice() : Device(true) {
 
 EmulatedTrinaryDevice::~EmulatedTrinaryDevice() {
     // Last first: an emulated control may be a source of a later one.
-    while (!controls.empty()) {
+    while (!controls.empty())
         controls.pop_back();
-    }
 }
 
 std::int32_t EmulatedTrinaryDevice::controlCount() const {
@@ -124,14 +113,12 @@ bool EmulatedTrinaryDevice::update(std::int32_t) {
 }
 
 Control* EmulatedTrinaryDevice::findControl(const MVR::Tag& tag) {
-    if (Control* existing = Device::findControl(tag)) {
+    if (Control* existing = Device::findControl(tag))
         return existing;
-    }
     const MVR::Tag& first = tag.child(BindingWord::kControl, 0);
     const MVR::Tag& second = tag.child(BindingWord::kControl, 1);
-    if (first.isEmpty() || second.isEmpty()) {
+    if (first.isEmpty() || second.isEmpty())
         return nullptr;
-    }
     if (nesting_ == kMaxNesting) {
         MVR::Log(MVR::Log::Warning).write("Emulated controls are nested too deep");
         return nullptr;
@@ -140,16 +127,14 @@ Control* EmulatedTrinaryDevice::findControl(const MVR::Tag& tag) {
     Control* up = DeviceHandler::instance()->findControl(first);
     Control* down = DeviceHandler::instance()->findControl(second);
     --nesting_;
-    if (first.attribute(kDirection) == "negative") {
+    if (first.attribute(kDirection) == "negative")
         std::swap(up, down);
-    }
     return createControl(up, down);
 }
 
 bool EmulatedTrinaryDevice::prepareDetection() {
-    for (const auto& control : controls) {
+    for (const auto& control : controls)
         control->previousValue = control->value;
-    }
     return false;
 }
 
@@ -158,23 +143,20 @@ Control* EmulatedTrinaryDevice::detectControl(const std::vector<Control*>*, void
 }
 
 void EmulatedTrinaryDevice::resetControls() {
-    for (const auto& control : controls) {
+    for (const auto& control : controls)
         control->resetValues();
-    }
 }
 
 Control* EmulatedTrinaryDevice::createControl(Control* first, Control* second) {
-    if (!first || !second) {
+    if (!first || !second)
         return nullptr;
-    }
     auto made = std::make_unique<EmulatedTControl>(first, second, this, trinary, kThreshold);
     // Set before the search, since matching compares the type.
     made->type = "control";
     MVR::Tag tag;
     made->toTag(tag);
-    if (Control* existing = Device::findControl(tag)) {
+    if (Control* existing = Device::findControl(tag))
         return existing;
-    }
     made->description = "emulated control (" + describe(*first) + ", " + describe(*second) + ")";
     controls.push_back(std::move(made));
     return controls.back().get();

@@ -71,9 +71,8 @@ Control* WINHOOK_KeyboardDevice::detectControl(const std::vector<Control*>* excl
 }
 
 void WINHOOK_KeyboardDevice::resetControls() {
-    for (Control& control : keyControls_) {
+    for (Control& control : keyControls_)
         control.resetValues();
-    }
 }
 
 bool WINHOOK_KeyboardDevice::activate(std::int32_t reserved) {
@@ -98,12 +97,10 @@ std::intptr_t WINHOOK_KeyboardDevice::hookProcedure(int code, std::uint32_t virt
                                                     std::uint32_t flags) {
     using namespace MVR::Platform;
     WINHOOK_KeyboardDevice* device = hookedDevice;
-    if (!device) {
+    if (!device)
         return callNextHook(0, code, virtualKey, flags);
-    }
-    if ((code == kHookAction || code == kHookNoRemove) && virtualKey < kKeyCount) {
+    if ((code == kHookAction || code == kHookNoRemove) && virtualKey < kKeyCount)
         device->keyControls_[virtualKey].setValue(flags & kFlagReleased ? 0.0 : 1.0);
-    }
     return callNextHook(device->hookHandle_, code, virtualKey, flags);
 }
 

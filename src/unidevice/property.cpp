@@ -34,21 +34,18 @@ Property::Property(std::string propertyName, std::int32_t kinds)
     : name(std::move(propertyName)), acceptedKinds(kinds) {}
 
 void Property::controlRemoved(Control* removed) {
-    if (removed == control) {
+    if (removed == control)
         control = nullptr;
-    }
-    for (Listener* listener : listeners) {
+    for (Listener* listener : listeners)
         listener->bound = false;
-    }
 }
 
 double Property::getValue() const {
     const double x = control ? control->getValue() : 0.0;
     const double s = x < 0.0 ? -1.0 : 1.0;
     double y = std::abs(x) - deadzone;
-    if (y < 0.0) {
+    if (y < 0.0)
         y = 0.0;
-    }
     y = y / (1.0 - deadzone);
     y = std::pow(y, exponent);
     return y * s * multiplier + offset;
@@ -59,21 +56,18 @@ Property::~Property() {
 }
 
 std::int32_t Property::bind(Control* newControl) {
-    if (control) {
+    if (control)
         control->removeTarget(this);
-    }
     control = newControl;
-    if (!control) {
+    if (!control)
         return kUnbound;
-    }
     control->targets.push_back(this);
     return acceptedKinds & control->kindMask;
 }
 
 void Property::readSettings(const MVR::Tag& tag) {
-    for (const Parameter& parameter : kParameters) {
+    for (const Parameter& parameter : kParameters)
         MVR::Tag::textNode(tag.child(parameter.name).value()).as(this->*parameter.field);
-    }
 }
 
 void Property::toTag(MVR::Tag& out, bool isExact) const {

@@ -7,23 +7,19 @@ Property* PropertyHandler::property(std::int32_t index) const {
 }
 
 Property* PropertyHandler::property(const std::string& name) const {
-    for (const Entry& entry : entries_) {
-        if (entry.name == name) {
+    for (const Entry& entry : entries_)
+        if (entry.name == name)
             return entry.property.get();
-        }
-    }
     return nullptr;
 }
 
 Property* PropertyHandler::getOrCreate(const std::string& name, std::int32_t acceptedKinds,
                                        const Property::Factory& factory) {
-    if (Property* existing = property(name)) {
+    if (Property* existing = property(name))
         return existing;
-    }
     std::unique_ptr<Property> made(factory.create(name, acceptedKinds));
-    if (!made) {
+    if (!made)
         return nullptr;
-    }
     entries_.push_back({name, std::move(made)});
     return entries_.back().property.get();
 }

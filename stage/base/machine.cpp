@@ -32,9 +32,8 @@ bool isTerminal(int stream) {
 bool SharedLibrary::load(const std::string& path, std::string& error) {
     free();
     handle_ = MVR::Platform::loadLibrary(path);
-    if (handle_ == nullptr) {
+    if (handle_ == nullptr)
         error = MVR::Platform::lastLibraryError();
-    }
     return handle_ != nullptr;
 }
 
@@ -45,9 +44,8 @@ void SharedLibrary::free() {
 void catchStopRequests() {
     std::signal(SIGINT, countStopRequest);
     std::signal(SIGTERM, countStopRequest);
-    if (std::signal(SIGHUP, countStopRequest) == SIG_IGN) { // as nohup wants it
+    if (std::signal(SIGHUP, countStopRequest) == SIG_IGN) // as nohup wants it
         std::signal(SIGHUP, SIG_IGN);
-    }
 }
 
 bool isStopRequested() {

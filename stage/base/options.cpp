@@ -19,9 +19,8 @@ const Option* findOption(const std::vector<Option>& options, std::string_view na
 /// Returns the fewest letters to add, remove or change to turn one word into the other.
 std::size_t distance(std::string_view from, std::string_view to) {
     std::vector<std::size_t> row(to.size() + 1);
-    for (std::size_t i = 0; i < row.size(); ++i) {
+    for (std::size_t i = 0; i < row.size(); ++i)
         row[i] = i;
-    }
     for (std::size_t i = 0; i < from.size(); ++i) {
         std::size_t diagonal = row[0];
         row[0] = i + 1;
@@ -46,9 +45,8 @@ std::string unknownOption(const std::vector<Option>& options, const std::string&
         }
     }
     std::string message = "no option named " + name;
-    if (nearest != nullptr) {
+    if (nearest != nullptr)
         message += std::string("; did you mean ") + nearest->name + "?";
-    }
     return message;
 }
 
@@ -120,9 +118,8 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
         }
         arguments.push_back(std::move(argument));
     }
-    if (operand != options.end()) {
+    if (operand != options.end())
         error = std::string(operand->name) + " is missing: " + operand->help;
-    }
     return operand == options.end();
 }
 
@@ -155,9 +152,8 @@ std::string describe(const std::vector<Option>& options) {
     std::string text;
     for (const Option& option : options) {
         std::string line = std::string("  ") + option.name;
-        if (option.argument != nullptr) {
+        if (option.argument != nullptr)
             line += std::string(" ") + option.argument;
-        }
         if (line.size() + 2 > kHelpColumn) {
             text += line + '\n';
             line.clear();
@@ -166,9 +162,8 @@ std::string describe(const std::vector<Option>& options) {
         text += line;
         for (const char* c = option.help; *c != '\0'; ++c) {
             text += *c;
-            if (*c == '\n') {
+            if (*c == '\n')
                 text.append(kHelpColumn, ' ');
-            }
         }
         text += '\n';
     }
@@ -177,9 +172,8 @@ std::string describe(const std::vector<Option>& options) {
 
 std::string describe(const std::vector<ExitCode>& codes) {
     std::string text;
-    for (const ExitCode code : codes) {
+    for (const ExitCode code : codes)
         text += "  " + std::to_string(static_cast<int>(code)) + "  " + meaning(code) + '\n';
-    }
     return text;
 }
 

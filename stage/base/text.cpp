@@ -13,18 +13,15 @@ namespace {
 std::size_t characterLength(std::string_view text) {
     const auto byteAt = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byteAt(0);
-    if (first < 0x80) {
+    if (first < 0x80)
         return 1;
-    }
     const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length) {
+    if (first < 0xC2 || first > 0xF4 || text.size() < length)
         return 0;
-    }
     std::uint32_t code = first & (0xFFU >> (length + 1));
     for (std::size_t i = 1; i < length; ++i) {
-        if ((byteAt(i) & 0xC0) != 0x80) {
+        if ((byteAt(i) & 0xC0) != 0x80)
             return 0;
-        }
         code = (code << 6) | (byteAt(i) & 0x3FU);
     }
     const bool isOverlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
@@ -34,14 +31,12 @@ std::size_t characterLength(std::string_view text) {
 
 template <typename Number>
 bool readNumber(std::string_view text, Number& out) {
-    if (!text.empty() && text.front() == '+') {
+    if (!text.empty() && text.front() == '+')
         text.remove_prefix(1);
-    }
     Number number = 0;
     const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (fault != std::errc() || end != text.data() + text.size()) {
+    if (fault != std::errc() || end != text.data() + text.size())
         return false;
-    }
     out = number;
     return true;
 }
@@ -66,9 +61,8 @@ std::string toText(double value) {
 
 bool toNumber(std::string_view text, double& out) {
     double number = 0.0;
-    if (!readNumber(text, number) || !std::isfinite(number)) {
+    if (!readNumber(text, number) || !std::isfinite(number))
         return false;
-    }
     out = number;
     return true;
 }
@@ -81,9 +75,8 @@ std::string quoted(const std::string& text) {
     std::string result = "\"";
     for (const char c : text) {
         result += c == '\n' || c == '\r' ? ' ' : c;
-        if (c == '"') {
+        if (c == '"')
             result += c;
-        }
     }
     return result + '"';
 }
@@ -91,9 +84,8 @@ std::string quoted(const std::string& text) {
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r\n";
     const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) {
+    if (first == std::string_view::npos)
         return {};
-    }
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 

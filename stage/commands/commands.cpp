@@ -19,9 +19,8 @@ void printVersion() {
 std::string helpOf(const std::string& group, const std::string& about,
                    std::span<const Command> commands) {
     std::size_t width = 0;
-    for (const Command& command : commands) {
+    for (const Command& command : commands)
         width = std::max(width, std::string_view(command.name).size());
-    }
     std::string help = "usage: mirvane-stage " + group + "COMMAND [OPTIONS]\n\n" + about + "\n\n";
     for (const Command& command : commands) {
         std::string name = command.name;
@@ -42,14 +41,11 @@ ExitCode runCommand(const std::string& group, const std::string& about,
         return ExitCode::Usage;
     }
     const std::string& name = words.front();
-    for (const Command& command : commands) {
-        if (name == command.name) {
+    for (const Command& command : commands)
+        if (name == command.name)
             return command.run({words.begin() + 1, words.end()});
-        }
-    }
-    if (answerHelp({name == "help" ? "--help" : name}, help)) {
+    if (answerHelp({name == "help" ? "--help" : name}, help))
         return ExitCode::Ok;
-    }
     complain("no command named \"" + group + name + "\"; see mirvane-stage " + group + "--help");
     return ExitCode::Usage;
 }
@@ -74,9 +70,8 @@ bool takeCommonArgument(const Argument& argument, InstallValues& values) {
                                : argument.name == "--data"      ? &values.data
                                : argument.name == "--documents" ? &values.documents
                                                                 : nullptr;
-    if (value != nullptr) {
+    if (value != nullptr)
         *value = argument.value;
-    }
     return value != nullptr;
 }
 
@@ -97,15 +92,13 @@ bool answerHelp(const std::vector<std::string>& words, const std::string& help) 
 std::optional<ExitCode> readCommand(const std::vector<std::string>& words,
                                     const std::vector<Option>& options, const std::string& help,
                                     InstallValues& values, const TakeArgument& take) {
-    if (answerHelp(words, help)) {
+    if (answerHelp(words, help))
         return ExitCode::Ok;
-    }
     std::vector<Argument> arguments;
     std::string error;
     bool isGood = readArguments(words, options, arguments, error);
-    for (std::size_t i = 0; isGood && i < arguments.size(); ++i) {
+    for (std::size_t i = 0; isGood && i < arguments.size(); ++i)
         isGood = takeCommonArgument(arguments[i], values) || take(arguments[i], error);
-    }
     if (!isGood) {
         complain(error);
         return ExitCode::Usage;

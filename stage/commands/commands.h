@@ -1,5 +1,4 @@
-/// \file
-/// What the commands share.
+// What the commands share.
 #pragma once
 
 #include "stage/base/options.h"

@@ -60,9 +60,8 @@ ExitCode devicesCommand(const std::vector<std::string>& words) {
         isLive = isLive && argument.name != "--once";
         return argument.name != "--seconds" || readNumber(argument, 0.0, seconds, error);
     };
-    if (const auto code = readCommand(words, deviceOptions(), help(), values, take)) {
+    if (const auto code = readCommand(words, deviceOptions(), help(), values, take))
         return *code;
-    }
     const std::string core = findCore(values.core);
     if (core.empty() && values.data.empty()) {
         complain("there is no core library; name it with --core, or the folder of the shared data "
@@ -71,16 +70,13 @@ ExitCode devicesCommand(const std::vector<std::string>& words) {
     }
     catchStopRequests();
     DeviceReader reader;
-    for (const std::string& fault : reader.load(driverFolder(values, core))) {
+    for (const std::string& fault : reader.load(driverFolder(values, core)))
         complain(fault);
-    }
-    if (seconds < 0.0 && !isLive) {
+    if (seconds < 0.0 && !isLive)
         seconds = kSnapshotSeconds;
-    }
     listen(reader, seconds, isLive);
-    if (!isLive) {
+    if (!isLive)
         std::fputs(reader.toText().c_str(), stdout);
-    }
     std::fputs(DeviceReader::getLog().c_str(), stderr);
     if (reader.isEmpty()) {
         complain("no devices: no drivers in " + driverFolder(values, core));

@@ -1,5 +1,4 @@
-/// \file
-/// Shows what the input devices send.
+// Shows what the input devices send.
 #pragma once
 
 #include "stage/base/options.h"

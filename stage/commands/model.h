@@ -1,5 +1,4 @@
-/// \file
-/// Models, by commands of its own.
+// Models, by commands of its own.
 #pragma once
 
 #include "stage/base/options.h"

@@ -95,12 +95,10 @@ bool take(ModelOptions& options, const Argument& argument) {
 ExitCode open(Session& session, const ModelOptions& options, const std::string& target) {
     std::string error;
     SceneData data;
-    if (!options.opened.empty() && !readSceneFile(options.opened, data, error)) {
+    if (!options.opened.empty() && !readSceneFile(options.opened, data, error))
         return fail(ExitCode::BadFile, error);
-    }
-    if (!session.open(options.install, error)) {
+    if (!session.open(options.install, error))
         return fail(ExitCode::CoreOrToolMissing, error);
-    }
     return options.opened.empty()
                ? ExitCode::Ok
                : openScene(session, data, {options.opened, target, options.isForced});
@@ -109,17 +107,15 @@ ExitCode open(Session& session, const ModelOptions& options, const std::string& 
 /// Prints the faults of the last operation, and returns their number.
 std::size_t tellFaults(Session& session, const std::string& model) {
     const std::vector<MVR::CoreFault> faults = session.getFaults();
-    for (const MVR::CoreFault& fault : faults) {
+    for (const MVR::CoreFault& fault : faults)
         tellFault(model, fault);
-    }
     return faults.size();
 }
 
 /// Returns the exit code for a code of CoreModels::load() or save().
 ExitCode toExitCode(std::int32_t code) {
-    if (code == 0) {
+    if (code == 0)
         return ExitCode::Ok;
-    }
     const std::string& identifier = MVR::ErrorCode::instance()->find(code).getIdentifier();
     return identifier == "MODEL_NOTOOL"       ? ExitCode::BadBinding
            : identifier == "MODEL_UNWRITABLE" ? ExitCode::OutputNotWritten
@@ -130,12 +126,10 @@ ExitCode toExitCode(std::int32_t code) {
 
 ExitCode save(Session& session, const std::string& tool, const std::string& model) {
     const ExitCode code = toExitCode(session.getModels().save(tool, model));
-    if (code == ExitCode::BadBinding) {
+    if (code == ExitCode::BadBinding)
         return fail(code, "the scene has no tool named \"" + tool + "\"");
-    }
-    if (code != ExitCode::Ok) {
+    if (code != ExitCode::Ok)
         tellFaults(session, model);
-    }
     return code;
 }
 
@@ -145,37 +139,30 @@ void tellSummary(const ModelOptions& options, const std::vector<const PlacedTool
     const auto ending = [](std::size_t count) { return count == 1 ? "" : "s"; };
     std::printf("%s: %zu tool%s created, %zu fault%s\n", options.model.c_str(), created.size(),
                 ending(created.size()), faults, ending(faults));
-    for (const PlacedTool* tool : created) {
+    for (const PlacedTool* tool : created)
         std::printf("  %s (%s)\n", tool->plan.name.c_str(), tool->plan.type.c_str());
-    }
 }
 
 ExitCode load(Session& session, const ModelOptions& options) {
     std::string error;
     ExitCode result = toExitCode(session.getModels().load(options.model, ""));
     const std::size_t faults = tellFaults(session, options.model);
-    if (result == ExitCode::BadFile) {
+    if (result == ExitCode::BadFile)
         return result;
-    }
     const std::vector<const PlacedTool*> created = session.adoptTools();
     tellSummary(options, created, faults);
-    if (faults > 0) {
+    if (faults > 0)
         result = ExitCode::Incomplete;
-    }
-    if (created.empty()) {
+    if (created.empty())
         return result;
-    }
     std::vector<const StageNode*> nodes;
-    for (const auto& node : session.scene.getNodes()) {
+    for (const auto& node : session.scene.getNodes())
         nodes.push_back(node.get());
-    }
     ExitCode written = writeNodes(nodes, session.timeline.getStart(), options.out, {});
-    if (!options.scene.empty() && !session.saveScene(options.scene, error)) {
+    if (!options.scene.empty() && !session.saveScene(options.scene, error))
         written = fail(ExitCode::OutputNotWritten, error);
-    }
-    if (!options.copy.empty()) {
+    if (!options.copy.empty())
         written = firstFailure({written, save(session, created.front()->plan.name, options.copy)});
-    }
     return firstFailure({written, result});
 }
 
@@ -186,19 +173,16 @@ ExitCode modelSaveCommand(const std::vector<std::string>& words) {
     const auto takeOne = [&options](const Argument& argument, std::string&) {
         return take(options, argument);
     };
-    if (const auto code = readCommand(words, saveOptions(), saveHelp(), options.install, takeOne)) {
+    if (const auto code = readCommand(words, saveOptions(), saveHelp(), options.install, takeOne))
         return *code;
-    }
     Session session;
     ExitCode code = checkOutputs({options.model}, {options.opened});
-    if (code != ExitCode::Ok) {
+    if (code != ExitCode::Ok)
         return code;
-    }
     // The model would lack tools of the scene.
     code = open(session, options, options.opened);
-    if (code != ExitCode::Ok && code != ExitCode::Incomplete) {
+    if (code != ExitCode::Ok && code != ExitCode::Incomplete)
         return code;
-    }
     return firstFailure({save(session, options.tool, options.model), code});
 }
 
@@ -207,18 +191,15 @@ ExitCode modelLoadCommand(const std::vector<std::string>& words) {
     const auto takeOne = [&options](const Argument& argument, std::string&) {
         return take(options, argument);
     };
-    if (const auto code = readCommand(words, loadOptions(), loadHelp(), options.install, takeOne)) {
+    if (const auto code = readCommand(words, loadOptions(), loadHelp(), options.install, takeOne))
         return *code;
-    }
     Session session;
     ExitCode code = checkOutputs({options.scene, options.out, options.copy}, {options.model});
-    if (code != ExitCode::Ok) {
+    if (code != ExitCode::Ok)
         return code;
-    }
     code = open(session, options, options.scene);
-    if (code != ExitCode::Ok && code != ExitCode::Incomplete) {
+    if (code != ExitCode::Ok && code != ExitCode::Incomplete)
         return code;
-    }
     return firstFailure({load(session, options), code});
 }
 

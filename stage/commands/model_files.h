@@ -1,5 +1,4 @@
-/// \file
-/// Scenes to models, and models to scenes.
+// Scenes to models, and models to scenes.
 #pragma once
 
 #include "stage/base/options.h"

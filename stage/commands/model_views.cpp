@@ -45,26 +45,21 @@ std::string showHelp() {
 
 std::string join(const MVR::Tag& entry, const char* name) {
     std::string text;
-    for (std::int32_t i = 0; i < entry.childCount(name); ++i) {
+    for (std::int32_t i = 0; i < entry.childCount(name); ++i)
         text += (text.empty() ? "" : ", ") + entry.child(name, i).value();
-    }
     return text;
 }
 
 void print(const MVR::Tag& entry) {
     namespace Word = MVR::CatalogueWord;
     std::string text = entry.child(Word::kName).value();
-    if (const std::string& version = entry.child(Word::kVersion).value(); !version.empty()) {
+    if (const std::string& version = entry.child(Word::kVersion).value(); !version.empty())
         text += " " + version;
-    }
-    if (const std::string& about = entry.child(Word::kAbout).value(); !about.empty()) {
+    if (const std::string& about = entry.child(Word::kAbout).value(); !about.empty())
         text += "\n  " + about;
-    }
-    for (const char* name : {Word::kCategory, Word::kType, Word::kRequired, Word::kFile}) {
-        if (const std::string words = join(entry, name); !words.empty()) {
+    for (const char* name : {Word::kCategory, Word::kType, Word::kRequired, Word::kFile})
+        if (const std::string words = join(entry, name); !words.empty())
             text += std::string("\n  ") + name + " " + words;
-        }
-    }
     std::printf("%s\n", text.c_str());
 }
 
@@ -72,21 +67,17 @@ void print(const MVR::Tag& entry) {
 
 ExitCode modelListCommand(const std::vector<std::string>& words) {
     InstallValues values;
-    if (const auto code = readCommand(words, withCommonOptions({}), listHelp(), values)) {
+    if (const auto code = readCommand(words, withCommonOptions({}), listHelp(), values))
         return *code;
-    }
     Session session;
     std::string error;
-    if (!session.open(values, error)) {
+    if (!session.open(values, error))
         return fail(ExitCode::CoreOrToolMissing, error);
-    }
     const MVR::Tag catalogue = session.getModels().getCatalogue();
-    for (std::int32_t i = 0; i < catalogue.childCount(); ++i) {
+    for (std::int32_t i = 0; i < catalogue.childCount(); ++i)
         print(catalogue.child(i));
-    }
-    if (catalogue.childCount() == 0) {
+    if (catalogue.childCount() == 0)
         return fail(ExitCode::CoreOrToolMissing, "there are neither tools nor models");
-    }
     return ExitCode::Ok;
 }
 
@@ -97,9 +88,8 @@ ExitCode modelShowCommand(const std::vector<std::string>& words) {
         path = argument.value;
         return true;
     };
-    if (const auto code = readCommand(words, showOptions(), showHelp(), values, take)) {
+    if (const auto code = readCommand(words, showOptions(), showHelp(), values, take))
         return *code;
-    }
     std::string bytes;
     if (!MVR::Platform::readFile(path, bytes, kMostShownBytes)) {
         return fail(ExitCode::BadFile,
@@ -107,9 +97,8 @@ ExitCode modelShowCommand(const std::vector<std::string>& words) {
     }
     std::string text;
     std::string error;
-    if (!toModelText(bytes, text, error)) {
+    if (!toModelText(bytes, text, error))
         return fail(ExitCode::BadFile, path + ": " + error);
-    }
     std::fputs(text.c_str(), stdout);
     return ExitCode::Ok;
 }

@@ -1,5 +1,4 @@
-/// \file
-/// What can be made, and what a model holds.
+// What can be made, and what a model holds.
 #pragma once
 
 #include "stage/base/options.h"

@@ -22,9 +22,8 @@ std::filesystem::path fileOf(const std::string& path) {
     std::error_code error;
     const bool isDevice =
         std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error);
-    if (path.empty() || isDevice) {
+    if (path.empty() || isDevice)
         return {};
-    }
     return std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
 }
 
@@ -33,9 +32,8 @@ std::filesystem::path fileOf(const std::string& path) {
 ExitCode checkOutputs(const std::vector<std::string>& paths,
                       const std::vector<std::string>& sources) {
     std::vector<std::filesystem::path> taken;
-    for (const std::string& source : sources) {
+    for (const std::string& source : sources)
         taken.push_back(fileOf(source));
-    }
     for (const std::string& path : paths) {
         const std::filesystem::path file = fileOf(path);
         const auto same = std::find(taken.begin(), taken.end(), file);
@@ -55,17 +53,15 @@ ExitCode checkOutputs(const std::vector<std::string>& paths,
             return fail(ExitCode::OutputNotWritten,
                         "can't write " + path + ": there is no folder " + folder.string());
         }
-        if (std::filesystem::is_directory(path, error)) {
+        if (std::filesystem::is_directory(path, error))
             return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
-        }
     }
     return ExitCode::Ok;
 }
 
 ExitCode writeOutput(const std::string& path, const std::string& bytes) {
-    if (path.empty() || MVR::Platform::writeFileAtomic(path, bytes)) {
+    if (path.empty() || MVR::Platform::writeFileAtomic(path, bytes))
         return ExitCode::Ok;
-    }
     return fail(ExitCode::OutputNotWritten,
                 "can't write " + path + ": " + MVR::Platform::lastFileError());
 }
@@ -79,11 +75,9 @@ ExitCode writeNodes(const std::vector<const StageNode*>& nodes, double start,
 }
 
 ExitCode firstFailure(std::initializer_list<ExitCode> codes) {
-    for (const ExitCode code : codes) {
-        if (code != ExitCode::Ok) {
+    for (const ExitCode code : codes)
+        if (code != ExitCode::Ok)
             return code;
-        }
-    }
     return ExitCode::Ok;
 }
 

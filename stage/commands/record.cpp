@@ -65,20 +65,16 @@ ExitCode RecordRun::checkOutputs() const {
 
 /// Restores the scene to which the take is added, if there is one.
 ExitCode RecordRun::openScene() {
-    if (!options_.opened) {
+    if (!options_.opened)
         return ExitCode::Ok;
-    }
     const ExitCode opened = Stage::openScene(
         session_, *options_.opened, {options_.openedPath, options_.scene, options_.isForced});
-    if (opened == ExitCode::CoreOrToolMissing) {
+    if (opened == ExitCode::CoreOrToolMissing)
         return opened;
-    }
     std::string error;
-    for (const auto& tool : session_.getTools()) {
-        if (!session_.checkBindings(*tool, error)) {
+    for (const auto& tool : session_.getTools())
+        if (!session_.checkBindings(*tool, error))
             return fail(ExitCode::BadBinding, error);
-        }
-    }
     return opened;
 }
 
@@ -92,15 +88,12 @@ ExitCode RecordRun::placeTools() {
     std::string error;
     for (const ToolPlan& plan : plans) {
         const PlacedTool* tool = session_.place(plan, error);
-        if (tool == nullptr) {
+        if (tool == nullptr)
             return fail(ExitCode::CoreOrToolMissing, error);
-        }
-        if (!session_.checkBindings(*tool, error)) {
+        if (!session_.checkBindings(*tool, error))
             return fail(ExitCode::BadBinding, error);
-        }
-        if (options_.latency && plan.type == kProbeTool) {
+        if (options_.latency && plan.type == kProbeTool)
             probe_ = tool->access;
-        }
     }
     return checkSettings();
 }
@@ -119,11 +112,9 @@ ExitCode RecordRun::checkSettings() const {
 
 std::vector<const StageNode*> RecordRun::nodesToWrite() const {
     std::vector<const StageNode*> nodes;
-    for (const auto& node : session_.scene.getNodes()) {
-        if (probe_ == nullptr || node->getOwner() != probe_) {
+    for (const auto& node : session_.scene.getNodes())
+        if (probe_ == nullptr || node->getOwner() != probe_)
             nodes.push_back(node.get());
-        }
-    }
     return nodes;
 }
 
@@ -133,12 +124,10 @@ ExitCode RecordRun::writePass(const Pass& pass) const {
 
 /// Saves the scene without the probe, which isn't part of it.
 ExitCode RecordRun::saveScene() {
-    if (options_.scene.empty()) {
+    if (options_.scene.empty())
         return ExitCode::Ok;
-    }
-    if (probe_ != nullptr) {
+    if (probe_ != nullptr)
         probe_->extend(MVR::InterfaceExtension::kUnplug, 0);
-    }
     std::string error;
     return session_.saveScene(options_.scene, error) ? ExitCode::Ok
                                                      : fail(ExitCode::OutputNotWritten, error);
@@ -156,9 +145,8 @@ ExitCode RecordRun::recordTake() {
         probeNodes.empty() ? nullptr : static_cast<const StageNode*>(probeNodes.front());
     InputLog input(session_);
     TakePlan plan = options_.take;
-    if (!options_.logInput.empty()) {
+    if (!options_.logInput.empty())
         plan.onFrame = [&input](double time) { input.addFrame(time); };
-    }
     std::string error;
     std::optional<TakeFigures> figures;
     {
@@ -168,9 +156,8 @@ ExitCode RecordRun::recordTake() {
             [&progress](double time, const TakeFigures& state) { progress.show(time, state); },
             error);
     }
-    if (!figures) {
+    if (!figures)
         return fail(ExitCode::CoreOrToolMissing, error);
-    }
     report_.rate = session_.timeline.getRate();
     report_.start = session_.timeline.getStart();
     report_.take = std::move(*figures);
@@ -179,9 +166,8 @@ ExitCode RecordRun::recordTake() {
     inputTable_ = input.getTable();
     if (options_.checkUndo) {
         report_.isUndoGood = checkUndo(session_, before, error);
-        if (!*report_.isUndoGood) {
+        if (!*report_.isUndoGood)
             return fail(ExitCode::CheckFailed, error);
-        }
     }
     return ExitCode::Ok;
 }
@@ -197,14 +183,12 @@ ExitCode RecordRun::resimulateAll() {
         const double end = report_.take.endTime;
         const std::optional<ResimulationRun> run =
             resimulate(session_, start, end, pass.settings, error, isToStop);
-        if (!run) {
+        if (!run)
             return fail(ExitCode::CoreOrToolMissing, error);
-        }
         report_.resimulations.push_back(
             describe(pass.settings, CurveCopy(report_.nodes).compare(take_), *run, end - start));
-        if (const ExitCode code = writePass(pass); code != ExitCode::Ok) {
+        if (const ExitCode code = writePass(pass); code != ExitCode::Ok)
             worst = code;
-        }
         if (run->isCutShort || (isToStop() && i + 1 < options_.passes.size())) {
             complain("stopped at resimulation " + std::to_string(i) + " of " +
                      std::to_string(options_.passes.size() - 1) +
@@ -217,39 +201,32 @@ ExitCode RecordRun::resimulateAll() {
 
 ExitCode RecordRun::run() {
     ExitCode code = checkOutputs();
-    if (code != ExitCode::Ok) {
+    if (code != ExitCode::Ok)
         return code;
-    }
     std::string error;
-    if (!session_.open(options_.install, error)) {
+    if (!session_.open(options_.install, error))
         return fail(ExitCode::CoreOrToolMissing, error);
-    }
     const ExitCode opened = openScene();
     code = opened == ExitCode::Ok || opened == ExitCode::Incomplete ? placeTools() : opened;
-    if (code != ExitCode::Ok) {
+    if (code != ExitCode::Ok)
         return code;
-    }
     catchStopRequests();
     const ExitCode take = recordTake();
-    if (take == ExitCode::CoreOrToolMissing) {
+    if (take == ExitCode::CoreOrToolMissing)
         return take;
-    }
-    if (report_.take.isCutShort && report_.take.frames == 0) {
+    if (report_.take.isCutShort && report_.take.frames == 0)
         return fail(ExitCode::CutShort, "stopped before the first frame; nothing is written");
-    }
     // From here on there is a take to lose: each step runs even if the one before has failed.
     const ExitCode written = writePass(options_.passes.front());
     const ExitCode passes = resimulateAll();
     const ExitCode report = writeOutput(options_.report, toJson(report_));
     const ExitCode input = writeOutput(options_.logInput, inputTable_);
-    if (options_.printTable) {
+    if (options_.printTable)
         std::fputs(toTable(report_).c_str(), stdout);
-    }
     const ExitCode scene = saveScene();
     const ExitCode failure = firstFailure({written, passes, report, input, scene, take});
-    if (failure != ExitCode::Ok) {
+    if (failure != ExitCode::Ok)
         return failure;
-    }
     const bool hasEnd = !options_.take.autoExpand;
     return report_.take.isCutShort && hasEnd ? ExitCode::CutShort : opened;
 }
@@ -257,9 +234,8 @@ ExitCode RecordRun::run() {
 } // namespace
 
 ExitCode recordCommand(const std::vector<std::string>& words) {
-    if (answerHelp(words, recordHelp())) {
+    if (answerHelp(words, recordHelp()))
         return ExitCode::Ok;
-    }
     RecordOptions options;
     std::string error;
     if (!readRecordOptions(words, options, error)) {

@@ -1,5 +1,4 @@
-/// \file
-/// Places tools, binds live input to them, records a take and writes it.
+// Places tools, binds live input to them, records a take and writes it.
 #pragma once
 
 #include "stage/base/options.h"

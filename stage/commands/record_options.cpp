@@ -77,9 +77,8 @@ public:
     explicit RecordReader(RecordOptions& options) : options_(options) { options_.passes.resize(1); }
 
     bool read(const Argument& argument, std::string& error) {
-        if (takeCommonArgument(argument, options_.install)) {
+        if (takeCommonArgument(argument, options_.install))
             return true;
-        }
         return isOfTool(argument) ? readOfTool(argument, error)
                                   : readOfPass(argument) || readOfTake(argument, error);
     }
@@ -113,23 +112,19 @@ bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
         error = argument.name + " must come before the first --resimulate";
         return false;
     }
-    if (argument.name == "--tool") {
+    if (argument.name == "--tool")
         return addTool(argument.value);
-    }
     if (options_.tools.empty()) {
         error = argument.name + " must follow the --tool that it belongs to";
         return false;
     }
     ToolPlan& tool = options_.tools.back();
-    if (argument.name == "--bind") {
+    if (argument.name == "--bind")
         return parseBinding(argument.value, tool.bindings.emplace_back(), error);
-    }
-    if (argument.name == "--set") {
+    if (argument.name == "--set")
         return parseSetting(argument.value, {}, tool.settings.emplace_back(), error);
-    }
-    if (argument.name == "--bindings") {
+    if (argument.name == "--bindings")
         return readPlanFile(argument.value, tool, error);
-    }
     if (argument.value.find_first_not_of(" \t\r\n\v\f") == std::string::npos) {
         error = "--name must not be blank";
         return false;
@@ -171,15 +166,14 @@ std::vector<ToolPlan> RecordReader::knownTools() const {
 }
 
 bool RecordReader::readOfPass(const Argument& argument) {
-    if (argument.name == "--resimulate") {
+    if (argument.name == "--resimulate")
         options_.passes.emplace_back();
-    } else if (argument.name == "--out") {
+    else if (argument.name == "--out")
         options_.passes.back().out = argument.value;
-    } else if (argument.name == "--out-curves") {
+    else if (argument.name == "--out-curves")
         options_.passes.back().outCurves = argument.value;
-    } else {
+    else
         return false;
-    }
     return true;
 }
 
@@ -212,14 +206,12 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
     } else if (argument.name == "--slow-motion") {
         return readNumber(argument, 1, kSlowest, options_.take.slowMotion, error);
     } else if (argument.name == "--end") {
-        if (!readNumber(argument, kLeastTime, number, error)) {
+        if (!readNumber(argument, kLeastTime, number, error))
             return false;
-        }
         end_ = number;
     } else {
-        if (!readNumber(argument, 0.0, number, error)) {
+        if (!readNumber(argument, 0.0, number, error))
             return false;
-        }
         seconds_ = number;
     }
     return true;
@@ -228,25 +220,22 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
 bool RecordReader::finish(std::string& error) {
     constexpr double kDefaultSeconds = 10.0;
     options_.end = end_.value_or(options_.start + seconds_.value_or(kDefaultSeconds));
-    if (options_.opened && !end_ && !seconds_ && options_.opened->end > options_.start) {
+    if (options_.opened && !end_ && !seconds_ && options_.opened->end > options_.start)
         options_.end = options_.opened->end;
-    }
-    if (seconds_) {
+    if (seconds_)
         options_.take.autoExpand = false;
-    }
-    if (options_.tools.empty() && !options_.opened) {
+    if (options_.tools.empty() && !options_.opened)
         error = "give at least one --tool, or --open a scene";
-    } else if (end_ && seconds_) {
+    else if (end_ && seconds_)
         error = "--end and --seconds both set the end of the take: give only one";
-    } else if (options_.end <= options_.start) {
+    else if (options_.end <= options_.start)
         error = "the take ends before its first frame";
-    } else if (options_.end > kLatestTime) {
+    else if (options_.end > kLatestTime)
         error = "the take must end by second " + toText(kLatestTime);
-    } else if (options_.rate > kHighestRate) {
+    else if (options_.rate > kHighestRate)
         error = "--rate must be at most " + toText(kHighestRate);
-    } else {
+    else
         return true;
-    }
     return false;
 }
 
@@ -269,18 +258,15 @@ std::string recordHelp() {
 bool readRecordOptions(const std::vector<std::string>& words, RecordOptions& out,
                        std::string& error) {
     std::vector<Argument> arguments;
-    if (!readArguments(words, recordOptions(), arguments, error)) {
+    if (!readArguments(words, recordOptions(), arguments, error))
         return false;
-    }
     RecordReader reader(out);
     // The scene comes first: the others add to it.
     std::stable_partition(arguments.begin(), arguments.end(),
                           [](const Argument& argument) { return argument.name == "--open"; });
-    for (const Argument& argument : arguments) {
-        if (!reader.read(argument, error)) {
+    for (const Argument& argument : arguments)
+        if (!reader.read(argument, error))
             return false;
-        }
-    }
     return reader.finish(error);
 }
 

@@ -67,27 +67,24 @@ std::string help() {
 }
 
 bool take(ResimulateOptions& options, const Argument& argument, std::string& error) {
-    if (argument.name == "--start") {
+    if (argument.name == "--start")
         return readNumber(argument, kLeastTime, options.start.emplace(), error);
-    }
-    if (argument.name == "--end") {
+    if (argument.name == "--end")
         return readNumber(argument, kLeastTime, options.end.emplace(), error);
-    }
-    if (argument.name == "SCENE") {
+    if (argument.name == "SCENE")
         options.path = argument.value;
-    } else if (argument.name == "--set") {
+    else if (argument.name == "--set")
         options.settings.push_back(argument.value);
-    } else if (argument.name == "--out") {
+    else if (argument.name == "--out")
         options.out = argument.value;
-    } else if (argument.name == "--out-curves") {
+    else if (argument.name == "--out-curves")
         options.outCurves = argument.value;
-    } else if (argument.name == "--scene") {
+    else if (argument.name == "--scene")
         options.scene = argument.value;
-    } else if (argument.name == kForceOption.name) {
+    else if (argument.name == kForceOption.name)
         options.isForced = true;
-    } else {
+    else
         options.printTable = true;
-    }
     return true;
 }
 
@@ -99,9 +96,8 @@ ExitCode change(Session& session, const std::vector<Setting>& settings) {
             return fail(ExitCode::BadBinding,
                         "no tool has the property that \"" + setting.toText() + "\" is to change");
         }
-        for (UniDevice::Property* property : properties) {
+        for (UniDevice::Property* property : properties)
             apply(setting, *property);
-        }
     }
     return ExitCode::Ok;
 }
@@ -110,42 +106,35 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
              const std::vector<Setting>& settings) {
     std::string error;
     Session session;
-    if (!session.open(options.install, error)) {
+    if (!session.open(options.install, error))
         return fail(ExitCode::CoreOrToolMissing, error);
-    }
     const ExitCode opened =
         openScene(session, data, {options.path, options.scene, options.isForced});
-    if (opened == ExitCode::CoreOrToolMissing) {
+    if (opened == ExitCode::CoreOrToolMissing)
         return opened;
-    }
-    if (const ExitCode code = change(session, settings); code != ExitCode::Ok) {
+    if (const ExitCode code = change(session, settings); code != ExitCode::Ok)
         return code;
-    }
     catchStopRequests();
     const CurveCopy before(session.scene);
     const double start = options.start.value_or(data.start);
     const double end = options.end.value_or(data.end);
     const auto run = resimulate(session, start, end, {}, error, isStopRequested);
-    if (!run) {
+    if (!run)
         return fail(ExitCode::CoreOrToolMissing, error);
-    }
     std::vector<const StageNode*> nodes;
-    for (const auto& node : session.scene.getNodes()) {
+    for (const auto& node : session.scene.getNodes())
         nodes.push_back(node.get());
-    }
     ExitCode written = writeNodes(nodes, data.start, options.out, options.outCurves);
-    if (!options.scene.empty() && !session.saveScene(options.scene, error)) {
+    if (!options.scene.empty() && !session.saveScene(options.scene, error))
         written = fail(ExitCode::OutputNotWritten, error);
-    }
     if (options.printTable) {
         std::fputs(
             toTable(describe(settings, CurveCopy(session.scene).compare(before), *run, end - start))
                 .c_str(),
             stdout);
     }
-    if (run->isCutShort) {
+    if (run->isCutShort)
         complain("stopped before the end; the simulated frames are kept");
-    }
     return firstFailure({written, run->isCutShort ? ExitCode::CutShort : ExitCode::Ok, opened});
 }
 
@@ -156,25 +145,19 @@ ExitCode resimulateCommand(const std::vector<std::string>& words) {
     const auto takeOne = [&options](const Argument& argument, std::string& error) {
         return take(options, argument, error);
     };
-    if (const auto code =
-            readCommand(words, resimulateOptions(), help(), options.install, takeOne)) {
+    if (const auto code = readCommand(words, resimulateOptions(), help(), options.install, takeOne))
         return *code;
-    }
     SceneData data;
     std::string error;
-    if (!readSceneFile(options.path, data, error)) {
+    if (!readSceneFile(options.path, data, error))
         return fail(ExitCode::BadFile, error);
-    }
     const std::vector<ToolPlan> tools = listTools(data.configuration);
     std::vector<Setting> settings;
-    for (const std::string& text : options.settings) {
-        if (!parseSetting(text, tools, settings.emplace_back(), error)) {
+    for (const std::string& text : options.settings)
+        if (!parseSetting(text, tools, settings.emplace_back(), error))
             return fail(ExitCode::Usage, error);
-        }
-    }
-    if (options.end.value_or(data.end) <= options.start.value_or(data.start)) {
+    if (options.end.value_or(data.end) <= options.start.value_or(data.start))
         return fail(ExitCode::Usage, "the simulation ends before its first frame");
-    }
     // The scene may replace the one that was read.
     const ExitCode code =
         firstFailure({checkOutputs({options.out, options.outCurves}, {options.path}),

@@ -1,5 +1,4 @@
-/// \file
-/// Runs the takes of a saved scene again.
+// Runs the takes of a saved scene again.
 #pragma once
 
 #include "stage/base/options.h"

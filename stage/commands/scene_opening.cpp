@@ -34,17 +34,15 @@ ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& 
     bool isWhole = true;
     std::string missing;
     for (const MVR::CoreFault& fault : session.getFaults()) {
-        if (fault.isToolMissing) {
+        if (fault.isToolMissing)
             missing += (missing.empty() ? "\"" : ", \"") + fault.tool + "\"";
-        }
         if (isGrave(fault)) {
             tellFault(opening.path, fault);
             isWhole = false;
         }
     }
-    if (!missing.empty()) {
+    if (!missing.empty())
         complain(opening.path + ": these tools of the scene can't be created: " + missing);
-    }
     if (!missing.empty() && isSameFile(opening.path, opening.target) && !opening.isForced) {
         return fail(ExitCode::CoreOrToolMissing,
                     opening.target + " would be saved without them: name another file, or give "

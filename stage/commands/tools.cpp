@@ -23,9 +23,8 @@ std::string help() {
 void print(const ToolEntry& tool) {
     std::printf("%s %s\n  %s\n  category %s", tool.name.c_str(), tool.version.c_str(),
                 tool.description.c_str(), tool.category.c_str());
-    if (!tool.author.empty()) {
+    if (!tool.author.empty())
         std::printf(", by %s", tool.author.c_str());
-    }
     std::printf("\n  %s\n", tool.library.c_str());
 }
 
@@ -33,9 +32,8 @@ void print(const ToolEntry& tool) {
 
 ExitCode toolsCommand(const std::vector<std::string>& words) {
     InstallValues values;
-    if (const auto code = readCommand(words, withCommonOptions({}), help(), values)) {
+    if (const auto code = readCommand(words, withCommonOptions({}), help(), values))
         return *code;
-    }
     const std::string core = findCore(values.core);
     if (core.empty() && values.plugins.empty()) {
         complain("there is no core library; name it with --core, or the folder of the tools with "
@@ -43,12 +41,10 @@ ExitCode toolsCommand(const std::vector<std::string>& words) {
         return ExitCode::CoreOrToolMissing;
     }
     const ToolCatalog catalog = listTools(toolFolder(values, core));
-    for (const ToolEntry& tool : catalog.tools) {
+    for (const ToolEntry& tool : catalog.tools)
         print(tool);
-    }
-    for (const std::string& fault : catalog.faults) {
+    for (const std::string& fault : catalog.faults)
         complain(fault);
-    }
     if (catalog.tools.empty()) {
         complain("no tools in " + toolFolder(values, core));
         return ExitCode::CoreOrToolMissing;

@@ -1,5 +1,4 @@
-/// \file
-/// Lists the tools that can be placed.
+// Lists the tools that can be placed.
 #pragma once
 
 #include "stage/base/options.h"

@@ -17,11 +17,9 @@ bool isSameTime(double a, double b) {
 
 std::vector<double> keyTimes(const Curves& curves, std::size_t first, std::size_t end) {
     std::vector<double> times;
-    for (std::size_t i = first; i < end; ++i) {
-        for (const Key& key : curves[i].getKeys()) {
+    for (std::size_t i = first; i < end; ++i)
+        for (const Key& key : curves[i].getKeys())
             times.push_back(key.time);
-        }
-    }
     std::sort(times.begin(), times.end());
     times.erase(std::unique(times.begin(), times.end(), isSameTime), times.end());
     return times;
@@ -29,9 +27,8 @@ std::vector<double> keyTimes(const Curves& curves, std::size_t first, std::size_
 
 std::string toCurveTable(const std::vector<const StageNode*>& nodes) {
     std::string table = "node,time";
-    for (const char* name : kCurveNames) {
+    for (const char* name : kCurveNames)
         table += std::string(",") + name;
-    }
     table += '\n';
     for (const StageNode* node : nodes) {
         const Curves& curves = node->getCurves();
@@ -41,9 +38,8 @@ std::string toCurveTable(const std::vector<const StageNode*>& nodes) {
             for (std::size_t i = 0; i < kCurveCount; ++i) {
                 const auto& keys = curves[i].getKeys();
                 table += ',';
-                if (next[i] < keys.size() && isSameTime(time, keys[next[i]].time)) {
+                if (next[i] < keys.size() && isSameTime(time, keys[next[i]].time))
                     table += toText(keys[next[i]++].value);
-                }
             }
             table += '\n';
         }

@@ -60,9 +60,8 @@ float toFinite(double value, float fallback) {
 template <std::size_t Size>
 std::vector<double> toNumbers(const std::array<double, Size>& values) {
     std::vector<double> numbers(values.begin(), values.end());
-    for (double& number : numbers) {
+    for (double& number : numbers)
         number = toFinite(number, 0.0F);
-    }
     return numbers;
 }
 
@@ -75,12 +74,10 @@ void GltfBuilder::addNodes(const std::vector<const StageNode*>& nodes, double st
         out.translation = toNumbers(transform.position);
         out.rotation = toNumbers(normalised(transform.rotation));
         out.scale = toNumbers(transform.scale);
-        if (node->getKind() == MVR::kNodeCamera) {
+        if (node->getKind() == MVR::kNodeCamera)
             out.camera = addCamera(*node, start);
-        }
-        if (node->getMesh() != nullptr && node->isShown()) {
+        if (node->getMesh() != nullptr && node->isShown())
             out.mesh = addMesh(node->getMesh(), out.name);
-        }
     }
     for (const StageNode* node : nodes) {
         const auto parent = indices_.find(node->getParentNode());
@@ -134,9 +131,8 @@ std::vector<std::uint32_t> cornersOf(const MVR::CMesh& mesh) {
     };
     for (std::size_t i = 0; i + 2 < mesh.faces.size(); i += 3) {
         const auto first = mesh.faces.begin() + static_cast<std::ptrdiff_t>(i);
-        if (std::all_of(first, first + 3, isThere)) {
+        if (std::all_of(first, first + 3, isThere))
             corners.insert(corners.end(), first, first + 3);
-        }
     }
     return corners;
 }
@@ -145,9 +141,8 @@ int GltfBuilder::addMesh(const SharedMesh& mesh, const std::string& name) {
     const auto [known, isNew] = meshes_.emplace(mesh, -1);
     const std::vector<std::uint32_t> corners =
         isNew ? cornersOf(*mesh) : std::vector<std::uint32_t>();
-    if (corners.empty()) {
+    if (corners.empty())
         return known->second;
-    }
     std::vector<float> numbers;
     numbers.reserve(mesh->vertices.size() * 3);
     std::vector<double> least(3, std::numeric_limits<double>::max());
@@ -184,9 +179,8 @@ int GltfBuilder::addTimes(const std::vector<double>& times) {
     for (const double time : times) {
         // The times must rise in single precision too, so equal ones are moved apart.
         auto number = static_cast<float>(std::fmax(time - shift_, 0.0));
-        if (!numbers.empty() && number <= numbers.back()) {
+        if (!numbers.empty() && number <= numbers.back())
             number = std::nextafter(numbers.back(), std::numeric_limits<float>::max());
-        }
         numbers.push_back(number);
     }
     const int index = addNumbers(numbers, TINYGLTF_TYPE_SCALAR, 1);
@@ -228,9 +222,8 @@ std::vector<float> rotationsAt(const StageNode& node, const std::vector<double>&
     for (const double time : times) {
         Quaternion rotation = normalised(node.evaluate(time).rotation);
         double cosine = 0.0;
-        for (std::size_t i = 0; i < rotation.size(); ++i) {
+        for (std::size_t i = 0; i < rotation.size(); ++i)
             cosine += rotation[i] * before[i];
-        }
         const double sign = !numbers.empty() && cosine < 0.0 ? -1.0 : 1.0;
         for (double& part : rotation) {
             part *= sign;
@@ -255,23 +248,20 @@ void GltfBuilder::addAnimation(const std::vector<const StageNode*>& nodes) {
                        addNumbers(positionsAt(*node, positionTimes), TINYGLTF_TYPE_VEC3, 3));
         }
         if (!rotationTimes.empty()) {
-            if (rotationTimes != positionTimes) {
+            if (rotationTimes != positionTimes)
                 input = addTimes(rotationTimes);
-            }
             addChannel(animation, "rotation", index, input,
                        addNumbers(rotationsAt(*node, rotationTimes), TINYGLTF_TYPE_VEC4, 4));
         }
     }
-    if (!animation.channels.empty()) {
+    if (!animation.channels.empty())
         model_.animations.push_back(std::move(animation));
-    }
 }
 
 std::string GltfBuilder::toText() {
     // The format allows no empty lists.
-    if (model_.buffers[0].data.empty()) {
+    if (model_.buffers[0].data.empty())
         model_.buffers.clear();
-    }
     std::ostringstream out;
     tinygltf::TinyGLTF writer;
     writer.WriteGltfSceneToStream(&model_, out, true, false);

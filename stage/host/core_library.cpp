@@ -8,28 +8,24 @@
 namespace Stage {
 
 std::string findCore(const std::string& option) {
-    if (!option.empty()) {
+    if (!option.empty())
         return MVR::Platform::fileExists(option) ? option : std::string();
-    }
-    if (const char* named = std::getenv("MIRVANE_CORE"); named != nullptr && *named != '\0') {
+    if (const char* named = std::getenv("MIRVANE_CORE"); named != nullptr && *named != '\0')
         return MVR::Platform::fileExists(named) ? named : std::string();
-    }
     const std::filesystem::path folder =
         std::filesystem::path(MVR::Platform::ownModulePath()).parent_path();
     const std::string name = "libcore" + MVR::Platform::libraryPattern().substr(1);
     for (const char* place : {"../lib/mirvane", "."}) {
         const std::string path = (folder / place / name).lexically_normal().string();
-        if (MVR::Platform::fileExists(path)) {
+        if (MVR::Platform::fileExists(path))
             return path;
-        }
     }
     return {};
 }
 
 bool CoreLibrary::load(const std::string& path, std::string& error) {
-    if (!library_.load(path, error)) {
+    if (!library_.load(path, error))
         return false;
-    }
     attach_ = library_.find<MVR::AttachFunction>("attach");
     detach_ = library_.find<MVR::DetachFunction>("detach");
     getVersion_ = library_.find<MVR::GetVersionFunction>("getVersion");

@@ -49,15 +49,13 @@ std::string DeviceReader::toText() const {
     std::string text;
     for (UniDevice::Device* device : handler_->devices) {
         std::string name = device->name;
-        if (device->deviceIndex != 0) {
+        if (device->deviceIndex != 0)
             name += "#" + std::to_string(device->deviceIndex);
-        }
         text += name + ": " + std::to_string(device->controlCount()) + " controls\n";
         for (std::int32_t i = 0; i < device->controlCount(); ++i) {
             const UniDevice::Control* control = device->control(i);
-            if (control == nullptr) {
+            if (control == nullptr)
                 continue;
-            }
             const std::string binding =
                 name + ":" + control->type + ":" + std::to_string(control->index);
             char value[32];

@@ -45,16 +45,14 @@ std::string driverFolder(const InstallValues& values, const std::string& corePat
 }
 
 InstallValuesFile::~InstallValuesFile() {
-    if (!path_.empty()) {
+    if (!path_.empty())
         MVR::Platform::deleteFile(path_);
-    }
 }
 
 bool InstallValuesFile::write(const InstallValues& values, const std::string& corePath,
                               std::string& error) {
-    if (values.data.empty() && values.plugins.empty() && values.documents.empty()) {
+    if (values.data.empty() && values.plugins.empty() && values.documents.empty())
         return true;
-    }
     const std::string documents =
         values.documents.empty() ? documentsFolder() : absolute(values.documents);
     const std::string text =

@@ -13,9 +13,8 @@ namespace {
 
 std::string describe(const Binding& binding) {
     std::string text = "\"" + binding.property + "\" can't be driven by " + binding.device;
-    if (binding.deviceIndex != 0) {
+    if (binding.deviceIndex != 0)
         text += "#" + std::to_string(binding.deviceIndex);
-    }
     return text + ":" + binding.type + ":" + std::to_string(binding.index) +
            ": there is no such control (mirvane-stage devices lists what there is)";
 }
@@ -32,9 +31,8 @@ bool Session::open(const InstallValues& values, std::string& error) {
                     : "there is no core library at " + values.core;
         return false;
     }
-    if (!installValues_.write(values, path, error) || !library_.load(path, error)) {
+    if (!installValues_.write(values, path, error) || !library_.load(path, error))
         return false;
-    }
     core_ = library_.attach(adaptor);
     if (core_ == nullptr) {
         error = "the core at " + path + " refused to attach";
@@ -56,9 +54,8 @@ bool Session::open(const InstallValues& values, std::string& error) {
 }
 
 void Session::close() {
-    if (core_ == nullptr) {
+    if (core_ == nullptr)
         return;
-    }
     // Objects in the undo list may point into tools, and their code is the core's.
     undo.clear();
     tools_.clear();
@@ -80,9 +77,8 @@ std::vector<const PlacedTool*> Session::adoptTools() {
         const bool isKnown = std::any_of(tools_.begin(), tools_.end(), [&tool](const auto& known) {
             return known->access == tool.access;
         });
-        if (isKnown) {
+        if (isKnown)
             continue;
-        }
         ToolPlan plan;
         plan.type = tool.type;
         plan.name = tool.name;
@@ -105,9 +101,8 @@ const PlacedTool* Session::place(const ToolPlan& plan, std::string& error) {
     std::string name;
     if (tree_->create(plan.type, plan.name, "", toProfile(plan), &name) != 0) {
         error = "the tool \"" + plan.type + "\" can't be created";
-        for (const MVR::CoreFault& fault : faults_->list()) {
+        for (const MVR::CoreFault& fault : faults_->list())
             error += ": " + fault.text;
-        }
         error += " (mirvane-stage tools lists what there is)";
         return nullptr;
     }
@@ -118,13 +113,12 @@ const PlacedTool* Session::place(const ToolPlan& plan, std::string& error) {
 bool Session::checkBindings(const PlacedTool& tool, std::string& error) const {
     for (const Binding& binding : tool.plan.bindings) {
         const UniDevice::Property* property = tool.access->findProperty(binding.property);
-        if (property == nullptr) {
+        if (property == nullptr)
             error = "\"" + tool.plan.type + "\" has no property \"" + binding.property + "\"";
-        } else if (property->control == nullptr) {
+        else if (property->control == nullptr)
             error = describe(binding);
-        } else {
+        else
             continue;
-        }
         return false;
     }
     for (const Setting& setting : tool.plan.settings) {
@@ -139,21 +133,17 @@ bool Session::checkBindings(const PlacedTool& tool, std::string& error) const {
 std::vector<UniDevice::Property*> Session::findProperties(const Setting& setting) const {
     std::vector<UniDevice::Property*> properties;
     for (const auto& tool : tools_) {
-        if (!tool->plan.isMeantBy(setting)) {
+        if (!tool->plan.isMeantBy(setting))
             continue;
-        }
         std::vector<std::string> names = {setting.property};
         if (setting.property == "*") {
             names.clear();
-            for (const Binding& binding : tool->plan.bindings) {
+            for (const Binding& binding : tool->plan.bindings)
                 names.push_back(binding.property);
-            }
         }
-        for (const std::string& name : names) {
-            if (UniDevice::Property* property = tool->access->findProperty(name)) {
+        for (const std::string& name : names)
+            if (UniDevice::Property* property = tool->access->findProperty(name))
                 properties.push_back(property);
-            }
-        }
     }
     return properties;
 }

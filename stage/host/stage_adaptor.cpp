@@ -29,9 +29,8 @@ void StageAdaptor::releaseLog() {
 
 MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name,
                                          std::intptr_t kind, std::intptr_t parent) {
-    if (StageNode* known = scene_.find(name, tool)) {
+    if (StageNode* known = scene_.find(name, tool))
         return known;
-    }
     auto* wanted = reinterpret_cast<MVR::SceneNode*>(parent);
     StageNode* below = scene_.contains(wanted) ? static_cast<StageNode*>(wanted) : nullptr;
     return scene_.create(std::move(name), tool, kind, below);
@@ -55,11 +54,9 @@ MVR::SceneNode* StageAdaptor::createNode(MVR::CInterface* tool, std::string name
 
 std::vector<MVR::SceneNode*> StageAdaptor::getNodes(MVR::CInterface* tool) {
     std::vector<MVR::SceneNode*> nodes;
-    for (const auto& node : scene_.getNodes()) {
-        if (node->getOwner() == tool) {
+    for (const auto& node : scene_.getNodes())
+        if (node->getOwner() == tool)
             nodes.push_back(node.get());
-        }
-    }
     return nodes;
 }
 
@@ -68,17 +65,14 @@ std::vector<MVR::SceneNode*> StageAdaptor::getNodes(MVR::CInterface* tool) {
 StageNode* StageAdaptor::findSaved(const std::string& tool, const std::string& node) const {
     StageNode* byName = nullptr;
     for (const auto& free : scene_.getNodes()) {
-        if (free->getOwner() != nullptr || free->getName() != node) {
+        if (free->getOwner() != nullptr || free->getName() != node)
             continue;
-        }
-        if (free->getSavedOwner() == tool) {
+        if (free->getSavedOwner() == tool)
             return free.get();
-        }
         const std::string& sceneName = free->getSceneName();
         if (free->getSavedOwner().empty() && byName == nullptr &&
-            (sceneName == tool || sceneName == tool + "_" + node)) {
+            (sceneName == tool || sceneName == tool + "_" + node))
             byName = free.get();
-        }
     }
     return byName;
 }
@@ -87,17 +81,14 @@ std::vector<MVR::SceneNode*> StageAdaptor::resolveNodes(MVR::Tag nodeInfo, std::
                                                         MVR::CInterface* tool) {
     std::vector<MVR::SceneNode*> nodes;
     for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i) {
-        if (!nodeInfo.child(i).hasName("node")) {
+        if (!nodeInfo.child(i).hasName("node"))
             continue;
-        }
         const std::string nodeName = nodeInfo.child(i).attribute("name");
         StageNode* found = scene_.find(nodeName, tool);
-        if (found == nullptr) {
+        if (found == nullptr)
             found = findSaved(name, nodeName);
-        }
-        if (found != nullptr) {
+        if (found != nullptr)
             found->setOwner(tool);
-        }
         nodes.push_back(found != nullptr ? found->toHandle() : nullptr);
     }
     return nodes;
@@ -106,12 +97,10 @@ std::vector<MVR::SceneNode*> StageAdaptor::resolveNodes(MVR::Tag nodeInfo, std::
 std::vector<MVR::SceneNode*> StageAdaptor::mergeFile(std::string path) {
     std::vector<MVR::SceneNode*> nodes;
     std::string error;
-    for (StageNode* node : mergeInto(scene_, path, error)) {
+    for (StageNode* node : mergeInto(scene_, path, error))
         nodes.push_back(node);
-    }
-    if (nodes.empty() && faults_ != nullptr) {
+    if (nodes.empty() && faults_ != nullptr)
         faults_->tell("Unable to merge " + error);
-    }
     return nodes;
 }
 

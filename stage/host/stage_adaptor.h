@@ -61,7 +61,6 @@ public:
     void detachNotify() override {}
     MVR::Tag getSettingsLayout() override { return {}; }
 
-
     /// Sets where merging reports why a file can't be merged; null while there is no core.
     void setFaults(MVR::CoreFaults* faults) { faults_ = faults; }
 

@@ -33,9 +33,8 @@ void listLibrary(const std::string& path, ToolCatalog& catalog) {
     }
     for (std::int32_t i = 0; i < MVR::kMostPlugins; ++i) {
         MVR::CCameraPlugin* tool = getPlugin(i);
-        if (tool == nullptr) {
+        if (tool == nullptr)
             return;
-        }
         if (!tool->supportsExtension(MVR::DescriptorExtension::kInternal)) {
             catalog.tools.push_back({tool->getName(), tool->getVersionText(),
                                      tool->getDescription(), tool->getCategory(), tool->getAuthor(),
@@ -50,11 +49,9 @@ void listLibrary(const std::string& path, ToolCatalog& catalog) {
 ToolCatalog listTools(const std::string& folder) {
     ToolCatalog catalog;
     for (const auto& file :
-         MVR::Platform::listFiles(folder + "/" + MVR::Platform::libraryPattern())) {
-        if (file.isRegular) {
+         MVR::Platform::listFiles(folder + "/" + MVR::Platform::libraryPattern()))
+        if (file.isRegular)
             listLibrary(folder + "/" + file.name, catalog);
-        }
-    }
     return catalog;
 }
 

@@ -31,16 +31,14 @@ constexpr int kDeepestJson = 64;
 
 std::uint32_t readNumber(std::string_view bytes, std::size_t at) {
     std::uint32_t number = 0;
-    for (std::size_t i = 4; i-- > 0;) {
+    for (std::size_t i = 4; i-- > 0;)
         number = number << 8 | static_cast<unsigned char>(bytes[at + i]);
-    }
     return number;
 }
 
 void writeNumber(std::string& bytes, std::size_t number) {
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 4; ++i)
         bytes += static_cast<char>(number >> (8 * i) & 0xFF);
-    }
 }
 
 bool split(const std::string& bytes, Parts& parts, std::string& error) {
@@ -62,9 +60,8 @@ bool split(const std::string& bytes, Parts& parts, std::string& error) {
 }
 
 std::string join(Parts parts) {
-    if (!parts.isBinary) {
+    if (!parts.isBinary)
         return parts.json;
-    }
     parts.json.resize((parts.json.size() + 3) / 4 * 4, ' ');
     std::string bytes = "glTF";
     writeNumber(bytes, 2);
@@ -83,9 +80,8 @@ bool isTooDeep(std::string_view json) {
         } else if (json[i] == '"') {
             isInText = true;
         } else if (json[i] == '{' || json[i] == '[') {
-            if (++depth > kDeepestJson) {
+            if (++depth > kDeepestJson)
                 return true;
-            }
         } else if (json[i] == '}' || json[i] == ']') {
             --depth;
         }
@@ -98,11 +94,9 @@ std::string reduce(const std::string& text) {
     const Json whole = Json::parse(text);
     Json part = Json::object();
     for (const char* name :
-         {"asset", "scene", "scenes", "nodes", "meshes", "accessors", "bufferViews", "buffers"}) {
-        if (whole.contains(name)) {
+         {"asset", "scene", "scenes", "nodes", "meshes", "accessors", "bufferViews", "buffers"})
+        if (whole.contains(name))
             part[name] = whole[name];
-        }
-    }
     for (const char* list : {"nodes", "meshes"}) {
         if (part.contains(list) && part[list].is_array()) {
             for (Json& item : part[list]) {
@@ -149,9 +143,8 @@ bool readInFolder(std::vector<unsigned char>* out, std::string* error, const std
 bool parseGltf(const std::string& bytes, const std::string& folder, tinygltf::Model& out,
                std::string& error) {
     Parts parts;
-    if (!split(bytes, parts, error)) {
+    if (!split(bytes, parts, error))
         return false;
-    }
     if (isTooDeep(parts.json)) {
         error = "the JSON has more than " + std::to_string(kDeepestJson) + " levels";
         return false;
@@ -175,9 +168,8 @@ bool parseGltf(const std::string& bytes, const std::string& folder, tinygltf::Mo
         return false;
     }
     error = error.substr(0, error.find('\n'));
-    if (!isGood && error.empty()) {
+    if (!isGood && error.empty())
         error = "it isn't a glTF 2.0 file";
-    }
     return isGood;
 }
 

@@ -136,16 +136,14 @@ private:
 
 bool MeshReader::addEntries(const Numbers& numbers, std::vector<std::array<double, 3>>& out) {
     entries_ += numbers.getCount();
-    if (entries_ > kMostMeshEntries) {
+    if (entries_ > kMostMeshEntries)
         return fail("it is too large");
-    }
     for (std::size_t i = 0; i < numbers.getCount(); ++i) {
         auto& entry = out.emplace_back();
         for (int component = 0; component < std::min(numbers.getComponents(), 3); ++component) {
             const double number = numbers.getNumber(i, component);
-            if (!std::isfinite(number)) {
+            if (!std::isfinite(number))
                 return fail("it has a number that isn't finite");
-            }
             entry[static_cast<std::size_t>(component)] = number;
         }
     }
@@ -158,16 +156,14 @@ bool MeshReader::readCorners(const tinygltf::Primitive& primitive, std::size_t v
     Numbers indices;
     const bool hasIndices = primitive.indices >= 0;
     std::string reason;
-    if (hasIndices && (!indices.open(model_, primitive.indices, reason) || !indices.isInteger())) {
+    if (hasIndices && (!indices.open(model_, primitive.indices, reason) || !indices.isInteger()))
         return fail(reason.empty() ? "its indices aren't whole numbers" : reason);
-    }
     const std::size_t count = hasIndices ? indices.getCount() : vertices;
     const bool isStrip = primitive.mode == TINYGLTF_MODE_TRIANGLE_STRIP;
     const bool isFan = primitive.mode == TINYGLTF_MODE_TRIANGLE_FAN;
     entries_ += isStrip || isFan ? 3 * count : count;
-    if (entries_ > kMostMeshEntries) {
+    if (entries_ > kMostMeshEntries)
         return fail("it is too large");
-    }
     const std::size_t step = isStrip || isFan ? 1 : 3;
     for (std::size_t first = 0; first + 2 < count; first += step) {
         // In a strip every other triangle has the opposite order.
@@ -176,9 +172,8 @@ bool MeshReader::readCorners(const tinygltf::Primitive& primitive, std::size_t v
         for (const std::size_t place : places) {
             const auto vertex =
                 hasIndices ? static_cast<std::size_t>(indices.getNumber(place, 0)) : place;
-            if (vertex >= vertices) {
+            if (vertex >= vertices)
                 return fail("a face names a vertex that isn't there");
-            }
             out.push_back(static_cast<std::int32_t>(vertex));
         }
     }
@@ -187,59 +182,48 @@ bool MeshReader::readCorners(const tinygltf::Primitive& primitive, std::size_t v
 
 bool MeshReader::addPrimitive(const tinygltf::Primitive& primitive, MVR::CMesh& mesh) {
     const int mode = primitive.mode < 0 ? TINYGLTF_MODE_TRIANGLES : primitive.mode;
-    if (mode < TINYGLTF_MODE_TRIANGLES || mode > TINYGLTF_MODE_TRIANGLE_FAN) {
+    if (mode < TINYGLTF_MODE_TRIANGLES || mode > TINYGLTF_MODE_TRIANGLE_FAN)
         return true; // points and lines
-    }
     const auto places = primitive.attributes.find("POSITION");
     Numbers positions;
     std::string reason;
     if (places == primitive.attributes.end() || !positions.open(model_, places->second, reason) ||
-        positions.getComponents() != 3) {
+        positions.getComponents() != 3)
         return fail(reason.empty() ? "it has no positions" : reason);
-    }
     const auto first = static_cast<std::int32_t>(mesh.vertices.size());
     std::vector<std::int32_t> corners;
     if (!addEntries(positions, mesh.vertices) ||
-        !readCorners(primitive, positions.getCount(), corners)) {
+        !readCorners(primitive, positions.getCount(), corners))
         return false;
-    }
-    for (const std::int32_t corner : corners) {
+    for (const std::int32_t corner : corners)
         mesh.faces.push_back(first + corner);
-    }
     const auto texture = primitive.attributes.find("TEXCOORD_0");
-    if (texture == primitive.attributes.end()) {
+    if (texture == primitive.attributes.end())
         return true;
-    }
     Numbers coordinates;
     if (!coordinates.open(model_, texture->second, reason) ||
-        coordinates.getCount() != positions.getCount()) {
+        coordinates.getCount() != positions.getCount())
         return fail(reason.empty() ? "its texture coordinates don't fit its positions" : reason);
-    }
     const auto firstTexture = static_cast<std::int32_t>(mesh.textureCoordinates.size());
-    for (const std::int32_t corner : corners) {
+    for (const std::int32_t corner : corners)
         mesh.textureFaces.push_back(firstTexture + corner);
-    }
     return addEntries(coordinates, mesh.textureCoordinates);
 }
 
 bool MeshReader::read(int index, SharedMesh& out) {
-    if (index < 0) {
+    if (index < 0)
         return true;
-    }
     const tinygltf::Mesh* from = itemAt(model_.meshes, index);
     name_ = from != nullptr ? from->name : std::to_string(index);
-    if (from == nullptr) {
+    if (from == nullptr)
         return fail("it isn't there");
-    }
     known_.resize(model_.meshes.size());
     SharedMesh& known = known_[static_cast<std::size_t>(index)];
     if (known == nullptr) {
         auto mesh = std::make_shared<MVR::CMesh>();
-        for (const tinygltf::Primitive& primitive : from->primitives) {
-            if (!addPrimitive(primitive, *mesh)) {
+        for (const tinygltf::Primitive& primitive : from->primitives)
+            if (!addPrimitive(primitive, *mesh))
                 return false;
-            }
-        }
         // A list that only some parts have would belong to the wrong corners.
         if (mesh->textureFaces.size() != mesh->faces.size()) {
             mesh->textureFaces.clear();
@@ -253,13 +237,11 @@ bool MeshReader::read(int index, SharedMesh& out) {
 
 template <std::size_t Size>
 bool readNumbers(const std::vector<double>& from, std::array<double, Size>& to) {
-    if (from.empty()) {
+    if (from.empty())
         return true; // at rest
-    }
-    if (from.size() != Size || !std::all_of(from.begin(), from.end(),
-                                            [](double number) { return std::isfinite(number); })) {
+    if (from.size() != Size ||
+        !std::all_of(from.begin(), from.end(), [](double number) { return std::isfinite(number); }))
         return false;
-    }
     std::copy(from.begin(), from.end(), to.begin());
     return true;
 }
@@ -279,9 +261,8 @@ bool readTransform(const tinygltf::Node& from, Transform& to) {
                readNumbers(from.rotation, to.rotation) && readNumbers(from.scale, to.scale);
     }
     Matrix matrix; // the file's, column after column, is ours, row after row
-    if (!readNumbers(from.matrix, matrix)) {
+    if (!readNumbers(from.matrix, matrix))
         return false;
-    }
     to = toTransform(matrix);
     return isFinite(to); // the lengths of its rows may overflow
 }
@@ -289,23 +270,18 @@ bool readTransform(const tinygltf::Node& from, Transform& to) {
 /// Returns the nodes with which the walk begins, those of the file's scene.
 std::vector<int> rootsOf(const tinygltf::Model& model) {
     const tinygltf::Scene* scene = itemAt(model.scenes, std::max(model.defaultScene, 0));
-    if (scene != nullptr) {
+    if (scene != nullptr)
         return scene->nodes;
-    }
     std::vector<bool> isChild(model.nodes.size(), false);
     for (const tinygltf::Node& node : model.nodes) {
-        for (const int child : node.children) {
-            if (itemAt(model.nodes, child) != nullptr) {
+        for (const int child : node.children)
+            if (itemAt(model.nodes, child) != nullptr)
                 isChild[static_cast<std::size_t>(child)] = true;
-            }
-        }
     }
     std::vector<int> roots;
-    for (std::size_t i = 0; i < isChild.size(); ++i) {
-        if (!isChild[i]) {
+    for (std::size_t i = 0; i < isChild.size(); ++i)
+        if (!isChild[i])
             roots.push_back(static_cast<int>(i));
-        }
-    }
     return roots;
 }
 
@@ -314,9 +290,8 @@ std::vector<int> rootsOf(const tinygltf::Model& model) {
 bool readGltf(const std::string& bytes, const std::string& folder, std::vector<ImportedNode>& out,
               std::string& error) {
     tinygltf::Model model;
-    if (!parseGltf(bytes, folder, model, error)) {
+    if (!parseGltf(bytes, folder, model, error))
         return false;
-    }
     if (model.nodes.size() > kMostImportNodes) {
         error = "more than " + std::to_string(kMostImportNodes) + " nodes";
         return false;
@@ -329,9 +304,8 @@ bool readGltf(const std::string& bytes, const std::string& folder, std::vector<I
     };
     std::vector<Step> waiting; // the next one last
     const auto wait = [&waiting](const std::vector<int>& nodes, std::int32_t parent) {
-        for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
+        for (auto node = nodes.rbegin(); node != nodes.rend(); ++node)
             waiting.push_back({*node, parent});
-        }
     };
     wait(rootsOf(model), -1);
     while (!waiting.empty()) {
@@ -353,9 +327,8 @@ bool readGltf(const std::string& bytes, const std::string& folder, std::vector<I
             error = name + ": its transform can't be read";
             return false;
         }
-        if (!meshes.read(from->mesh, node.record.mesh)) {
+        if (!meshes.read(from->mesh, node.record.mesh))
             return false;
-        }
         wait(from->children, static_cast<std::int32_t>(out.size()) - 1);
     }
     return true;

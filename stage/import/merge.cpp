@@ -34,9 +34,8 @@ bool read(const std::string& path, std::vector<ImportedNode>& nodes, std::string
         error = MVR::Platform::lastFileError();
         return false;
     }
-    if (ending == ".obj") {
+    if (ending == ".obj")
         return readObj(bytes, file.stem().string(), nodes, error);
-    }
     return readGltf(bytes, file.parent_path().string(), nodes, error);
 }
 
@@ -53,9 +52,8 @@ std::vector<StageNode*> mergeInto(Scene& scene, const std::string& path, std::st
     for (ImportedNode& node : imported) {
         node.record.sceneName = node.record.name;
         nodes.push_back(&scene.restore(std::move(node.record)));
-        if (node.parent >= 0) {
+        if (node.parent >= 0)
             scene.hang(*nodes.back(), nodes[static_cast<std::size_t>(node.parent)]);
-        }
     }
     scene.getUndo().end();
     return nodes;

@@ -25,14 +25,12 @@ std::size_t findHugeFace(std::string_view text) {
         if (first < words.size() && words[first] == 'f' &&
             std::count(words.begin(), words.end(), ' ') +
                     std::count(words.begin(), words.end(), '\t') >
-                static_cast<std::ptrdiff_t>(kMostCornersOfFace)) {
+                static_cast<std::ptrdiff_t>(kMostCornersOfFace))
             return line;
-        }
         text.remove_prefix(length);
         // A line ends with "\n", "\r\n" or "\r".
-        if (text.substr(0, 2) == "\r\n") {
+        if (text.substr(0, 2) == "\r\n")
             text.remove_prefix(1);
-        }
         text.remove_prefix(std::min<std::size_t>(1, text.size()));
     }
     return 0;
@@ -47,18 +45,16 @@ public:
 
     /// Returns false if there is no such entry, or a number of it isn't finite.
     bool add(int index) {
-        if (index < 0 || static_cast<std::size_t>(index) >= numbers_.size() / perEntry_) {
+        if (index < 0 || static_cast<std::size_t>(index) >= numbers_.size() / perEntry_)
             return false;
-        }
         const auto [known, isNew] =
             places_.emplace(index, static_cast<std::int32_t>(entries_.size()));
         if (isNew) {
             auto& entry = entries_.emplace_back();
             for (std::size_t i = 0; i < perEntry_; ++i) {
                 entry[i] = numbers_[static_cast<std::size_t>(index) * perEntry_ + i];
-                if (!std::isfinite(entry[i])) {
+                if (!std::isfinite(entry[i]))
                     return false;
-                }
             }
         }
         corners_.push_back(known->second);
@@ -77,9 +73,9 @@ bool readMesh(const tinyobj::mesh_t& from, const tinyobj::attrib_t& lists, MVR::
     Corners places(lists.vertices, 3, to.vertices, to.faces);
     Corners texture(lists.texcoords, 2, to.textureCoordinates, to.textureFaces);
     // Texture coordinates count only if every corner has some.
-    const bool hasTexture =
-        std::all_of(from.indices.begin(), from.indices.end(),
-                    [](const tinyobj::index_t& corner) { return corner.texcoord_index >= 0; });
+    const bool hasTexture = std::all_of(
+        from.indices.begin(), from.indices.end(),
+        [](const tinyobj::index_t& corner) { return corner.texcoord_index >= 0; });
     return std::all_of(from.indices.begin(), from.indices.end(),
                        [&](const tinyobj::index_t& corner) {
                            return places.add(corner.vertex_index) &&
@@ -110,9 +106,8 @@ bool readObj(const std::string& text, const std::string& fallbackName,
         return false;
     }
     for (const tinyobj::shape_t& shape : shapes) {
-        if (shape.mesh.indices.empty()) {
+        if (shape.mesh.indices.empty())
             continue;
-        }
         if (out.size() == kMostImportNodes) {
             error = "more than " + std::to_string(kMostImportNodes) + " objects";
             return false;

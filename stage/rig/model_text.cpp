@@ -54,9 +54,8 @@ bool unpackElement(Tag& element, std::size_t& left, std::string& error) {
 bool toModelText(const std::string& bytes, std::string& out, std::string& error) {
     std::size_t left = kMostTextBytes;
     Tag tree;
-    if (!unpack(MVR::ByteBuffer(bytes.data(), bytes.size()), tree, left, error)) {
+    if (!unpack(MVR::ByteBuffer(bytes.data(), bytes.size()), tree, left, error))
         return false;
-    }
     std::size_t packed = 0;
     std::vector<Tag*> waiting = {&tree}; // the next one last
     while (!waiting.empty()) {
@@ -71,9 +70,8 @@ bool toModelText(const std::string& bytes, std::string& out, std::string& error)
             continue;
         }
         waiting.pop_back();
-        for (std::int32_t i = tag.childCount(); i-- > 0;) {
+        for (std::int32_t i = tag.childCount(); i-- > 0;)
             waiting.push_back(&tag.child(i));
-        }
     }
     out = tree.toText("\n", "\t", "") + "\n";
     return true;

@@ -20,14 +20,11 @@ void walk(const Tag& configuration, const Call& call) {
     while (!waiting.empty()) {
         const Tag& tag = *waiting.back();
         waiting.pop_back();
-        if (tag.hasName(MVR::ModelWord::kTool)) {
+        if (tag.hasName(MVR::ModelWord::kTool))
             call(tag);
-        }
-        for (std::int32_t i = tag.childCount(); i-- > 0;) {
-            if (tag.child(i).hasName(MVR::ModelWord::kTool)) {
+        for (std::int32_t i = tag.childCount(); i-- > 0;)
+            if (tag.child(i).hasName(MVR::ModelWord::kTool))
                 waiting.push_back(&tag.child(i));
-            }
-        }
     }
 }
 
@@ -39,9 +36,8 @@ std::vector<Binding> listBindings(const Tag& profile) {
         const Tag& property = profile.child(i);
         const Tag& control = property.child(BindingWord::kControl);
         const std::string device = control.attribute(BindingWord::kDevice);
-        if (!property.hasName(BindingWord::kProperty) || device.empty()) {
+        if (!property.hasName(BindingWord::kProperty) || device.empty())
             continue;
-        }
         Binding binding{property.attribute(BindingWord::kName), device, 0,
                         control.attribute(BindingWord::kType), 0};
         // A number that can't be read stays 0, as the core takes it.

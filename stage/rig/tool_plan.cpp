@@ -52,14 +52,12 @@ bool parseBinding(const std::string& text, Binding& out, std::string& error) {
         // A number behind the last colon is the index; a type may itself hold colons.
         const std::size_t last = binding.type.rfind(':');
         if (last != std::string::npos &&
-            toNumber(std::string_view(binding.type).substr(last + 1), binding.index)) {
+            toNumber(std::string_view(binding.type).substr(last + 1), binding.index))
             binding.type.resize(last);
-        }
         const std::size_t hash = binding.device.rfind('#');
         if (hash != std::string::npos &&
-            toNumber(std::string_view(binding.device).substr(hash + 1), binding.deviceIndex)) {
+            toNumber(std::string_view(binding.device).substr(hash + 1), binding.deviceIndex))
             binding.device.resize(hash);
-        }
     }
     if (binding.property.empty() || binding.device.empty() || binding.type.empty()) {
         error = "\"" + text + "\" is not a binding of the form PROPERTY=DEVICE:TYPE[:INDEX]";
@@ -139,26 +137,21 @@ MVR::Tag toProfile(const ToolPlan& plan) {
     MVR::Tag profile = MVR::Tag::element(MVR::kProfileElement);
     profile.attributeRef("name") = "";
     std::vector<std::string> properties;
-    for (const Binding& binding : plan.bindings) {
+    for (const Binding& binding : plan.bindings)
         properties.push_back(binding.property);
-    }
-    for (const Setting& setting : plan.settings) {
+    for (const Setting& setting : plan.settings)
         if (setting.property != "*" &&
-            std::find(properties.begin(), properties.end(), setting.property) == properties.end()) {
+            std::find(properties.begin(), properties.end(), setting.property) == properties.end())
             properties.push_back(setting.property);
-        }
-    }
     for (const std::string& name : properties) {
         MVR::Tag property = MVR::Tag::element(BindingWord::kProperty);
         property.attributeRef(BindingWord::kName) = name;
         for (const Setting& setting : plan.settings) {
-            if (!names(setting, name)) {
+            if (!names(setting, name))
                 continue;
-            }
             // The first element of a name counts when it is read, so a later setting replaces it.
-            if (!property.child(setting.name).isEmpty()) {
+            if (!property.child(setting.name).isEmpty())
                 property.removeChild(MVR::Tag::element(setting.name));
-            }
             property.addChild(MVR::Tag::element(setting.name, toText(setting.value)));
         }
         for (const Binding& binding : plan.bindings) {

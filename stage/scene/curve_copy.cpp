@@ -15,15 +15,13 @@ constexpr double kNoNumber = std::numeric_limits<double>::infinity();
 } // namespace
 
 CurveCopy::CurveCopy(const Scene& scene) {
-    for (const auto& node : scene.getNodes()) {
+    for (const auto& node : scene.getNodes())
         curves_.emplace_back(node.get(), node->getCurves());
-    }
 }
 
 CurveCopy::CurveCopy(const std::vector<const StageNode*>& nodes) {
-    for (const StageNode* node : nodes) {
+    for (const StageNode* node : nodes)
         curves_.emplace_back(node, node->getCurves());
-    }
 }
 
 CurveCopy::Difference CurveCopy::compare(const CurveCopy& other) const {

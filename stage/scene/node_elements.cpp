@@ -62,11 +62,9 @@ constexpr Kind kKinds[] = {
 
 void writeKind(const char* word, Writing& node) {
     std::string text = std::to_string(node.record.kind);
-    for (const Kind& known : kKinds) {
-        if (known.kind == node.record.kind) {
+    for (const Kind& known : kKinds)
+        if (known.kind == node.record.kind)
             text = known.word;
-        }
-    }
     node.out.addChild(Tag::element(word, text));
 }
 
@@ -79,9 +77,8 @@ bool readKind(const char* word, Reading& node) {
         }
     }
     int number = 0;
-    if (!toNumber(text, number)) {
+    if (!toNumber(text, number))
         return node.fail("there is no kind " + shown(text));
-    }
     node.record.kind = number;
     return true;
 }
@@ -98,16 +95,14 @@ bool readVisible(const char* word, Reading& node) {
 }
 
 void writeLens(const char* word, Writing& node) {
-    if (node.record.kind == MVR::kNodeCamera) {
+    if (node.record.kind == MVR::kNodeCamera)
         node.out.addChild(toTag(word, node.record.lens));
-    }
 }
 
 /// Older files have no lens.
 bool readLens(const char* word, Reading& node) {
-    if (node.tag.child(word).isEmpty()) {
+    if (node.tag.child(word).isEmpty())
         return true;
-    }
     Lens& lens = node.record.lens;
     return readNumbers(node.tag, word, lens, node.reason) &&
            (std::all_of(lens.begin(), lens.end(), isLensNumber) ||
@@ -118,13 +113,11 @@ bool readLens(const char* word, Reading& node) {
 void writeCurves(const char* word, Writing& node) {
     for (std::size_t i = 0; i < kCurveCount; ++i) {
         const Curve& curve = node.record.curves[i];
-        if (curve.isEmpty()) {
+        if (curve.isEmpty())
             continue;
-        }
         std::string text;
-        for (const Key& key : curve.getKeys()) {
+        for (const Key& key : curve.getKeys())
             text += (text.empty() ? "" : " ") + toText(key.time) + " " + toText(key.value);
-        }
         Tag& tag = node.out.addChild(Tag::element(word, text));
         tag.attributeRef("name") = kCurveNames[i];
     }
@@ -133,16 +126,13 @@ void writeCurves(const char* word, Writing& node) {
 bool readCurve(const Tag& tag, Reading& node) {
     const std::string name = tag.attribute("name");
     std::size_t index = 0;
-    while (index < kCurveCount && name != kCurveNames[index]) {
+    while (index < kCurveCount && name != kCurveNames[index])
         ++index;
-    }
-    if (index == kCurveCount) {
+    if (index == kCurveCount)
         return node.fail("there is no curve " + shown(name));
-    }
     Curve& curve = node.record.curves[index];
-    if (!curve.isEmpty()) {
+    if (!curve.isEmpty())
         return node.fail("the curve " + shown(name) + " appears twice");
-    }
     std::string_view text = tag.value();
     while (!(text = trimmed(text)).empty()) {
         const std::size_t number = curve.getKeys().size() + 1;
@@ -152,33 +142,27 @@ bool readCurve(const Tag& tag, Reading& node) {
         };
         Key key{};
         // Whatever a tool wrote is read back, even a number that isn't finite.
-        if (!takeNumber(text, key.time) || !takeNumber(text, key.value)) {
+        if (!takeNumber(text, key.time) || !takeNumber(text, key.value))
             return failKey("a time and a value are needed");
-        }
-        if (!std::isfinite(key.time)) {
+        if (!std::isfinite(key.time))
             return failKey("the time is not finite");
-        }
-        if (!curve.isEmpty() && key.time - curve.getKeys().back().time <= kSameTimeSeconds) {
+        if (!curve.isEmpty() && key.time - curve.getKeys().back().time <= kSameTimeSeconds)
             return failKey("the time doesn't rise");
-        }
         curve.setKey(key.time, key.value);
     }
     return true;
 }
 
 bool readCurves(const char* word, Reading& node) {
-    for (std::int32_t i = 0; i < node.tag.childCount(); ++i) {
-        if (node.tag.child(i).hasName(word) && !readCurve(node.tag.child(i), node)) {
+    for (std::int32_t i = 0; i < node.tag.childCount(); ++i)
+        if (node.tag.child(i).hasName(word) && !readCurve(node.tag.child(i), node))
             return false;
-        }
-    }
     return true;
 }
 
 bool readMesh(const char* word, Reading& node) {
-    if (node.tag.childCount(word) == 0) {
+    if (node.tag.childCount(word) == 0)
         return true;
-    }
     node.record.mesh = std::make_shared<const MVR::CMesh>(node.tag.child(word));
     return !node.record.mesh->vertices.empty() || node.fail("the mesh can't be read");
 }
@@ -188,9 +172,8 @@ template <std::string NodeRecord::*Field, bool IsOptional>
 constexpr NodeElement textElement(const char* name) {
     return {name,
             [](const char* word, Writing& node) {
-                if (!IsOptional || !(node.record.*Field).empty()) {
+                if (!IsOptional || !(node.record.*Field).empty())
                     node.out.addChild(textTag(word, node.record.*Field));
-                }
             },
             [](const char* word, Reading& node) {
                 node.record.*Field = node.text(word);
@@ -218,9 +201,8 @@ constexpr NodeElement kElements[] = {
     textElement<&NodeRecord::name, false>("toolnode"),
     {"parent",
      [](const char* word, Writing& node) {
-         if (!node.parent.empty()) {
+         if (!node.parent.empty())
              node.out.addChild(Tag::element(word, node.parent));
-         }
      },
      [](const char* word, Reading& node) {
          node.parent = node.text(word);
@@ -233,23 +215,19 @@ constexpr NodeElement kElements[] = {
     {"lens", writeLens, readLens},
     {"highpoly",
      [](const char* word, Writing& node) {
-         for (const std::string& name : node.record.highPolyNames) {
+         for (const std::string& name : node.record.highPolyNames)
              node.out.addChild(textTag(word, name));
-         }
      },
      [](const char* word, Reading& node) {
-         for (std::int32_t i = 0; i < node.tag.childCount(); ++i) {
-             if (node.tag.child(i).hasName(word)) {
+         for (std::int32_t i = 0; i < node.tag.childCount(); ++i)
+             if (node.tag.child(i).hasName(word))
                  node.record.highPolyNames.push_back(node.tag.child(i).value());
-             }
-         }
          return true;
      }},
     {"CMesh",
      [](const char*, Writing& node) {
-         if (node.record.mesh != nullptr) {
+         if (node.record.mesh != nullptr)
              node.out.addChild(node.record.mesh->write(false));
-         }
      },
      readMesh},
     {"curve", writeCurves, readCurves},
@@ -260,19 +238,16 @@ constexpr NodeElement kElements[] = {
 Tag writeNode(const NodeRecord& record, const std::string& parent) {
     Tag tag = Tag::element(kNodeWord);
     Writing node{record, parent, tag};
-    for (const NodeElement& element : kElements) {
+    for (const NodeElement& element : kElements)
         element.write(element.word, node);
-    }
     return tag;
 }
 
 bool readNode(const Tag& tag, NodeRecord& record, std::string& parent, std::string& reason) {
     Reading node{tag, record, parent, reason};
-    for (const NodeElement& element : kElements) {
-        if (!element.read(element.word, node)) {
+    for (const NodeElement& element : kElements)
+        if (!element.read(element.word, node))
             return false;
-        }
-    }
     return true;
 }
 

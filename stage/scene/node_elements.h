@@ -1,5 +1,4 @@
-/// \file
-/// What a scene's file holds of one node: a new element is one row of the table in the .cpp.
+// What a scene's file holds of one node: a new element is one row of the table in the .cpp.
 #pragma once
 
 #include "data/sdk/tag.h"

@@ -18,9 +18,8 @@ Matrix toArray(const double matrix[16]) {
 } // namespace
 
 NodeTransform* NodeTransform::open(double time) {
-    if (isOpen_) {
+    if (isOpen_)
         return nullptr;
-    }
     isOpen_ = true;
     time_ = time;
     return this;
@@ -42,9 +41,8 @@ void NodeTransform::getGlobal(double matrix[16]) {
 
 void NodeTransform::setGlobal(const double matrix[16]) {
     Matrix local = toArray(matrix);
-    if (const StageNode* parent = node_.getParentNode()) {
+    if (const StageNode* parent = node_.getParentNode())
         local = multiply(local, inverse(parent->evaluateGlobal(time_)));
-    }
     node_.setTransform(time_, toTransform(local));
 }
 
@@ -67,9 +65,8 @@ void NodeTransform::setRotation(const double quaternion[4]) {
 }
 
 NodeLens* NodeLens::open(double time) {
-    if (isOpen_) {
+    if (isOpen_)
         return nullptr;
-    }
     isOpen_ = true;
     time_ = time;
     return this;

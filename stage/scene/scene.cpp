@@ -47,9 +47,8 @@ void Scene::bring(const std::shared_ptr<StageNode>& node, StageNode* parent) {
     const std::size_t place = nodes_.size();
     insert(node, place);
     node->hangBelow(parent, parent != nullptr ? parent->children_.size() : 0);
-    if (!undo_.isOpen()) {
+    if (!undo_.isOpen())
         return;
-    }
     // Its parent may change outside a step: a redo restores what the undo found.
     struct Links {
         StageNode* parent;
@@ -64,28 +63,23 @@ void Scene::bring(const std::shared_ptr<StageNode>& node, StageNode* parent) {
         },
         [this, node, links, place] {
             insert(node, place);
-            if (contains(links->parent)) {
+            if (contains(links->parent))
                 node->hangBelow(links->parent, links->index);
-            }
-            for (StageNode* child : links->children) {
-                if (contains(child) && child->parent_ == nullptr) {
+            for (StageNode* child : links->children)
+                if (contains(child) && child->parent_ == nullptr)
                     child->hangBelow(node.get(), node->children_.size());
-                }
-            }
         });
 }
 
 void Scene::remove(StageNode& node) {
-    if (!contains(&node)) {
+    if (!contains(&node))
         return;
-    }
     undo_.begin("Delete " + node.getSceneName());
     std::vector<StageNode*> others = selection_;
     std::erase(others, &node);
     setSelection(std::move(others));
-    while (!node.children_.empty()) {
+    while (!node.children_.empty())
         hang(*node.children_.back(), node.parent_);
-    }
     hang(node, nullptr);
     const auto self = node.shared_from_this();
     const auto place =
@@ -109,11 +103,9 @@ void Scene::hang(StageNode& node, StageNode* parent) {
 }
 
 StageNode* Scene::find(const std::string& name, const MVR::CInterface* owner) const {
-    for (const auto& node : nodes_) {
-        if (node->getOwner() == owner && node->getName() == name) {
+    for (const auto& node : nodes_)
+        if (node->getOwner() == owner && node->getName() == name)
             return node.get();
-        }
-    }
     return nullptr;
 }
 
@@ -123,8 +115,8 @@ StageNode* Scene::findByHostName(const std::string& name) const {
 }
 
 bool Scene::contains(const MVR::SceneNode* node) const {
-    return std::any_of(nodes_.begin(), nodes_.end(),
-                       [node](const auto& known) { return known.get() == node; });
+    return std::any_of(
+        nodes_.begin(), nodes_.end(), [node](const auto& known) { return known.get() == node; });
 }
 
 std::string Scene::uniqueName(std::string name, const StageNode* self) const {
@@ -137,12 +129,10 @@ std::string Scene::uniqueName(std::string name, const StageNode* self) const {
         std::snprintf(suffix, sizeof suffix, "_%02d", number);
         return name + suffix;
     };
-    if (trimmed(name).empty()) {
+    if (trimmed(name).empty())
         name = "Object"; // a file couldn't hold blanks alone, and a user couldn't see them
-    }
-    if (isFree(name)) {
+    if (isFree(name))
         return name;
-    }
     // Finds a free number after a used one by halving: in a file thousands of nodes may have the
     // same name.
     int taken = 1;
@@ -159,9 +149,8 @@ std::string Scene::uniqueName(std::string name, const StageNode* self) const {
 }
 
 void Scene::notifyKey(const StageNode& node, double time) const {
-    if (keyListener_) {
+    if (keyListener_)
         keyListener_(node, time);
-    }
 }
 
 void Scene::select(StageNode& node) {
@@ -173,9 +162,8 @@ void Scene::select(StageNode& node) {
 }
 
 void Scene::setSelection(std::vector<StageNode*> nodes) {
-    if (nodes == selection_) {
+    if (nodes == selection_)
         return;
-    }
     if (undo_.isOpen()) {
         // A node that is selected in either state is in the scene whenever that state is.
         undo_.add([this, old = selection_] { selection_ = old; },
@@ -188,9 +176,8 @@ bool Scene::forgetName(const StageNode& node) {
     const auto [begin, end] = byName_.equal_range(node.getSceneName());
     const auto found =
         std::find_if(begin, end, [&node](const auto& entry) { return entry.second == &node; });
-    if (found == end) {
+    if (found == end)
         return false;
-    }
     byName_.erase(found);
     return true;
 }
@@ -204,14 +191,12 @@ void Scene::insert(std::shared_ptr<StageNode> node, std::size_t index) {
 void Scene::take(const StageNode& node) {
     auto found = std::find_if(nodes_.begin(), nodes_.end(),
                               [&node](const auto& known) { return known.get() == &node; });
-    if (found == nodes_.end()) {
+    if (found == nodes_.end())
         return;
-    }
     forgetName(node);
     std::erase(selection_, &node);
-    while (!(*found)->children_.empty()) {
+    while (!(*found)->children_.empty())
         (*found)->children_.back()->hangBelow(nullptr, 0);
-    }
     (*found)->hangBelow(nullptr, 0);
     const auto keep = std::move(*found); // freed last, if nothing else holds it
     nodes_.erase(found);

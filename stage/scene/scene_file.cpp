@@ -37,9 +37,8 @@ constexpr TimeElement kTimes[] = {{"time", &SceneData::time},
 Tag toTag(const SceneData& data) {
     Tag tag = Tag::element(kRoot);
     tag.attributeRef("version") = kVersion;
-    for (const TimeElement& time : kTimes) {
+    for (const TimeElement& time : kTimes)
         tag.addChild(Tag::element(time.word, toText(data.*time.number)));
-    }
     for (const SceneData::Node& node : data.nodes) {
         const auto parent = static_cast<std::size_t>(node.parent);
         tag.addChild(
@@ -73,30 +72,23 @@ private:
 };
 
 bool SceneReader::readTime(SceneData& data) {
-    for (const TimeElement& time : kTimes) {
-        if (!readNumbers(tag_, time.word, {&(data.*time.number), 1}, error_)) {
+    for (const TimeElement& time : kTimes)
+        if (!readNumbers(tag_, time.word, {&(data.*time.number), 1}, error_))
             return false;
-        }
-    }
-    for (const double time : {data.time, data.start, data.end}) {
-        if (std::fabs(time) > kLongestTime) {
+    for (const double time : {data.time, data.start, data.end})
+        if (std::fabs(time) > kLongestTime)
             return fail("the time " + toText(time) + " is too far from 0");
-        }
-    }
-    if (data.rate < kLeastRate || data.rate > kHighestRate) {
+    if (data.rate < kLeastRate || data.rate > kHighestRate)
         return fail("a rate of " + toText(data.rate) + " frames per second is out of range");
-    }
     return data.start <= data.end || fail("the range ends before it starts");
 }
 
 bool SceneReader::readNodes(SceneData& data) {
     for (std::int32_t i = 0; i < tag_.childCount(); ++i) {
-        if (!tag_.child(i).hasName(kNodeWord)) {
+        if (!tag_.child(i).hasName(kNodeWord))
             continue;
-        }
-        if (data.nodes.size() == kMostSceneNodes) {
+        if (data.nodes.size() == kMostSceneNodes)
             return fail("it has more than " + std::to_string(kMostSceneNodes) + " nodes");
-        }
         NodeRecord& record = data.nodes.emplace_back().record;
         std::string reason;
         if (!readNode(tag_.child(i), record, parents_.emplace_back(), reason)) {
@@ -112,14 +104,12 @@ bool SceneReader::link(SceneData& data) {
     std::unordered_map<std::string_view, std::int32_t> byName;
     for (std::size_t i = 0; i < data.nodes.size(); ++i) {
         const std::string& name = data.nodes[i].record.sceneName;
-        if (!byName.emplace(name, static_cast<std::int32_t>(i)).second) {
+        if (!byName.emplace(name, static_cast<std::int32_t>(i)).second)
             return fail("two nodes have the name " + shown(name));
-        }
     }
     for (std::size_t i = 0; i < data.nodes.size(); ++i) {
-        if (parents_[i].empty()) {
+        if (parents_[i].empty())
             continue;
-        }
         const auto parent = byName.find(parents_[i]);
         if (parent == byName.end()) {
             return fail("the parent of " + shown(data.nodes[i].record.sceneName) + ", " +
@@ -149,17 +139,15 @@ bool SceneReader::checkHierarchy(const SceneData& data) {
 }
 
 bool SceneReader::read(SceneData& out) {
-    if (!tag_.hasName(kRoot)) {
+    if (!tag_.hasName(kRoot))
         return fail("it isn't a scene but " + shown(tag_.name()));
-    }
     if (tag_.attribute("version") != kVersion) {
         return fail("it is a scene of version " + shown(tag_.attribute("version")) +
                     "; this stage reads version " + kVersion);
     }
     SceneData data;
-    if (!readTime(data) || !readNodes(data) || !link(data)) {
+    if (!readTime(data) || !readNodes(data) || !link(data))
         return false;
-    }
     data.configuration = tag_.child(kConfiguration);
     out = std::move(data);
     return true;
@@ -198,14 +186,11 @@ void bringScene(const SceneData& data, Scene& scene, Timeline& timeline) {
     timeline.setTime(data.time);
     std::vector<StageNode*> nodes;
     nodes.reserve(data.nodes.size());
-    for (const SceneData::Node& node : data.nodes) {
+    for (const SceneData::Node& node : data.nodes)
         nodes.push_back(&scene.restore(node.record));
-    }
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        if (data.nodes[i].parent >= 0) {
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        if (data.nodes[i].parent >= 0)
             scene.hang(*nodes[i], nodes[static_cast<std::size_t>(data.nodes[i].parent)]);
-        }
-    }
 }
 
 bool writeSceneFile(const std::string& path, const SceneData& data, std::string& error) {

@@ -44,9 +44,8 @@ StageNode::StageNode(Scene& scene, NodeRecord record)
 std::intptr_t StageNode::extend(std::int32_t code, std::intptr_t data) {
     (void)data;
     namespace Command = MVR::NodeCommand;
-    if (code == Command::kOpenSelection) {
+    if (code == Command::kOpenSelection)
         scene_.clearSelection();
-    }
     return code == Command::kOpenSelection || code == Command::kCloseSelection ? 1 : 0;
 }
 
@@ -71,9 +70,8 @@ std::int32_t StageNode::getChildCount() {
 }
 
 MVR::SceneNode* StageNode::getChild(std::int32_t index) {
-    if (index < 0 || index >= getChildCount()) {
+    if (index < 0 || index >= getChildCount())
         return nullptr;
-    }
     return children_[static_cast<std::size_t>(index)]->toHandle();
 }
 
@@ -83,15 +81,13 @@ MVR::SceneNode* StageNode::toHandle() {
 }
 
 void StageNode::release(MVR::SceneNode* handle) {
-    if (handle == nullptr) {
+    if (handle == nullptr)
         return;
-    }
     auto* node = static_cast<StageNode*>(handle);
-    if (node->handles_ > 0) {
+    if (node->handles_ > 0)
         --node->handles_;
-    } else if (node == this) {
+    else if (node == this)
         owner_ = nullptr; // not undone: nothing restores this tool
-    }
 }
 
 std::intptr_t StageNode::bindTest(MVR::CInterface* tool, std::string name) {
@@ -112,21 +108,17 @@ void StageNode::setVisibilityController(MVR::VisibilityController* controller) {
 }
 
 void StageNode::releaseTransformAccess(MVR::TransformAccess* access) {
-    if (access == &access_) {
+    if (access == &access_)
         access_.close();
-    }
 }
 
 void StageNode::setParent(MVR::SceneNode* node) {
     auto* parent = static_cast<StageNode*>(node);
-    for (const StageNode* above = parent; above != nullptr; above = above->parent_) {
-        if (above == this) {
+    for (const StageNode* above = parent; above != nullptr; above = above->parent_)
+        if (above == this)
             return; // A node can't hang below itself.
-        }
-    }
-    if (parent == parent_) {
+    if (parent == parent_)
         return;
-    }
     const double time = 0.0; // if a parent is animated, the pose in the world stays the same then
     const auto globalOf = [time](const StageNode* above) {
         return above != nullptr ? above->evaluateGlobal(time) : toMatrix(Transform());
@@ -142,9 +134,8 @@ void StageNode::setParent(MVR::SceneNode* node) {
 
 void StageNode::setName(std::string name) {
     std::string unique = scene_.uniqueName(std::move(name), this);
-    if (unique == hostName_) {
+    if (unique == hostName_)
         return;
-    }
     if (scene_.getUndo().isOpen()) {
         const auto self = shared_from_this();
         scene_.getUndo().add([self, old = hostName_] { self->rename(old); },
@@ -154,11 +145,10 @@ void StageNode::setName(std::string name) {
 }
 
 void StageNode::destroy(std::int32_t deleteScene) {
-    if (deleteScene != 0) {
+    if (deleteScene != 0)
         scene_.remove(*this);
-    } else {
+    else
         setOwner(nullptr);
-    }
 }
 
 MVR::SceneNode* StageNode::duplicate(std::int32_t flag) {
@@ -194,9 +184,8 @@ void StageNode::startRecording(double time) {
     // The key at the start holds the old value, so that animation before it keeps its form and a
     // resimulation from here starts from the same pose.
     const Transform start = evaluate(time);
-    for (std::size_t i = 0; i < kFirstLensCurve; ++i) {
+    for (std::size_t i = 0; i < kFirstLensCurve; ++i)
         curves_[i].eraseFrom(time);
-    }
     setKeys(time, 0, start.position.data(), start.position.size());
     setKeys(time, kFirstRotationCurve, start.rotation.data(), start.rotation.size());
     startLens(time);
@@ -208,9 +197,8 @@ void StageNode::startLens(double time) {
         Curve& curve = curves_[kFirstLensCurve + i];
         curve.eraseFrom(time);
         // Few takes write to a lens: an unchanged one gets no key.
-        if (curve.evaluate(time, lens_[i]) != start[i]) {
+        if (curve.evaluate(time, lens_[i]) != start[i])
             curve.setKey(time, start[i]);
-        }
     }
 }
 
@@ -246,18 +234,16 @@ Quaternion StageNode::evaluateRotation(double time) const {
 
 Transform StageNode::evaluate(double time) const {
     Transform result = rest_;
-    for (std::size_t i = 0; i < result.position.size(); ++i) {
+    for (std::size_t i = 0; i < result.position.size(); ++i)
         result.position[i] = curves_[i].evaluate(time, rest_.position[i]);
-    }
     result.rotation = evaluateRotation(time);
     return result;
 }
 
 Matrix StageNode::evaluateGlobal(double time) const {
     Matrix global = toMatrix(evaluate(time));
-    for (const StageNode* node = parent_; node != nullptr; node = node->parent_) {
+    for (const StageNode* node = parent_; node != nullptr; node = node->parent_)
         global = multiply(global, toMatrix(node->evaluate(time)));
-    }
     return global;
 }
 
@@ -267,17 +253,15 @@ bool StageNode::hasLens() const {
 
 Lens StageNode::evaluateLens(double time) const {
     Lens result;
-    for (std::size_t i = 0; i < result.size(); ++i) {
+    for (std::size_t i = 0; i < result.size(); ++i)
         result[i] = curves_[kFirstLensCurve + i].evaluate(time, lens_[i]);
-    }
     return result;
 }
 
 void StageNode::setKeys(double time, std::size_t firstCurve, const double* values,
                         std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i)
         curves_[firstCurve + i].setKey(time, values[i]);
-    }
 }
 
 void StageNode::setPosition(double time, const Vector3& position) {
@@ -307,15 +291,13 @@ void StageNode::setTransform(double time, const Transform& transform) {
     setRotation(time, transform.rotation);
     Transform rest = rest_;
     rest.scale = transform.scale;
-    if (!isSameScale(rest.scale, rest_.scale)) {
+    if (!isSameScale(rest.scale, rest_.scale))
         setRest(rest);
-    }
 }
 
 void StageNode::setLens(double time, LensPart part, double value) {
-    if (!isLensNumber(value)) {
+    if (!isLensNumber(value))
         return;
-    }
     if (scene_.isRecording()) {
         setKeys(time, kFirstLensCurve + part, &value, 1);
         scene_.notifyKey(*this, time);
@@ -327,15 +309,13 @@ void StageNode::setLens(double time, LensPart part, double value) {
 }
 
 void StageNode::setRest(const Transform& rest) {
-    if (isFinite(rest)) { // a scene's file with any other couldn't be read
+    if (isFinite(rest)) // a scene's file with any other couldn't be read
         change(&StageNode::rest_, rest);
-    }
 }
 
 void StageNode::setMesh(SharedMesh mesh) {
-    if (mesh != nullptr && mesh->vertices.empty()) {
+    if (mesh != nullptr && mesh->vertices.empty())
         mesh = nullptr;
-    }
     change(&StageNode::mesh_, std::move(mesh));
 }
 
@@ -346,9 +326,8 @@ void StageNode::setOwner(MVR::CInterface* owner) {
 
 template <typename Class, typename Value>
 void StageNode::change(Value Class::*member, Value value) {
-    if (this->*member == value) {
+    if (this->*member == value)
         return;
-    }
     if (scene_.getUndo().isOpen()) {
         const auto self = shared_from_this();
         scene_.getUndo().add([self, member, old = this->*member] { (*self).*member = old; },
@@ -360,24 +339,21 @@ void StageNode::change(Value Class::*member, Value value) {
 void StageNode::rename(const std::string& name) {
     const bool isInScene = scene_.forgetName(*this);
     hostName_ = name;
-    if (isInScene) {
+    if (isInScene)
         scene_.noteName(*this);
-    }
 }
 
 std::size_t StageNode::getIndex() const {
-    if (parent_ == nullptr) {
+    if (parent_ == nullptr)
         return 0;
-    }
     const auto& siblings = parent_->children_;
     return static_cast<std::size_t>(std::find(siblings.begin(), siblings.end(), this) -
                                     siblings.begin());
 }
 
 void StageNode::hangBelow(StageNode* parent, std::size_t index) {
-    if (parent_ != nullptr) {
+    if (parent_ != nullptr)
         std::erase(parent_->children_, this);
-    }
     parent_ = parent;
     if (parent != nullptr) {
         auto& siblings = parent->children_;

@@ -17,9 +17,8 @@ constexpr std::size_t kMostShown = 40; // bytes of a text in a message
 
 MVR::Tag toTag(const char* word, std::span<const double> numbers) {
     std::string text;
-    for (const double number : numbers) {
+    for (const double number : numbers)
         text += (text.empty() ? "" : " ") + toText(number);
-    }
     return MVR::Tag::element(word, text);
 }
 
@@ -51,9 +50,8 @@ bool takeNumber(std::string_view& text, double& out) {
     const std::size_t blanks = std::min(text.find_first_not_of(" \t\r\n"), text.size());
     text.remove_prefix(blanks);
     const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), out);
-    if (fault != std::errc()) {
+    if (fault != std::errc())
         return false;
-    }
     text.remove_prefix(static_cast<std::size_t>(end - text.data()));
     return true;
 }

@@ -1,5 +1,4 @@
-/// \file
-/// Numbers as the text of an element.
+// Numbers as the text of an element.
 #pragma once
 
 #include "data/sdk/tag.h"

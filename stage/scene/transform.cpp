@@ -18,11 +18,9 @@ Quaternion rotationOf(const Matrix& m) {
     const double traces[4] = {m[0] - m[5] - m[10], m[5] - m[0] - m[10], m[10] - m[0] - m[5],
                               m[0] + m[5] + m[10]};
     int largest = 0;
-    for (int i = 1; i < 4; ++i) {
-        if (traces[i] > traces[largest]) {
+    for (int i = 1; i < 4; ++i)
+        if (traces[i] > traces[largest])
             largest = i;
-        }
-    }
     const double size = std::sqrt(1.0 + traces[largest]) * 0.5;
     const double part = 0.25 / size;
     switch (largest) {
@@ -45,9 +43,8 @@ double determinant3(const Matrix& m) {
 
 Quaternion normalised(const Quaternion& rotation) {
     const double length = std::sqrt(dot(rotation, rotation));
-    if (!(length > 0.0) || !std::isfinite(length)) {
+    if (!(length > 0.0) || !std::isfinite(length))
         return kNoRotation;
-    }
     return {rotation[0] / length, rotation[1] / length, rotation[2] / length, rotation[3] / length};
 }
 
@@ -100,13 +97,11 @@ Transform toTransform(const Matrix& matrix) {
     for (std::size_t row = 0; row < 3; ++row) {
         double* axis = &rotation[row * 4];
         double length = std::hypot(axis[0], axis[1], axis[2]);
-        if (row == 0 && determinant3(matrix) < 0.0) {
+        if (row == 0 && determinant3(matrix) < 0.0)
             length = -length;
-        }
         result.scale[row] = length;
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 3; ++i)
             axis[i] = length != 0.0 ? axis[i] / length : 0.0;
-        }
     }
     result.rotation = normalised(rotationOf(rotation));
     return result;
@@ -123,20 +118,17 @@ bool isFinite(const Transform& transform) {
 Matrix multiply(const Matrix& first, const Matrix& second) {
     Matrix result{};
     for (std::size_t row = 0; row < 4; ++row) {
-        for (std::size_t column = 0; column < 4; ++column) {
-            for (std::size_t i = 0; i < 4; ++i) {
+        for (std::size_t column = 0; column < 4; ++column)
+            for (std::size_t i = 0; i < 4; ++i)
                 result[row * 4 + column] += first[row * 4 + i] * second[i * 4 + column];
-            }
-        }
     }
     return result;
 }
 
 Matrix inverse(const Matrix& m) {
     const double determinant = determinant3(m);
-    if (determinant == 0.0) {
+    if (determinant == 0.0)
         return toMatrix({});
-    }
     const double f = 1.0 / determinant;
     Matrix r = {(m[5] * m[10] - m[6] * m[9]) * f,
                 (m[2] * m[9] - m[1] * m[10]) * f,
@@ -154,9 +146,8 @@ Matrix inverse(const Matrix& m) {
                 0,
                 0,
                 1};
-    for (std::size_t column = 0; column < 3; ++column) {
+    for (std::size_t column = 0; column < 3; ++column)
         r[12 + column] = -(m[12] * r[column] + m[13] * r[4 + column] + m[14] * r[8 + column]);
-    }
     return r;
 }
 

@@ -20,9 +20,8 @@ void UndoList::begin(std::string name) {
 
 void UndoList::add(MVR::CUndo* object) {
     std::unique_ptr<MVR::CUndo, Destroy> owned(object);
-    if (object == nullptr || isRunning_) {
+    if (object == nullptr || isRunning_)
         return;
-    }
     if (!open_.empty()) {
         open_.back().objects.push_back(std::move(owned));
         return;
@@ -37,9 +36,8 @@ void UndoList::add(std::function<void()> undo, std::function<void()> redo) {
 }
 
 void UndoList::end() {
-    if (open_.empty()) {
+    if (open_.empty())
         return;
-    }
     Step step = std::move(open_.back());
     open_.pop_back();
     if (open_.empty()) {
@@ -52,9 +50,8 @@ void UndoList::end() {
 }
 
 void UndoList::cancel() {
-    if (open_.empty()) {
+    if (open_.empty())
         return;
-    }
     Step step = std::move(open_.back());
     open_.pop_back();
     const bool wasRunning = std::exchange(isRunning_, true);
@@ -64,9 +61,8 @@ void UndoList::cancel() {
 }
 
 bool UndoList::undo() {
-    if (undoable_.empty() || isOpen() || isRunning_) {
+    if (undoable_.empty() || isOpen() || isRunning_)
         return false;
-    }
     redoable_.push_back(std::move(undoable_.back()));
     undoable_.pop_back();
     isRunning_ = true;
@@ -76,15 +72,13 @@ bool UndoList::undo() {
 }
 
 bool UndoList::redo() {
-    if (redoable_.empty() || isOpen() || isRunning_) {
+    if (redoable_.empty() || isOpen() || isRunning_)
         return false;
-    }
     undoable_.push_back(std::move(redoable_.back()));
     redoable_.pop_back();
     isRunning_ = true;
-    for (auto& object : undoable_.back().objects) {
+    for (auto& object : undoable_.back().objects)
         object->redo();
-    }
     isRunning_ = false;
     return true;
 }
@@ -95,9 +89,8 @@ void UndoList::clear() {
         drop(open_.back());
         open_.pop_back();
     }
-    for (Step& step : redoable_) {
+    for (Step& step : redoable_)
         drop(step);
-    }
     redoable_.clear();
     while (!undoable_.empty()) {
         drop(undoable_.back());
@@ -110,27 +103,23 @@ std::string UndoList::getUndoName() const {
 }
 
 void UndoList::takeBack(Step& step) {
-    for (auto object = step.objects.rbegin(); object != step.objects.rend(); ++object) {
+    for (auto object = step.objects.rbegin(); object != step.objects.rend(); ++object)
         (*object)->restore(true);
-    }
 }
 
 void UndoList::drop(Step& step) {
     // In order: the core's object for a tool comes before the host's for the tool's nodes, so the
     // tool is freed before what it points to.
-    for (auto& object : step.objects) {
+    for (auto& object : step.objects)
         object.reset();
-    }
     step.objects.clear();
 }
 
 void UndoList::push(Step step) {
-    if (step.objects.empty()) {
+    if (step.objects.empty())
         return;
-    }
-    for (Step& dropped : redoable_) {
+    for (Step& dropped : redoable_)
         drop(dropped);
-    }
     redoable_.clear();
     undoable_.push_back(std::move(step));
     if (undoable_.size() > kMostEntries) {

@@ -10,9 +10,8 @@ namespace Stage {
 
 InputLog::InputLog(const Session& session) {
     for (const auto& tool : session.getTools()) {
-        if (tool->plan.isAside) {
+        if (tool->plan.isAside)
             continue;
-        }
         for (const Binding& binding : tool->plan.bindings) {
             properties_.push_back(tool->access->findProperty(binding.property));
             table_ += "," + quoted(tool->plan.name + "/" + binding.property);

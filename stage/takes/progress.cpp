@@ -11,15 +11,13 @@ namespace Stage {
 Progress::Progress(double start) : start_(start), isOn_(isTerminal(1)) {}
 
 Progress::~Progress() {
-    if (isShown_) {
+    if (isShown_)
         std::printf("\n");
-    }
 }
 
 void Progress::show(double time, const TakeFigures& figures) {
-    if (!isOn_) {
+    if (!isOn_)
         return;
-    }
     isShown_ = true;
     if (time < start_) {
         std::printf("\r\x1b[KRecording in %.0f", std::ceil(start_ - time));

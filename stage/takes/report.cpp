@@ -18,9 +18,8 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 Json latencies(const std::vector<double>& values) {
-    if (values.empty()) {
+    if (values.empty())
         return nullptr;
-    }
     return {{"packets", values.size()},
             {"p50", quantile(values, 0.5)},
             {"p99", quantile(values, 0.99)},
@@ -31,9 +30,8 @@ Json keyCounts(const std::vector<const StageNode*>& nodes) {
     Json counts = Json::object();
     for (const StageNode* node : nodes) {
         Json& ofNode = counts[toUtf8(node->getSceneName())];
-        for (std::size_t i = 0; i < (node->hasLens() ? kCurveCount : kFirstLensCurve); ++i) {
+        for (std::size_t i = 0; i < (node->hasLens() ? kCurveCount : kFirstLensCurve); ++i)
             ofNode[kCurveNames[i]] = node->getCurves()[i].getKeys().size();
-        }
     }
     return counts;
 }
@@ -81,9 +79,8 @@ std::string toTable(const Report& report) {
         table += line("one undo, one redo", "%s",
                       *report.isUndoGood ? "removed the take, restored it" : "failed");
     }
-    for (const ResimulationFigures& figures : report.resimulations) {
+    for (const ResimulationFigures& figures : report.resimulations)
         table += toTable(figures);
-    }
     return table;
 }
 
@@ -91,9 +88,8 @@ ResimulationFigures describe(const std::vector<Setting>& settings,
                              const CurveCopy::Difference& difference, const ResimulationRun& run,
                              double span) {
     ResimulationFigures figures;
-    for (const Setting& setting : settings) {
+    for (const Setting& setting : settings)
         figures.settings.push_back(setting.toText());
-    }
     figures.difference = difference;
     figures.seconds = run.seconds;
     figures.isCutShort = run.isCutShort;
@@ -103,9 +99,8 @@ ResimulationFigures describe(const std::vector<Setting>& settings,
 
 std::string toTable(const ResimulationFigures& figures) {
     std::string label = "resimulated, unchanged";
-    for (std::size_t i = 0; i < figures.settings.size(); ++i) {
+    for (std::size_t i = 0; i < figures.settings.size(); ++i)
         label = (i == 0 ? "resimulated, " : label + ", ") + figures.settings[i];
-    }
     return line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
                 figures.difference.isSameFrames ? "same frames" : "different frames") +
            (figures.isCutShort ? line("", "%s", "stopped before the end")
@@ -129,9 +124,8 @@ std::string toJson(const Report& report) {
     };
     for (const ResimulationFigures& figures : report.resimulations) {
         Json settings = Json::array();
-        for (const std::string& setting : figures.settings) {
+        for (const std::string& setting : figures.settings)
             settings.push_back(toUtf8(setting));
-        }
         json["resimulations"].push_back({{"settings", settings},
                                          {"same_frames", figures.difference.isSameFrames},
                                          {"largest_difference", figures.difference.largest},

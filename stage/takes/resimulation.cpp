@@ -59,13 +59,12 @@ std::optional<ResimulationRun> resimulate(Session& session, double start, double
 
 bool checkUndo(Session& session, const CurveCopy& before, std::string& error) {
     const CurveCopy after(session.scene);
-    if (!session.undo.undo() || CurveCopy(session.scene) != before) {
+    if (!session.undo.undo() || CurveCopy(session.scene) != before)
         error = "one undo did not remove the take";
-    } else if (!session.undo.redo() || CurveCopy(session.scene) != after) {
+    else if (!session.undo.redo() || CurveCopy(session.scene) != after)
         error = "one redo did not restore the take";
-    } else {
+    else
         return true;
-    }
     return false;
 }
 

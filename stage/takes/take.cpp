@@ -34,13 +34,11 @@ public:
         if (framesInEvent_ == 0 || time > lastTime_) {
             ++framesInEvent_;
             lastTime_ = time;
-            if (plan_.onFrame) {
+            if (plan_.onFrame)
                 plan_.onFrame(time);
-            }
         }
-        if (&node != probe_) {
+        if (&node != probe_)
             return;
-        }
         // A value of the previous frame doesn't belong to a packet of this frame.
         const double sent = node.getCurves()[0].getKeys().back().value;
         if (sent != lastSent_) {
@@ -51,9 +49,8 @@ public:
     }
 
     void endEvent(bool isLate) {
-        if (framesInEvent_ == 0) {
+        if (framesInEvent_ == 0)
             return;
-        }
         ++figures_.events;
         figures_.frames += framesInEvent_;
         figures_.lateEvents += isLate ? 1 : 0;
@@ -91,9 +88,8 @@ void runLoop(Session& session, TakeMeter& meter, TakeFigures& figures,
         const bool isLate = now - due > step;
         const std::int32_t waitMs = session.pump();
         meter.endEvent(isLate);
-        if (progress) {
+        if (progress)
             progress(session.timeline.getTime(), figures);
-        }
         due = Clock::now() + (waitMs >= 0 ? std::chrono::milliseconds(waitMs) : kLongestSleep);
     }
 }
@@ -118,9 +114,8 @@ private:
 } // namespace
 
 double quantile(std::vector<double> values, double share) {
-    if (values.empty()) {
+    if (values.empty())
         return 0.0;
-    }
     std::sort(values.begin(), values.end());
     const double rank = std::ceil(share * static_cast<double>(values.size()));
     return values[static_cast<std::size_t>(std::fmax(rank, 1.0)) - 1];
@@ -141,9 +136,8 @@ std::optional<TakeFigures> runTake(Session& session, const TakePlan& plan, const
     session.scene.setKeyListener(
         [&meter](const StageNode& node, double time) { meter.onKey(node, time); });
     const std::int32_t code = core.startRecording();
-    if (code == 0) {
+    if (code == 0)
         runLoop(session, meter, figures, progress);
-    }
     session.scene.setKeyListener({});
     if (code != 0) {
         error = "the core can't start a take: " + describeCode(code);

@@ -31,10 +31,8 @@ struct OscDeviceTest : testing::Test {
     static int lines(const std::string& text) {
         const std::string log = MVR::Log::getText();
         int count = 0;
-        for (std::size_t at = log.find(text); at != std::string::npos;
-             at = log.find(text, at + 1)) {
+        for (std::size_t at = log.find(text); at != std::string::npos; at = log.find(text, at + 1))
             ++count;
-        }
         return count;
     }
 };
@@ -61,9 +59,8 @@ TEST_F(LiveOscTest, EachNumericArgumentIsAControl) {
     EXPECT_EQ(device.control(4), nullptr);
     EXPECT_EQ(device.control(-1), nullptr);
 
-    for (int i = 1; i <= 50; ++i) {
+    for (int i = 1; i <= 50; ++i)
         sender.send(oscMessage("/camera/position", "ddd", 1.0 * i, 2.0 * i, 0.0));
-    }
     sender.send("garbage");
     sender.send(oscMessage("/camera/position", "f", std::nan("")));
     device.update(0);
@@ -94,9 +91,8 @@ TEST_F(LiveOscTest, ABoundControlIsThereBeforeItsFirstMessage) {
 
     const char* const refused[][2] = {{"/a", "-1"},  {"/a", "64"}, {"a", "0"}, {"", "0"},
                                       {"/a b", "0"}, {"/a*", "0"}, {"/", "0"}};
-    for (const auto& [type, index] : refused) {
+    for (const auto& [type, index] : refused)
         EXPECT_EQ(find(type, index), nullptr) << type << " " << index;
-    }
     EXPECT_EQ(DeviceHandler::instance()->findControl(MVR::Tag("<control type='/new'/>")), nullptr)
         << "a binding without a device makes nothing";
     device.destroy();
@@ -139,9 +135,8 @@ TEST_F(LiveOscTest, DetectionFindsQuickAndSlowMoves) {
 TEST_F(LiveOscTest, AFloodOfAddressesLeavesRoomForBindings) {
     for (int i = 0; i < 5000; ++i) {
         sender.send(oscMessage("/flood/" + std::to_string(i), "d", 1.0));
-        if (i % 100 == 99) {
+        if (i % 100 == 99)
             device.update(0);
-        }
     }
     EXPECT_EQ(device.controlCount(), kMaxOscControls - kControlsForBindings);
     EXPECT_EQ(lines("too many controls"), 1);
@@ -149,25 +144,22 @@ TEST_F(LiveOscTest, AFloodOfAddressesLeavesRoomForBindings) {
     sender.send(oscMessage("/camera/position", "d", 3.0));
     device.update(0);
     EXPECT_EQ(find("/camera/position", "0")->value, 3.0);
-    for (int i = 0; i < kMaxOscControls; ++i) {
+    for (int i = 0; i < kMaxOscControls; ++i)
         find("/bound/" + std::to_string(i), "0");
-    }
     EXPECT_EQ(device.controlCount(), kMaxOscControls);
 }
 
 TEST_F(LiveOscTest, AFloodOfBytesDoesNotHoldUpAnUpdate) {
     const std::string large(60000, 'x');
-    for (int i = 1; i <= 20; ++i) { // as many of them as the system keeps
+    for (int i = 1; i <= 20; ++i) // as many of them as the system keeps
         sender.send(oscMessage("/count", "is", i, large.c_str()));
-    }
     const int mostRead = static_cast<int>(kMaxBytesPerUpdate / large.size()) + 1;
     device.update(0);
     const Control* count = find("/count", "0");
     EXPECT_GE(count->value, 1.0);
     EXPECT_LE(count->value, mostRead);
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 5; ++i)
         device.update(0);
-    }
     sender.send(oscMessage("/count", "i", 99));
     device.update(0);
     EXPECT_EQ(count->value, 99.0) << "all was read in the end";

@@ -17,9 +17,8 @@ std::string values(const std::string& packet) {
     const std::unique_ptr<char[]> exact(new char[packet.size()]);
     std::memcpy(exact.get(), packet.data(), packet.size());
     std::vector<OscValue> found{{"/before", 0, 1.0}};
-    if (!readOscPacket(exact.get(), packet.size(), found)) {
+    if (!readOscPacket(exact.get(), packet.size(), found))
         return found.size() == 1 ? "refused" : "refused, but with values";
-    }
     std::string text;
     for (std::size_t i = 1; i < found.size(); ++i) {
         text += (i > 1 ? ", " : "") + std::string(found[i].address) + " " +
@@ -52,9 +51,8 @@ TEST(OscReaderTest, OpensBundlesAtOnceAndToALimit) {
     EXPECT_EQ(values(oscBundle({a, oscBundle({b, oscBundle({a})}), b})),
               "/a 0 1.000, /b 0 2.000, /a 0 1.000, /b 0 2.000");
     std::string deep = a;
-    for (int i = 0; i < kMaxOscBundleDepth; ++i) {
+    for (int i = 0; i < kMaxOscBundleDepth; ++i)
         deep = oscBundle({deep});
-    }
     EXPECT_EQ(values(deep), "/a 0 1.000");
     EXPECT_EQ(values(oscBundle({deep})), "refused");
     EXPECT_EQ(values(oscBundle({a, bytes("/b\0\0,x\0\0", 8)})), "refused") << "as a whole";
@@ -91,9 +89,8 @@ TEST(OscReaderTest, RefusesWhatIsBroken) {
         bytes("#bundle\0\0\0\0\0\0\0\0\1\0\0\0\5/a\0\0,", 25),
         bytes("#bundlf\0,T\0\0", 12),
     };
-    for (const std::string& packet : cases) {
+    for (const std::string& packet : cases)
         EXPECT_EQ(values(packet), "refused") << testing::PrintToString(packet);
-    }
 }
 
 } // namespace

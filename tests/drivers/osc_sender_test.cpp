@@ -31,9 +31,8 @@ TEST(OscSenderTest, TheGeneratedMovementIsSmoothAndRepeats) {
             length += a.rotation[k] * a.rotation[k];
             turn += a.rotation[k] * b.rotation[k];
         }
-        for (int k = 0; k < 3; ++k) {
+        for (int k = 0; k < 3; ++k)
             step = std::max(step, std::abs(a.position[k] - b.position[k]));
-        }
         EXPECT_NEAR(length, 1.0, 1e-12) << i;
         EXPECT_GT(turn, 0.9999) << i;
         EXPECT_LT(step, 0.02) << i;
@@ -98,9 +97,8 @@ TEST(OscSenderTest, SendsAFileAtItsOwnPaceAndExactly) {
     EXPECT_EQ(run("--help"), 0);
     EXPECT_EQ(run("--version"), 0);
     for (const char* wrong : {"--port 0", "--port 1.5", "--speed 0", "--prefix x", "--unknown",
-                              "--seconds", "--seconds nan"}) {
+                              "--seconds", "--seconds nan"})
         EXPECT_EQ(run(wrong), 2) << wrong;
-    }
     EXPECT_EQ(run("--file " + folder.path + "none"), 3);
     MVR::Util::SingletonCollector::destroyAll();
 }

@@ -30,12 +30,10 @@ protected:
             const Matrix place = node->evaluateGlobal(0);
             text << node->getSceneName() << " " << node->getKind() << " at " << rounded(place[12])
                  << " " << rounded(place[13]) << " " << rounded(place[14]);
-            if (node->getMesh() != nullptr) {
+            if (node->getMesh() != nullptr)
                 text << ", " << node->getMesh()->vertices.size() << " vertices";
-            }
-            if (node->getParentNode() != nullptr) {
+            if (node->getParentNode() != nullptr)
                 text << ", below " << node->getParentNode()->getSceneName();
-            }
             text << (node->isShown() ? "\n" : ", hidden\n");
         }
         return text.str();
@@ -48,9 +46,8 @@ protected:
             const MVR::Tag& tool = tag.child("MVR_Plugin", i);
             const MVR::Tag& profile = tool.child("inputprofile").child(0);
             int bound = 0;
-            for (std::int32_t j = 0; j < profile.childCount(); ++j) {
+            for (std::int32_t j = 0; j < profile.childCount(); ++j)
                 bound += profile.child(j).child("control").isEmpty() ? 0 : 1;
-            }
             text += tool.child("name").value() + " (" + tool.child("type").value() + ": " +
                     std::to_string(bound) + "; " + describeTools(tool) + ")";
             text += tool.child("checked").value() == "false" ? " unchecked" : "";
@@ -97,9 +94,8 @@ TEST_F(ExampleModels, AreMadeAgainByteForByte) {
     const std::string script =
         "MIRVANE_STAGE='" STAGE "' '" + kModels + "make.sh' '" + folder.path + "'";
     ASSERT_EQ(std::system(script.c_str()), 0);
-    for (const char* file : {"dolly.prm", "vehicle.prm", "handheld.prm"}) {
+    for (const char* file : {"dolly.prm", "vehicle.prm", "handheld.prm"})
         EXPECT_EQ(folder.read(file), read(kModels + file)) << file;
-    }
 }
 
 TEST_F(ExampleModels, TheDocumentedOneIsReadAsItSays) {

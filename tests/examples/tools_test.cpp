@@ -13,12 +13,10 @@ protected:
         const StageNode* node = session.scene.findByHostName(name);
         ASSERT_NE(node, nullptr) << name;
         const Transform end = node->evaluate(0.4);
-        for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t i = 0; i < 3; ++i)
             EXPECT_NEAR(end.position[i], position[i], 1e-9) << name;
-        }
-        for (std::size_t i = 0; i < 4; ++i) {
+        for (std::size_t i = 0; i < 4; ++i)
             EXPECT_NEAR(end.rotation[i], rotation[i], 1e-9) << name;
-        }
     }
 
     const double half = std::sqrt(0.5);
@@ -48,13 +46,11 @@ TEST_F(ExampleTools, MoveTheirObjectsByTheirInputs) {
         {"Free Camera", "tilt", {{"", "Tilt", "offset", 225}}, {0, 0, 0}, {half, 0, 0, half}},
         {"Free Camera", "roll", {{"", "Roll", "offset", -225}}, {0, 0, 0}, {0, 0, -half, half}},
     };
-    for (const auto& tool : cases) {
+    for (const auto& tool : cases)
         place(tool.tool, tool.name, tool.settings);
-    }
     take(0, 0.4);
-    for (const auto& tool : cases) {
+    for (const auto& tool : cases)
         expectEnd(tool.name, tool.position, tool.rotation);
-    }
 }
 
 TEST_F(ExampleTools, TheFreeCameraStartsAtItsPresentPose) {

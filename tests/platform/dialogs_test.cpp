@@ -58,14 +58,12 @@ private:
     void step(DialogHandle dialog) {
         setProgressPosition(dialog, kBar, ++done_);
         calls += std::to_string(getProgressPosition(dialog, kBar)) + " ";
-        if (inSlice) {
+        if (inSlice)
             inSlice(dialog);
-        }
-        if (done_ < slices) {
+        if (done_ < slices)
             setDialogTimer(dialog, 7, 1);
-        } else {
+        else
             endDialog(dialog, 1);
-        }
     }
 
     int done_ = 0;

@@ -18,9 +18,8 @@ namespace {
 
 std::string listed(const std::string& pattern) {
     std::string names;
-    for (const FoundFile& file : listFiles(pattern)) {
+    for (const FoundFile& file : listFiles(pattern))
         names += file.name + (file.isFolder ? "/ " : " ");
-    }
     return names;
 }
 
@@ -28,9 +27,8 @@ TEST(Files, PathsFoldToWhatIsThere) {
     TemporaryFolder folder;
     const std::string& root = folder.path;
     folder.add("Data/Core/Core.log");
-    for (const char* name : {"core.LOG", "CORE.log", "Core.log", "coRE.log"}) {
+    for (const char* name : {"core.LOG", "CORE.log", "Core.log", "coRE.log"})
         folder.add(std::string("Data/") + name);
-    }
     struct Case {
         std::string written, folded;
     };
@@ -45,9 +43,8 @@ TEST(Files, PathsFoldToWhatIsThere) {
         {"", ""},
         {std::string("a\0b", 3), ""},
     };
-    for (const Case& each : cases) {
+    for (const Case& each : cases)
         EXPECT_EQ(foldPath(each.written), each.folded) << each.written;
-    }
     const std::string before = currentFolder();
     EXPECT_TRUE(setCurrentFolder(root + "data"));
     EXPECT_EQ(foldPath("core\\core.LOG"), "Core/Core.log");
@@ -60,9 +57,8 @@ TEST(Files, PathsFoldToWhatIsThere) {
 
 TEST(Files, ListsByWildcardInByteOrder) {
     TemporaryFolder folder;
-    for (const char* name : {"b.prm", "Z.PRM", "a.prm.bak", ".x.so", "noext", "\xC3\xA4.prm"}) {
+    for (const char* name : {"b.prm", "Z.PRM", "a.prm.bak", ".x.so", "noext", "\xC3\xA4.prm"})
         folder.add(name);
-    }
     EXPECT_TRUE(createFolder(folder.path + "\\sub.prm\\"));
     EXPECT_TRUE(createFolder(folder.path + "SUB.prm")); // is there already
     EXPECT_FALSE(createFolder(folder.path + "no/sub"));
@@ -84,9 +80,8 @@ TEST(Files, ListsByWildcardInByteOrder) {
 TEST(Files, BytesComeBackAsTheyWereWritten) {
     TemporaryFolder folder;
     std::string bytes(300000, '\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
+    for (std::size_t i = 0; i < bytes.size(); ++i)
         bytes[i] = char(i * 7 % 256);
-    }
     std::string read = "kept";
     for (const std::string& content : {bytes, std::string(), std::string("\r\n\0x", 4)}) {
         ASSERT_TRUE(writeFileAtomic(folder.path + "file", content));
@@ -166,9 +161,8 @@ TEST(Files, AKillInMidWriteLeavesTheOldFileOrTheNew) {
         folder.add("take.xml", old);
         const pid_t child = fork();
         ASSERT_GE(child, 0);
-        if (child == 0) {
+        if (child == 0)
             _exit(writeFileAtomic(folder.path + "take.xml", next) ? 0 : 1);
-        }
         while (listFiles(folder.path + ".mvr*").empty() && waitpid(child, nullptr, WNOHANG) == 0) {
         }
         kill(child, SIGKILL);
@@ -176,9 +170,8 @@ TEST(Files, AKillInMidWriteLeavesTheOldFileOrTheNew) {
         const std::string found = folder.read("take.xml");
         EXPECT_TRUE(found == old || found == next);
         killedInside += found == old;
-        for (const FoundFile& rest : listFiles(folder.path + ".mvr*")) {
+        for (const FoundFile& rest : listFiles(folder.path + ".mvr*"))
             deleteFile(folder.path + rest.name);
-        }
     }
     EXPECT_GT(killedInside, 0) << "no write was slow enough to be killed";
 }

@@ -29,9 +29,8 @@ protected:
         set("XDG_CONFIG_DIRS", "relative:" + folder_.path + "none:" + folder_.path + "etc");
     }
     void TearDown() override {
-        for (const auto& [name, value] : before_) {
+        for (const auto& [name, value] : before_)
             value ? set(name, *value) : void(unsetenv(name.c_str()));
-        }
     }
     static void set(const std::string& name, const std::string& value) {
         setenv(name.c_str(), value.c_str(), 1);

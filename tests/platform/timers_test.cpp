@@ -32,9 +32,8 @@ protected:
     static void onTimer(TimerId id, std::uint32_t tick) {
         EXPECT_EQ(tick, tickMs());
         fired().push_back(id);
-        if (const auto action = actions().find(id); action != actions().end()) {
+        if (const auto action = actions().find(id); action != actions().end())
             action->second();
-        }
     }
     static std::vector<TimerId> runAt(HandClock& clock, std::uint32_t ms) {
         fired().clear();
@@ -136,9 +135,8 @@ TEST_F(Timers, RunOnTheRealClock) {
 TEST(Clock, HandClockMovesTheDateWithItAndRestoresTheRealClock) {
     const auto text = [](const UtcTime& t) {
         std::string joined;
-        for (std::int32_t part : {t.year, t.month, t.day, t.hour, t.minute, t.second}) {
+        for (std::int32_t part : {t.year, t.month, t.day, t.hour, t.minute, t.second})
             joined += std::to_string(part) + " ";
-        }
         return joined;
     };
     {

@@ -110,9 +110,8 @@ TEST_F(Windows, MessageBoxesAreAnsweredByTheScriptElseByTheirDefaultButton) {
     ASSERT_EQ(shown.size(), 5u);
     EXPECT_EQ(shown[0].text + shown[0].title, "texttitle");
     EXPECT_EQ(shown[3].answer, kAnswerNo);
-    for (std::size_t i = 0; i < 2 * Headless::kMessageBoxesKept; ++i) {
+    for (std::size_t i = 0; i < 2 * Headless::kMessageBoxesKept; ++i)
         messageBox(0, "many", "", kButtonsOk);
-    }
     EXPECT_EQ(Headless::messageBoxes().size(), Headless::kMessageBoxesKept);
 }
 

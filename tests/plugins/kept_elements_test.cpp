@@ -1,9 +1,14 @@
+#include "instance/instance_inputs.h"
+#include "instance/temporary_control.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_device.h"
 #include "support/scripted_tool.h"
+#include "unidevice/sdk/device_handler.h"
 
+#include <functional>
 #include <initializer_list>
+#include <string>
 
 namespace {
 
@@ -113,6 +118,24 @@ TEST_F(KeptElementsTest, ASceneKeepsWhatIsBetweenItsTools) {
     EXPECT_EQ(core->getConfiguration().childCount(), 0) << "the next scene has none of it";
 }
 
+TEST_F(KeptElementsTest, KnownElementsThatCantBeReadStayUntilSomethingNewerStandsThere) {
+    const Tag data("<MVR_Plugin><type>PRM</type><name>Rig</name><savedata>?</savedata>"
+                   "<recordedinputvalues><input>AAAA</input><input/></recordedinputvalues>"
+                   "</MVR_Plugin>");
+    core->create(data, nullptr, false);
+    const std::uint32_t mask = SaveMask::kModel | SaveMask::kScene;
+    Tag kept = saved(mask);
+    EXPECT_EQ(at(kept, {"savedata"}).value(), "?");
+    EXPECT_EQ(at(kept, {"recordedinputvalues", "input"}).value(), "AAAA");
+
+    PluginInstance& tool = *find("Rig")->getInstance();
+    tool.setSaveData("own", 3);
+    tool.getStoredInput().getValues()[0].setKey(1, 2);
+    Tag newer = saved(mask);
+    EXPECT_EQ(at(newer, {"savedata"}).value(), "b3du");
+    EXPECT_NE(at(newer, {"recordedinputvalues", "input"}).value(), "AAAA");
+}
+
 TEST_F(KeptElementsTest, TheUserEndsTheKeepingAndNobodyElse) {
     const Tag data = withKept(SaveMask::kModel);
     core->create(data, nullptr, false);
@@ -155,6 +178,76 @@ TEST_F(KeptElementsTest, TheUserEndsTheKeepingAndNobodyElse) {
     const Tag again = saved(SaveMask::kModel);
     EXPECT_EQ(again.childCount("later"), 1) << "the tool writes an element of that name itself";
     EXPECT_EQ(again.child("later").value(), "own");
+}
+
+TEST_F(KeptElementsTest, ABindingOutlivesItsControlUntilTheUserBindsAnew) {
+    const Tag profile("<profile><property name=\"Move\"><control device=\"Old\" type=\"X\" "
+                      "index=\"0\"><description>Old: X</description></control></property>"
+                      "</profile>");
+    InstanceInputs inputs;
+    UniDevice::Property& move = *inputs.add("Move", UniDevice::finite);
+    TemporaryControl standIn(0);
+    UniDevice::Control* other = nullptr;
+    const auto saved = [&inputs] {
+        const Tag now = inputs.describe("", false);
+        return now.child(0).child("control").child("description").value();
+    };
+    const auto lose = [](const std::string& name) {
+        delete UniDevice::DeviceHandler::instance()->findDevice(name, 0);
+    };
+    const struct {
+        const char* name;
+        bool isThere; // when the profile is applied
+        std::function<void()> act;
+        const char* expected;
+    } cases[] = {
+        {"it goes", true, [&] { lose("Old"); }, "Old: X"},
+        {"it goes in a simulated take", true,
+         [&] {
+             standIn.standIn(move);
+             EXPECT_EQ(saved(), "Old: X");
+             lose("Old");
+             EXPECT_EQ(saved(), "Old: X");
+             standIn.giveBack(move);
+         },
+         "Old: X"},
+        {"a save saw another, which goes", true,
+         [&] {
+             move.bind(other);
+             EXPECT_EQ(saved(), "New: X");
+             lose("New");
+         },
+         "New: X"},
+        {"a save saw it cleared", true,
+         [&] {
+             move.bind(nullptr);
+             EXPECT_EQ(saved(), "");
+             lose("Old");
+         },
+         ""},
+        {"cleared, and gone before a save", true,
+         [&] {
+             inputs.bind(move, nullptr);
+             lose("Old");
+         },
+         ""},
+        {"bound and cleared while it isn't there", false,
+         [&] {
+             inputs.bind(move, other);
+             inputs.bind(move, nullptr);
+         },
+         ""},
+    };
+    for (const auto& each : cases) {
+        if (each.isThere)
+            (new Testing::ScriptedDevice("Old"))->add("X");
+        other = (new Testing::ScriptedDevice("New"))->add("X");
+        EXPECT_EQ(inputs.apply(profile), each.isThere ? 0 : 1);
+        each.act();
+        EXPECT_EQ(saved(), each.expected) << each.name;
+        lose("Old");
+        lose("New");
+    }
 }
 
 } // namespace

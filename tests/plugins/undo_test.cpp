@@ -95,9 +95,7 @@ TEST_F(UndoTest, EveryChangeIsUndoneAndRedoneAndMayBeDroppedInEachState) {
             for (int step = 1; step <= steps; ++step) {
                 EXPECT_TRUE(step % 2 == 1 ? adaptor.undo() : adaptor.redo());
                 EXPECT_EQ(state(), step % 2 == 1 ? start : each.done) << each.name << step;
-                if (step % 2 == 1) {
-                    EXPECT_EQ(devices(), allDevices);
-                }
+                EXPECT_TRUE(step % 2 == 0 || devices() == allDevices) << each.name << step;
             }
             const std::string before = state();
             adaptor.clearUndo();

@@ -74,9 +74,8 @@ protected:
         while (std::getline(lines, line)) {
             std::istringstream fields(line.substr(line.find(',') + 1));
             rows.emplace_back();
-            for (std::string field; std::getline(fields, field, ',');) {
+            for (std::string field; std::getline(fields, field, ',');)
                 rows.back().push_back(std::strtod(field.c_str(), nullptr));
-            }
         }
         return rows;
     }

@@ -18,9 +18,8 @@ protected:
         for (std::size_t i = 0; i < input.size(); ++i) {
             // Four zeros, before the first packet arrives, aren't a rotation.
             const std::size_t columns = input[i] == std::vector<double>(7, 0.0) ? 6 : 7;
-            for (std::size_t column = 0; column < columns; ++column) {
+            for (std::size_t column = 0; column < columns; ++column)
                 EXPECT_EQ(take[i + 1][column + 1], input[i][column]) << "frame " << i + 1;
-            }
         }
     }
 };
@@ -54,9 +53,9 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
             EXPECT_NEAR(again[i][column], take[i][column], 1e-9);
             // Until the first packet arrives, the object neither moves nor turns.
             const bool isMoving = i > 0 && take[i][1] != 0;
-            if (isMoving && column > 0) {
-                EXPECT_NEAR(twice[i][column], 2 * take[i][column], 1e-9);
-            }
+            if (!isMoving || column == 0)
+                continue;
+            EXPECT_NEAR(twice[i][column], 2 * take[i][column], 1e-9);
         }
         way += i > 1 ? std::fabs(take[i][1] - take[i - 1][1]) : 0;
     }

@@ -15,9 +15,8 @@ TEST(Curve, KeysAreSortedWithOnePerTime) {
     EXPECT_EQ(curve.evaluate(3, 7.5), 7.5);
     // Late, early, between, again at the end, and two that differ from a key only by rounding.
     for (const Key& key :
-         std::vector<Key>{{2, 20}, {0, 0}, {1, 10}, {3, 30}, {1 + 1e-9, 11}, {3 - 1e-9, 31}}) {
+         std::vector<Key>{{2, 20}, {0, 0}, {1, 10}, {3, 30}, {1 + 1e-9, 11}, {3 - 1e-9, 31}})
         curve.setKey(key.time, key.value);
-    }
     ASSERT_EQ(curve.getKeys().size(), 4U);
     const std::vector<Key> expected = {{0, 0}, {1, 11}, {2, 20}, {3, 31}};
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -27,9 +26,8 @@ TEST(Curve, KeysAreSortedWithOnePerTime) {
     struct {
         double time, value;
     } const reads[] = {{-5, 0}, {0, 0}, {0.5, 5.5}, {1.5, 15.5}, {2, 20}, {2.5, 25.5}, {9, 31}};
-    for (const auto& read : reads) {
+    for (const auto& read : reads)
         EXPECT_NEAR(curve.evaluate(read.time, 99), read.value, 1e-6) << read.time;
-    }
     // A key on the edge, late by a rounding error, is removed too.
     curve.eraseFrom(2 + 1e-9);
     EXPECT_EQ(curve.getKeys().size(), 2U);
@@ -57,18 +55,16 @@ TEST(Transform, SurvivesAMatrixAndItsInverse) {
         const Transform transform = {{1, -2, 3}, normalised(turn), {2, 0.5, 3}};
         const Transform back = toTransform(toMatrix(transform));
         double cosine = 0;
-        for (std::size_t i = 0; i < 4; ++i) {
+        for (std::size_t i = 0; i < 4; ++i)
             cosine += back.rotation[i] * transform.rotation[i];
-        }
         EXPECT_NEAR(std::fabs(cosine), 1, 1e-12);
         for (std::size_t i = 0; i < 3; ++i) {
             EXPECT_NEAR(back.position[i], transform.position[i], 1e-12);
             EXPECT_NEAR(back.scale[i], transform.scale[i], 1e-12);
         }
         const Matrix one = multiply(toMatrix(transform), inverse(toMatrix(transform)));
-        for (std::size_t i = 0; i < one.size(); ++i) {
+        for (std::size_t i = 0; i < one.size(); ++i)
             EXPECT_NEAR(one[i], i % 5 == 0 ? 1 : 0, 1e-12);
-        }
     }
     const Matrix mirror = toMatrix({{0, 0, 0}, kNoRotation, {-2, 1, 1}});
     EXPECT_EQ(toMatrix(toTransform(mirror)), mirror);

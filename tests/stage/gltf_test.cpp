@@ -47,9 +47,8 @@ protected:
         StageNode* hidden = scene.create("Hidden", nullptr, MVR::kNodeHelper, nullptr);
         hidden->setMesh(mesh);
         hidden->hide();
-        for (const auto& node : scene.getNodes()) {
+        for (const auto& node : scene.getNodes())
             nodes.push_back(node.get());
-        }
     }
 
     std::vector<float> numbers(const tinygltf::Model& model, int accessor) const {
@@ -98,13 +97,11 @@ TEST_F(GltfTest, ReadsBackAsItWasMeant) {
         const auto& sampler =
             model.animations[0].samplers[static_cast<std::size_t>(channel.sampler)];
         const std::vector<float> times = numbers(model, sampler.input);
-        for (std::size_t i = 0; i < times.size(); ++i) {
+        for (std::size_t i = 0; i < times.size(); ++i)
             EXPECT_TRUE(i == 0 ? times[0] >= 0 : times[i] > times[i - 1]) << i;
-        }
         const std::vector<float> values = numbers(model, sampler.output);
-        for (const float value : values) {
+        for (const float value : values)
             EXPECT_TRUE(std::isfinite(value));
-        }
         if (channel.target_path == "rotation") {
             for (std::size_t i = 0; i + 3 < values.size(); i += 4) {
                 double length = 0;
@@ -121,9 +118,8 @@ TEST_F(GltfTest, ReadsBackAsItWasMeant) {
 }
 
 TEST_F(GltfTest, PassesTheOfficialValidator) {
-    if (std::strlen(NODE) == 0) {
+    if (std::strlen(NODE) == 0)
         GTEST_SKIP() << "node is not installed";
-    }
     ASSERT_TRUE(std::filesystem::exists(NODE_MODULES "/gltf-validator"))
         << "./dev setup installs it";
     TemporaryFolder folder;

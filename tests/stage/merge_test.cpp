@@ -167,9 +167,8 @@ TEST_F(MergeTest, ABadFileYieldsNothingAndSaysWhy) {
 TEST_F(MergeTest, AHostileFileDoesNoHarm) {
     EXPECT_TRUE(merge(folder.path + "none.obj").empty());
     std::string face = "v 0 0 0\n\r\nf";
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000; ++i)
         face += " 1";
-    }
     EXPECT_TRUE(merge(folder.add("huge.obj", face)).empty());
     EXPECT_NE(error.find("line 3"), std::string::npos) << error;
 

@@ -96,17 +96,15 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
             ASSERT_EQ(session.getModels().load(rig, ""), 0);
             const auto tools = session.adoptTools();
             ASSERT_EQ(tools.size(), 2U);
-            if (isDeleted) {
+            if (isDeleted)
                 tools[0]->access->extend(MVR::InterfaceExtension::kUnplug, 0);
-            }
             state.way();
             session.undo.clear();
             (void)getState();
             EXPECT_EQ(session.scene.getNodes().size(), isDeleted ? state.deleted : state.loaded);
             session.close();
-            while (!session.scene.getNodes().empty()) {
+            while (!session.scene.getNodes().empty())
                 session.scene.remove(*session.scene.getNodes().back());
-            }
             session.undo.clear();
             open(session);
         }

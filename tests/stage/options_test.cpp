@@ -21,9 +21,8 @@ TEST(RecordOptions, OptionsBelongToWhatPrecedesThem) {
         "--tool=Free Camera|--name|B|--seconds|2|--rate|60|--out|a.gltf|--latency-bind|OSC:/sent:0|"
         "--resimulate|--set|B/*.multiplier=2|--out|b.gltf|"
         "--resimulate|--set|Free Camera/Pan.exponent=+1e1");
-    for (std::string word; std::getline(line, word, '|');) {
+    for (std::string word; std::getline(line, word, '|');)
         words.push_back(word);
-    }
     ASSERT_TRUE(readRecordOptions(words, options, error)) << error;
     ASSERT_EQ(options.tools.size(), 2U);
     EXPECT_EQ(options.tools[0].name, "Free Camera_01");
@@ -116,9 +115,8 @@ TEST(Text, AnyBytesBecomeUtf8) {
                  {"\xc0\xaf", "??"},            // longer than needed
                  {"\xed\xa0\x80", "???"},       // half of a pair
                  {"\xf4\x90\x80\x80", "????"}}; // beyond the last character
-    for (const auto& bytes : cases) {
+    for (const auto& bytes : cases)
         EXPECT_EQ(toUtf8(bytes.bytes), bytes.text);
-    }
 }
 
 } // namespace

@@ -49,9 +49,8 @@ protected:
     }
     static std::string change(std::string text, const std::string& from, const std::string& to) {
         EXPECT_NE(text.find(from), std::string::npos) << from;
-        for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+        for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
             text.replace(at, from.size(), to);
-        }
         return text;
     }
 };
@@ -101,9 +100,8 @@ TEST_F(SceneCommandTest, ASavedTakeIsSimulatedAgainInAnotherProcess) {
     const auto withoutKeys = [](const std::string& text) {
         std::string kept;
         std::istringstream lines(text);
-        for (std::string line; std::getline(lines, line);) {
+        for (std::string line; std::getline(lines, line);)
             kept += line.find("<curve name=\"ty\">") == std::string::npos ? line + "\n" : "";
-        }
         return kept;
     };
     const std::string old = "<property name=\"Position Y\">\n\t\t\t\t\t\t<multiplier>1<";
@@ -215,9 +213,8 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAMessageAndACode) {
         {show + "deep.prm", 7,
          "packed element 1: line 2, column 6: a close tag of another element"},
     };
-    for (const auto& bad : cases) {
+    for (const auto& bad : cases)
         expectFailure(bad.command, bad.code, bad.words);
-    }
     EXPECT_TRUE(read("a.scene") == scene) << "as it was";
     // Whatever can be created is created, saved and summed up.
     ASSERT_EQ(run(load + "half.prm"), 8);

@@ -84,9 +84,8 @@ TEST_F(SceneTest, ACameraHasALensThatToolsReadAndSet) {
     lens->setFocalLengthMm(50);
     lens->setFocusDistance(2.5);
     lens->setFNumber(1.4);
-    for (const double none : {0.0, -1.0, double(NAN), double(INFINITY)}) {
+    for (const double none : {0.0, -1.0, double(NAN), double(INFINITY)})
         lens->setFNumber(none);
-    }
     EXPECT_EQ(lens->getFocalLengthMm(), 50);
     EXPECT_EQ(lens->getFocusDistance(), 2.5);
     EXPECT_EQ(lens->getFNumber(), 1.4) << "no lens has 0";
@@ -123,16 +122,14 @@ TEST_F(SceneTest, GlobalTransformsGoThroughAllParents) {
     EXPECT_NEAR(below.getRest().scale[0], 0.5, 1e-12);
     Matrix read;
     snapshot->getGlobal(read.data());
-    for (std::size_t i = 0; i < read.size(); ++i) {
+    for (std::size_t i = 0; i < read.size(); ++i)
         EXPECT_NEAR(read[i], wanted[i], 1e-12);
-    }
     const Transform rest = below.getRest();
     undo.begin("hang");
     below.setParent(nullptr);
     undo.end();
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
+    for (std::size_t i = 0; i < wanted.size(); ++i)
         EXPECT_NEAR(below.evaluateGlobal(0)[i], wanted[i], 1e-12) << "it stays where it is";
-    }
     ASSERT_TRUE(undo.undo());
     EXPECT_EQ(below.getRest(), rest);
     above.setParent(&below);

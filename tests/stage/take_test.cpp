@@ -44,9 +44,8 @@ TEST_F(TakeTest, OneKeyPerFrameOnTheGridAndOneAtTheStart) {
         for (std::size_t curve = 0; curve < kCurveCount; ++curve) {
             const std::vector<Key>& keys = node->getCurves()[curve].getKeys();
             ASSERT_EQ(keys.size(), curve < kFirstLensCurve ? 11U : 0U) << "nobody zoomed";
-            for (std::size_t i = 0; i < keys.size(); ++i) {
+            for (std::size_t i = 0; i < keys.size(); ++i)
                 EXPECT_EQ(keys[i].time, static_cast<double>(i) * 0.04);
-            }
         }
     }
     EXPECT_EQ(object->getCurves()[0].getKeys().front().value, 0) << "what stood there";

@@ -30,9 +30,8 @@ protected:
     void add(char name) { list.add(new Noted(calls, name)); }
     void step(const std::string& name, const std::string& objects) {
         list.begin(name);
-        for (const char object : objects) {
+        for (const char object : objects)
             add(object);
-        }
         list.end();
     }
     std::string take() { return std::exchange(calls, {}); }
@@ -109,9 +108,8 @@ TEST_F(UndoListTest, WhatIsAddedDuringAnUndoIsDropped) {
     list.redo();
     EXPECT_EQ(take(), "dxdy");
     EXPECT_EQ(list.getUndoCount(), 1U);
-    for (std::size_t i = 0; i < UndoList::kMostEntries; ++i) {
+    for (std::size_t i = 0; i < UndoList::kMostEntries; ++i)
         step("more", "m");
-    }
     EXPECT_EQ(list.getUndoCount(), UndoList::kMostEntries);
     list.clear();
 }

@@ -29,7 +29,8 @@ void ScriptedDevice::set(const std::string& type, double value) {
 }
 
 void ScriptedDevice::remove(const std::string& type) {
-    std::erase_if(controls_, [&](const auto& control) { return control->type == type; });
+    std::erase_if(
+        controls_, [&](const auto& control) { return control->type == type; });
 }
 
 std::int32_t ScriptedDevice::controlCount() const {
@@ -42,16 +43,14 @@ UniDevice::Control* ScriptedDevice::control(std::int32_t index) {
 
 bool ScriptedDevice::update(std::int32_t) {
     ++updates;
-    if (onUpdate) {
+    if (onUpdate)
         onUpdate();
-    }
     return true;
 }
 
 bool ScriptedDevice::prepareDetection() {
-    for (const auto& control : controls_) {
+    for (const auto& control : controls_)
         control->previousValue = control->value;
-    }
     return true;
 }
 
@@ -62,9 +61,8 @@ UniDevice::Control* ScriptedDevice::detectControl(const std::vector<UniDevice::C
 }
 
 void ScriptedDevice::resetControls() {
-    for (const auto& control : controls_) {
+    for (const auto& control : controls_)
         control->resetValues();
-    }
 }
 
 bool ScriptedDevice::activate(std::int32_t) {

@@ -43,9 +43,8 @@ TEST_F(DeviceHandlerTest, FindsTheControlThatABindingNames) {
                             "<description>Stick: x</description></control>");
     EXPECT_EQ(written(*secondX), "<control device=\"Stick\" devindex=\"1\" index=\"0\" type=\"x\">"
                                  "<description>Stick: x</description></control>");
-    for (Control* control : {x0, x1, secondX, unnamed}) {
+    for (Control* control : {x0, x1, secondX, unnamed})
         EXPECT_EQ(handler.findControl(parsed(written(*control))), control);
-    }
     struct Case {
         const char* binding;
         Control* found;
@@ -63,9 +62,8 @@ TEST_F(DeviceHandlerTest, FindsTheControlThatABindingNames) {
         {"<control devindex='2' type='x'/>", nullptr},
         {"<control type='X'/>", nullptr},
     };
-    for (const Case& c : cases) {
+    for (const Case& c : cases)
         EXPECT_EQ(handler.findControl(parsed(c.binding)), c.found) << c.binding;
-    }
     Control alone(nullptr, binary, 0.5);
     alone.type = "a";
     alone.description = "A key";
@@ -117,14 +115,12 @@ TEST_F(DeviceHandlerTest, TheControlThatMovedMostIsDetected) {
     EXPECT_TRUE(handler.prepareDetection());
     EXPECT_EQ(handler.detectControl(nullptr), nullptr);
 
-    for (ScriptedDevice* device : {a, b, c}) {
+    for (ScriptedDevice* device : {a, b, c})
         device->set("0", 0.1); // no more than the threshold
-    }
     EXPECT_EQ(handler.detectControl(nullptr), nullptr);
     handler.resetControls();
-    for (ScriptedDevice* device : {a, b, c}) {
+    for (ScriptedDevice* device : {a, b, c})
         device->set("0", -0.75);
-    }
     a->set("1", 0.75);
     EXPECT_EQ(handler.detectControl(nullptr), a0) << "of equals the first, at each level";
     std::vector<Control*> excluded{a0};

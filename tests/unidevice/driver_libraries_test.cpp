@@ -46,9 +46,8 @@ struct DriverLibrariesTest : testing::Test {
     template <class Named>
     static std::vector<std::string> namesOf(const std::vector<Named*>& list) {
         std::vector<std::string> names;
-        for (const Named* each : list) {
+        for (const Named* each : list)
             names.push_back(each->name);
-        }
         return names;
     }
     static std::vector<std::string> deviceNames() {

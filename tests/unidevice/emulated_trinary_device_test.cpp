@@ -59,9 +59,8 @@ TEST_F(TrinaryTest, ASavedBindingMakesTheControlAgain) {
     const std::string end = "</control>";
     EXPECT_EQ(handler.findControl(parsed(head + b + a + end)), made) << "in either order";
     for (const std::string& children :
-         {a, std::string(), a + "<control type='gone' te_direction='negative'/>"}) {
+         {a, std::string(), a + "<control type='gone' te_direction='negative'/>"})
         EXPECT_EQ(handler.findControl(parsed(head + children + end)), nullptr) << children;
-    }
     EXPECT_EQ(emulator.controlCount(), 2);
 }
 

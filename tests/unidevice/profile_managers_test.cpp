@@ -177,9 +177,9 @@ TEST_F(ProfileListTest, PresetsAreRemovedOneByOne) {
         const std::string path = folder.add("file.ocp", each.before);
         configs.removeFromFile(preset(each.removed), path);
         EXPECT_EQ(std::filesystem::exists(path), each.after != nullptr) << each.before;
-        if (each.after != nullptr) {
-            EXPECT_EQ(tree("file.ocp"), each.after);
-        }
+        if (each.after == nullptr)
+            continue;
+        EXPECT_EQ(tree("file.ocp"), each.after);
     }
     configs.removeFromFile(preset("a"), folder.path + "missing.ocp");
     folder.add("torn.ocp", "<ConfigProfile><profile name=\"a\"/><profile name=\"b\"/>");

@@ -18,6 +18,7 @@ UNFINISHED = [
      0, "finish it, or remove it"),
     (rf"(?<!std::)\b{word('place', 'holder')}s?\b|{word('not ', 'implemented ', 'yet')}|\b{word('st', 'ub')}s?\b",
      re.IGNORECASE, "write what it stands for"),
+    (word(r"\\fi", r"le\b"), 0, "a plain comment on top tells what a file holds"),
 ]
 FOREIGN = [
     (rf"\b{word('specific', 'ation')}s?\b|{word('spec', '.md')}|\b{word('Par', 'ts')}? \d+\.\d+",

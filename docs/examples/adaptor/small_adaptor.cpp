@@ -64,9 +64,8 @@ public:
 
     int changes = 0;
     void receive(MVR::Util::Message& message, bool) override {
-        if (message.id != MVR::CoreTools::kListChanged) {
+        if (message.id != MVR::CoreTools::kListChanged)
             return;
-        }
         ++changes;
         for (const MVR::CoreTool& tool : tools_.list()) {
             std::printf("  %s (%s), objects: %zu\n", tool.name.c_str(), tool.type.c_str(),
@@ -103,9 +102,8 @@ void runTake(const Library& library, SmallHost& host, MVR::CoreInterface& core) 
         const std::int32_t milliseconds = library.pumpEvents(nullptr);
         std::this_thread::sleep_for(std::chrono::milliseconds(std::clamp(milliseconds, 0, 20)));
     }
-    if (core.isRecording()) {
+    if (core.isRecording())
         core.stopRecording();
-    }
 }
 
 // Checks that each frame of the take has a key, and that the keys move.
@@ -114,9 +112,8 @@ bool isWhole(const Keys& keys, double frameRate) {
     double lowest = 0.0;
     double highest = 0.0;
     for (const auto& [keyFrame, position] : keys) {
-        if (keyFrame != ++frame) {
+        if (keyFrame != ++frame)
             return false;
-        }
         lowest = std::min(lowest, position[0]);
         highest = std::max(highest, position[0]);
     }
@@ -124,10 +121,11 @@ bool isWhole(const Keys& keys, double frameRate) {
 }
 
 bool isSame(const Keys& take, const Keys& other) {
-    return std::equal(take.begin(), take.end(), other.begin(), other.end(),
-                      [](const auto& a, const auto& b) {
-                          return a.first == b.first && std::abs(a.second[0] - b.second[0]) < 1e-9;
-                      });
+    return std::equal(
+        take.begin(), take.end(), other.begin(), other.end(),
+        [](const auto& a, const auto& b) {
+            return a.first == b.first && std::abs(a.second[0] - b.second[0]) < 1e-9;
+        });
 }
 
 bool report(const char* what, bool isGood) {
@@ -137,9 +135,8 @@ bool report(const char* what, bool isGood) {
 
 // Prints a code of the core with its reasons.
 bool report(const char* what, std::int32_t code, MVR::CoreFaults& faults) {
-    for (const MVR::CoreFault& fault : faults.list()) {
+    for (const MVR::CoreFault& fault : faults.list())
         std::printf("  %s\n", toText(fault).c_str());
-    }
     return report(what, code == 0 && faults.list().empty());
 }
 
@@ -147,9 +144,8 @@ bool recordAndSimulate(const Library& library, SmallHost& host, MVR::CoreInterfa
     const std::int32_t noCountdown = 0;
     core.setProperty(MVR::Setting::kStartCountdown, &noCountdown);
     const SmallNode* const node = host.firstNode();
-    if (!report("take started", core.startRecording() == 0)) {
+    if (!report("take started", core.startRecording() == 0))
         return false;
-    }
     runTake(library, host, core);
     const Keys take = node->keys;
     std::printf("keys: %zu\n", take.size());
@@ -176,13 +172,11 @@ bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
     MVR::CoreModels* const models = MVR::getModels(core);
     MVR::CoreFaults* const faults = MVR::getFaults(core);
     if (!report("a core with all extensions",
-                tools != nullptr && models != nullptr && faults != nullptr)) {
+                tools != nullptr && models != nullptr && faults != nullptr))
         return false;
-    }
     ToolList list(*tools);
-    if (!report("listening", list.listenTo(&core) == 0)) {
+    if (!report("listening", list.listenTo(&core) == 0))
         return false;
-    }
     std::string name;
     const std::int32_t code = tools->create("Follower", "", "", pendulumBindings(), &name);
     return report("tool placed", code, *faults) && recordAndSimulate(library, host, core) &&
@@ -193,9 +187,8 @@ bool run(const Library& library, SmallHost& host, MVR::CoreInterface& core) {
 
 MVR_EXPORT int recordTake(const char* coreLibraryOrNull) {
     Library library;
-    if (!load(coreLibraryOrNull != nullptr ? coreLibraryOrNull : MIRVANE_CORE_LIBRARY, library)) {
+    if (!load(coreLibraryOrNull != nullptr ? coreLibraryOrNull : MIRVANE_CORE_LIBRARY, library))
         return 2;
-    }
     bool isGood = false;
     {
         SmallHost host; // must outlive detach

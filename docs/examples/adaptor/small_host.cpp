@@ -10,9 +10,8 @@
 namespace {
 
 void takeBack(std::vector<MVR::Util::Owned<MVR::CUndo>>& step) {
-    for (auto object = step.rbegin(); object != step.rend(); ++object) {
+    for (auto object = step.rbegin(); object != step.rend(); ++object)
         (*object)->restore(true);
-    }
 }
 
 } // namespace
@@ -36,9 +35,8 @@ void SmallHost::releaseLog() {
 
 MVR::SceneNode* SmallHost::createNode(MVR::CInterface* tool, std::string name, std::intptr_t,
                                       std::intptr_t) {
-    if (MVR::SceneNode* const present = createNode(tool, name)) {
+    if (MVR::SceneNode* const present = createNode(tool, name))
         return present;
-    }
     nodes_.push_back(std::make_unique<SmallNode>(*this, name, tool));
     // Its name shows which tool it belongs to, unless the tool has a better one.
     nodes_.back()->setName(MVR::getToolIdentity(*tool).name + " " + name);
@@ -51,21 +49,17 @@ MVR::SceneNode* SmallHost::createNode(MVR::CInterface* tool, std::string name, s
 }
 
 MVR::SceneNode* SmallHost::createNode(MVR::CInterface* tool, std::string name) {
-    for (const auto& node : nodes_) {
-        if (node->getOwner() == tool && node->getName() == name) {
+    for (const auto& node : nodes_)
+        if (node->getOwner() == tool && node->getName() == name)
             return node.get();
-        }
-    }
     return nullptr;
 }
 
 std::vector<MVR::SceneNode*> SmallHost::getNodes(MVR::CInterface* tool) {
     std::vector<MVR::SceneNode*> found;
-    for (const auto& node : nodes_) {
-        if (node->getOwner() == tool) {
+    for (const auto& node : nodes_)
+        if (node->getOwner() == tool)
             found.push_back(node.get());
-        }
-    }
     return found;
 }
 
@@ -81,20 +75,17 @@ void SmallHost::beginUndo(std::string) {
 
 void SmallHost::addUndo(MVR::CUndo* object) {
     MVR::Util::Owned<MVR::CUndo> owned(object);
-    if (isUndoOpen()) {
+    if (isUndoOpen())
         openSteps_.back().push_back(std::move(owned));
-    }
 }
 
 void SmallHost::endUndo() {
-    if (openSteps_.empty()) {
+    if (openSteps_.empty())
         return;
-    }
     UndoStep step = std::move(openSteps_.back());
     openSteps_.pop_back();
-    if (step.empty()) {
+    if (step.empty())
         return;
-    }
     if (openSteps_.empty()) {
         undoable_.push_back(std::move(step));
         redoable_.clear();
@@ -111,9 +102,8 @@ void SmallHost::cancelUndo() {
 }
 
 bool SmallHost::undo() {
-    if (undoable_.empty()) {
+    if (undoable_.empty())
         return false;
-    }
     takeBack(undoable_.back());
     redoable_.push_back(std::move(undoable_.back()));
     undoable_.pop_back();
@@ -121,12 +111,10 @@ bool SmallHost::undo() {
 }
 
 bool SmallHost::redo() {
-    if (redoable_.empty()) {
+    if (redoable_.empty())
         return false;
-    }
-    for (const auto& object : redoable_.back()) {
+    for (const auto& object : redoable_.back())
         object->redo();
-    }
     undoable_.push_back(std::move(redoable_.back()));
     redoable_.pop_back();
     return true;

@@ -15,11 +15,10 @@ class KeysUndo final : public MVR::CUndo {
 public:
     explicit KeysUndo(SmallNode& node) : node_(node), other_(node.keys) {}
     void restore(bool isUndo) override {
-        if (isUndo) {
+        if (isUndo)
             std::swap(node_.keys, other_);
-        } else {
+        else
             node_.keys = other_;
-        }
     }
     void redo() override { std::swap(node_.keys, other_); }
 
@@ -45,9 +44,8 @@ Position SmallNode::at(double time) const {
 }
 
 void SmallNode::release(MVR::SceneNode* handle) {
-    if (handle == this) {
+    if (handle == this)
         owner_ = nullptr; // the tool ends, the object stays in the scene
-    }
 }
 
 MVR::TransformSnapshot* SmallNode::getSnapshot(double time) {
@@ -62,9 +60,8 @@ void SmallNode::startRecording(double time) {
 
 void SmallNode::get(double matrix[16]) {
     const Position position = at(snapshotTime_);
-    for (int index = 0; index < 16; ++index) {
+    for (int index = 0; index < 16; ++index)
         matrix[index] = index % 5 == 0 ? 1.0 : 0.0;
-    }
     std::copy(position.begin(), position.end(), matrix + 12);
 }
 
@@ -80,11 +77,10 @@ void SmallNode::getPosition(double position[3]) {
 // Sets a key while a take runs, otherwise the position at rest.
 void SmallNode::setPosition(const double position[3]) {
     const Position written = {position[0], position[1], position[2]};
-    if (host_.isRecording()) {
+    if (host_.isRecording())
         keys[frameAt(snapshotTime_)] = written;
-    } else {
+    else
         rest = written;
-    }
 }
 
 void SmallNode::getRotation(double quaternion[4]) {

@@ -64,17 +64,15 @@ public:
     std::int32_t init() override {
         static const char* const names[kInputs] = {"Move X", "Move Y", "Move Z", "Pan",
                                                    "Tilt",   "Roll",   "Zoom"};
-        for (int i = 0; i < kInputs; ++i) {
+        for (int i = 0; i < kInputs; ++i)
             inputs_[i] = getInterface()->addProperty(names[i], kKinds, nullptr);
-        }
         return 0;
     }
 
     std::int32_t create() override {
         node_ = getInterface()->createNode("Camera", MVR::kNodeCamera, 0);
-        if (node_ == nullptr) {
+        if (node_ == nullptr)
             return kNoNode;
-        }
         node_->setName(getName());
         return 0;
     }
@@ -139,9 +137,8 @@ private:
         if (isZooming_) {
             focalLengthMm_ =
                 std::fmin(std::fmax(focalLengthMm_ + rate * seconds, kShortestMm), kLongestMm);
-            if (const MVR::ScopedLens lens{getInterface(), node_, time}) {
+            if (const MVR::ScopedLens lens{getInterface(), node_, time})
                 lens->setFocalLengthMm(focalLengthMm_);
-            }
         }
     }
 

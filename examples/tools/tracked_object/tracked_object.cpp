@@ -38,11 +38,9 @@ public:
             *tag = MVR::Tag::element("customdata");
             tag->addChild(MVR::Tag::element("kind", objectKind_->word));
         } else if (id == MVR::ToolExtension::kSetCustomData) {
-            for (const ObjectKind& known : kObjectKinds) {
-                if (tag->child("kind").value() == known.word) {
+            for (const ObjectKind& known : kObjectKinds)
+                if (tag->child("kind").value() == known.word)
                     objectKind_ = &known;
-                }
-            }
         }
         return 0;
     }
@@ -53,21 +51,18 @@ public:
         static const char* const positionNames[3] = {"Position X", "Position Y", "Position Z"};
         static const char* const rotationNames[4] = {"Rotation X", "Rotation Y", "Rotation Z",
                                                      "Rotation W"};
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 3; ++i)
             position_[i] = getInterface()->addProperty(positionNames[i], kKinds, nullptr);
-        }
-        for (int i = 0; i < 4; ++i) {
+        for (int i = 0; i < 4; ++i)
             rotation_[i] = getInterface()->addProperty(rotationNames[i], kKinds, nullptr);
-        }
         return 0;
     }
 
     // A new tool creates its object, which has the name of the tool in the scene.
     std::int32_t create() override {
         node_ = getInterface()->createNode("Object", objectKind_->kind, 0);
-        if (node_ == nullptr) {
+        if (node_ == nullptr)
             return kNoNode;
-        }
         node_->setName(getName());
         return 0;
     }
@@ -82,17 +77,15 @@ public:
     // recorded values in the other.
     void record(double time) override {
         const MVR::ScopedTransform transform{getInterface(), node_, time};
-        if (!transform) {
+        if (!transform)
             return;
-        }
         const double position[3] = {position_[0]->getValue(), position_[1]->getValue(),
                                     position_[2]->getValue()};
         double rotation[4] = {rotation_[0]->getValue(), rotation_[1]->getValue(),
                               rotation_[2]->getValue(), rotation_[3]->getValue()};
         // Nothing is bound, or the device hasn't sent yet: four zeros are no rotation.
-        if (rotation[0] == 0 && rotation[1] == 0 && rotation[2] == 0 && rotation[3] == 0) {
+        if (rotation[0] == 0 && rotation[1] == 0 && rotation[2] == 0 && rotation[3] == 0)
             rotation[3] = 1;
-        }
         transform->setPosition(position);
         transform->setRotation(rotation);
     }

@@ -90,14 +90,15 @@ const ErrorCode& ErrorCode::find(std::int32_t value) {
 }
 
 bool ErrorCode::isRegistered(const std::string& identifier) const {
-    return std::any_of(entries_.begin(), entries_.end(), [&identifier](const ErrorCode& entry) {
-        return entry.identifier_ == identifier;
-    });
+    return std::any_of(
+        entries_.begin(), entries_.end(),
+        [&identifier](const ErrorCode& entry) { return entry.identifier_ == identifier; });
 }
 
 bool ErrorCode::isRegistered(std::int32_t value) const {
-    return std::any_of(entries_.begin(), entries_.end(),
-                       [value](const ErrorCode& entry) { return entry.value_ == value; });
+    return std::any_of(
+        entries_.begin(), entries_.end(),
+        [value](const ErrorCode& entry) { return entry.value_ == value; });
 }
 
 const ErrorCode& ErrorCode::registerCode(const ErrorCode& code) {

@@ -1,5 +1,4 @@
-/// \file
-/// The table of the codes that the core itself reports: a new code is one row here.
+// The table of the codes that the core itself reports: a new code is one row here.
 #pragma once
 
 #include "core/base/sdk/error_code.h"

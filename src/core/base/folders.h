@@ -1,6 +1,5 @@
-/// \file
-/// The two roots of all folders: the user's documents and the install values. Paths are written
-/// with "\" and end without one; the file layer folds them.
+// The two roots of all folders: the user's documents and the install values. Paths are written
+// with "\" and end without one; the file layer folds them.
 #pragma once
 
 #include <string>

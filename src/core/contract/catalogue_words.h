@@ -1,6 +1,5 @@
-/// \file
-/// The words of what CoreModels::getCatalogue() gives. All but the first two name the children of
-/// an entry, which hold text.
+// The words of what CoreModels::getCatalogue() gives. All but the first two name the children of
+// an entry, which hold text.
 #pragma once
 
 namespace MVR::CatalogueWord {

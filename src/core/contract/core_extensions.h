@@ -1,5 +1,4 @@
-/// \file
-/// What the core offers beside its 24 operations: small interfaces behind CoreInterface::extend().
+// What the core offers beside its 24 operations: small interfaces behind CoreInterface::extend().
 #pragma once
 
 #include "core/contract/core_faults.h"

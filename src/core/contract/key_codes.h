@@ -1,6 +1,5 @@
-/// \file
-/// The codes of keys: in key events, in the table of unlocked keys, and behind the controls of the
-/// device "Keyboard".
+// The codes of keys: in key events, in the table of unlocked keys, and behind the controls of the
+// device "Keyboard".
 #pragma once
 
 #include <cstdint>

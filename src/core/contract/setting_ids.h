@@ -1,6 +1,5 @@
-/// \file
-/// The core's own settings, for CoreInterface::getProperty() and setProperty(). They may be read
-/// and set at any time; the countdown applies to the next take, auto-expand also to a running one.
+// The core's own settings, for CoreInterface::getProperty() and setProperty(). They may be read
+// and set at any time; the countdown applies to the next take, auto-expand also to a running one.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
-/// \file
-/// The interfaces that CoreInterface::extend() returns.
+// The interfaces that CoreInterface::extend() returns.
 #pragma once
 
 #include "core/extensions/fault_contract.h"

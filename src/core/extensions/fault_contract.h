@@ -1,5 +1,4 @@
-/// \file
-/// The faults of the last operation, for the adaptor.
+// The faults of the last operation, for the adaptor.
 #pragma once
 
 #include "core/contract/core_faults.h"

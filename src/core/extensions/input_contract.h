@@ -1,5 +1,4 @@
-/// \file
-/// The input devices, for the adaptor.
+// The input devices, for the adaptor.
 #pragma once
 
 #include "core/contract/core_inputs.h"

@@ -1,5 +1,4 @@
-/// \file
-/// Models, for the adaptor.
+// Models, for the adaptor.
 #pragma once
 
 #include "core/contract/core_models.h"

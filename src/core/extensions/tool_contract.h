@@ -1,5 +1,4 @@
-/// \file
-/// The tree of tools, for the adaptor.
+// The tree of tools, for the adaptor.
 #pragma once
 
 #include "core/contract/core_tools.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The tool that a name of the contract means.
+// The tool that a name of the contract means.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,4 @@
-/// \file
-/// The one interface through which a subsystem asks the whole core.
+// The one interface through which a subsystem asks the whole core.
 #pragma once
 
 #include <cstdint>

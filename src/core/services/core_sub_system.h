@@ -1,5 +1,4 @@
-/// \file
-/// The parts that one attachment of the core is put together from.
+// The parts that one attachment of the core is put together from.
 #pragma once
 
 namespace MVR {

@@ -1,5 +1,4 @@
-/// \file
-/// What could not be done, for CoreFaults.
+// What could not be done, for CoreFaults.
 #pragma once
 
 #include "core/contract/core_faults.h"

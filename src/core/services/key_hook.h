@@ -1,7 +1,6 @@
-/// \file
-/// The core's keyboard hook. While a take runs it keeps keys from the host and hands them to the
-/// core, except those that the adaptor unlocked. Its state is one for the library and belongs to
-/// the host's thread.
+// The core's keyboard hook. While a take runs it keeps keys from the host and hands them to the
+// core, except those that the adaptor unlocked. Its state is one for the library and belongs to
+// the host's thread.
 #pragma once
 
 #include "core/contract/core_interface.h"

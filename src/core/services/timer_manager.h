@@ -1,5 +1,4 @@
-/// \file
-/// Timers for any number of clients, made of the platform's timers.
+// Timers for any number of clients, made of the platform's timers.
 #pragma once
 
 #include "core/util/sdk/singleton.h"

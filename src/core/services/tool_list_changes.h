@@ -1,5 +1,4 @@
-/// \file
-/// Tells the listeners of the core that the list of tools changed.
+// Tells the listeners of the core that the list of tools changed.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,4 @@
-/// \file
-/// What the user is asked and shown, for the floors below the dialogs.
+// What the user is asked and shown, for the floors below the dialogs.
 #pragma once
 
 #include "platform/choosers.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The user's settings.
+// The user's settings.
 #pragma once
 
 #include "core/contract/setting_ids.h"

@@ -1,5 +1,4 @@
-/// \file
-/// One setting of the user.
+// One setting of the user.
 #pragma once
 
 #include "core/settings/settings_manager.h"

@@ -1,5 +1,4 @@
-/// \file
-/// Trees whose parents own their children and whose children know their parent.
+// Trees whose parents own their children and whose children know their parent.
 #pragma once
 
 #include <algorithm>

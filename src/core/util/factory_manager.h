@@ -1,9 +1,8 @@
-/// \file
-/// Named factories, which build objects from tag trees.
-///
-/// 1. At load each factory is given to `registerFactory`; the first of a name wins.
-/// 2. `find(tag)` returns the factory with the name of the tag, or null.
-/// 3. `create(tag)` of that factory builds the object.
+// Named factories, which build objects from tag trees.
+//
+// 1. At load each factory is given to `registerFactory`; the first of a name wins.
+// 2. `find(tag)` returns the factory with the name of the tag, or null.
+// 3. `create(tag)` of that factory builds the object.
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"

@@ -1,5 +1,4 @@
-/// \file
-/// Numbers that may lie beyond what an integer holds.
+// Numbers that may lie beyond what an integer holds.
 #pragma once
 
 #include <algorithm>

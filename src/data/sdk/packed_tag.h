@@ -1,5 +1,4 @@
-/// \file
-/// The packed form of a tree. All functions may be called at any time.
+// The packed form of a tree. All functions may be called at any time.
 #pragma once
 
 #include "data/sdk/tag.h"

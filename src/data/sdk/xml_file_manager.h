@@ -1,5 +1,4 @@
-/// \file
-/// Lists of named elements, such as presets, gathered from files.
+// Lists of named elements, such as presets, gathered from files.
 #pragma once
 
 #include "data/sdk/tag.h"

@@ -12,9 +12,8 @@ namespace MVR::Platform {
 std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::string& title,
                         std::uint32_t flags) {
     const std::uint32_t set = flags & kButtonsMask;
-    if (set >= kButtonSetCount) {
+    if (set >= kButtonSetCount)
         return 0;
-    }
     Headless::State& state = Headless::getState();
     const auto& buttons = kButtonSets[set];
     std::int32_t answer = defaultAnswer(flags);
@@ -22,14 +21,12 @@ std::int32_t messageBox(WindowHandle owner, const std::string& text, const std::
         const std::int32_t scripted = state.messageBoxAnswers.front();
         state.messageBoxAnswers.pop_front();
         if (scripted != 0 &&
-            std::find(std::begin(buttons), std::end(buttons), scripted) != std::end(buttons)) {
+            std::find(std::begin(buttons), std::end(buttons), scripted) != std::end(buttons))
             answer = scripted;
-        }
     }
     state.messageBoxes.push_back({owner, text, title, flags, answer});
-    if (state.messageBoxes.size() > Headless::kMessageBoxesKept) {
+    if (state.messageBoxes.size() > Headless::kMessageBoxesKept)
         state.messageBoxes.pop_front();
-    }
     return answer;
 }
 
@@ -44,13 +41,11 @@ std::string chooseFile(const FileChooser& chooser, bool isSave) {
     }
     const std::size_t name = answer.find_last_of("/\\") + 1; // 0 without a folder
     if (name < answer.size() && !chooser.extension.empty() &&
-        answer.find('.', name) == std::string::npos) {
+        answer.find('.', name) == std::string::npos)
         answer += "." + chooser.extension;
-    }
     state.fileChoosers.push_back({chooser, isSave, answer});
-    if (state.fileChoosers.size() > Headless::kFileChoosersKept) {
+    if (state.fileChoosers.size() > Headless::kFileChoosersKept)
         state.fileChoosers.pop_front();
-    }
     return answer;
 }
 
@@ -59,10 +54,12 @@ std::string chooseFile(const FileChooser& chooser, bool isSave) {
 namespace {
 
 bool canBeChosen(const std::vector<MenuItem>& items, std::int32_t command) {
-    return std::any_of(items.begin(), items.end(), [command](const MenuItem& item) {
-        return !item.isGreyed &&
-               (item.items.empty() ? item.command == command : canBeChosen(item.items, command));
-    });
+    return std::any_of(
+        items.begin(), items.end(),
+        [command](const MenuItem& item) {
+            return !item.isGreyed && (item.items.empty() ? item.command == command
+                                                         : canBeChosen(item.items, command));
+        });
 }
 
 } // namespace

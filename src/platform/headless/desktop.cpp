@@ -8,35 +8,30 @@ namespace MVR::Platform::Headless {
 
 std::vector<WindowHandle> windows() {
     std::vector<WindowHandle> handles;
-    for (const std::unique_ptr<Window>& window : getState().windows) {
+    for (const std::unique_ptr<Window>& window : getState().windows)
         handles.push_back(window->handle);
-    }
     return handles;
 }
 
 bool describeWindow(WindowHandle handle, WindowState& out) {
     const Window* window = findWindow(handle);
-    if (window) {
+    if (window)
         out = window->state;
-    }
     return window != nullptr;
 }
 
 bool setIconic(WindowHandle handle, bool iconic) {
     Window* window = findWindow(handle);
-    if (window) {
+    if (window)
         window->state.iconic = iconic;
-    }
     return window != nullptr;
 }
 
 std::vector<DialogHandle> openDialogs() {
     std::vector<DialogHandle> handles;
-    for (const std::unique_ptr<Window>& window : getState().windows) {
-        if (findDialog(window->handle)) {
+    for (const std::unique_ptr<Window>& window : getState().windows)
+        if (findDialog(window->handle))
             handles.push_back(window->handle);
-        }
-    }
     return handles;
 }
 
@@ -47,9 +42,8 @@ std::int32_t dialogResource(DialogHandle handle) {
 
 bool pressControl(DialogHandle dialog, std::int32_t control) {
     const Control* button = findControl(dialog, control);
-    if (!button || button->kind != ControlKind::Button || openDialogs().back() != dialog) {
+    if (!button || button->kind != ControlKind::Button || openDialogs().back() != dialog)
         return false;
-    }
     post(dialog, PostKind::Command, 0, control);
     return true;
 }

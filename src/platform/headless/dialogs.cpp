@@ -34,17 +34,15 @@ DialogHandle createDialog(const DialogTemplate& form, WindowHandle owner, Dialog
 void askUser(DialogHandle dialog, Headless::ModalEvent event) {
     // A copy, as the hook may replace itself.
     const Headless::UserHook hook = getState().userHook;
-    if (hook && findDialog(dialog)) {
+    if (hook && findDialog(dialog))
         hook(dialog, event);
-    }
 }
 
 void turnModalLoop(DialogHandle dialog) {
     askUser(dialog, Headless::ModalEvent::Turn);
     const std::int32_t next = runDueEvents();
-    if (!findDialog(dialog)) {
+    if (!findDialog(dialog))
         return;
-    }
     const bool hasUser = bool(getState().userHook);
     if (next < 0 && !hasUser) {
         endDialog(dialog, -1);
@@ -64,15 +62,13 @@ std::intptr_t runModalDialog(std::int32_t resource, WindowHandle owner, DialogLo
     const auto form =
         std::find_if(std::begin(kDialogTemplates), std::end(kDialogTemplates),
                      [&](const DialogTemplate& each) { return each.resource == resource; });
-    if (form == std::end(kDialogTemplates)) {
+    if (form == std::end(kDialogTemplates))
         return -1;
-    }
     const DialogHandle dialog = createDialog(*form, owner, logic);
     logic.onOpen(dialog);
     askUser(dialog, Headless::ModalEvent::Opened);
-    while (findDialog(dialog)) {
+    while (findDialog(dialog))
         turnModalLoop(dialog);
-    }
     const std::intptr_t result = Headless::findWindow(dialog)->dialog->result;
     Headless::removeWindow(dialog);
     return result;
@@ -88,33 +84,32 @@ bool endDialog(DialogHandle handle, std::intptr_t result) {
 }
 
 bool postMessage(DialogHandle dialog, std::uint32_t message) {
-    if (!findDialog(dialog)) {
+    if (!findDialog(dialog))
         return false;
-    }
     Headless::post(dialog, Headless::PostKind::Message, message, 0);
     return true;
 }
 
 bool setDialogTimer(DialogHandle dialog, std::uint32_t timerId, std::uint32_t intervalMs) {
-    if (!findDialog(dialog)) {
+    if (!findDialog(dialog))
         return false;
-    }
     killDialogTimer(dialog, timerId);
     Headless::addTimer(Headless::unusedTimerId(), intervalMs, nullptr, dialog, timerId);
     return true;
 }
 
 bool killDialogTimer(DialogHandle dialog, std::uint32_t timerId) {
-    return dialog != 0 && std::erase_if(getState().timers, [&](const Headless::Timer& timer) {
-                              return timer.dialog == dialog && timer.dialogTimerId == timerId;
-                          }) != 0;
+    return dialog != 0 && std::erase_if(
+                              getState().timers,
+                              [&](const Headless::Timer& timer) {
+                                  return timer.dialog == dialog && timer.dialogTimerId == timerId;
+                              }) != 0;
 }
 
 bool setControlText(DialogHandle dialog, std::int32_t control, std::string_view text) {
     Control* found = findControl(dialog, control);
-    if (found) {
+    if (found)
         found->text = text;
-    }
     return found != nullptr;
 }
 
@@ -126,9 +121,8 @@ std::string getControlText(DialogHandle dialog, std::int32_t control) {
 bool setProgressRange(DialogHandle dialog, std::int32_t control, std::int32_t low,
                       std::int32_t high) {
     Control* bar = findBar(dialog, control);
-    if (!bar || low > high) {
+    if (!bar || low > high)
         return false;
-    }
     bar->low = low;
     bar->high = high;
     bar->position = std::clamp(bar->position, low, high);
@@ -137,9 +131,8 @@ bool setProgressRange(DialogHandle dialog, std::int32_t control, std::int32_t lo
 
 bool setProgressPosition(DialogHandle dialog, std::int32_t control, std::int32_t position) {
     Control* bar = findBar(dialog, control);
-    if (bar) {
+    if (bar)
         bar->position = std::clamp(position, bar->low, bar->high);
-    }
     return bar != nullptr;
 }
 
@@ -151,9 +144,8 @@ std::int32_t getProgressPosition(DialogHandle dialog, std::int32_t control) {
 void centreOnOwner(DialogHandle handle) {
     Headless::Window* window = Headless::findWindow(handle);
     Rectangle owner;
-    if (!window || !getWindowRectangle(window->state.parent, owner)) {
+    if (!window || !getWindowRectangle(window->state.parent, owner))
         return;
-    }
     Rectangle& place = window->state.rectangle;
     const std::int32_t width = place.right - place.left;
     const std::int32_t height = place.bottom - place.top;

@@ -19,9 +19,8 @@ void runPosts() {
         const Headless::Post post = getState().posts.front();
         getState().posts.pop_front();
         Headless::Dialog* dialog = Headless::findDialog(post.dialog);
-        if (!dialog) {
+        if (!dialog)
             continue;
-        }
         switch (post.kind) {
         case Headless::PostKind::Message:
             dialog->logic->onMessage(post.dialog, post.message);
@@ -67,14 +66,12 @@ void waitForEvents(std::int32_t maxMs) {
     const std::int32_t next = msUntilNext();
     const std::int32_t bound = maxMs >= 0 ? maxMs : std::max(next, 0);
     const std::int32_t waitMs = next >= 0 ? std::min(next, bound) : bound;
-    if (waitMs == 0) {
+    if (waitMs == 0)
         return;
-    }
-    if (HandClock* clock = HandClock::current()) {
+    if (HandClock* clock = HandClock::current())
         clock->advance(std::uint32_t(waitMs));
-    } else {
+    else
         std::this_thread::sleep_for(std::chrono::milliseconds(waitMs));
-    }
 }
 
 namespace Headless {

@@ -35,9 +35,9 @@ HookHandle installKeyboardHook(HookProcedure procedure) {
 }
 
 bool removeKeyboardHook(HookHandle hook) {
-    return std::erase_if(Headless::getState().hooks, [&](const Headless::Hook& candidate) {
-               return candidate.handle == hook;
-           }) != 0;
+    return std::erase_if(
+               Headless::getState().hooks,
+               [&](const Headless::Hook& candidate) { return candidate.handle == hook; }) != 0;
 }
 
 std::intptr_t callNextHook(HookHandle, int code, std::uint32_t virtualKey, std::uint32_t flags) {
@@ -46,9 +46,8 @@ std::intptr_t callNextHook(HookHandle, int code, std::uint32_t virtualKey, std::
 }
 
 bool deliverKey(std::uint32_t virtualKey, bool pressed, bool alt) {
-    if (virtualKey > kHighestVirtualKey) {
+    if (virtualKey > kHighestVirtualKey)
         return false;
-    }
     const std::uint32_t flags = (pressed ? 0 : kFlagReleased) | (alt ? kFlagAlt : 0);
     const HookHandle aboveAll = Headless::getState().lastHook + 1;
     return runHookBelow(aboveAll, kHookAction, virtualKey, flags) != 0;

@@ -21,18 +21,15 @@ void releasePlatform() {
 namespace Headless {
 
 State& getState() {
-    if (!state) {
+    if (!state)
         state = new State;
-    }
     return *state;
 }
 
 Window* findWindow(WindowHandle window) {
-    for (const std::unique_ptr<Window>& candidate : getState().windows) {
-        if (candidate->handle == window) {
+    for (const std::unique_ptr<Window>& candidate : getState().windows)
+        if (candidate->handle == window)
             return candidate.get();
-        }
-    }
     return nullptr;
 }
 
@@ -43,9 +40,8 @@ Dialog* findDialog(DialogHandle dialog) {
 
 Control* findControl(DialogHandle dialog, std::int32_t control) {
     Dialog* owner = findDialog(dialog);
-    if (!owner || control == kNoControl) {
+    if (!owner || control == kNoControl)
         return nullptr;
-    }
     const auto found = std::find_if(owner->controls.begin(), owner->controls.end(),
                                     [&](const Control& each) { return each.id == control; });
     return found != owner->controls.end() ? &*found : nullptr;
@@ -60,7 +56,8 @@ Window& addWindow() {
 
 void removeWindow(WindowHandle window) {
     State& desktop = getState();
-    std::erase_if(desktop.timers, [&](const Timer& timer) { return timer.dialog == window; });
+    std::erase_if(
+        desktop.timers, [&](const Timer& timer) { return timer.dialog == window; });
     std::erase_if(desktop.windows, [&](const std::unique_ptr<Window>& candidate) {
         return candidate->handle == window;
     });

@@ -28,14 +28,14 @@ std::int64_t overdueMs(const Timer& timer, std::uint32_t now) {
 std::vector<TimerId> listDueTimers() {
     const std::uint32_t now = tickMs();
     std::vector<Timer> due = Headless::getState().timers;
-    std::erase_if(due, [&](const Timer& timer) { return overdueMs(timer, now) < 0; });
+    std::erase_if(
+        due, [&](const Timer& timer) { return overdueMs(timer, now) < 0; });
     std::stable_sort(due.begin(), due.end(), [&](const Timer& a, const Timer& b) {
         return overdueMs(a, now) > overdueMs(b, now);
     });
     std::vector<TimerId> ids;
-    for (const Timer& timer : due) {
+    for (const Timer& timer : due)
         ids.push_back(timer.id);
-    }
     return ids;
 }
 
@@ -43,11 +43,10 @@ void fire(Timer& timer, std::uint32_t now) {
     // Drop missed periods, keep the grid.
     timer.startTick += (now - timer.startTick) / timer.intervalMs * timer.intervalMs;
     const Timer copy = timer; // the call may end the timer
-    if (copy.callback) {
+    if (copy.callback)
         copy.callback(copy.id, now);
-    } else if (Headless::Dialog* dialog = Headless::findDialog(copy.dialog)) {
+    else if (Headless::Dialog* dialog = Headless::findDialog(copy.dialog))
         dialog->logic->onTimer(copy.dialog, copy.dialogTimerId);
-    }
 }
 
 } // namespace
@@ -59,9 +58,9 @@ TimerId setTimer(TimerId existingOrZero, std::uint32_t intervalMs, TimerCallback
 }
 
 bool killTimer(TimerId id) {
-    return std::erase_if(Headless::getState().timers, [&](const Timer& timer) {
-               return timer.id == id && timer.dialog == 0;
-           }) != 0;
+    return std::erase_if(
+               Headless::getState().timers,
+               [&](const Timer& timer) { return timer.id == id && timer.dialog == 0; }) != 0;
 }
 
 namespace Headless {
@@ -86,9 +85,8 @@ void runDueTimers() {
         // A timer before it may have killed it, set it anew, or run the pump.
         const std::uint32_t now = tickMs();
         Timer* timer = findTimer(id);
-        if (timer && overdueMs(*timer, now) >= 0) {
+        if (timer && overdueMs(*timer, now) >= 0)
             fire(*timer, now);
-        }
     }
 }
 

@@ -21,18 +21,16 @@ bool unregisterWindowClass(std::string_view name) {
     if (found == getState().windowClasses.end() ||
         std::any_of(windows.begin(), windows.end(), [&](const auto& window) {
             return window->procedure && window->state.windowClass == name;
-        })) {
+        }))
         return false;
-    }
     getState().windowClasses.erase(found);
     return true;
 }
 
 WindowHandle createWindow(const WindowCreation& creation) {
     const auto found = getState().windowClasses.find(creation.windowClass);
-    if (found == getState().windowClasses.end()) {
+    if (found == getState().windowClasses.end())
         return 0;
-    }
     Window& window = Headless::addWindow();
     const WindowHandle handle = window.handle;
     window.procedure = found->second;
@@ -45,24 +43,21 @@ WindowHandle createWindow(const WindowCreation& creation) {
     window.state.parent = isWindow(creation.parent) ? creation.parent : 0;
     window.state.visible = (creation.style & kStyleVisible) != 0;
     window.state.needsRedraw = true;
-    if (window.procedure(handle, kMessageCreate, 0, creation.parameter) == -1) {
+    if (window.procedure(handle, kMessageCreate, 0, creation.parameter) == -1)
         destroyWindow(handle);
-    }
     return isWindow(handle) ? handle : 0;
 }
 
 bool destroyWindow(WindowHandle handle) {
     Window* window = findWindow(handle);
-    if (!window || window->dialog || window->dying) {
+    if (!window || window->dialog || window->dying)
         return false;
-    }
     window->dying = true;
     window->procedure(handle, kMessageDestroy, 0, 0);
     for (WindowHandle child : Headless::windows()) {
         Window* candidate = findWindow(child);
-        if (!candidate || candidate->state.parent != handle) {
+        if (!candidate || candidate->state.parent != handle)
             continue;
-        }
         if (candidate->dialog) {
             candidate->state.parent = 0;
             endDialog(child, -1);
@@ -87,9 +82,8 @@ std::intptr_t getUserData(WindowHandle handle) {
 }
 
 void setUserData(WindowHandle handle, std::intptr_t value) {
-    if (Window* window = findWindow(handle)) {
+    if (Window* window = findWindow(handle))
         window->userData = value;
-    }
 }
 
 bool getWindowRectangle(WindowHandle windowOrZero, Rectangle& out) {
@@ -98,9 +92,8 @@ bool getWindowRectangle(WindowHandle windowOrZero, Rectangle& out) {
         return true;
     }
     const Window* window = findWindow(windowOrZero);
-    if (window) {
+    if (window)
         out = window->state.rectangle;
-    }
     return window != nullptr;
 }
 
@@ -111,17 +104,15 @@ std::string getWindowText(WindowHandle handle) {
 
 bool setWindowText(WindowHandle handle, std::string_view text) {
     Window* window = findWindow(handle);
-    if (window) {
+    if (window)
         window->state.text = text;
-    }
     return window != nullptr;
 }
 
 void requestRedraw(WindowHandle handle) {
     Window* window = findWindow(handle);
-    if (window && window->procedure) {
+    if (window && window->procedure)
         window->state.needsRedraw = true;
-    }
 }
 
 bool isWindow(WindowHandle handle) {

@@ -11,8 +11,9 @@ inline char lowerAscii(char c) {
 }
 
 inline bool equalButCase(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lowerAscii(x) == lowerAscii(y); });
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(),
+        [](char x, char y) { return lowerAscii(x) == lowerAscii(y); });
 }
 
 } // namespace MVR::Platform

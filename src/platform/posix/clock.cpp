@@ -24,18 +24,16 @@ UtcTime toUtcTime(std::chrono::sys_time<std::chrono::milliseconds> time) {
 } // namespace
 
 std::uint32_t tickMs() {
-    if (handClock) {
+    if (handClock)
         return handClock->tick_;
-    }
     const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
     return std::uint32_t(std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
 }
 
 UtcTime utcNow() {
     using std::chrono::milliseconds;
-    if (handClock) {
+    if (handClock)
         return toUtcTime(std::chrono::sys_time<milliseconds>(milliseconds(handClock->utcMs_)));
-    }
     return toUtcTime(std::chrono::floor<milliseconds>(std::chrono::system_clock::now()));
 }
 

@@ -43,9 +43,8 @@ std::string joinSeparators(std::string_view path) {
     joined.reserve(path.size());
     for (char c : path) {
         const char folded = c == '\\' ? '/' : c;
-        if (folded != '/' || joined.empty() || joined.back() != '/') {
+        if (folded != '/' || joined.empty() || joined.back() != '/')
             joined += folded;
-        }
     }
     return joined;
 }
@@ -55,12 +54,10 @@ template <typename Visit>
 void visitFolder(const std::string& folder, Visit visit) {
     std::error_code error;
     std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, error);
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error))
         visit(*entry);
-    }
-    if (error) {
+    if (error)
         fail(error.value());
-    }
 }
 
 /// Returns the first name in a folder that differs only in case, or `name` itself.
@@ -69,9 +66,8 @@ std::string findCase(const std::string& folder, std::string_view name) {
     const int errorBefore = lastError;
     visitFolder(folder, [&](const std::filesystem::directory_entry& entry) {
         std::string found = entry.path().filename().string();
-        if (equalButCase(found, name) && (best.empty() || found < best)) {
+        if (equalButCase(found, name) && (best.empty() || found < best))
             best = std::move(found);
-        }
     });
     lastError = errorBefore;
     return best.empty() ? std::string(name) : best;
@@ -80,9 +76,8 @@ std::string findCase(const std::string& folder, std::string_view name) {
 /// Walks both at once and goes back only to the latest "*", so the time is at most the product of
 /// the two lengths.
 bool fitsPattern(std::string_view name, std::string_view pattern) {
-    if (pattern == "*.*") {
+    if (pattern == "*.*")
         return true;
-    }
     std::size_t n = 0;
     std::size_t p = 0;
     std::size_t star = std::string_view::npos;
@@ -123,9 +118,8 @@ public:
     bool write(std::string_view bytes) {
         while (!bytes.empty()) {
             const ssize_t count = ::write(handle_, bytes.data(), bytes.size());
-            if (count < 0 && errno != EINTR) {
+            if (count < 0 && errno != EINTR)
                 return false;
-            }
             bytes.remove_prefix(std::size_t(std::max<ssize_t>(count, 0)));
         }
         return true;
@@ -144,15 +138,13 @@ std::string followLinks(std::string path) {
     for (int links = 0; links < kMostLinks; ++links) {
         char target[PATH_MAX];
         const ssize_t length = readlink(path.c_str(), target, sizeof target);
-        if (length < 0) {
+        if (length < 0)
             return path;
-        }
         const std::string_view next(target, std::size_t(length));
-        if (next.substr(0, 1) == "/") {
+        if (next.substr(0, 1) == "/")
             path = next;
-        } else {
+        else
             path.replace(path.rfind('/') + 1, std::string::npos, next);
-        }
     }
     errno = ELOOP;
     return "";
@@ -160,9 +152,8 @@ std::string followLinks(std::string path) {
 
 bool keepOwnerAndPermissions(const OpenFile& file, const struct stat& old) {
     struct stat status;
-    if (fstat(file.get(), &status) != 0) {
+    if (fstat(file.get(), &status) != 0)
         return false;
-    }
     const mode_t permissions = old.st_mode & 0777;
     // Only an administrator may give files away, so this may fail; the permissions must not.
     [[maybe_unused]] const bool sameOwner =
@@ -181,9 +172,8 @@ std::string nameBeside(const std::string& target) {
 
 void flushFolderOf(const std::string& path) {
     OpenFile folder(path.substr(0, path.rfind('/') + 1) + ".", O_RDONLY | O_DIRECTORY);
-    if (folder.isOpen()) {
+    if (folder.isOpen())
         folder.flush();
-    }
 }
 
 bool fillAndRename(OpenFile& file, const std::string& name, const std::string& target,
@@ -199,9 +189,8 @@ bool replaceFile(const std::string& target, const struct stat* old, std::string_
         // The bytes of a private file must not be readable by all while they are written.
         OpenFile file(name, O_WRONLY | O_CREAT | O_EXCL, old ? 0600 : 0666);
         if (!file.isOpen()) {
-            if (errno == EEXIST) {
+            if (errno == EEXIST)
                 continue;
-            }
             return fail(errno);
         }
         if (!fillAndRename(file, name, target, old, bytes)) {
@@ -218,13 +207,11 @@ bool replaceFile(const std::string& target, const struct stat* old, std::string_
 } // namespace
 
 std::string foldPath(std::string_view path) {
-    if (path.find('\0') != std::string_view::npos) {
+    if (path.find('\0') != std::string_view::npos)
         return "";
-    }
     const std::string joined = joinSeparators(path);
-    if (isThere(joined)) {
+    if (isThere(joined))
         return joined;
-    }
     std::string folded;
     std::size_t begin = 0;
     while (begin < joined.size()) {
@@ -232,9 +219,8 @@ std::string foldPath(std::string_view path) {
         std::string name = joined.substr(begin, end - begin);
         if (!name.empty() && !isThere(folded + name)) {
             name = findCase(folded, name);
-            if (!isThere(folded + name)) {
+            if (!isThere(folded + name))
                 return folded + joined.substr(begin);
-            }
         }
         folded += name;
         folded += joined.substr(end, 1);
@@ -254,9 +240,8 @@ std::string canonicalPath(std::string_view path) {
 
 bool createFolder(std::string_view path) {
     const std::string folder = foldPath(path);
-    if (mkdir(folder.c_str(), 0777) == 0) {
+    if (mkdir(folder.c_str(), 0777) == 0)
         return true;
-    }
     const int error = errno;
     struct stat status;
     return (stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) || fail(error);
@@ -267,18 +252,19 @@ std::vector<FoundFile> listFiles(std::string_view pattern) {
     const std::string folder = foldPath(pattern.substr(0, nameStart));
     const std::string_view namePattern = pattern.substr(nameStart);
     std::vector<FoundFile> found;
-    if (nameStart > 0 && folder.empty()) {
+    if (nameStart > 0 && folder.empty())
         return found;
-    }
-    visitFolder(folder, [&](const std::filesystem::directory_entry& entry) {
-        std::string name = entry.path().filename().string();
-        if (fitsPattern(name, namePattern)) {
-            std::error_code error;
-            const bool isFolder = entry.is_directory(error);
-            const bool isRegular = entry.is_regular_file(error);
-            found.push_back({std::move(name), isFolder, isRegular});
-        }
-    });
+    visitFolder(
+        folder,
+        [&](const std::filesystem::directory_entry& entry) {
+            std::string name = entry.path().filename().string();
+            if (fitsPattern(name, namePattern)) {
+                std::error_code error;
+                const bool isFolder = entry.is_directory(error);
+                const bool isRegular = entry.is_regular_file(error);
+                found.push_back({std::move(name), isFolder, isRegular});
+            }
+        });
     std::sort(found.begin(), found.end(),
               [](const FoundFile& a, const FoundFile& b) { return a.name < b.name; });
     return found;
@@ -305,16 +291,13 @@ bool fileExists(std::string_view path) {
 bool readFile(std::string_view path, std::string& out, std::uint64_t mostBytes) {
     OpenFile file(foldPath(path), O_RDONLY);
     struct stat status;
-    if (!file.isOpen() || fstat(file.get(), &status) != 0) {
+    if (!file.isOpen() || fstat(file.get(), &status) != 0)
         return fail(errno);
-    }
-    if (S_ISDIR(status.st_mode)) {
+    if (S_ISDIR(status.st_mode))
         return fail(EISDIR);
-    }
     const bool isRegular = S_ISREG(status.st_mode);
-    if (isRegular && std::uint64_t(status.st_size) > mostBytes) {
+    if (isRegular && std::uint64_t(status.st_size) > mostBytes)
         return fail(EFBIG);
-    }
     std::string bytes;
     bytes.reserve(isRegular ? std::size_t(status.st_size) + 1 : kChunkBytes);
     while (true) {
@@ -324,13 +307,11 @@ bool readFile(std::string_view path, std::string& out, std::uint64_t mostBytes) 
         const std::size_t step = room == 0 ? kChunkBytes : std::min(room, kChunkBytes);
         bytes.resize(have + step);
         const ssize_t count = read(file.get(), bytes.data() + have, step);
-        if (count < 0 && errno != EINTR) {
+        if (count < 0 && errno != EINTR)
             return fail(errno);
-        }
         bytes.resize(have + std::size_t(std::max<ssize_t>(count, 0)));
-        if (bytes.size() > mostBytes) {
+        if (bytes.size() > mostBytes)
             return fail(EFBIG);
-        }
         if (count == 0) {
             out = std::move(bytes);
             return true;
@@ -340,22 +321,17 @@ bool readFile(std::string_view path, std::string& out, std::uint64_t mostBytes) 
 
 bool writeFileAtomic(std::string_view path, std::string_view bytes) {
     const std::string target = followLinks(foldPath(path));
-    if (target.empty()) {
+    if (target.empty())
         return fail(errno);
-    }
     struct stat old;
-    if (stat(target.c_str(), &old) != 0) {
+    if (stat(target.c_str(), &old) != 0)
         return errno == ENOENT ? replaceFile(target, nullptr, bytes) : fail(errno);
-    }
-    if (S_ISDIR(old.st_mode)) {
+    if (S_ISDIR(old.st_mode))
         return fail(EISDIR);
-    }
-    if (access(target.c_str(), W_OK) != 0) {
+    if (access(target.c_str(), W_OK) != 0)
         return fail(errno);
-    }
-    if (S_ISREG(old.st_mode)) {
+    if (S_ISREG(old.st_mode))
         return replaceFile(target, &old, bytes);
-    }
     OpenFile device(target, O_WRONLY);
     return succeedIf(device.isOpen() && device.write(bytes) && device.close());
 }

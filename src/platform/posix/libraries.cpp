@@ -21,31 +21,27 @@ struct OwnModule {
 
 OwnModule& findOwnModule() {
     static OwnModule module;
-    if (module.found) {
+    if (module.found)
         return module;
-    }
     module.found = true;
     Dl_info info{};
     if (dladdr(&module, &info) && info.dli_fname) {
         module.handle = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
-        if (!realpath(info.dli_fname, module.path)) {
+        if (!realpath(info.dli_fname, module.path))
             module.path[0] = '\0';
-        }
     }
     if (!module.handle) {
         // The loader doesn't know the program itself by its file, nor always its whole path.
         module.handle = dlopen(nullptr, RTLD_LAZY);
 #ifdef __linux__
-        if (!realpath("/proc/self/exe", module.path)) {
+        if (!realpath("/proc/self/exe", module.path))
             module.path[0] = '\0';
-        }
 #endif
     }
     // The handle stays valid without a count of its own, which would keep the library from
     // unloading.
-    if (module.handle) {
+    if (module.handle)
         dlclose(module.handle);
-    }
     dlerror();
     return module;
 }
@@ -54,32 +50,28 @@ OwnModule& findOwnModule() {
 
 LibraryHandle loadLibrary(std::string_view path) {
     std::string file = foldPath(path);
-    if (file.find('/') == std::string::npos) {
+    if (file.find('/') == std::string::npos)
         file.insert(0, "./");
-    }
     return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
 void* findFunction(LibraryHandle library, const char* name) {
     void* const function = library ? dlsym(library, name) : nullptr;
-    if (!function) {
+    if (!function)
         return nullptr;
-    }
     // The search continues in the libraries that this one needs, which may be other plug-ins.
     Dl_info unused;
     void* place = nullptr;
     void* own = nullptr;
     if (dladdr1(function, &unused, &place, RTLD_DL_LINKMAP) == 0 ||
-        dlinfo(library, RTLD_DI_LINKMAP, &own) != 0) {
+        dlinfo(library, RTLD_DI_LINKMAP, &own) != 0)
         return nullptr;
-    }
     return place == own ? function : nullptr;
 }
 
 void freeLibrary(LibraryHandle library) {
-    if (library) {
+    if (library)
         dlclose(library);
-    }
 }
 
 LibraryHandle ownModule() {

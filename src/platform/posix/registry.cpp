@@ -61,9 +61,8 @@ RegistryResult findValue(std::string_view hive, std::string_view key, std::strin
     bool inKey = false;
     while (!hive.empty()) {
         const std::string_view line = takeLine(hive);
-        if (line.empty() || line.front() == '#' || line.front() == ';') {
+        if (line.empty() || line.front() == '#' || line.front() == ';')
             continue;
-        }
         if (line.front() == '[') {
             inKey = line.back() == ']' && equalButCase(trim(line.substr(1, line.size() - 2)), key);
             result = inKey ? RegistryResult::ValueMissing : result;
@@ -71,9 +70,8 @@ RegistryResult findValue(std::string_view hive, std::string_view key, std::strin
         }
         const std::size_t equals = line.find('=');
         if (!inKey || equals == std::string_view::npos ||
-            !equalButCase(trim(line.substr(0, equals)), name)) {
+            !equalButCase(trim(line.substr(0, equals)), name))
             continue;
-        }
         out = trim(line.substr(equals + 1));
         return RegistryResult::Found;
     }
@@ -104,9 +102,8 @@ bool readMachineHive(std::string& text) {
         const std::size_t end = std::min(folders.find(':'), folders.size());
         std::string folder(folders.substr(0, end));
         folders.remove_prefix(std::min(end + 1, folders.size()));
-        if (folder.substr(0, 1) == "/" && readHive(folder.append(kRegistryFile), text)) {
+        if (folder.substr(0, 1) == "/" && readHive(folder.append(kRegistryFile), text))
             return true;
-        }
     }
     return false;
 }
@@ -115,22 +112,19 @@ bool readMachineHive(std::string& text) {
 /// XDG_DOCUMENTS_DIR="$HOME/Documents".
 std::string listedUserFolder(const UserFolder& wanted, const std::string& home) {
     std::string list;
-    if (!readHive(configFolder() + "/user-dirs.dirs", list)) {
+    if (!readHive(configFolder() + "/user-dirs.dirs", list))
         return "";
-    }
     std::string_view rest = list;
     while (!rest.empty()) {
         const std::string_view line = takeLine(rest);
         const std::size_t equals = std::min(line.find('='), line.size());
         if (line.substr(0, equals) != wanted.xdgName || line.size() < equals + 3 ||
-            line[equals + 1] != '"' || line.back() != '"') {
+            line[equals + 1] != '"' || line.back() != '"')
             continue;
-        }
         constexpr std::string_view kHome = "$HOME";
         const std::string_view folder = line.substr(equals + 2, line.size() - equals - 3);
-        if (folder.substr(0, kHome.size()) == kHome) {
+        if (folder.substr(0, kHome.size()) == kHome)
             return home + std::string(folder.substr(kHome.size()));
-        }
         return folder.substr(0, 1) == "/" ? std::string(folder) : "";
     }
     return "";
@@ -138,9 +132,8 @@ std::string listedUserFolder(const UserFolder& wanted, const std::string& home) 
 
 RegistryResult findUserFolder(std::string_view name, std::string& out) {
     const std::string home = environmentFolder("HOME");
-    if (home.empty()) {
+    if (home.empty())
         return RegistryResult::KeyMissing;
-    }
     for (const UserFolder& wanted : kUserFolders) {
         if (equalButCase(wanted.value, name)) {
             std::string folder = listedUserFolder(wanted, home);
@@ -159,9 +152,8 @@ RegistryResult findUserFolder(std::string_view name, std::string& out) {
 RegistryResult findBesideLibrary(std::string_view name, std::string& out) {
     const std::string file = ownModulePath();
     const std::size_t separator = file.rfind('/');
-    if (separator == std::string::npos) {
+    if (separator == std::string::npos)
         return RegistryResult::KeyMissing;
-    }
     for (const InstallFolder& wanted : kInstallFolders) {
         if (equalButCase(wanted.value, name)) {
             out = file.substr(0, separator) + wanted.folder;
@@ -181,15 +173,12 @@ RegistryResult findInHives(Hive hive, std::string_view key, std::string_view nam
     }
     const bool hasFile = hive == Hive::CurrentUser ? readUserHive(text) : readMachineHive(text);
     const RegistryResult result = findValue(text, key, name, out);
-    if (result == RegistryResult::Found) {
+    if (result == RegistryResult::Found)
         return result;
-    }
-    if (hive == Hive::CurrentUser && equalButCase(key, kShellFoldersKey)) {
+    if (hive == Hive::CurrentUser && equalButCase(key, kShellFoldersKey))
         return findUserFolder(name, out);
-    }
-    if (hive == Hive::LocalMachine && !hasFile && equalButCase(key, kInstallKey)) {
+    if (hive == Hive::LocalMachine && !hasFile && equalButCase(key, kInstallKey))
         return findBesideLibrary(name, out);
-    }
     return result;
 }
 
@@ -199,12 +188,10 @@ RegistryResult readRegistryValue(Hive hive, std::string_view key, std::string_vi
                                  std::string& out) {
     std::string value;
     const RegistryResult result = findInHives(hive, key, name, value);
-    if (result != RegistryResult::Found) {
+    if (result != RegistryResult::Found)
         return result;
-    }
-    if (value.size() >= kRegistryBufferBytes) {
+    if (value.size() >= kRegistryBufferBytes)
         return RegistryResult::ValueMissing;
-    }
     out = std::move(value);
     return result;
 }

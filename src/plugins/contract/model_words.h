@@ -1,5 +1,4 @@
-/// \file
-/// The words by which a program finds the tools in a tag tree of a model or a scene.
+// The words by which a program finds the tools in a tag tree of a model or a scene.
 #pragma once
 
 #include "data/sdk/tag.h"

@@ -1,9 +1,8 @@
-/// \file
-/// Snapshots that give themselves back at the end of their scope:
-///
-///     if (const MVR::ScopedTransform transform{getInterface(), node, time}) {
-///         transform->setPosition(position);
-///     }
+// Snapshots that give themselves back at the end of their scope:
+//
+//     if (const MVR::ScopedTransform transform{getInterface(), node, time}) {
+//         transform->setPosition(position);
+//     }
 #pragma once
 
 #include "plugins/contract/c_interface.h"
@@ -66,9 +65,8 @@ public:
     ScopedSnapshot(const ScopedSnapshot&) = delete;
     ScopedSnapshot& operator=(const ScopedSnapshot&) = delete;
     ~ScopedSnapshot() {
-        if (snapshot_ != nullptr) {
+        if (snapshot_ != nullptr)
             SnapshotKind<Snapshot>::giveBack(*tool_, node_, *snapshot_);
-        }
     }
 
     /// Returns false if the host has no such snapshot of the node.

@@ -1,17 +1,16 @@
-/// \file
-/// What a tool reads and animates of a scene node, and the conventions that all numbers of a scene
-/// keep, in snapshots, meshes, models and extensions alike:
-///
-/// - Axes: right-handed, x to the right, y up, z towards the viewer. A camera looks along its own
-///   -z, with its own y up. A host with other axes converts in its nodes; the core turns nothing.
-/// - Lengths are in scene units, which the core neither knows nor converts; focal lengths are in
-///   millimetres.
-/// - A matrix is 16 doubles, row after row. A point is a row and is on the left, so that the
-///   translation is row 3 (indices 12, 13, 14), and "first a, then b" is the product a b.
-/// - A quaternion is x, y, z, w. A positive angle turns from x to y about z: (0, 0, sin(a/2),
-///   cos(a/2)). Angles that people read, in panels, properties and files, are in degrees.
-/// - Times are doubles, in seconds of scene time. The frames of a take are at multiples of the
-///   host's frame step.
+// What a tool reads and animates of a scene node, and the conventions that all numbers of a scene
+// keep, in snapshots, meshes, models and extensions alike:
+//
+// - Axes: right-handed, x to the right, y up, z towards the viewer. A camera looks along its own
+//   -z, with its own y up. A host with other axes converts in its nodes; the core turns nothing.
+// - Lengths are in scene units, which the core neither knows nor converts; focal lengths are in
+//   millimetres.
+// - A matrix is 16 doubles, row after row. A point is a row and is on the left, so that the
+//   translation is row 3 (indices 12, 13, 14), and "first a, then b" is the product a b.
+// - A quaternion is x, y, z, w. A positive angle turns from x to y about z: (0, 0, sin(a/2),
+//   cos(a/2)). Angles that people read, in panels, properties and files, are in degrees.
+// - Times are doubles, in seconds of scene time. The frames of a take are at multiples of the
+//   host's frame step.
 #pragma once
 
 #include <cstdint>

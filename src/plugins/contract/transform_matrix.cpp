@@ -114,8 +114,8 @@ bool readMatrix(const Tag& tag, Matrix& out) {
 }
 
 bool isFinite(const Matrix& matrix) {
-    return std::all_of(matrix.begin(), matrix.end(),
-                       [](double number) { return std::isfinite(number); });
+    return std::all_of(
+        matrix.begin(), matrix.end(), [](double number) { return std::isfinite(number); });
 }
 
 Tag writeMatrix(const Matrix& matrix) {

@@ -1,5 +1,4 @@
-/// \file
-/// What the libraries know of the instances of their tools, which are a floor above.
+// What the libraries know of the instances of their tools, which are a floor above.
 #pragma once
 
 #include <cstddef>

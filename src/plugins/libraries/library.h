@@ -1,5 +1,4 @@
-/// \file
-/// A loaded library of tools and the plug-ins that it holds.
+// A loaded library of tools and the plug-ins that it holds.
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"

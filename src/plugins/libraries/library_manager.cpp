@@ -200,15 +200,17 @@ PluginInstance* LibraryManager::getInstance(std::int32_t index,
 }
 
 void LibraryManager::destroyInstances(const CoreImplementation* core) {
-    forEachPlugin(libraries_, [core](Plugin& plugin) {
-        for (std::int32_t i = plugin.getInstanceCount() - 1; i >= 0; --i) {
-            // Destroying an instance may destroy others, those below it in the tree.
-            PluginMember* const each = plugin.getMember(i);
-            if (each != nullptr && each->getCore() == core)
-                each->end();
-        }
-        return false;
-    });
+    forEachPlugin(
+        libraries_,
+        [core](Plugin& plugin) {
+            for (std::int32_t i = plugin.getInstanceCount() - 1; i >= 0; --i) {
+                // Destroying an instance may destroy others, those below it in the tree.
+                PluginMember* const each = plugin.getMember(i);
+                if (each != nullptr && each->getCore() == core)
+                    each->end();
+            }
+            return false;
+        });
 }
 
 std::int32_t LibraryManager::destroyLibraries() {

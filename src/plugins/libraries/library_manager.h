@@ -1,5 +1,4 @@
-/// \file
-/// All tool libraries of the process.
+// All tool libraries of the process.
 #pragma once
 
 #include "core/util/sdk/singleton.h"

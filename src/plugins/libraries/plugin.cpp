@@ -12,6 +12,12 @@
 #include <algorithm>
 
 namespace MVR {
+namespace {
+
+constexpr const char* kInputProfileFolder = R"(\InputProfiles)";
+constexpr const char* kConfigProfileFolder = R"(\ConfigProfiles)";
+
+} // namespace
 
 Plugin* Plugin::create(Library* library, CCameraPlugin* descriptor, std::int32_t& error) {
     Log entry("Creating plugin", Log::Notice);
@@ -32,8 +38,8 @@ Plugin::Plugin(Library* library, CCameraPlugin* descriptor)
     Log entry("Creating Plugin", Log::Notice);
     entry.write("name", getName(), Log::OwnLevel);
     createFolders();
-    gatherProfiles(inputProfiles_, R"(\inputprofile.xml)", R"(\data\)", R"(\InputProfiles)");
-    gatherProfiles(configProfiles_, R"(\configprofile.xml)", R"(/data\)", R"(\ConfigProfiles)");
+    gatherProfiles(inputProfiles_, R"(\inputprofile.xml)", R"(\data\)", kInputProfileFolder);
+    gatherProfiles(configProfiles_, R"(\configprofile.xml)", R"(/data\)", kConfigProfileFolder);
     library_->registerPlugin(this);
 }
 
@@ -60,7 +66,7 @@ void Plugin::createFolders() const {
             folders.push_back(path.substr(0, i));
             path[i] = '\\';
         }
-    folders.insert(folders.end(), {path, path + "\\InputProfiles", path + "\\ConfigProfiles"});
+    folders.insert(folders.end(), {path, path + kInputProfileFolder, path + kConfigProfileFolder});
     for (const std::string& folder : folders)
         (void)Platform::createFolder(folder);
 }

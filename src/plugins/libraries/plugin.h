@@ -1,5 +1,4 @@
-/// \file
-/// The core's side of one kind of tool.
+// The core's side of one kind of tool.
 #pragma once
 
 #include "core/messages/sdk/message_node.h"

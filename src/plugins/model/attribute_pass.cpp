@@ -9,10 +9,12 @@
 #include "plugins/model/elements/table.h"
 #include "plugins/model/elements/tool_name.h"
 #include "plugins/model/instance_index.h"
+#include "plugins/model/model_file.h"
 #include "plugins/model/model_place.h"
 
 #include <cstddef>
 #include <deque>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -49,7 +51,7 @@ class AttributePass {
 public:
     AttributePass(InstanceReference& start, const Tag& data, std::uint32_t stages)
         : start_(start), data_(data), stages_(stages), index_(start),
-          place_(data, data.attribute("path")) {}
+          place_(data, data.attribute(kModelFolder)) {}
 
     std::int32_t run();
 
@@ -78,7 +80,7 @@ std::int32_t AttributePass::run() {
         if (tag == nullptr)
             continue;
         if (data_.hasName(ModelWord::kTree) && open_.size() == 1) // each is a model of its own
-            place_ = ModelPlace(*tag, data_.attribute("path"));
+            place_ = ModelPlace(*tag, data_.attribute(kModelFolder));
         (void)begin(*child, *tag); // a failure further down stops nothing
     }
     return result;
@@ -93,8 +95,10 @@ std::int32_t AttributePass::begin(InstanceReference& reference, const Tag& tag) 
     const bool isTool = tag.hasName(ModelWord::kTool);
     if (!isTool || NameElement::read(tag) != reference.getInstanceName()) {
         Log(Log::Error)
-            .write(isTool ? "Error: The provided data structure is not supposed for this instance"
-                          : "Error: The provided data structure is not a MVR_Plugin tag");
+            .write(isTool ? std::string("Error: The provided data structure is not supposed for "
+                                        "this instance")
+                          : std::string("Error: The provided data structure is not a ") +
+                                ModelWord::kTool + " tag");
         open_.pop_back();
         return reportCode(Codes::kInvalidData);
     }

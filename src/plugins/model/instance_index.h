@@ -1,5 +1,4 @@
-/// \file
-/// The tools of a tree by name, for passes that look up many of them.
+// The tools of a tree by name, for passes that look up many of them.
 #pragma once
 
 #include "plugins/instance_reference.h"

@@ -1,5 +1,4 @@
-/// \file
-/// Tools from a tag tree.
+// Tools from a tag tree.
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"

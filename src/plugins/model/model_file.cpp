@@ -42,7 +42,7 @@ bool readModelFile(const std::string& path, Tag& out) {
     Tag::Place fault;
     const std::int32_t code = out.parse(text.view(), fault);
     if (!out.isEmpty())
-        out.attributeRef("path") = folderOfFile(path);
+        out.attributeRef(kModelFolder) = folderOfFile(path);
     if (code == 0)
         return true;
     return refuse(kUnreadable, path,

@@ -1,5 +1,4 @@
-/// \file
-/// Files that hold a model, "*.prm": a compressed block of a tree's text, or the plain text.
+// Files that hold a model, "*.prm": a compressed block of a tree's text, or the plain text.
 #pragma once
 
 #include "data/sdk/tag.h"
@@ -17,6 +16,9 @@ constexpr std::size_t kMostModelTextBytes = std::size_t(256) << 20;
 
 /// Returns the folder of a file as a full path, without a separator at its end.
 std::string folderOfFile(const std::string& path);
+
+/// The attribute of a model's outermost element that names the folder of its file.
+constexpr const char* kModelFolder = "path";
 
 /// Reads a model and sets its attribute "path" to the file's folder, replacing any that it has.
 /// Returns false if it can't be read; the log then has the reason, with line and column for text,

@@ -1,6 +1,5 @@
-/// \file
-/// Files that a model names. A model may come from anybody, so by itself it reaches only files
-/// beside it.
+// Files that a model names. A model may come from anybody, so by itself it reaches only files
+// beside it.
 #pragma once
 
 #include <string>

@@ -2,6 +2,8 @@
 
 #include "core/base/sdk/log.h"
 #include "core/services/fault_list.h"
+#include "plugins/model/elements/tool_name.h"
+#include "plugins/model/elements/tool_type.h"
 
 #include <algorithm>
 
@@ -22,8 +24,8 @@ std::string shown(std::string text) {
 }
 
 const std::string& nameOf(const Tag& tool) {
-    const std::string& name = tool.child("name").value();
-    return name.empty() ? tool.child("type").value() : name;
+    const std::string& name = NameElement::read(tool);
+    return name.empty() ? TypeElement::read(tool) : name;
 }
 
 } // namespace

@@ -1,5 +1,4 @@
-/// \file
-/// Where in a model something is wrong, for the log and the list of faults.
+// Where in a model something is wrong, for the log and the list of faults.
 #pragma once
 
 #include "core/contract/core_faults.h"

@@ -53,23 +53,27 @@ void setVisibleBelow(SceneNode& top, bool visible) {
 
 template <class Visit>
 void forEachNode(InstanceReference& top, Visit visit) {
-    GUI::TreeNode::walk(top, [&visit](GUI::TreeNode& each) {
-        auto& reference = static_cast<InstanceReference&>(each);
-        if (CoreServices* const core = reference.getServices())
-            for (SceneNode* node : core->getAdaptor()->getNodes(reference.getInstance()))
-                visit(*node);
-        return false;
-    });
+    GUI::TreeNode::walk(
+        top,
+        [&visit](GUI::TreeNode& each) {
+            auto& reference = static_cast<InstanceReference&>(each);
+            if (CoreServices* const core = reference.getServices())
+                for (SceneNode* node : core->getAdaptor()->getNodes(reference.getInstance()))
+                    visit(*node);
+            return false;
+        });
 }
 
 } // namespace
 
 void setOwnNodesVisible(InstanceReference& top, bool visible) {
-    forEachNode(top, [visible](SceneNode& node) { setVisible(node, visible); });
+    forEachNode(
+        top, [visible](SceneNode& node) { setVisible(node, visible); });
 }
 
 void setHostNodesVisible(InstanceReference& top, bool visible) {
-    forEachNode(top, [visible](SceneNode& node) { setVisibleBelow(node, visible); });
+    forEachNode(
+        top, [visible](SceneNode& node) { setVisibleBelow(node, visible); });
 }
 
 } // namespace MVR

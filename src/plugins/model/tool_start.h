@@ -1,5 +1,4 @@
-/// \file
-/// The first calls of a tool's life.
+// The first calls of a tool's life.
 #pragma once
 
 #include "core/base/sdk/log.h"

@@ -1,5 +1,4 @@
-/// \file
-/// The order in which the tools of a take run.
+// The order in which the tools of a take run.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,5 @@
-/// \file
-/// A value over time: a sorted list of keys, read at any time. The recorder keeps one for each
-/// input property of a tool.
+// A value over time: a sorted list of keys, read at any time. The recorder keeps one for each
+// input property of a tool.
 #pragma once
 
 #include "recording/values/key_sequence.h"

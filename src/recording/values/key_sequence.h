@@ -1,5 +1,4 @@
-/// \file
-/// The keys of an animated variable, in memory that is never moved.
+// The keys of an animated variable, in memory that is never moved.
 #pragma once
 
 #include <cstddef>

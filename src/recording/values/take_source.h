@@ -1,5 +1,4 @@
-/// \file
-/// Where the input of a take comes from.
+// Where the input of a take comes from.
 #pragma once
 
 #include <cstdint>

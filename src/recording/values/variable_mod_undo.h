@@ -1,5 +1,4 @@
-/// \file
-/// The undo entry of a take: what the recorded values of one tool were before it.
+// The undo entry of a take: what the recorded values of one tool were before it.
 #pragma once
 
 #include "plugins/contract/c_undo.h"

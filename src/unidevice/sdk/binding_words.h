@@ -1,6 +1,5 @@
-/// \file
-/// The words of bindings in a preset, a model or a scene: elements, and the attributes that name
-/// things in them.
+// The words of bindings in a preset, a model or a scene: elements, and the attributes that name
+// things in them.
 #pragma once
 
 namespace UniDevice::BindingWord {

@@ -1,5 +1,4 @@
-/// \file
-/// The two kinds of preset of a tool: which controls drive it, and the values of its panel.
+// The two kinds of preset of a tool: which controls drive it, and the values of its panel.
 #pragma once
 
 #include "data/sdk/xml_file_manager.h"

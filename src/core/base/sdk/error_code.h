@@ -1,6 +1,5 @@
-/// \file
-/// The process-wide table of named codes. An operation that can fail returns the value of an
-/// entry; 0 is success.
+// The process-wide table of named codes. An operation that can fail returns the value of an
+// entry; 0 is success.
 #pragma once
 
 #include "core/util/sdk/singleton.h"

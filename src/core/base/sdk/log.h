@@ -1,6 +1,5 @@
-/// \file
-/// The process-wide log: a line per event with date and time in UTC, a word for its level, and a
-/// tab per open entry; kept in memory and written through to a file.
+// The process-wide log: a line per event with date and time in UTC, a word for its level, and a
+// tab per open entry; kept in memory and written through to a file.
 #pragma once
 
 #include "core/util/sdk/singleton.h"

@@ -1,5 +1,4 @@
-/// \file
-/// What the nodes of the message network send to each other.
+// What the nodes of the message network send to each other.
 #pragma once
 
 #include <cstdint>

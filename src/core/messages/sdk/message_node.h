@@ -1,6 +1,5 @@
-/// \file
-/// The synchronous message network: a node sends to one other node, or broadcasts to all that
-/// listen to it. Delivery is a plain call on the caller's stack.
+// The synchronous message network: a node sends to one other node, or broadcasts to all that
+// listen to it. Delivery is a plain call on the caller's stack.
 #pragma once
 
 #include "core/messages/sdk/message.h"

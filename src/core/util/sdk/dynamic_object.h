@@ -1,6 +1,5 @@
-/// \file
-/// Objects that cross library borders or live in trees. Each frees itself with the memory functions
-/// of the library that made it.
+// Objects that cross library borders or live in trees. Each frees itself with the memory functions
+// of the library that made it.
 #pragma once
 
 #include <memory>

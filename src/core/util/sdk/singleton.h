@@ -1,13 +1,12 @@
-/// \file
-/// Process-wide services, created on first use and destroyed all at once, newest first.
-///
-/// 1. `T::instance()` creates the service at its first call and hands it to the collector.
-/// 2. `SingletonCollector::destroyAll()` destroys all of them in the reverse order of creation.
-///
-/// Each library that compiles this header has pointers and a collector of its own. A library that
-/// gets a service from another one (an adaptor its log, a driver the device handler) calls
-/// `T::adopt(given)`, so that its own copy of the code works on the given object, and
-/// `T::adopt(nullptr)` before that object is destroyed.
+// Process-wide services, created on first use and destroyed all at once, newest first.
+//
+// 1. `T::instance()` creates the service at its first call and hands it to the collector.
+// 2. `SingletonCollector::destroyAll()` destroys all of them in the reverse order of creation.
+//
+// Each library that compiles this header has pointers and a collector of its own. A library that
+// gets a service from another one (an adaptor its log, a driver the device handler) calls
+// `T::adopt(given)`, so that its own copy of the code works on the given object, and
+// `T::adopt(nullptr)` before that object is destroyed.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,4 @@
-/// \file
-/// The words that the catalogue reads in a model.
+// The words that the catalogue reads in a model.
 #pragma once
 
 namespace MVR::CatalogueWord {

@@ -1,5 +1,4 @@
-/// \file
-/// What an element of a model is: its word, when it is written and read, and how.
+// What an element of a model is: its word, when it is written and read, and how.
 #pragma once
 
 #include <cstdint>

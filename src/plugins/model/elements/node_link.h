@@ -1,5 +1,4 @@
-/// \file
-/// Elements that name a scene node of this tool or of another.
+// Elements that name a scene node of this tool or of another.
 #pragma once
 
 #include "plugins/model/elements/element.h"

@@ -4,11 +4,15 @@
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
 #include "instance/stored_input.h"
+#include "plugins/instance_reference.h"
 #include "plugins/model/elements/block_element.h"
 #include "plugins/model/elements/element.h"
+#include "plugins/model/elements/kept_values.h"
+#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/model_place.h"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -22,7 +26,15 @@ struct RecordedValuesElement {
     static void save(const ToolSaving& tool, Tag& out) {
         Tag list = Tag::element(kWord);
         std::string bytes;
+        const std::map<std::size_t, Tag>& unread =
+            tool.reference.getModelParts().get<KeptValues>().recorded;
+        std::size_t index = 0;
         for (const Util::AVar_Linear<double>& values : tool.instance.getStoredInput().getValues()) {
+            const auto kept = unread.find(index++);
+            if (kept != unread.end() && values.getKeys().empty()) { // no take since
+                list.addChild(kept->second);
+                continue;
+            }
             bytes.resize(values.getDataSize());
             values.writeData(bytes.data(), bytes.size());
             list.addChild(blockElement(kBlockWord, bytes.data(), bytes.size()));
@@ -35,14 +47,19 @@ struct RecordedValuesElement {
             return;
         StoredInput::Values& recorded = tool.instance.getStoredInput().getValues();
         recorded.resize(static_cast<std::size_t>(list.childCount(kBlockWord)));
+        std::map<std::size_t, Tag>& unread =
+            tool.reference.getModelParts().get<KeptValues>().recorded;
+        unread.clear();
         std::size_t index = 0;
         for (std::int32_t i = 0; i < list.childCount(); ++i) {
             if (!list.child(i).hasName(kBlockWord))
                 continue;
             const Base64Buffer block(list.child(i).value());
-            if (!recorded[index].readData(block.data(), block.size()))
+            if (!recorded[index].readData(block.data(), block.size())) {
                 tool.place.log("recorded input " + std::to_string(index),
                                "its values can't be read");
+                unread[index] = list.child(i);
+            }
             ++index;
         }
     }

@@ -6,6 +6,8 @@
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/block_element.h"
 #include "plugins/model/elements/element.h"
+#include "plugins/model/elements/kept_values.h"
+#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/model_place.h"
 
 #include <cstddef>
@@ -25,14 +27,19 @@ struct SavedBlockElement {
             return;
         const void* bytes = nullptr;
         const std::int32_t size = tool.instance.getSaveData(&bytes);
-        if (code == 0)
+        const Tag& unread = tool.reference.getModelParts().get<KeptValues>().savedBlock;
+        if (size == 0 && !unread.isEmpty())
+            out.addChild(unread);
+        else if (code == 0)
             out.addChild(blockElement(kWord, bytes, static_cast<std::size_t>(size)));
     }
     static void load(ToolLoading& tool, const Tag& data) {
-        const std::string& text = data.child(kWord).value();
-        const Base64Buffer block(text);
-        if (!text.empty() && block.size() == 0)
+        const Tag& saved = data.child(kWord);
+        const Base64Buffer block(saved.value());
+        if (!saved.value().empty() && block.size() == 0) {
             tool.place.log(kWord, "it can't be read");
+            tool.reference.getModelParts().get<KeptValues>().savedBlock = saved;
+        }
         tool.instance.setSaveData(block.data(), static_cast<std::int32_t>(block.size()));
     }
 };

@@ -111,8 +111,8 @@ std::uint32_t bitsIn(const Rows& rows, Moment moment) {
 
 template <class Rows>
 bool isIn(const Rows& rows, std::string_view word) {
-    return std::any_of(rows.begin(), rows.end(),
-                       [word](const auto& row) { return word == row.word; });
+    return std::any_of(
+        rows.begin(), rows.end(), [word](const auto& row) { return word == row.word; });
 }
 
 constexpr bool isOfPass(Moment moment) {
@@ -150,14 +150,17 @@ bool saveElements(const ToolSaving& tool, Tag& out) {
 }
 
 void loadElements(Moment moment, ToolLoading& tool, const Tag& data) {
-    loadRows(kToolReading, tool, data,
-             [moment](const ToolElement& row) { return row.moment == moment; });
+    loadRows(
+        kToolReading, tool, data,
+        [moment](const ToolElement& row) { return row.moment == moment; });
 }
 
 void loadStages(ToolLoading& tool, const Tag& data) {
-    loadRows(kToolReading, tool, data, [&tool](const ToolElement& row) {
-        return isOfPass(row.moment) && (row.bits & tool.stages) != 0;
-    });
+    loadRows(
+        kToolReading, tool, data,
+        [&tool](const ToolElement& row) {
+            return isOfPass(row.moment) && (row.bits & tool.stages) != 0;
+        });
 }
 
 void saveNodeInfo(const ToolSaving& tool, Tag& out) {
@@ -165,8 +168,9 @@ void saveNodeInfo(const ToolSaving& tool, Tag& out) {
 }
 
 void loadNodeInfo(ToolLoading& tool, const Tag& nodeInfo) {
-    loadRows(kNodeInfoReading, tool, nodeInfo,
-             [&tool](const ToolElement& row) { return (row.bits & tool.stages) != 0; });
+    loadRows(
+        kNodeInfoReading, tool, nodeInfo,
+        [&tool](const ToolElement& row) { return (row.bits & tool.stages) != 0; });
 }
 
 void saveNode(const NodeSaving& node, Tag& out) {

@@ -1,5 +1,4 @@
-/// \file
-/// All elements of a model, each of which is a unit of its own.
+// All elements of a model, each of which is a unit of its own.
 #pragma once
 
 #include "plugins/model/elements/element.h"

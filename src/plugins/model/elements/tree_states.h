@@ -1,5 +1,4 @@
-/// \file
-/// How the tree shows a tool: three switches, written only if they are off.
+// How the tree shows a tool: three switches, written only if they are off.
 #pragma once
 
 #include "data/sdk/tag.h"

@@ -12,8 +12,8 @@ void UnknownElements::read(const Tag& data) {
         return each.hasName(ModelWord::kTool) || isElementOfTool(each.name());
     });
     const Tag& nodeInfo = data.child(NodeInfoElement::kWord);
-    inNodeInfo_.keepUnknown(nodeInfo,
-                            [](const Tag& each) { return isElementOfNodeInfo(each.name()); });
+    inNodeInfo_.keepUnknown(
+        nodeInfo, [](const Tag& each) { return isElementOfNodeInfo(each.name()); });
     NodeListElement::forEach(nodeInfo, [this](const std::string& name, const Tag& node) {
         KeptElements kept;
         kept.keepUnknown(node, [](const Tag& each) { return isElementOfNode(each.name()); });
@@ -23,7 +23,8 @@ void UnknownElements::read(const Tag& data) {
 }
 
 void UnknownElements::readTree(const Tag& tree) {
-    inTool_.keepUnknown(tree, [](const Tag& each) { return each.hasName(ModelWord::kTool); });
+    inTool_.keepUnknown(
+        tree, [](const Tag& each) { return each.hasName(ModelWord::kTool); });
 }
 
 void UnknownElements::clear() {

@@ -7,9 +7,9 @@
 #include "platform/windows.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/instance_reference.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/unknown_elements.h"
 #include "plugins/model/model_file.h"
+#include "plugins/model_parts.h"
 #include "unidevice/sdk/profile_managers.h"
 
 #include <cstddef>
@@ -127,7 +127,7 @@ void CoreImplementation::loadConfiguration(Tag configuration) {
     if (getRoot() == nullptr) // the attachment ends
         return;
     if (configuration.hasName(ModelWord::kTree))
-        getRoot()->getModelParts().get<UnknownElements>().readTree(configuration);
+        UnknownElements::readTree(configuration, getRoot()->getModelParts());
     create(std::move(configuration), nullptr, false);
 }
 
@@ -140,7 +140,7 @@ void CoreImplementation::deleteAllInstances() {
     while (getRoot() != nullptr && !getRoot()->getChildren().empty())
         getRoot()->getChildReference(getRoot()->getChildren().size() - 1)->destroy();
     if (getRoot() != nullptr)
-        getRoot()->getModelParts().get<UnknownElements>().clear();
+        UnknownElements::clear(getRoot()->getModelParts());
 }
 
 std::int32_t CoreImplementation::openMainDialog(std::intptr_t parentWindow) {

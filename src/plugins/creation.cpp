@@ -86,6 +86,7 @@ private:
     Log entry_{"Creating instance", Log::Notice};
     InstanceReference::Watch parent_; // null: the root
     Tag wrapper_;                     // the data, in an element "MVR"
+    std::string folder_;              // of the model
     Util::Owned<InstanceReference> holder_{new InstanceReference};
     std::vector<PlannedTool> planned_;
 };
@@ -102,13 +103,13 @@ void Creation::wrap(Tag data) {
 }
 
 void Creation::instantiateAll() {
-    const std::string path = wrapper_.attribute(kModelFolder);
+    folder_ = wrapper_.attribute(kModelFolder);
     for (std::int32_t i = 0; i < wrapper_.childCount(); ++i) {
         if (!wrapper_.child(i).hasName(ModelWord::kTool))
             continue;
         std::int32_t error = 0;
         Util::Owned<InstanceReference> reference =
-            instantiate(services_, wrapper_.child(i), error, path, planned_);
+            instantiate(services_, wrapper_.child(i), error, folder_, planned_);
         if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error)
             entry_.write("Instanciator returned error", Log::Warning);
         else

@@ -11,10 +11,10 @@
 #include "plugins/libraries/plugin.h"
 #include "plugins/model/attribute_pass.h"
 #include "plugins/model/elements/high_poly.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/model_file.h"
 #include "plugins/model/node_visibility.h"
 #include "plugins/model/tree_save.h"
+#include "plugins/model_parts.h"
 
 #include <algorithm>
 #include <deque>
@@ -39,10 +39,9 @@ void InstanceReference::Watch::set(InstanceReference* target) {
     }
 }
 
-InstanceReference::InstanceReference() : modelParts_(std::make_unique<ModelParts>()) {}
+InstanceReference::InstanceReference() = default;
 
-InstanceReference::InstanceReference(PluginInstance* instance)
-    : instance_(instance), modelParts_(std::make_unique<ModelParts>()) {
+InstanceReference::InstanceReference(PluginInstance* instance) : instance_(instance) {
     Log entry("Creating Instance reference", Log::Notice);
     entry.write("source", instance->getName(), Log::OwnLevel);
     instance->setReference(this);
@@ -87,7 +86,8 @@ InstanceReference::~InstanceReference() {
         own.emplace(this);
         destroyChildren(*own);
     }
-    modelParts_->get<HighPoly>().releaseNodes(); // of a creation that was aborted
+    if (HighPoly* const highPoly = modelParts_.find<HighPoly>())
+        highPoly->releaseNodes(); // of a creation that was aborted
     Log log(Log::Notice);
     log.write("Notifying parent of destruction");
     if (InstanceReference* const parent = getParentReference())
@@ -303,18 +303,21 @@ std::int32_t InstanceReference::applyAttributes(const Tag& data, std::uint32_t s
 
 void InstanceReference::loadHighPoly(const Tag& highPoly, const std::string& path,
                                      const ModelPlace& place) {
-    modelParts_->get<HighPoly>().merge(*getServices(), highPoly, path, place);
+    Log entry("Loading highpoly model", Log::Notice);
+    if (!highPoly.isEmpty())
+        modelParts_.get<HighPoly>().merge(*getServices(), highPoly, path, place);
 }
 
 SceneNode* InstanceReference::findHighPolyNode(const std::string& name) const {
     for (const InstanceReference* each = this; each != nullptr; each = each->getParentReference())
-        if (SceneNode* const node = each->modelParts_->get<HighPoly>().find(name))
+        if (SceneNode* const node = each->modelParts_.read<HighPoly>().find(name))
             return node;
     return nullptr;
 }
 
 void InstanceReference::nameHighPolyNodes() {
-    modelParts_->get<HighPoly>().nameNodes(instance_->getName());
+    if (HighPoly* const highPoly = modelParts_.find<HighPoly>())
+        highPoly->nameNodes(instance_->getName());
 }
 
 void InstanceReference::setLowPolyVisible(bool visible) {

@@ -3,11 +3,11 @@
 
 #include "core/util/sdk/dynamic_object.h"
 #include "gui/tree_node.h"
+#include "plugins/model_parts.h"
 #include "plugins/save_mask.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,7 +16,6 @@ namespace MVR {
 class AdaptorInterface;
 class CoreImplementation;
 class CoreServices;
-class ModelParts;
 class ModelPlace;
 class PluginInstance;
 class SceneNode;
@@ -100,7 +99,7 @@ public:
     [[nodiscard]] std::int32_t applyAttributes(const Tag& data, std::uint32_t stages);
 
     /// Returns what it remembers of the data that its tool was made from.
-    [[nodiscard]] ModelParts& getModelParts() const { return *modelParts_; }
+    [[nodiscard]] ModelParts& getModelParts() { return modelParts_; }
     /// Merges the first detailed model that `highPoly`, an element "highpoly", has for this host
     /// and hides it; `path` is the folder of the model that names it, `place` the position of the
     /// element there. The element is kept.
@@ -141,7 +140,7 @@ private:
     bool inTree_ = true;
     bool isDeparting_ = false; // its children are gone and its entry in the log is open
     Watch* watches_ = nullptr; // not owned
-    const std::unique_ptr<ModelParts> modelParts_;
+    ModelParts modelParts_;
 };
 
 } // namespace MVR

@@ -11,11 +11,16 @@ FaultList* listUnderWay = nullptr; // not owned
 
 } // namespace
 
+FaultPlace::~FaultPlace() {
+    if (listUnderWay != nullptr && listUnderWay->getPlace() == this)
+        listUnderWay->setPlace(nullptr, "");
+}
+
 FaultList::Operation::Operation(FaultList& list) : outer_(std::exchange(listUnderWay, &list)) {
     if (outer_ != nullptr)
         return;
     list.faults_.clear();
-    list.place_ = {};
+    list.setPlace(nullptr, "");
 }
 
 FaultList::Operation::~Operation() {
@@ -27,7 +32,8 @@ FaultList* FaultList::underWay() {
 }
 
 void FaultList::tell(const std::string& text) {
-    CoreFault& fault = faults_.emplace_back(place_);
+    CoreFault& fault = faults_.emplace_back(place_ != nullptr ? place_->describe() : CoreFault());
+    fault.element = element_;
     fault.text = text;
     Log(Log::Warning).write(toText(fault));
 }

@@ -9,6 +9,19 @@
 
 namespace MVR {
 
+/// Where the work stands, for faults that the host tells of. Nothing tells of one any more when it
+/// is gone.
+class FaultPlace {
+public:
+    FaultPlace() = default;
+    FaultPlace(const FaultPlace&) = default;
+    FaultPlace& operator=(const FaultPlace&) = default;
+    virtual ~FaultPlace();
+
+    /// Returns a fault with the model and the tool.
+    [[nodiscard]] virtual CoreFault describe() const = 0;
+};
+
 /// The faults of the last operation that makes or saves tools. One for each attachment; operations
 /// may nest, but never run in parallel. Host thread only.
 class FaultList {
@@ -36,14 +49,19 @@ public:
 
     [[nodiscard]] const std::vector<CoreFault>& getFaults() const { return faults_; }
     void add(CoreFault fault) { faults_.push_back(std::move(fault)); }
-    /// Sets the model, tool and element under way, to which tell() adds.
-    void setPlace(CoreFault place) { place_ = std::move(place); }
+    /// Sets the tool under way, or null for none, and the element of it: what tell() tells of.
+    void setPlace(const FaultPlace* place, const std::string& element) {
+        place_ = place;
+        element_ = element;
+    }
+    [[nodiscard]] const FaultPlace* getPlace() const { return place_; }
     /// Adds a fault that the host reports, and logs it.
     void tell(const std::string& text);
 
 private:
     std::vector<CoreFault> faults_;
-    CoreFault place_;
+    const FaultPlace* place_ = nullptr; // not owned
+    std::string element_;
 };
 
 } // namespace MVR

@@ -51,7 +51,7 @@ class AttributePass {
 public:
     AttributePass(InstanceReference& start, const Tag& data, std::uint32_t stages)
         : start_(start), data_(data), stages_(stages), index_(start),
-          place_(data, data.attribute(kModelFolder)) {}
+          folder_(data.attribute(kModelFolder)), place_(data, folder_) {}
 
     std::int32_t run();
 
@@ -62,6 +62,7 @@ private:
     const Tag& data_;
     std::uint32_t stages_;
     InstanceIndex index_;
+    const std::string folder_;
     ModelPlace place_;
     std::deque<Level> open_;
 };
@@ -80,7 +81,7 @@ std::int32_t AttributePass::run() {
         if (tag == nullptr)
             continue;
         if (data_.hasName(ModelWord::kTree) && open_.size() == 1) // each is a model of its own
-            place_ = ModelPlace(*tag, data_.attribute(kModelFolder));
+            place_ = ModelPlace(*tag, folder_);
         (void)begin(*child, *tag); // a failure further down stops nothing
     }
     return result;
@@ -102,7 +103,7 @@ std::int32_t AttributePass::begin(InstanceReference& reference, const Tag& tag) 
         open_.pop_back();
         return reportCode(Codes::kInvalidData);
     }
-    place_.setTool(reference.getInstanceName());
+    place_.setTool(tag);
     ToolLoading tool{reference, *instance, place_, {}, stages_, &index_};
     loadStages(tool, tag);
     if (tool.isBranchDone)

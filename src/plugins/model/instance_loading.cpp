@@ -12,13 +12,13 @@
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
 #include "plugins/model/elements/tool_name.h"
 #include "plugins/model/elements/tool_type.h"
 #include "plugins/model/elements/unknown_elements.h"
 #include "plugins/model/model_place.h"
 #include "plugins/model/tool_start.h"
+#include "plugins/model_parts.h"
 
 #include <deque>
 #include <optional>
@@ -111,8 +111,7 @@ bool ToolLoad::begin(bool isAboveMade) {
         return false;
     }
     const std::string& type = TypeElement::read(data_);
-    const std::string& name = NameElement::read(data_);
-    place_.setTool(name.empty() ? type : name);
+    place_.setTool(data_);
     if (!isAboveMade) {
         place_.logMissing(ModelWord::kTool, "the tool above it can't be created",
                           reportCode(Codes::kSubPluginMissing));
@@ -136,7 +135,7 @@ bool ToolLoad::begin(bool isAboveMade) {
     adaptor().beginUndo("Create Oskel " + type);
     if (!makeInstance(*plugin, type))
         return false;
-    reference_.get()->getModelParts().get<UnknownElements>().read(data_);
+    UnknownElements::read(data_, reference_.get()->getModelParts());
     ToolLoading tool{*reference_.get(), *reference_.get()->getInstance(), place_, path_};
     loadElements(Moment::BeforeInit, tool, data_);
     if (reference_.get() == nullptr) { // the tool removed itself

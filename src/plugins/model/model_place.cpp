@@ -1,11 +1,11 @@
 #include "plugins/model/model_place.h"
 
 #include "core/base/sdk/log.h"
-#include "core/services/fault_list.h"
 #include "plugins/model/elements/tool_name.h"
 #include "plugins/model/elements/tool_type.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace MVR {
 namespace {
@@ -30,38 +30,47 @@ const std::string& nameOf(const Tag& tool) {
 
 } // namespace
 
-ModelPlace::ModelPlace(const Tag& outermost, const std::string& folder)
-    : model_(shown(nameOf(outermost))), tool_(nameOf(outermost)) {
-    if (!folder.empty())
-        model_ += " in " + shown(folder);
-}
-
-void ModelPlace::setTool(const std::string& name) {
-    tool_ = name;
+void ModelPlace::setTool(const Tag& tool) {
+    tool_ = &tool;
     isMissingTold_ = false;
     listen("");
 }
 
 void ModelPlace::log(const std::string& element, const std::string& fault,
                      std::int32_t code) const {
-    add({model_, shown(tool_), shown(element), shown(fault), code});
+    add(element, fault, code, false);
 }
 
 void ModelPlace::logMissing(const std::string& element, const std::string& fault,
                             std::int32_t code) {
-    add({model_, shown(tool_), shown(element), shown(fault), code, !isMissingTold_});
+    add(element, fault, code, !isMissingTold_);
     isMissingTold_ = true;
-}
-
-void ModelPlace::add(const CoreFault& fault) const {
-    Log(Log::Warning).write(toText(fault));
-    if (FaultList* const list = FaultList::underWay())
-        list->add(fault);
 }
 
 void ModelPlace::listen(const std::string& element) const {
     if (FaultList* const list = FaultList::underWay())
-        list->setPlace({model_, shown(tool_), element, "", 0});
+        list->setPlace(this, element);
+}
+
+CoreFault ModelPlace::describe() const {
+    CoreFault fault;
+    fault.model = shown(nameOf(*outermost_));
+    if (!folder_->empty())
+        fault.model += " in " + shown(*folder_);
+    fault.tool = shown(nameOf(*tool_));
+    return fault;
+}
+
+void ModelPlace::add(const std::string& element, const std::string& text, std::int32_t code,
+                     bool isToolMissing) const {
+    CoreFault fault = describe();
+    fault.element = shown(element);
+    fault.text = shown(text);
+    fault.code = code;
+    fault.isToolMissing = isToolMissing;
+    Log(Log::Warning).write(toText(fault));
+    if (FaultList* const list = FaultList::underWay())
+        list->add(std::move(fault));
 }
 
 } // namespace MVR

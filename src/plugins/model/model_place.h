@@ -1,7 +1,7 @@
 // Where in a model something is wrong, for the log and the list of faults.
 #pragma once
 
-#include "core/contract/core_faults.h"
+#include "core/services/fault_list.h"
 #include "data/sdk/tag.h"
 
 #include <cstdint>
@@ -9,16 +9,19 @@
 
 namespace MVR {
 
-/// A tool within a model. The names come from the model, whoever wrote that.
-class ModelPlace {
+/// A tool within a model. The names come from the model, whoever wrote that, and are read when
+/// there is a fault: what a place is given outlives it.
+class ModelPlace final : public FaultPlace {
 public:
     /// `outermost` is the element of the tool that all others of the model are below, `folder`
     /// where the model came from; "" if it is not from a file. Until setTool() the tool is
     /// `outermost`.
-    ModelPlace(const Tag& outermost, const std::string& folder);
+    ModelPlace(const Tag& outermost, const std::string& folder)
+        : outermost_(&outermost), folder_(&folder), tool_(&outermost) {}
+    ModelPlace(const Tag& outermost, std::string&& folder) = delete;
 
-    /// Sets the tool that is worked on.
-    void setTool(const std::string& name);
+    /// Sets the element of the tool that is worked on; what the host tells concerns it.
+    void setTool(const Tag& tool);
     /// Logs one fault in one line: the model, the tool, the element and what is wrong with it.
     /// `code` is that of a tool that refused. The fault is also added to the list of the operation
     /// that the user asked for.
@@ -28,12 +31,15 @@ public:
     [[nodiscard]] bool isMissingTold() const { return isMissingTold_; }
     /// What the host tells from now on concerns `element` of this tool.
     void listen(const std::string& element) const;
+    [[nodiscard]] CoreFault describe() const override;
 
 private:
-    void add(const CoreFault& fault) const;
+    void add(const std::string& element, const std::string& text, std::int32_t code,
+             bool isToolMissing) const;
 
-    std::string model_;
-    std::string tool_;
+    const Tag* outermost_;
+    const std::string* folder_;
+    const Tag* tool_;
     bool isMissingTold_ = false;
 };
 

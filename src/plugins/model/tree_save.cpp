@@ -8,9 +8,9 @@
 #include "plugins/instance_reference.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
 #include "plugins/model/elements/unknown_elements.h"
+#include "plugins/model_parts.h"
 
 #include <cstddef>
 #include <deque>
@@ -59,7 +59,7 @@ public:
     void finish() {
         if (InstanceReference* const reference = saved_.get();
             reference != nullptr && !out_->isEmpty())
-            reference->getModelParts().get<UnknownElements>().writeTo(*out_);
+            reference->getModelParts().read<UnknownElements>().writeTo(*out_);
     }
 
     InstanceReference* nextChild() {

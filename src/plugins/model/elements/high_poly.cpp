@@ -6,9 +6,9 @@
 #include "core/services/fault_list.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/instance_reference.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/model_paths.h"
 #include "plugins/model/model_place.h"
+#include "plugins/model_parts.h"
 
 #include <algorithm>
 
@@ -53,7 +53,7 @@ bool isForHost(const Tag& option, const std::string& host) {
 } // namespace
 
 void HighPoly::save(const ToolSaving& tool, Tag& out) {
-    out.addChild(tool.reference.getModelParts().get<HighPoly>().read_);
+    out.addChild(tool.reference.getModelParts().read<HighPoly>().read_);
 }
 
 void HighPoly::load(ToolLoading& tool, const Tag& data) {
@@ -62,7 +62,6 @@ void HighPoly::load(ToolLoading& tool, const Tag& data) {
 
 void HighPoly::merge(CoreServices& services, const Tag& highPoly, const std::string& folder,
                      const ModelPlace& place) {
-    Log entry("Loading highpoly model", Log::Notice);
     read_ = highPoly;
     for (std::int32_t i = 0; i < highPoly.childCount(); ++i) {
         const Tag& option = highPoly.child(i);

@@ -6,9 +6,9 @@
 #include "instance/plugin_instance.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/instance_reference.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/node_link.h"
 #include "plugins/model/model_place.h"
+#include "plugins/model_parts.h"
 
 namespace MVR {
 
@@ -20,7 +20,7 @@ void HighPolyNames::save(const NodeSaving& saved, Tag& out) {
         out.addChild(Tag::element(kWord, name));
         hasName = true;
     }
-    const auto& read = saved.tool.reference.getModelParts().get<HighPolyNames>().read_;
+    const auto& read = saved.tool.reference.getModelParts().read<HighPolyNames>().read_;
     const auto found = read.find(saved.node.getName());
     if (hasName || found == read.end())
         return;

@@ -4,9 +4,9 @@
 #include "data/sdk/tag.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/element.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
 #include "plugins/model/elements/unknown_elements.h"
+#include "plugins/model_parts.h"
 
 namespace MVR {
 
@@ -18,7 +18,7 @@ struct NodeInfoElement {
         Log entry("Creating node tag", Log::Notice);
         Tag& nodeInfo = out.addChild(Tag::element(kWord));
         saveNodeInfo(tool, nodeInfo);
-        tool.reference.getModelParts().get<UnknownElements>().writeToNodeInfo(nodeInfo);
+        tool.reference.getModelParts().read<UnknownElements>().writeToNodeInfo(nodeInfo);
     }
     static void load(ToolLoading& tool, const Tag& data) {
         Log(Log::Notice).write("Fetching node info tag");

@@ -9,10 +9,10 @@
 #include "plugins/contract/scene_node.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/high_poly_names.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/table.h"
 #include "plugins/model/elements/unknown_elements.h"
 #include "plugins/model/model_place.h"
+#include "plugins/model_parts.h"
 
 namespace MVR {
 namespace {
@@ -39,7 +39,7 @@ void loadOne(ToolLoading& tool, const std::string& name, const Tag& data) {
 
 void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
     AdaptorInterface& adaptor = *tool.instance.getServices().getAdaptor();
-    const UnknownElements& unknown = tool.reference.getModelParts().get<UnknownElements>();
+    const UnknownElements& unknown = tool.reference.getModelParts().read<UnknownElements>();
     for (SceneNode* node : adaptor.getNodes(&tool.instance)) {
         Tag& tag = nodeInfo.addChild(Tag::element(kWord));
         const std::string name = node->getName();
@@ -51,7 +51,8 @@ void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
 
 void NodeListElement::load(ToolLoading& tool, const Tag& nodeInfo) {
     Log entry("Traversing detected nodes", Log::Notice);
-    tool.reference.getModelParts().get<HighPolyNames>().clear();
+    if (HighPolyNames* const names = tool.reference.getModelParts().find<HighPolyNames>())
+        names->clear();
     forEach(nodeInfo,
             [&tool](const std::string& name, const Tag& node) { loadOne(tool, name, node); });
 }

@@ -5,8 +5,8 @@
 #include "plugins/contract/extension_ids.h"
 #include "plugins/contract/scene_node.h"
 #include "plugins/libraries/plugin.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/elements/node_link.h"
+#include "plugins/model_parts.h"
 
 namespace MVR {
 namespace {
@@ -18,7 +18,7 @@ constexpr const char* kModelTool = "PRM"; // the kind of tool that a model's sel
 void NodeSelection::save(const ToolSaving& tool, Tag& nodeInfo) {
     if (tool.instance.getPlugin()->getName() != kModelTool)
         return;
-    const NodeSelection& selection = tool.reference.getModelParts().get<NodeSelection>();
+    const NodeSelection& selection = tool.reference.getModelParts().read<NodeSelection>();
     for (const Group& group : selection.groups_) {
         const InstanceReference* const owner = group.owner.get();
         if (owner == nullptr)

@@ -8,8 +8,8 @@
 #include "plugins/model/elements/block_element.h"
 #include "plugins/model/elements/element.h"
 #include "plugins/model/elements/kept_values.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/model_place.h"
+#include "plugins/model_parts.h"
 
 #include <cstddef>
 #include <map>
@@ -27,7 +27,7 @@ struct RecordedValuesElement {
         Tag list = Tag::element(kWord);
         std::string bytes;
         const std::map<std::size_t, Tag>& unread =
-            tool.reference.getModelParts().get<KeptValues>().recorded;
+            tool.reference.getModelParts().read<KeptValues>().recorded;
         std::size_t index = 0;
         for (const Util::AVar_Linear<double>& values : tool.instance.getStoredInput().getValues()) {
             const auto kept = unread.find(index++);
@@ -47,9 +47,8 @@ struct RecordedValuesElement {
             return;
         StoredInput::Values& recorded = tool.instance.getStoredInput().getValues();
         recorded.resize(static_cast<std::size_t>(list.childCount(kBlockWord)));
-        std::map<std::size_t, Tag>& unread =
-            tool.reference.getModelParts().get<KeptValues>().recorded;
-        unread.clear();
+        if (KeptValues* const kept = tool.reference.getModelParts().find<KeptValues>())
+            kept->recorded.clear();
         std::size_t index = 0;
         for (std::int32_t i = 0; i < list.childCount(); ++i) {
             if (!list.child(i).hasName(kBlockWord))
@@ -58,7 +57,7 @@ struct RecordedValuesElement {
             if (!recorded[index].readData(block.data(), block.size())) {
                 tool.place.log("recorded input " + std::to_string(index),
                                "its values can't be read");
-                unread[index] = list.child(i);
+                tool.reference.getModelParts().get<KeptValues>().recorded[index] = list.child(i);
             }
             ++index;
         }

@@ -7,8 +7,8 @@
 #include "plugins/model/elements/block_element.h"
 #include "plugins/model/elements/element.h"
 #include "plugins/model/elements/kept_values.h"
-#include "plugins/model/elements/model_parts.h"
 #include "plugins/model/model_place.h"
+#include "plugins/model_parts.h"
 
 #include <cstddef>
 
@@ -27,7 +27,7 @@ struct SavedBlockElement {
             return;
         const void* bytes = nullptr;
         const std::int32_t size = tool.instance.getSaveData(&bytes);
-        const Tag& unread = tool.reference.getModelParts().get<KeptValues>().savedBlock;
+        const Tag& unread = tool.reference.getModelParts().read<KeptValues>().savedBlock;
         if (size == 0 && !unread.isEmpty())
             out.addChild(unread);
         else if (code == 0)

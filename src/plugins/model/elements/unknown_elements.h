@@ -7,15 +7,17 @@
 
 namespace MVR {
 
+class ModelParts;
+
 /// Elements in the data of a tool that no row of the table knows, such as those that a later
 /// version writes. No bit of a mask leaves them out, but they are left out with their parent.
 class UnknownElements {
 public:
-    /// Keeps those of the tool's element `data`, but for those of the tools below it.
-    void read(const Tag& data);
+    /// Keeps in `parts` those of the tool's element `data`, but for those of the tools below it.
+    static void read(const Tag& data, ModelParts& parts);
     /// Keeps those of an element "MVR".
-    void readTree(const Tag& tree);
-    void clear();
+    static void readTree(const Tag& tree, ModelParts& parts);
+    static void clear(ModelParts& parts);
 
     /// A tool may give its own data any name: what it wrote itself isn't written twice.
     void writeTo(Tag& tool) const { inTool_.writeMissingTo(tool); }
@@ -23,6 +25,10 @@ public:
     void writeToNode(const std::string& name, Tag& node) const;
 
 private:
+    [[nodiscard]] bool isEmpty() const {
+        return inTool_.isEmpty() && inNodeInfo_.isEmpty() && inNodes_.empty();
+    }
+
     KeptElements inTool_;
     KeptElements inNodeInfo_;
     std::unordered_map<std::string, KeptElements> inNodes_; // by the name of the node

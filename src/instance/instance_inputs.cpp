@@ -28,7 +28,7 @@ bool isParameter(const Tag& element) {
 
 UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t acceptedKinds) {
     UniDevice::Property* const property =
-        properties_.getOrCreate(name, acceptedKinds, UniDevice::Property::PlainFactory());
+        properties_.getOrCreate(name, acceptedKinds, HeldProperty::Maker());
     const Tag kept = unknownProperties_.release([&name](const Tag& entry) {
         return entry.hasName(kProperty) && entry.attribute(kName) == name;
     });

@@ -3,6 +3,7 @@
 
 #include "data/kept_elements.h"
 #include "data/sdk/tag.h"
+#include "instance/held_property.h"
 #include "instance/kept_control.h"
 #include "unidevice/sdk/property_handler.h"
 
@@ -27,6 +28,10 @@ public:
     /// Adds the property by which a take moves the value of a spinner; `componentId` is that of the
     /// spinner in the panel.
     void addForSpinner(std::int32_t componentId, const std::string& label);
+    /// Returns the property at `index`, which is below their count.
+    [[nodiscard]] HeldProperty& at(std::int32_t index) const {
+        return static_cast<HeldProperty&>(*properties_.property(index)); // add() makes them all
+    }
     /// In order of creation.
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
 

@@ -207,7 +207,8 @@ std::int32_t PluginInstance::applyInputProfile(const Tag& profile) {
     return missing;
 }
 
-void PluginInstance::prepareRecording(double time, TakeSource source) {
+void PluginInstance::prepareRecording(double time, TakeSource source,
+                                      const StoredInput::IsInTake& isInTake) {
     const InstanceReference::Watch self(reference_);
     isPrepared_ = true;
     code_->startRecording(time);
@@ -216,11 +217,18 @@ void PluginInstance::prepareRecording(double time, TakeSource source) {
         return;
     for (SceneNode* node : adaptor()->getNodes(this))
         node->startRecording(time);
-    storedInput_.begin(time, source, *adaptor());
+    storedInput_.begin(time, source, isInTake, *adaptor());
+}
+
+void PluginInstance::holdInput(double time) {
+    for (const UniDevice::Property* property : storedInput_.hold(time)) {
+        Log(Log::Error)
+            .write("A value that isn't a number, and what was before it stays, at the input " +
+                   property->name + " of " + name);
+    }
 }
 
 void PluginInstance::step(double time) {
-    storedInput_.step(time);
     code_->record(time);
 }
 

@@ -118,10 +118,15 @@ public:
     [[nodiscard]] StoredInput& getStoredInput() { return storedInput_; }
 
     /// A take begins at `time`, with input from `source`: the tool starts, then its scene nodes and
-    /// its stored input.
-    void prepareRecording(double time, TakeSource source);
-    /// Simulates one frame: stores or plays the input, then lets the tool record.
+    /// its stored input. `isInTake` tells whether the tool of a device participates.
+    void prepareRecording(double time, TakeSource source, const StoredInput::IsInTake& isInTake);
+    /// A frame begins: puts the input of a resimulation in place, before devices are polled.
+    void playInput(double time) { storedInput_.play(time); }
+    /// The devices were polled: the input stays as it is now until releaseInput().
+    void holdInput(double time);
+    /// Lets the tool record the frame.
     void step(double time);
+    void releaseInput() { storedInput_.release(); }
     /// Finishes the tool, unless it isn't prepared.
     void finishRecording(double time);
 
@@ -213,7 +218,7 @@ private:
     CoreImplementation* core_;
     CoreServices& services_;
     InstanceInputs inputs_;
-    StoredInput storedInput_{inputs_.getProperties()};
+    StoredInput storedInput_{inputs_};
     InstancePanel panel_;
     SavedBlock savedBlock_;
     std::string nameFromData_;

@@ -2,10 +2,12 @@
 
 #include "core/contract/adaptor_interface.h"
 #include "recording/values/variable_mod_undo.h"
+#include "unidevice/sdk/control.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace MVR {
 
@@ -15,58 +17,79 @@ const std::shared_ptr<StoredInput::Values>& StoredInput::sharedValues() {
     return values_;
 }
 
-void StoredInput::begin(double time, TakeSource source, AdaptorInterface& host) {
-    const auto count = static_cast<std::size_t>(properties_.count());
+void StoredInput::begin(double time, TakeSource source, const IsInTake& isInTake,
+                        AdaptorInterface& host) {
+    const auto size = static_cast<std::size_t>(count());
     Values& values = getValues();
-    if (values.size() < count)
-        values.resize(count);
-    if (source == TakeSource::Live) {
+    if (values.size() < size)
+        values.resize(size);
+    substitutes_.resize(size);
+    for (Substitute& each : substitutes_)
+        each.isToldBad = false;
+    for (std::int32_t i = 0; i < count(); ++i)
+        (void)inputs_.at(i).wasBad();
+    isLive_ = source == TakeSource::Live;
+    if (isLive_) {
         host.addUndo(new CVariableModUndo<Values>(values_));
         for (Util::AVar_Linear<double>& variable : values)
             variable.eraseFrom(time);
         return;
     }
-    while (standIns_.size() < count)
-        standIns_.push_back(
-            std::make_unique<TemporaryControl>(static_cast<std::int32_t>(standIns_.size())));
-    for (std::size_t i = 0; i < count; ++i)
-        standIns_[i]->standIn(*properties_.property(static_cast<std::int32_t>(i)));
-    isPlaying_ = true;
-}
-
-void StoredInput::step(double time) {
-    if (isPlaying_)
-        play(time);
-    else
-        store(time);
-}
-
-/// The raw value, before the property's mapping: a later change of the mapping affects a
-/// resimulation.
-void StoredInput::store(double time) {
-    Values& values = getValues();
-    const std::size_t count =
-        std::min(static_cast<std::size_t>(properties_.count()), values.size());
-    for (std::size_t i = 0; i < count; ++i) {
-        const UniDevice::Control* const control =
-            properties_.property(static_cast<std::int32_t>(i))->control;
-        values[i].setKey(time, control != nullptr ? control->getValue() : 0.0);
-    }
+    isInTake_ = isInTake;
+    play(time);
 }
 
 void StoredInput::play(double time) {
+    if (!isInTake_)
+        return;
     const Values& values = getValues();
-    const std::size_t count = std::min(standIns_.size(), values.size());
-    for (std::size_t i = 0; i < count; ++i)
-        standIns_[i]->setValue(values[i].getValue(time));
+    for (std::size_t i = 0; i < std::min(substitutes_.size(), values.size()); ++i) {
+        Substitute& each = substitutes_[i];
+        if (!each.isBound) {
+            const UniDevice::Control* const own = inputs_.at(static_cast<std::int32_t>(i)).control;
+            if (own != nullptr && own->device != nullptr && isInTake_(*own->device))
+                continue;
+            standIn(static_cast<std::int32_t>(i));
+        }
+        each.control->setValue(values[i].getValue(time));
+    }
+}
+
+void StoredInput::standIn(std::int32_t index) {
+    Substitute& substitute = substitutes_[static_cast<std::size_t>(index)];
+    if (substitute.control == nullptr)
+        substitute.control = std::make_unique<TemporaryControl>(index);
+    substitute.control->standIn(inputs_.at(index));
+    substitute.isBound = true;
+}
+
+/// Stores the raw value, before the property's mapping: a later change of the mapping affects a
+/// resimulation.
+std::vector<const UniDevice::Property*> StoredInput::hold(double time) {
+    std::vector<const UniDevice::Property*> bad;
+    Values& values = getValues();
+    for (std::size_t i = 0; i < substitutes_.size(); ++i) {
+        HeldProperty& property = inputs_.at(static_cast<std::int32_t>(i));
+        property.hold();
+        if (isLive_ && i < values.size()) // the host's undo may have shortened it
+            values[i].setKey(time, property.getRaw());
+        if (property.wasBad() && !std::exchange(substitutes_[i].isToldBad, true))
+            bad.push_back(&property);
+    }
+    return bad;
+}
+
+void StoredInput::release() {
+    for (std::int32_t i = 0; i < count(); ++i)
+        inputs_.at(i).release();
 }
 
 void StoredInput::end() {
-    if (!isPlaying_)
-        return;
-    isPlaying_ = false;
-    for (std::size_t i = 0; i < standIns_.size(); ++i)
-        standIns_[i]->giveBack(*properties_.property(static_cast<std::int32_t>(i)));
+    release();
+    isInTake_ = nullptr;
+    for (std::size_t i = 0; i < substitutes_.size(); ++i)
+        if (std::exchange(substitutes_[i].isBound, false))
+            substitutes_[i].control->giveBack(inputs_.at(static_cast<std::int32_t>(i)));
 }
 
 } // namespace MVR

@@ -1,11 +1,12 @@
 // The raw input of a tool's takes, which a resimulation plays again.
 #pragma once
 
+#include "instance/instance_inputs.h"
 #include "instance/temporary_control.h"
 #include "recording/values/animated_variable.h"
 #include "recording/values/take_source.h"
-#include "unidevice/sdk/property_handler.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,37 +17,53 @@ class AdaptorInterface;
 /// The values of the controls of a tool's properties, frame by frame.
 ///
 /// 1. begin() when a take begins.
-/// 2. step() for each frame, before the tool records it.
+/// 2. For each frame play(), before any device is polled, hold(), when all devices were, and
+///    release(), when the tool has recorded the frame.
 /// 3. end().
 class StoredInput {
 public:
     using Values = std::vector<Util::AVar_Linear<double>>;
+    /// Returns true for a tool's device whose tool runs in the take.
+    using IsInTake = std::function<bool(const UniDevice::Device&)>;
 
-    /// `properties` are those of the tool, and outlive this object.
-    explicit StoredInput(const UniDevice::PropertyHandler& properties) : properties_(properties) {}
+    /// `inputs` are those of the tool, and outlive this object.
+    explicit StoredInput(const InstanceInputs& inputs) : inputs_(inputs) {}
 
     /// At most one for each property, in their order; filled from saved data and by takes.
     [[nodiscard]] Values& getValues() { return *sharedValues(); }
 
     /// For a live take removes what is stored from `time` on, as part of the host's undo step; in a
-    /// resimulation the stored values stand in for the controls.
-    void begin(double time, TakeSource source, AdaptorInterface& host);
-    /// Stores the values of the controls, or plays the stored ones instead.
-    void step(double time);
+    /// resimulation the stored values stand in for the controls, but for those of tools that run in
+    /// it too: what these compute, they compute again.
+    void begin(double time, TakeSource source, const IsInTake& isInTake, AdaptorInterface& host);
+    /// In a resimulation puts the stored values in place.
+    void play(double time);
+    /// Holds the value of each property. In a live take stores them. Returns the properties with a
+    /// value that isn't finite, each once a take.
+    [[nodiscard]] std::vector<const UniDevice::Property*> hold(double time);
+    void release();
     /// Gives each property its own control back.
     void end();
 
 private:
     const std::shared_ptr<Values>& sharedValues();
-    void store(double time);
-    void play(double time);
+    [[nodiscard]] std::int32_t count() const { return inputs_.getProperties().count(); }
+    void standIn(std::int32_t index);
 
-    const UniDevice::PropertyHandler& properties_;
+    const InstanceInputs& inputs_;
     // Made when it is first used. Not shared, but watched by undo entries, which may outlive the
     // tool.
     std::shared_ptr<Values> values_;
-    std::vector<std::unique_ptr<TemporaryControl>> standIns_; // by property; kept for the next time
-    bool isPlaying_ = false;                                  // the stand-ins are bound
+    /// What stands in for the control of a property.
+    struct Substitute {
+        std::unique_ptr<TemporaryControl> control; // made when it is first used
+        bool isBound = false;
+        bool isToldBad = false; // in this take
+    };
+
+    std::vector<Substitute> substitutes_; // by property
+    IsInTake isInTake_;                   // null outside of a resimulation
+    bool isLive_ = false;
 };
 
 } // namespace MVR

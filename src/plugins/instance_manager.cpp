@@ -16,6 +16,8 @@
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
 #include "recording/order/run_order.h"
+#include "unidevice/dummy_driver.h"
+#include "unidevice/sdk/device_handler.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -77,6 +79,17 @@ InstanceManager::sortForRecording(const std::vector<PluginInstance*>& instances)
     std::transform(order.begin(), order.end(), sorted.begin(),
                    [&instances](std::size_t index) { return instances[index]; });
     return sorted;
+}
+
+void InstanceManager::orderDevices() {
+    auto* const driver = static_cast<UniDevice::DummyDriver*>(
+        UniDevice::DeviceHandler::instance()->findDriver(UniDevice::DummyDriver::kName));
+    const std::uint64_t revision = getServices().getToolListChanges().getRevision();
+    if (driver == nullptr || (driver->isOrdered() && orderedRevision_ == revision))
+        return;
+    orderedRevision_ = revision;
+    const std::vector<PluginInstance*> tools = getInstances(false);
+    driver->pollLast(std::vector<UniDevice::Device*>(tools.begin(), tools.end()));
 }
 
 std::int32_t InstanceManager::getCatalogueSize() const {

@@ -87,6 +87,10 @@ public:
     [[nodiscard]] std::vector<PluginInstance*>
     sortForRecording(const std::vector<PluginInstance*>& instances);
 
+    /// Lets the core's own driver poll the tools' devices last, in the order of the tree. Cheap
+    /// while nothing changed.
+    void orderDevices();
+
     /// The names that tools of the tree use; kept by the instances.
     [[nodiscard]] InstanceNames& getNames() { return names_; }
 
@@ -100,6 +104,7 @@ private:
     std::unique_ptr<Catalogue> catalogue_;
     RecentList recent_;
     TreeControl control_;
+    std::uint64_t orderedRevision_ = ~std::uint64_t{0}; // of the tree, at the last orderDevices()
 };
 
 } // namespace MVR

@@ -119,7 +119,7 @@ void RecordManager::runDueFrames(Take& take) {
     double step = adaptor()->getFrameStep();
     while (clock_.nextFrame(step)) {
         const double next = take.getTime() + step;
-        take.setTime(std::trunc(next / step + 0.5) * step);
+        take.setTime(std::floor(next / step + 0.5) * step);
         if (take.getTime() > take.getEnd() && !expandRange(take)) {
             stopRecording();
             return;

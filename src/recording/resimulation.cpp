@@ -18,13 +18,14 @@ constexpr double kRangeTolerance = 0.00001; // keeps rounding from adding or los
 } // namespace
 
 Resimulation::Resimulation(Take& take, FrameClock& clock, AdaptorInterface& host)
-    : take_(take), clock_(clock), host_(host), savedSlowness_(clock.getSlowness()) {
-    take_.setTime(1.0 / host_.getFrameRate() + take_.getStart());
+    : take_(take), clock_(clock), host_(host), savedSlowness_(clock.getSlowness()),
+      frames_(take.getStart(), host.getFrameRate(), host.getFrameStep()),
+      frame_(frames_.getFirst()) {
+    take_.setTime(frames_.getTime(frame_));
     clock_.setSlowness(1.0);
 }
 
 bool Resimulation::runSlice() {
-    const double step = 1.0 / host_.getFrameRate();
     const std::uint32_t begin = Platform::tickMs();
     while (take_.getState() == Take::State::Running &&
            take_.getEnd() + kRangeTolerance > take_.getTime()) {
@@ -34,7 +35,7 @@ bool Resimulation::runSlice() {
         if (Platform::tickMs() - begin > kSliceMs)
             return true;
         take_.simulate();
-        const double next = take_.getTime() + step;
+        const double next = frames_.getTime(++frame_);
         if (!(next > take_.getTime())) // a time so large that a frame doesn't count any more
             break;
         take_.setTime(next);

@@ -1,6 +1,8 @@
 // Runs a take from its stored input, as fast as the machine allows.
 #pragma once
 
+#include "recording/frame_times.h"
+
 namespace MVR {
 
 class AdaptorInterface;
@@ -29,6 +31,8 @@ private:
     FrameClock& clock_;
     AdaptorInterface& host_;
     const double savedSlowness_;
+    const FrameTimes frames_;
+    double frame_;
     float progress_ = 0.0F;
 };
 

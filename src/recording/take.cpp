@@ -25,6 +25,7 @@ void Take::begin() {
     InstanceManager& tree = services_.getTree();
     std::vector<PluginInstance*> tools = tree.sortForRecording(tree.getInstances(true));
     const std::vector<CInterface*> interfaces(tools.begin(), tools.end());
+    toolDevices_.insert(tools.begin(), tools.end());
     tools_.assign(std::move(tools)); // before the host is told, which may delete some
     host().recordingStarted(interfaces);
     if (!isRecording()) // the host stopped it
@@ -34,7 +35,12 @@ void Take::begin() {
     devices_ = UniDevice::DeviceHandler::instance();
     devices_->activate();
     entry.write("initalizing plugins");
-    tools_.forEach([this](PluginInstance& tool) { tool.prepareRecording(start_, source_); });
+    const auto isInTake = [this](const UniDevice::Device& device) {
+        return toolDevices_.count(&device) > 0;
+    };
+    tools_.forEach([this, &isInTake](PluginInstance& tool) {
+        tool.prepareRecording(start_, source_, isInTake);
+    });
 }
 
 void Take::quietLog() {
@@ -47,8 +53,14 @@ void Take::restoreLog() const {
 }
 
 void Take::simulate() {
+    const double time = time_;
+    if (source_ == TakeSource::Stored)
+        tools_.forEach([time](PluginInstance& tool) { tool.playInput(time); });
+    services_.getTree().orderDevices();
     devices_->update();
-    tools_.forEach([time = time_](PluginInstance& tool) { tool.step(time); });
+    tools_.forEach([time](PluginInstance& tool) { tool.holdInput(time); });
+    tools_.forEach([time](PluginInstance& tool) { tool.step(time); });
+    tools_.forEach([](PluginInstance& tool) { tool.releaseInput(); });
 }
 
 void Take::requestStop() {
@@ -76,7 +88,10 @@ void Take::close() {
 }
 
 void Take::drop(PluginInstance* tool, bool finish) {
-    if (tools_.drop(tool) && finish)
+    if (!tools_.drop(tool))
+        return;
+    toolDevices_.erase(tool);
+    if (finish)
         tool->finishRecording(time_);
 }
 

@@ -5,9 +5,11 @@
 #include "recording/values/take_source.h"
 
 #include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 namespace UniDevice {
+class Device;
 class DeviceHandler;
 }
 
@@ -61,7 +63,8 @@ public:
     /// Keeps the log down to errors until restoreLog(), so that no frame writes to it.
     void quietLog();
     void restoreLog() const;
-    /// Simulates one frame: polls the devices, then steps each tool.
+    /// Simulates one frame: puts stored input in place, polls the devices, those of the tools last,
+    /// holds each tool's input, and steps each tool.
     void simulate();
     /// Makes the take end after the present frame.
     void requestStop();
@@ -83,6 +86,7 @@ private:
     const TakeSource source_;
     State state_ = State::Running;
     RunningTools tools_;
+    std::unordered_set<const UniDevice::Device*> toolDevices_; // of those
     UniDevice::DeviceHandler* devices_ = nullptr; // null unless they are active for this take
     double start_;
     double end_;

@@ -48,8 +48,12 @@ Control* DeviceHandler::findControl(const MVR::Tag& tag) const {
 
 bool DeviceHandler::update() {
     MVR::Util::checkHostThread();
+    Driver* const last = findDriver("dummydriver");
     for (Driver* driver : drivers)
-        driver->update();
+        if (driver != last)
+            driver->update();
+    if (last != nullptr)
+        last->update();
     return true;
 }
 

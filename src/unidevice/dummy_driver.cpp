@@ -5,10 +5,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <unordered_set>
 
 namespace UniDevice {
 
-DummyDriver::DummyDriver() : Driver("dummydriver") {}
+DummyDriver::DummyDriver() : Driver(kName) {}
 
 DummyDriver::~DummyDriver() {
     // Including those that no handler lists.
@@ -42,7 +44,19 @@ Control* DummyDriver::detectControl(const std::vector<Control*>* excluded) {
 
 bool DummyDriver::addDevice(Device* device) {
     devices.push_back(device);
+    isOrdered_ = false;
     return true;
+}
+
+void DummyDriver::pollLast(const std::vector<Device*>& last) {
+    isOrdered_ = true;
+    const std::unordered_set<Device*> joined(devices.begin(), devices.end());
+    const std::unordered_set<Device*> moved(last.begin(), last.end());
+    devices.erase(std::remove_if(devices.begin(), devices.end(),
+                                 [&moved](Device* each) { return moved.count(each) > 0; }),
+                  devices.end());
+    std::copy_if(last.begin(), last.end(), std::back_inserter(devices),
+                 [&joined](Device* each) { return joined.count(each) > 0; });
 }
 
 bool DummyDriver::removeDevice(Device* device) {

@@ -12,6 +12,8 @@ namespace UniDevice {
 /// name "dummydriver".
 class DummyDriver : public Driver {
 public:
+    static constexpr const char* kName = "dummydriver";
+
     DummyDriver();
     ~DummyDriver() override;
 
@@ -25,9 +27,15 @@ public:
     bool activate() override;
     bool deactivate() override;
 
+    /// Polls the devices of `last` after all others, in this order, until a device joins.
+    void pollLast(const std::vector<Device*>& last);
+    /// Returns true until a device joins after pollLast().
+    [[nodiscard]] bool isOrdered() const { return isOrdered_; }
+
     std::deque<Device*> devices; ///< not owned
 
 private:
+    bool isOrdered_ = false;
     std::size_t lastPlace_ = 0; // index of the device that left last
 };
 

@@ -41,9 +41,12 @@ void Property::controlRemoved(Control* removed) {
 }
 
 double Property::getValue() const {
-    const double x = control ? control->getValue() : 0.0;
-    const double s = x < 0.0 ? -1.0 : 1.0;
-    double y = std::abs(x) - deadzone;
+    return map(control ? control->getValue() : 0.0);
+}
+
+double Property::map(double raw) const {
+    const double s = raw < 0.0 ? -1.0 : 1.0;
+    double y = std::abs(raw) - deadzone;
     if (y < 0.0)
         y = 0.0;
     y = y / (1.0 - deadzone);

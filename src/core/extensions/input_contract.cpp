@@ -58,6 +58,7 @@ std::int32_t InputContract::setListening(bool isListening) {
 std::int32_t InputContract::update() {
     if (const std::int32_t code = refuseDuringTake(services_); code != 0)
         return code;
+    services_.getTree().orderDevices();
     DeviceHandler::instance()->update();
     return 0;
 }

@@ -44,11 +44,13 @@ void ToolListChanges::UndoPart::finish() {
         return;
     lastPass_ = parts_->pass;
     ++parts_->finished;
+    ++parts_->changes.revision_;
     const std::shared_ptr<UndoParts> parts = parts_; // a listener may clear the undo list
     parts->check();
 }
 
 void ToolListChanges::note() {
+    ++revision_;
     if (depth_ > 0)
         isChanged_ = true;
     else

@@ -52,6 +52,9 @@ public:
 
     /// Called when the list changed.
     void note();
+    /// Returns a number that grows with each change, also with those that no message has told of
+    /// yet.
+    [[nodiscard]] std::uint64_t getRevision() const { return revision_; }
     /// The attachment ends: no more messages are sent.
     void silence() { isSilent_ = true; }
 
@@ -62,6 +65,7 @@ private:
     void tell();
 
     CoreServices& services_;
+    std::uint64_t revision_ = 0;
     std::int32_t depth_ = 0;
     bool isChanged_ = false;
     bool isSilent_ = false;

@@ -43,7 +43,8 @@ public:
     /// Returns the control that a saved binding names, or null. A device may create it on demand.
     [[nodiscard]] Control* findControl(const MVR::Tag& tag) const;
 
-    /// Polls all drivers in order, once per simulated frame. Always returns true.
+    /// Polls all drivers in order, once per simulated frame; the core's own, "dummydriver", last.
+    /// Always returns true.
     bool update();
 
     /// Calls all drivers, also after a failure. Returns false if any of them did.

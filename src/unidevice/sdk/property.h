@@ -60,6 +60,9 @@ public:
     /// Leaves its control.
     virtual ~Property();
 
+    /// Returns what the mapping makes of `raw`, a value of a control.
+    [[nodiscard]] double map(double raw) const;
+
     /// Leaves the present control and joins `newControl`, which stays its device's. Null only
     /// leaves and returns `kUnbound`. Otherwise returns the kinds that both have in common; if that
     /// is 0 they don't match, but the binding is made all the same.

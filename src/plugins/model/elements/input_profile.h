@@ -1,18 +1,16 @@
 #pragma once
 
-#include "core/base/error_codes.h"
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/model/elements/element.h"
-#include "plugins/model/model_place.h"
 #include "plugins/save_mask.h"
-
-#include <string>
 
 namespace MVR {
 
-/// The bindings of the tool's input properties.
+/// The bindings of the tool's input properties. A binding to a tool names it as the data does:
+/// among the tools that are made together, that finds the one that comes from there, whatever its
+/// name is now.
 struct InputProfileElement {
     static constexpr const char* kWord = ModelWord::kInputProfile;
 
@@ -20,12 +18,7 @@ struct InputProfileElement {
         const bool isExact = (tool.mask & SaveMask::kExact) != 0;
         out.addChild(Tag::element(kWord)).addChild(tool.instance.getInputProfile("", isExact));
     }
-    static void load(ToolLoading& tool, const Tag& data) {
-        const std::int32_t missing = tool.instance.applyInputProfile(data.child(kWord).child(0));
-        if (missing > 0 && missing != PluginInstance::kNoProfile)
-            tool.place.log(kWord, "controls that aren't there: " + std::to_string(missing),
-                           reportCode(Codes::kControlsMissing));
-    }
+    static void load(ToolLoading& tool, const Tag& data);
 };
 
 } // namespace MVR

@@ -1,0 +1,31 @@
+#include "instance/held_property.h"
+
+#include "unidevice/sdk/control.h"
+
+#include <cmath>
+#include <utility>
+
+namespace MVR {
+
+double HeldProperty::getRaw() const {
+    if (isHeld_)
+        return good_;
+    const double value = control != nullptr ? control->getValue() : 0.0;
+    if (std::isfinite(value))
+        good_ = value;
+    else
+        wasBad_ = true;
+    return good_;
+}
+
+void HeldProperty::hold() {
+    isHeld_ = false;
+    (void)getRaw();
+    isHeld_ = true;
+}
+
+bool HeldProperty::wasBad() {
+    return std::exchange(wasBad_, false);
+}
+
+} // namespace MVR

@@ -105,7 +105,7 @@ TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
         {record + "--tool 'Tracked Object' --name ' '", 1, "--name must not be blank"},
         {record + "--tool 'Tracked Object' --out one --scene ./one", 1, "would be written twice"},
         {STAGE " model save a.scene ./a.scene", 1, "is read here"},
-        {STAGE " tools --plugins .", 2, "no tools in"},
+        {STAGE " tools --documents . --plugins .", 2, "no tools in"},
         {STAGE " devices --data .", 2, "no devices"},
     };
     for (const auto& failure : cases) {
@@ -143,11 +143,16 @@ TEST_F(CommandTest, ToolsAndDevicesAreListed) {
                                             name,
                                         folder.path + "plugins/" + name);
     }
-    ASSERT_EQ(run(STAGE " tools --plugins plugins"), 0) << read("stderr");
-    EXPECT_EQ(read("stdout").rfind("Free Camera 0.1.0\n  A camera that is flown", 0), 0U)
-        << read("stdout");
-    EXPECT_NE(read("stdout").find("Tracked Object 0.1.0"), std::string::npos);
-    EXPECT_NE(read("stderr").find("a_text.so can't be loaded"), std::string::npos);
+    ASSERT_EQ(run(STAGE " tools --documents . --plugins plugins"), 0) << read("stderr");
+    EXPECT_EQ(read("stdout"),
+              "Free Camera 0.1.0\n  A camera that is flown by velocities, and zooms\n"
+              "  category Cameras;Examples, by Mirvane\n  " +
+                  folder.path +
+                  "plugins/free_camera.so\n"
+                  "Tracked Object 0.1.0\n  An object that follows a tracking device\n"
+                  "  category Objects;Examples, by Mirvane\n  " +
+                  folder.path + "plugins/tracked_object.so\n");
+    EXPECT_NE(read("stderr").find("plugins/a_text.so: it can't be loaded: "), std::string::npos);
 
     ASSERT_EQ(run(SENDER " --quiet --loop --port " + port +
                   " & sender=$!; " STAGE

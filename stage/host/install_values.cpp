@@ -36,10 +36,6 @@ std::string documentsFolder() {
 
 } // namespace
 
-std::string driverFolder(const InstallValues& values, const std::string& corePath) {
-    return orBeside(values.data, corePath, "data") + "/unidevice";
-}
-
 InstallValuesFile::~InstallValuesFile() {
     if (!path_.empty())
         MVR::Platform::deleteFile(path_);

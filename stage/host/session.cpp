@@ -47,8 +47,9 @@ bool Session::open(const InstallValues& values, std::string& error) {
     }
     tree_ = MVR::getTools(*core_);
     models_ = MVR::getModels(*core_);
+    inputs_ = MVR::getInputs(*core_);
     faults_ = MVR::getFaults(*core_);
-    if (tree_ == nullptr || models_ == nullptr || faults_ == nullptr) {
+    if (tree_ == nullptr || models_ == nullptr || inputs_ == nullptr || faults_ == nullptr) {
         error = "the core at " + path + " is older than this stage";
         close();
         return false;
@@ -136,6 +137,15 @@ bool Session::checkBindings(const PlacedTool& tool, std::string& error) const {
         }
     }
     return true;
+}
+
+std::vector<std::string> Session::listDriverFaults() {
+    std::vector<std::string> lines;
+    for (const MVR::CoreDriver& driver : inputs_->listDrivers())
+        if (!driver.fault.empty())
+            lines.push_back((driver.name.empty() ? driver.library : driver.name) + ": " +
+                            driver.fault);
+    return lines;
 }
 
 std::vector<ToolProperty> Session::findProperties(const Setting& setting) const {

@@ -76,6 +76,10 @@ public:
     [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
     [[nodiscard]] MVR::CoreModels& getModels() { return *models_; }
     [[nodiscard]] MVR::CoreTools& getTree() const { return *tree_; }
+    [[nodiscard]] MVR::CoreInputs& getInputs() { return *inputs_; }
+    /// Returns a line for each driver that doesn't work now, and each driver library that was
+    /// refused.
+    [[nodiscard]] std::vector<std::string> listDriverFaults();
     /// Returns what the last load, save or creation could not do.
     [[nodiscard]] std::vector<MVR::CoreFault> getFaults() { return faults_->list(); }
     /// Runs what is due in the core; see CoreLibrary::pump().
@@ -94,6 +98,7 @@ private:
     MVR::CoreInterface* core_ = nullptr;
     MVR::CoreTools* tree_ = nullptr;
     MVR::CoreModels* models_ = nullptr;
+    MVR::CoreInputs* inputs_ = nullptr;
     MVR::CoreFaults* faults_ = nullptr;
     std::vector<std::unique_ptr<PlacedTool>> tools_;
 };

@@ -46,7 +46,7 @@ TEST(ContractTest, TheOperationsOfTheExtensionsHaveTheirPositions) {
                 &CoreTools::getSelected, &CoreTools::getBindings, &CoreTools::setBindings,
                 &CoreTools::getExactConfiguration, &CoreTools::listInputs, &CoreTools::setMapping);
     expectSlots("inputs", 0, &CoreInputs::getVersion, &CoreInputs::list, &CoreInputs::setListening,
-                &CoreInputs::update);
+                &CoreInputs::update, &CoreInputs::listDrivers);
     expectSlots("faults", 0, &CoreFaults::getVersion, &CoreFaults::list, &CoreFaults::tell);
 }
 

@@ -133,6 +133,10 @@ TEST_F(ToolInputTest, InputsShowTheValuesOfTheLastPoll) {
     EXPECT_EQ(device.driver, "dummydriver");
     EXPECT_FALSE(device.isTool);
     EXPECT_TRUE(find("a").isTool);
+    EXPECT_TRUE(find("Keyboard").isBuiltIn && find("TrinaryEmulator").isBuiltIn);
+    EXPECT_FALSE(device.isBuiltIn || find("a").isBuiltIn);
+    ASSERT_EQ(inputs->listDrivers().size(), 1U);
+    EXPECT_EQ(inputs->listDrivers()[0].name + inputs->listDrivers()[0].library, "dummydriver");
 
     EXPECT_EQ(inputs->setListening(true), 0);
     EXPECT_EQ(inputs->update(), 0);

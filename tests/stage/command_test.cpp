@@ -106,7 +106,7 @@ TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
         {record + "--tool 'Tracked Object' --out one --scene ./one", 1, "would be written twice"},
         {STAGE " model save a.scene ./a.scene", 1, "is read here"},
         {STAGE " tools --documents . --plugins .", 2, "no tools in"},
-        {STAGE " devices --data .", 2, "no devices"},
+        {STAGE " devices --documents . --data .", 2, "no devices"},
     };
     for (const auto& failure : cases) {
         expectFailure(failure.command, failure.code, failure.words);
@@ -154,12 +154,24 @@ TEST_F(CommandTest, ToolsAndDevicesAreListed) {
                   folder.path + "plugins/tracked_object.so\n");
     EXPECT_NE(read("stderr").find("plugins/a_text.so: it can't be loaded: "), std::string::npos);
 
-    ASSERT_EQ(run(SENDER " --quiet --loop --port " + port +
-                  " & sender=$!; " STAGE
-                  " devices --seconds 2; code=$?; kill $sender; wait $sender; exit $code"),
-              0)
+    ASSERT_EQ(
+        run(SENDER " --quiet --loop --port " + port +
+            " & sender=$!; " STAGE
+            " devices --documents . --seconds 2; code=$?; kill $sender; wait $sender; exit $code"),
+        0)
         << read("stderr");
+    EXPECT_EQ(read("stdout").rfind("OSC: ", 0), 0U) << "no keyboard\n" << read("stdout");
     EXPECT_NE(read("stdout").find("OSC:/camera/position:0"), std::string::npos) << read("stdout");
+    EXPECT_EQ(read("stderr"), "");
+
+    folder.add("osc.xml", "<osc><port>many</port></osc>");
+    for (const char* command : {" devices --documents . --seconds 0",
+                                " record --documents . --tool 'Tracked Object' --countdown 0 "
+                                "--seconds 0.1"}) {
+        EXPECT_EQ(run(std::string(STAGE) + command), 0);
+        EXPECT_EQ(read("stderr").rfind("mirvane-stage: OSC: port is not a number", 0), 0U)
+            << read("stderr");
+    }
 }
 
 } // namespace

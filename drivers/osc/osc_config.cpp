@@ -1,6 +1,5 @@
 #include "osc_config.h"
 
-#include "core/base/sdk/log.h"
 #include "data/sdk/tag.h"
 #include "machine.h"
 
@@ -24,19 +23,17 @@ OscConfig loadOscConfig(const std::string& path) {
     if (code == MVR::Tag::kNotOpened)
         return config;
     if (code != 0 || !file.hasName("osc")) {
-        MVR::Log(MVR::Log::Error).write("OSC: not a configuration, ignored: " + path);
+        config.fault = "not a configuration, ignored: " + path;
         return config;
     }
     if (const std::string& address = file.child("address").value(); !address.empty())
         config.address = address;
     if (const MVR::Tag& port = file.child("port"); !port.isEmpty()) {
         std::int32_t number = 0;
-        if (port.child(0).as(number) && number > 0 && number <= kLargestPort) {
+        if (port.child(0).as(number) && number > 0 && number <= kLargestPort)
             config.port = number;
-        } else {
-            MVR::Log(MVR::Log::Error)
-                .write("OSC: port is not a number from 1 to 65535, ignored: " + path);
-        }
+        else
+            config.fault = "port is not a number from 1 to 65535, ignored: " + path;
     }
     return config;
 }

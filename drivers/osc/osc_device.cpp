@@ -20,8 +20,9 @@ OscControl::OscControl(UniDevice::Device* owner, std::string_view address, std::
     description = type + " " + std::to_string(argument);
 }
 
-OscDevice::OscDevice(OscConfig config)
-    : Device(true), config_(std::move(config)), datagram_(new char[kDatagramBytes]) {
+OscDevice::OscDevice(OscConfig config, TellFault tellFault)
+    : Device(true), config_(std::move(config)), tellFault_(std::move(tellFault)),
+      datagram_(new char[kDatagramBytes]) {
     name = "OSC";
     open();
 }
@@ -29,10 +30,21 @@ OscDevice::OscDevice(OscConfig config)
 void OscDevice::open() {
     const std::string place = config_.address + " port " + std::to_string(config_.port);
     std::string error;
-    if (socket_.open(config_.address, config_.port, error))
+    if (socket_.open(config_.address, config_.port, error)) {
+        portFault_.clear();
         MVR::Log(MVR::Log::Notice).write("OSC: listening on " + place);
-    else
-        MVR::Log(MVR::Log::Error).write("OSC: unable to listen on " + place + ": " + error);
+    } else {
+        portFault_ = "unable to listen on " + place + ": " + error;
+    }
+    tellFaults();
+}
+
+void OscDevice::tellFaults() const {
+    std::string all = config_.fault;
+    for (const std::string* fault : {&portFault_, &fullFault_})
+        if (!fault->empty())
+            all += (all.empty() ? "" : "; ") + *fault;
+    tellFault_(all);
 }
 
 std::int32_t OscDevice::controlCount() const {
@@ -88,9 +100,9 @@ OscControl* OscDevice::findOrMake(std::string_view address, std::int32_t argumen
     if (OscControl* existing = find(address, argument))
         return existing;
     if (controlCount() >= limit) {
-        if (!std::exchange(fullLogged_, true)) {
-            MVR::Log(MVR::Log::Error)
-                .write("OSC: too many controls, dropped from here on: " + std::string(address));
+        if (fullFault_.empty()) {
+            fullFault_ = "too many controls, dropped from here on: " + std::string(address);
+            tellFaults();
         }
         return nullptr;
     }

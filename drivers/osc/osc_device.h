@@ -8,6 +8,7 @@
 #include "unidevice/sdk/device.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -35,9 +36,12 @@ public:
 /// The device "OSC": the values that arrive on one UDP port.
 class OscDevice : public UniDevice::Device {
 public:
-    /// Opens the port. If that fails, a line in the log tells why, and the device has only the
+    /// Tells what doesn't work now; "" for nothing.
+    using TellFault = std::function<void(const std::string& fault)>;
+
+    /// Opens the port. If that fails, `tellFault` gets the reason, and the device has only the
     /// controls that bindings name.
-    explicit OscDevice(OscConfig config);
+    OscDevice(OscConfig config, TellFault tellFault);
 
     [[nodiscard]] std::int32_t controlCount() const override;
     [[nodiscard]] UniDevice::Control* control(std::int32_t index) override;
@@ -66,17 +70,20 @@ public:
 
 private:
     void open();
+    void tellFaults() const;
     void drain();
     void store(const OscValue& value);
     OscControl* find(std::string_view address, std::int32_t argument) const;
     OscControl* findOrMake(std::string_view address, std::int32_t argument, std::int32_t limit);
 
     OscConfig config_;
+    TellFault tellFault_;
+    std::string portFault_; ///< why the port isn't open; "" while it is
+    std::string fullFault_; ///< which control had no room first; "" for none
     UdpSocket socket_;
     std::vector<std::unique_ptr<OscControl>> controls_; ///< in order of creation
     std::map<std::string, std::vector<OscControl*>, std::less<>> byAddress_; ///< by argument
     std::vector<OscValue> values_;     ///< of the packet that is being read
     std::unique_ptr<char[]> datagram_; ///< room for the largest
     std::uint64_t updateNumber_ = 0;
-    bool fullLogged_ = false;
 };

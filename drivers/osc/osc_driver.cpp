@@ -6,6 +6,7 @@
 #include "core/base/sdk/export.h"
 #include "core/base/sdk/log.h"
 #include "unidevice/sdk/device_handler.h"
+#include "unidevice/sdk/driver_faults.h"
 #include "unidevice/sdk/driver_load_info.h"
 
 OscDriver::~OscDriver() {
@@ -64,6 +65,9 @@ MVR_EXPORT void loadDevices(UniDevice::DeviceHandler* handler,
     MVR::Log::adopt(info->log);
     // The handler owns both from here on and destroys them.
     auto* driver = new OscDriver;
-    auto* device = new OscDevice(loadOscConfig(oscConfigPath()));
+    auto* device = new OscDevice(loadOscConfig(oscConfigPath()),
+                                 [driver, faults = info->faults](const std::string& fault) {
+                                     faults->setFault(driver, fault);
+                                 });
     device->setDriver(driver);
 }

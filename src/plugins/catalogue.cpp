@@ -112,11 +112,21 @@ Tag Catalogue::describe() const {
         addText(entry, CatalogueWord::kAbout, each->getAbout());
         for (const std::string& category : each->getCategories())
             addText(entry, CatalogueWord::kCategory, category);
-        if (each->getPlugin() != nullptr)
-            addText(entry, CatalogueWord::kType, each->getPlugin()->getName());
+        if (const Plugin* const plugin = each->getPlugin()) {
+            addText(entry, CatalogueWord::kType, plugin->getName());
+            addText(entry, CatalogueWord::kDescription, plugin->getDescriptor()->getDescription());
+            addText(entry, CatalogueWord::kAuthor, plugin->getDescriptor()->getAuthor());
+            if (const Library& library = plugin->getLibrary(); library.getModule() != nullptr)
+                addText(entry, CatalogueWord::kLibrary, Platform::foldPath(library.getPath()));
+        }
         addText(entry, CatalogueWord::kFile, each->getFile());
         for (const Entry* required : each->getRequired())
             addText(entry, CatalogueWord::kRequired, required->getName());
+    }
+    for (const LibraryManager::Refused& each : LibraryManager::instance()->getRefused()) {
+        Tag& refused = catalogue.addChild(Tag::element(CatalogueWord::kRefused));
+        addText(refused, CatalogueWord::kFile, Platform::foldPath(each.path));
+        addText(refused, CatalogueWord::kText, each.text);
     }
     return catalogue;
 }

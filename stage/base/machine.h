@@ -3,7 +3,6 @@
 #include "platform/libraries.h"
 
 #include <string>
-#include <utility>
 
 /// What the stage needs of the machine beyond the standard library and the SDK.
 namespace Stage {
@@ -15,12 +14,8 @@ bool isTerminal(int stream);
 class SharedLibrary {
 public:
     SharedLibrary() = default;
-    SharedLibrary(SharedLibrary&& other) noexcept
-        : handle_(std::exchange(other.handle_, nullptr)) {}
-    SharedLibrary& operator=(SharedLibrary&& other) noexcept {
-        std::swap(handle_, other.handle_);
-        return *this;
-    }
+    SharedLibrary(const SharedLibrary&) = delete;
+    SharedLibrary& operator=(const SharedLibrary&) = delete;
     ~SharedLibrary() { free(); }
 
     /// Returns false, with the system's message in `error`, if it can't be loaded.

@@ -4,6 +4,7 @@
 #include "platform/sdk/files.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
+#include "stage/commands/scene_opening.h"
 #include "stage/host/session.h"
 #include "stage/rig/model_text.h"
 
@@ -66,17 +67,14 @@ void print(const MVR::Tag& entry) {
 } // namespace
 
 ExitCode modelListCommand(const std::vector<std::string>& words) {
-    InstallValues values;
-    if (const auto code = readCommand(words, withCommonOptions({}), listHelp(), values))
-        return *code;
     Session session;
-    std::string error;
-    if (!session.open(values, error))
-        return fail(ExitCode::CoreOrToolMissing, error);
+    if (const auto code = openSession(words, listHelp(), session))
+        return *code;
     const MVR::Tag catalogue = session.getModels().getCatalogue();
-    for (std::int32_t i = 0; i < catalogue.childCount(); ++i)
-        print(catalogue.child(i));
-    if (catalogue.childCount() == 0)
+    const std::int32_t count = catalogue.childCount(MVR::CatalogueWord::kEntry);
+    for (std::int32_t i = 0; i < count; ++i)
+        print(catalogue.child(MVR::CatalogueWord::kEntry, i));
+    if (count == 0)
         return fail(ExitCode::CoreOrToolMissing, "there are neither tools nor models");
     return ExitCode::Ok;
 }

@@ -15,8 +15,10 @@
 #include "stage/takes/resimulation.h"
 #include "stage/takes/take.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace Stage {
 
@@ -40,6 +42,7 @@ private:
     ExitCode resimulateAll();
     ExitCode writePass(const Pass& pass) const;
     ExitCode saveScene();
+    void tellDriverFaults();
     std::vector<const StageNode*> nodesToWrite() const;
 
     const RecordOptions& options_;
@@ -48,6 +51,7 @@ private:
     CurveCopy take_;
     Report report_;
     std::string inputTable_;
+    std::vector<std::string> toldFaults_; // of drivers
 };
 
 /// Checks that the results can be written, before the take is played.
@@ -133,6 +137,16 @@ ExitCode RecordRun::saveScene() {
                                                      : fail(ExitCode::OutputNotWritten, error);
 }
 
+/// Tells what is wrong with the drivers, each line once: a driver may learn of it during the take.
+void RecordRun::tellDriverFaults() {
+    for (const std::string& line : session_.listDriverFaults()) {
+        if (std::find(toldFaults_.begin(), toldFaults_.end(), line) != toldFaults_.end())
+            continue;
+        complain(line);
+        toldFaults_.push_back(line);
+    }
+}
+
 ExitCode RecordRun::recordTake() {
     session_.timeline.setRate(options_.rate);
     session_.timeline.setRange(options_.start, options_.end);
@@ -206,12 +220,14 @@ ExitCode RecordRun::run() {
     std::string error;
     if (!session_.open(options_.install, error))
         return fail(ExitCode::CoreOrToolMissing, error);
+    tellDriverFaults();
     const ExitCode opened = openScene();
     code = opened == ExitCode::Ok || opened == ExitCode::Incomplete ? placeTools() : opened;
     if (code != ExitCode::Ok)
         return code;
     catchStopRequests();
     const ExitCode take = recordTake();
+    tellDriverFaults();
     if (take == ExitCode::CoreOrToolMissing)
         return take;
     if (report_.take.isCutShort && report_.take.frames == 0)

@@ -4,6 +4,7 @@
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
+#include "stage/host/core_code.h"
 #include "stage/host/session.h"
 #include "stage/takes/report.h"
 #include "stage/takes/resimulation.h"
@@ -96,8 +97,14 @@ ExitCode change(Session& session, const std::vector<Setting>& settings) {
             return fail(ExitCode::BadBinding,
                         "no tool has the property that \"" + setting.toText() + "\" is to change");
         }
-        for (UniDevice::Property* property : properties)
-            apply(setting, *property);
+        for (const ToolProperty& place : properties) {
+            const std::int32_t code =
+                session.getTree().setMapping(place.tool, toMapping(setting, place.property));
+            if (code != 0) {
+                return fail(ExitCode::BadBinding, "the core can't change " + setting.toText() +
+                                                      ": " + describeCode(code));
+            }
+        }
     }
     return ExitCode::Ok;
 }

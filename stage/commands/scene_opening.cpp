@@ -2,6 +2,7 @@
 
 #include "core/base/sdk/error_code.h"
 #include "core/contract/core_faults.h"
+#include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/host/session.h"
 
@@ -27,6 +28,17 @@ bool isGrave(const MVR::CoreFault& fault) {
 
 void tellFault(const std::string& path, const MVR::CoreFault& fault) {
     complain(fault.tool.empty() ? toText(fault) : path + ": " + toText(fault));
+}
+
+std::optional<ExitCode> openSession(const std::vector<std::string>& words, const std::string& help,
+                                    Session& session) {
+    InstallValues values;
+    if (const auto code = readCommand(words, withCommonOptions({}), help, values))
+        return code;
+    std::string error;
+    if (!session.open(values, error))
+        return fail(ExitCode::CoreOrToolMissing, error);
+    return std::nullopt;
 }
 
 ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& opening) {

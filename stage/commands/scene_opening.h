@@ -2,7 +2,9 @@
 
 #include "stage/base/options.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace MVR {
 struct CoreFault;
@@ -32,5 +34,10 @@ struct SceneOpening {
 
 /// Prints a line on the error stream for a fault of the core in the file `path`.
 void tellFault(const std::string& path, const MVR::CoreFault& fault);
+
+/// Reads the words of a command that has the common options alone, and opens the session. Returns
+/// the code to end with, or nothing if the command is to run.
+std::optional<ExitCode> openSession(const std::vector<std::string>& words, const std::string& help,
+                                    Session& session);
 
 } // namespace Stage

@@ -1,9 +1,12 @@
 #include "stage/commands/tools.h"
 
+#include "core/contract/catalogue_words.h"
 #include "stage/commands/commands.h"
-#include "stage/host/core_library.h"
-#include "stage/host/tool_catalog.h"
+#include "stage/commands/outputs.h"
+#include "stage/commands/scene_opening.h"
+#include "stage/host/session.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -16,39 +19,43 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::C
 std::string help() {
     return "usage: mirvane-stage tools [OPTIONS]\n\n"
            "Lists the tools of the tool libraries: name, version, what it does, category, author,\n"
-           "library. The error stream reports each library that the core would refuse.\n\n" +
+           "library. The error stream reports each library that the core refuses.\n\n" +
            describe(withCommonOptions({})) + "\nexit codes\n" + describe(kCodes);
 }
 
-void print(const ToolEntry& tool) {
-    std::printf("%s %s\n  %s\n  category %s", tool.name.c_str(), tool.version.c_str(),
-                tool.description.c_str(), tool.category.c_str());
-    if (!tool.author.empty())
-        std::printf(", by %s", tool.author.c_str());
-    std::printf("\n  %s\n", tool.library.c_str());
+void print(const MVR::Tag& tool) {
+    namespace Word = MVR::CatalogueWord;
+    std::string categories;
+    for (std::int32_t i = 0; i < tool.childCount(Word::kCategory); ++i)
+        categories += (i > 0 ? ";" : "") + tool.child(Word::kCategory, i).value();
+    std::string text = tool.child(Word::kName).value() + " " + tool.child(Word::kVersion).value() +
+                       "\n  " + tool.child(Word::kDescription).value() + "\n  category " +
+                       categories;
+    if (const std::string& author = tool.child(Word::kAuthor).value(); !author.empty())
+        text += ", by " + author;
+    std::printf("%s\n  %s\n", text.c_str(), tool.child(Word::kLibrary).value().c_str());
 }
 
 } // namespace
 
 ExitCode toolsCommand(const std::vector<std::string>& words) {
-    InstallValues values;
-    if (const auto code = readCommand(words, withCommonOptions({}), help(), values))
+    Session session;
+    if (const auto code = openSession(words, help(), session))
         return *code;
-    const std::string core = findCore(values.core);
-    if (core.empty() && values.plugins.empty()) {
-        complain("there is no core library; name it with --core, or the folder of the tools with "
-                 "--plugins");
-        return ExitCode::CoreOrToolMissing;
+    namespace Word = MVR::CatalogueWord;
+    const MVR::Tag catalogue = session.getModels().getCatalogue();
+    bool isEmpty = true;
+    for (std::int32_t i = 0; i < catalogue.childCount(); ++i) {
+        const MVR::Tag& each = catalogue.child(i);
+        if (each.hasName(Word::kRefused)) {
+            complain(each.child(Word::kFile).value() + ": " + each.child(Word::kText).value());
+        } else if (each.childCount(Word::kType) > 0) {
+            print(each);
+            isEmpty = false;
+        }
     }
-    const ToolCatalog catalog = listTools(toolFolder(values, core));
-    for (const ToolEntry& tool : catalog.tools)
-        print(tool);
-    for (const std::string& fault : catalog.faults)
-        complain(fault);
-    if (catalog.tools.empty()) {
-        complain("no tools in " + toolFolder(values, core));
-        return ExitCode::CoreOrToolMissing;
-    }
+    if (isEmpty)
+        return fail(ExitCode::CoreOrToolMissing, "no tools in the folder of tools (--plugins)");
     return ExitCode::Ok;
 }
 

@@ -36,14 +36,6 @@ std::string documentsFolder() {
 
 } // namespace
 
-std::string toolFolder(const InstallValues& values, const std::string& corePath) {
-    return orBeside(values.plugins, corePath, "plugins");
-}
-
-std::string driverFolder(const InstallValues& values, const std::string& corePath) {
-    return orBeside(values.data, corePath, "data") + "/unidevice";
-}
-
 InstallValuesFile::~InstallValuesFile() {
     if (!path_.empty())
         MVR::Platform::deleteFile(path_);
@@ -55,11 +47,12 @@ bool InstallValuesFile::write(const InstallValues& values, const std::string& co
         return true;
     const std::string documents =
         values.documents.empty() ? documentsFolder() : absolute(values.documents);
-    const std::string text =
-        std::string("[") + MVR::Platform::kInstallKey + "]\npath=" + folderOf(corePath) +
-        "\ndatapath=" + orBeside(values.data, corePath, "data") +
-        "\npluginpath=" + toolFolder(values, corePath) + "\ndocpath=" + folderOf(corePath) +
-        "/doc\n[" + MVR::Platform::kShellFoldersKey + "]\nPersonal=" + documents + "\n";
+    const std::string text = std::string("[") + MVR::Platform::kInstallKey +
+                             "]\npath=" + folderOf(corePath) +
+                             "\ndatapath=" + orBeside(values.data, corePath, "data") +
+                             "\npluginpath=" + orBeside(values.plugins, corePath, "plugins") +
+                             "\ndocpath=" + folderOf(corePath) + "/doc\n[" +
+                             MVR::Platform::kShellFoldersKey + "]\nPersonal=" + documents + "\n";
     std::error_code fault;
     const std::filesystem::path folder = std::filesystem::temp_directory_path(fault);
     const std::string path =

@@ -12,11 +12,6 @@ struct InstallValues {
     std::string documents; ///< the user's documents: settings, profiles, the log
 };
 
-/// Return the folders of the tool libraries and of the drivers that belong to the core at
-/// `corePath`.
-std::string toolFolder(const InstallValues& values, const std::string& corePath);
-std::string driverFolder(const InstallValues& values, const std::string& corePath);
-
 /// Tells the core, before it is loaded, where the folders are: by a registry file for this process
 /// alone, which this object deletes at its end. Does nothing if all folders are the usual ones.
 class InstallValuesFile {

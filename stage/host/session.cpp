@@ -2,7 +2,7 @@
 
 #include "core/contract/setting_ids.h"
 #include "plugins/contract/c_interface.h"
-#include "unidevice/sdk/property.h"
+#include "plugins/contract/tool_identity.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,6 +17,13 @@ std::string describe(const Binding& binding) {
         text += "#" + std::to_string(binding.deviceIndex);
     return text + ":" + binding.type + ":" + std::to_string(binding.index) +
            ": there is no such control (mirvane-stage devices lists what there is)";
+}
+
+const MVR::CoreToolInput* find(const std::vector<MVR::CoreToolInput>& inputs,
+                               const std::string& name) {
+    const auto found = std::find_if(inputs.begin(), inputs.end(),
+                                    [&name](const auto& input) { return input.name == name; });
+    return found != inputs.end() ? &*found : nullptr;
 }
 
 } // namespace
@@ -40,8 +47,9 @@ bool Session::open(const InstallValues& values, std::string& error) {
     }
     tree_ = MVR::getTools(*core_);
     models_ = MVR::getModels(*core_);
+    inputs_ = MVR::getInputs(*core_);
     faults_ = MVR::getFaults(*core_);
-    if (tree_ == nullptr || models_ == nullptr || faults_ == nullptr) {
+    if (tree_ == nullptr || models_ == nullptr || inputs_ == nullptr || faults_ == nullptr) {
         error = "the core at " + path + " is older than this stage";
         close();
         return false;
@@ -111,18 +119,19 @@ const PlacedTool* Session::place(const ToolPlan& plan, std::string& error) {
 }
 
 bool Session::checkBindings(const PlacedTool& tool, std::string& error) const {
+    const auto inputs = tree_->listInputs(MVR::getToolIdentity(*tool.access).name);
     for (const Binding& binding : tool.plan.bindings) {
-        const UniDevice::Property* property = tool.access->findProperty(binding.property);
-        if (property == nullptr)
+        const MVR::CoreToolInput* input = find(inputs, binding.property);
+        if (input == nullptr)
             error = "\"" + tool.plan.type + "\" has no property \"" + binding.property + "\"";
-        else if (property->control == nullptr)
+        else if (!input->isBound)
             error = describe(binding);
         else
             continue;
         return false;
     }
     for (const Setting& setting : tool.plan.settings) {
-        if (setting.property != "*" && tool.access->findProperty(setting.property) == nullptr) {
+        if (setting.property != "*" && find(inputs, setting.property) == nullptr) {
             error = "\"" + tool.plan.type + "\" has no property \"" + setting.property + "\"";
             return false;
         }
@@ -130,8 +139,17 @@ bool Session::checkBindings(const PlacedTool& tool, std::string& error) const {
     return true;
 }
 
-std::vector<UniDevice::Property*> Session::findProperties(const Setting& setting) const {
-    std::vector<UniDevice::Property*> properties;
+std::vector<std::string> Session::listDriverFaults() {
+    std::vector<std::string> lines;
+    for (const MVR::CoreDriver& driver : inputs_->listDrivers())
+        if (!driver.fault.empty())
+            lines.push_back((driver.name.empty() ? driver.library : driver.name) + ": " +
+                            driver.fault);
+    return lines;
+}
+
+std::vector<ToolProperty> Session::findProperties(const Setting& setting) const {
+    std::vector<ToolProperty> properties;
     for (const auto& tool : tools_) {
         if (!tool->plan.isMeantBy(setting))
             continue;
@@ -141,9 +159,11 @@ std::vector<UniDevice::Property*> Session::findProperties(const Setting& setting
             for (const Binding& binding : tool->plan.bindings)
                 names.push_back(binding.property);
         }
+        const std::string toolName = MVR::getToolIdentity(*tool->access).name;
+        const auto inputs = tree_->listInputs(toolName);
         for (const std::string& name : names)
-            if (UniDevice::Property* property = tool->access->findProperty(name))
-                properties.push_back(property);
+            if (find(inputs, name) != nullptr)
+                properties.push_back({toolName, name});
     }
     return properties;
 }

@@ -16,16 +16,18 @@
 #include <string>
 #include <vector>
 
-namespace UniDevice {
-class Property;
-}
-
 namespace Stage {
 
 /// A tool in the scene.
 struct PlacedTool {
     ToolPlan plan;
     MVR::CInterface* access; ///< the core's; never null
+};
+
+/// An input of a tool in the scene.
+struct ToolProperty {
+    std::string tool; ///< its name in the scene
+    std::string property;
 };
 
 /// One run of the host with the core attached.
@@ -69,10 +71,15 @@ public:
     /// tool isn't in effect.
     [[nodiscard]] bool checkBindings(const PlacedTool& tool, std::string& error) const;
     /// Returns the properties that a setting means; empty if there are none.
-    [[nodiscard]] std::vector<UniDevice::Property*> findProperties(const Setting& setting) const;
+    [[nodiscard]] std::vector<ToolProperty> findProperties(const Setting& setting) const;
 
     [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
     [[nodiscard]] MVR::CoreModels& getModels() { return *models_; }
+    [[nodiscard]] MVR::CoreTools& getTree() const { return *tree_; }
+    [[nodiscard]] MVR::CoreInputs& getInputs() { return *inputs_; }
+    /// Returns a line for each driver that doesn't work now, and each driver library that was
+    /// refused.
+    [[nodiscard]] std::vector<std::string> listDriverFaults();
     /// Returns what the last load, save or creation could not do.
     [[nodiscard]] std::vector<MVR::CoreFault> getFaults() { return faults_->list(); }
     /// Runs what is due in the core; see CoreLibrary::pump().
@@ -91,6 +98,7 @@ private:
     MVR::CoreInterface* core_ = nullptr;
     MVR::CoreTools* tree_ = nullptr;
     MVR::CoreModels* models_ = nullptr;
+    MVR::CoreInputs* inputs_ = nullptr;
     MVR::CoreFaults* faults_ = nullptr;
     std::vector<std::unique_ptr<PlacedTool>> tools_;
 };

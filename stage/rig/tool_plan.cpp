@@ -4,7 +4,6 @@
 #include "stage/base/text.h"
 #include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/profile_managers.h"
-#include "unidevice/sdk/property.h"
 
 #include <algorithm>
 #include <array>
@@ -24,6 +23,12 @@ constexpr std::size_t kMostPlanLines = 10'000;
 
 bool names(const Setting& setting, const std::string& property) {
     return setting.property == property || setting.property == "*";
+}
+
+MVR::Tag toProperty(const std::string& name) {
+    MVR::Tag property = MVR::Tag::element(BindingWord::kProperty);
+    property.attributeRef(BindingWord::kName) = name;
+    return property;
 }
 
 MVR::Tag toControl(const Binding& binding) {
@@ -144,8 +149,7 @@ MVR::Tag toProfile(const ToolPlan& plan) {
             std::find(properties.begin(), properties.end(), setting.property) == properties.end())
             properties.push_back(setting.property);
     for (const std::string& name : properties) {
-        MVR::Tag property = MVR::Tag::element(BindingWord::kProperty);
-        property.attributeRef(BindingWord::kName) = name;
+        MVR::Tag property = toProperty(name);
         for (const Setting& setting : plan.settings) {
             if (!names(setting, name))
                 continue;
@@ -165,10 +169,10 @@ MVR::Tag toProfile(const ToolPlan& plan) {
     return profile;
 }
 
-void apply(const Setting& setting, UniDevice::Property& property) {
-    MVR::Tag tag = MVR::Tag::element(BindingWord::kProperty);
-    tag.addChild(MVR::Tag::element(setting.name, toText(setting.value)));
-    property.readSettings(tag);
+MVR::Tag toMapping(const Setting& setting, const std::string& property) {
+    MVR::Tag mapping = toProperty(property);
+    mapping.addChild(MVR::Tag::element(setting.name, toText(setting.value)));
+    return mapping;
 }
 
 } // namespace Stage

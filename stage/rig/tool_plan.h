@@ -6,10 +6,6 @@
 #include <string>
 #include <vector>
 
-namespace UniDevice {
-class Property;
-}
-
 namespace Stage {
 
 /// A property of a tool and the control that drives it.
@@ -61,7 +57,7 @@ struct ToolPlan {
 /// Returns the plan's bindings and settings as a profile for MVR::CoreTools::create().
 MVR::Tag toProfile(const ToolPlan& plan);
 
-/// Writes one number into a property.
-void apply(const Setting& setting, UniDevice::Property& property);
+/// Returns the element with which MVR::CoreTools::setMapping() makes the change at `property`.
+MVR::Tag toMapping(const Setting& setting, const std::string& property);
 
 } // namespace Stage

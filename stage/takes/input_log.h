@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-namespace UniDevice {
-class Property;
+namespace MVR {
+class CoreTools;
 }
 
 namespace Stage {
@@ -25,7 +25,13 @@ public:
     [[nodiscard]] const std::string& getTable() const { return table_; }
 
 private:
-    std::vector<const UniDevice::Property*> properties_; // the core's
+    struct LoggedTool {
+        std::string name; ///< in the scene
+        std::vector<std::string> properties;
+    };
+
+    MVR::CoreTools& tree_;
+    std::vector<LoggedTool> tools_;
     std::string table_ = "time";
 };
 

@@ -1,22 +1,43 @@
 #include "stage/takes/resimulation.h"
 
+#include "core/contract/core_tools.h"
 #include "stage/host/core_code.h"
 #include "stage/host/session.h"
 #include "stage/scene/curve_copy.h"
-#include "unidevice/sdk/property.h"
+#include "unidevice/sdk/binding_words.h"
 
 #include <chrono>
+#include <utility>
 
 namespace Stage {
 
 namespace {
 
-struct Mapping {
-    UniDevice::Property* property;
-    double multiplier;
-    double exponent;
-    double deadzone;
-    double offset;
+/// Changes the mappings of some properties for as long as the object lives.
+class MappingsForNow {
+public:
+    explicit MappingsForNow(MVR::CoreTools& tree) : tree_(tree) {}
+    MappingsForNow(const MappingsForNow&) = delete;
+    MappingsForNow& operator=(const MappingsForNow&) = delete;
+    ~MappingsForNow() {
+        // Last first: a property that two settings changed gets its original mapping back.
+        for (auto old = old_.rbegin(); old != old_.rend(); ++old)
+            (void)tree_.setMapping(old->first, old->second); // the tool may be gone by now
+    }
+
+    /// Returns the core's code.
+    std::int32_t change(const ToolProperty& place, const Setting& setting) {
+        namespace Word = UniDevice::BindingWord;
+        const MVR::Tag bindings = tree_.getBindings(place.tool);
+        for (std::int32_t i = 0; i < bindings.childCount(); ++i)
+            if (bindings.child(i).attribute(Word::kName) == place.property)
+                old_.emplace_back(place.tool, bindings.child(i));
+        return tree_.setMapping(place.tool, toMapping(setting, place.property));
+    }
+
+private:
+    MVR::CoreTools& tree_;
+    std::vector<std::pair<std::string, MVR::Tag>> old_; // tool, and an element "property"
 };
 
 } // namespace
@@ -24,12 +45,13 @@ struct Mapping {
 std::optional<ResimulationRun> resimulate(Session& session, double start, double end,
                                           const std::vector<Setting>& settings, std::string& error,
                                           const std::function<bool()>& isToStop) {
-    std::vector<Mapping> old;
+    MappingsForNow mappings(session.getTree());
     for (const Setting& setting : settings) {
-        for (UniDevice::Property* property : session.findProperties(setting)) {
-            old.push_back({property, property->multiplier, property->exponent, property->deadzone,
-                           property->offset});
-            apply(setting, *property);
+        for (const ToolProperty& place : session.findProperties(setting)) {
+            if (const std::int32_t code = mappings.change(place, setting); code != 0) {
+                error = "the core can't change " + setting.toText() + ": " + describeCode(code);
+                return std::nullopt;
+            }
         }
     }
     ResimulationRun run;
@@ -43,13 +65,6 @@ std::optional<ResimulationRun> resimulate(Session& session, double start, double
     const std::int32_t code = session.getCore().resimulate(start, end);
     run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     session.scene.setKeyListener({});
-    // Last first: a property that two settings changed gets its original mapping back.
-    for (auto mapping = old.rbegin(); mapping != old.rend(); ++mapping) {
-        mapping->property->multiplier = mapping->multiplier;
-        mapping->property->exponent = mapping->exponent;
-        mapping->property->deadzone = mapping->deadzone;
-        mapping->property->offset = mapping->offset;
-    }
     if (code != 0) {
         error = "the core can't simulate: " + describeCode(code);
         return std::nullopt;

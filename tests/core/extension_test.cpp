@@ -5,9 +5,7 @@
 #include "plugins/contract/extension_ids.h"
 #include "plugins/contract/tool_identity.h"
 #include "plugins/tree_test.h"
-#include "support/scripted_device.h"
 #include "support/scripted_tool.h"
-#include "unidevice/sdk/property.h"
 
 #include <functional>
 #include <utility>
@@ -205,92 +203,6 @@ TEST_F(ExtensionTest, AToolIsKnownByNameNodesAndSelection) {
     EXPECT_EQ(tools->select(""), 0);
 }
 
-TEST_F(ExtensionTest, BindingsAreReadAndSetWithAllTheirDigits) {
-    auto& pad = *new Testing::ScriptedDevice("Pad");
-    pad.add("stick");
-    const std::string control = "<control device=\"Pad\" type=\"stick\" index=\"0\"/>";
-    const std::string exact = "0.12345678901234568";
-    Tag profile("<profile name=\"\"><property name=\"X\"><multiplier>" + exact + "</multiplier>" +
-                control +
-                "</property><property name=\"Y\"><control device=\"Gone\" type=\"a\" "
-                "index=\"0\"/></property></profile>");
-    ASSERT_EQ(tools->create("Rig", "", "", profile, nullptr), 0);
-    EXPECT_THAT(
-        faultLines(),
-        ElementsAre("Model Rig_01, tool Rig_01, inputprofile: controls that aren't there: 1"));
-    UniDevice::Property& x = *tools->find("Rig_01")->findProperty("X");
-    EXPECT_EQ(x.multiplier, 0.12345678901234568);
-    EXPECT_EQ(x.control, pad.control(0));
-
-    const Tag bindings = tools->getBindings("Rig_01");
-    EXPECT_EQ(bindings.child(0).child("multiplier").value(), exact);
-    EXPECT_EQ(bindings.child(0).child("control").attribute("device"), "Pad");
-    x.multiplier = 3;
-    x.bind(nullptr);
-    std::int32_t missing = -1;
-    EXPECT_EQ(tools->setBindings("Rig_01", profile, &missing), 0);
-    EXPECT_EQ(missing, 1);
-    EXPECT_EQ(tools->setBindings("Rig_01", bindings, nullptr), 0);
-    EXPECT_TRUE(tools->getBindings("Rig_01") == bindings);
-    const auto multiplier = [](const Tag& configuration) {
-        const Tag& tool = configuration.child(0);
-        return tool.child("inputprofile").child(0).child(0).child("multiplier").value();
-    };
-    EXPECT_EQ(multiplier(tools->getExactConfiguration()), exact);
-    EXPECT_EQ(multiplier(core->getConfiguration()), "0.123457") << "as files have it";
-
-    EXPECT_TRUE(tools->getBindings("b").isEmpty());
-    EXPECT_EQ(identifierOf(tools->setBindings("b", profile, &missing)), "MODEL_NOTOOL");
-    EXPECT_EQ(identifierOf(tools->setBindings("Rig_01", Tag(), &missing)), "TOOL_BADPROFILE");
-    ASSERT_EQ(core->startRecording(), 0);
-    EXPECT_EQ(identifierOf(tools->setBindings("Rig_01", Tag("<profile/>"), &missing)),
-              "ALREADYRECORDING");
-    core->stopRecording();
-    EXPECT_EQ(x.control, pad.control(0));
-}
-
-TEST_F(ExtensionTest, InputsShowTheValuesOfTheLastPoll) {
-    auto& pad = *new Testing::ScriptedDevice("Pad");
-    pad.add("stick", UniDevice::finite, 2);
-    pad.onUpdate = [&] { pad.set("stick", 0.5); };
-    rig->onInit = [](Testing::ScriptedTool& tool) {
-        CInterface::VirtualControlRecord record{"Out", 0, UniDevice::infinite};
-        tool.getInterface()->extend(InterfaceExtension::kAddVirtualControl,
-                                    reinterpret_cast<std::intptr_t>(&record));
-    };
-    ASSERT_EQ(tools->create("Rig", "a", "", Tag(), nullptr), 0);
-    const auto find = [&](const std::string& name) {
-        for (CoreDevice& device : inputs->list())
-            if (device.name == name)
-                return device;
-        return CoreDevice();
-    };
-    CoreDevice device = find("Pad");
-    ASSERT_EQ(device.controls.size(), 1U);
-    EXPECT_EQ(device.controls[0].type + device.controls[0].description, "stickstick");
-    EXPECT_EQ(device.controls[0].index, 2);
-    EXPECT_EQ(device.controls[0].kindMask, UniDevice::finite);
-    EXPECT_EQ(device.controls[0].value, 0) << "nobody has asked it yet";
-    EXPECT_EQ(device.driver, "dummydriver");
-    EXPECT_FALSE(device.isTool);
-    EXPECT_TRUE(find("a").isTool);
-
-    EXPECT_EQ(inputs->setListening(true), 0);
-    EXPECT_EQ(inputs->update(), 0);
-    EXPECT_EQ(find("Pad").controls.at(0).value, 0.5);
-    EXPECT_EQ(inputs->setListening(false), 0);
-    EXPECT_EQ(pad.activations, 1);
-    pad.works = false;
-    EXPECT_EQ(identifierOf(inputs->setListening(true)), "INPUT_INACTIVE");
-    pad.works = true;
-    ASSERT_EQ(core->startRecording(), 0);
-    const int deactivations = pad.deactivations;
-    EXPECT_EQ(identifierOf(inputs->setListening(false)), "ALREADYRECORDING");
-    EXPECT_EQ(identifierOf(inputs->update()), "ALREADYRECORDING");
-    EXPECT_EQ(pad.deactivations, deactivations) << "the take goes on listening";
-    core->stopRecording();
-}
-
 // over 60 lines because the table of faults reads better as a whole
 TEST_F(ExtensionTest, FaultsNameModelToolElementAndReason) {
     Testing::ScriptedPlugin& stubborn = Testing::ScriptedPlugin::add("Stubborn");
@@ -450,12 +362,14 @@ TEST_F(ExtensionTest, NothingIsCreatedOrChangedWhenTheAttachmentEnds) {
                                       tools->remove("a", true),
                                       tools->select("a"),
                                       tools->setBindings("a", Tag("<profile/>"), nullptr),
+                                      tools->setMapping("a", Tag("<property/>")),
                                       models->load(model, ""),
                                       models->save("", model)};
         for (const std::int32_t code : codes)
             EXPECT_EQ(identifierOf(code), "CORE_DETACHING");
         EXPECT_TRUE(tools->getBindings("a").isEmpty() && tools->getExactConfiguration().isEmpty());
         EXPECT_EQ(tools->getSelected(), "");
+        EXPECT_TRUE(tools->listInputs("a").empty());
         core->loadConfiguration(Tag("<MVR>" + rigText("x") + "</MVR>"));
         core->deleteAllInstances();
         (void)inputs->list();

@@ -28,6 +28,10 @@ struct OscDeviceTest : testing::Test {
         tag.attributeRef("index") = index;
         return DeviceHandler::instance()->findControl(tag);
     }
+    OscDevice* makeDevice(OscConfig config) { // the handler owns it
+        return new OscDevice(
+            std::move(config), [this](const std::string& fault) { faults.push_back(fault); });
+    }
     static int lines(const std::string& text) {
         const std::string log = MVR::Log::getText();
         int count = 0;
@@ -35,11 +39,13 @@ struct OscDeviceTest : testing::Test {
             ++count;
         return count;
     }
+
+    std::vector<std::string> faults; // as they were told
 };
 
 // With a device on a free port.
 struct LiveOscTest : OscDeviceTest {
-    OscDevice& device = *new OscDevice({"127.0.0.1", 0}); // the handler owns it
+    OscDevice& device = *makeDevice({"127.0.0.1", 0, ""});
     UdpSender sender{device.port()};
 };
 
@@ -139,7 +145,8 @@ TEST_F(LiveOscTest, AFloodOfAddressesLeavesRoomForBindings) {
             device.update(0);
     }
     EXPECT_EQ(device.controlCount(), kMaxOscControls - kControlsForBindings);
-    EXPECT_EQ(lines("too many controls"), 1);
+    EXPECT_THAT(faults,
+                testing::ElementsAre("", "too many controls, dropped from here on: /flood/3584"));
     EXPECT_NE(find("/camera/position", "0"), nullptr);
     sender.send(oscMessage("/camera/position", "d", 3.0));
     device.update(0);
@@ -165,12 +172,11 @@ TEST_F(LiveOscTest, AFloodOfBytesDoesNotHoldUpAnUpdate) {
     EXPECT_EQ(count->value, 99.0) << "all was read in the end";
 }
 
-TEST_F(LiveOscTest, APortInUseIsLogged) {
-    auto* late = new OscDevice({"127.0.0.1", device.port()});
+TEST_F(LiveOscTest, APortInUseIsAFaultUntilItIsFree) {
+    OscDevice* late = makeDevice({"127.0.0.1", device.port(), "bad file"});
     late->deviceIndex = 1;
-    EXPECT_EQ(lines("(ERROR): OSC: unable to listen on 127.0.0.1 port " +
-                    std::to_string(device.port()) + ": Address already in use"),
-              1);
+    EXPECT_EQ(faults.back(), "bad file; unable to listen on 127.0.0.1 port " +
+                                 std::to_string(device.port()) + ": Address already in use");
     EXPECT_FALSE(late->update(0));
     EXPECT_FALSE(late->prepareDetection());
     EXPECT_TRUE(late->activate(0));
@@ -180,10 +186,11 @@ TEST_F(LiveOscTest, APortInUseIsLogged) {
 
     device.destroy();
     EXPECT_TRUE(late->activate(0)) << "tries again with each take";
+    EXPECT_EQ(faults.back(), "bad file");
     sender.send(oscMessage("/a", "d", 4.0));
     EXPECT_TRUE(late->update(0));
     EXPECT_EQ(late->control(0)->value, 4.0);
-    EXPECT_EQ(OscDevice({"example.org", 9000}).port(), 0) << "names are not looked up";
+    EXPECT_EQ(makeDevice({"example.org", 9000, ""})->port(), 0) << "names are not looked up";
 }
 
 TEST_F(OscDeviceTest, ReadsItsConfiguration) {
@@ -192,32 +199,36 @@ TEST_F(OscDeviceTest, ReadsItsConfiguration) {
         const char* text;
         const char* address;
         std::int32_t port;
-        int errors;
+        const char* fault;
     };
+    const char* const kBadPort = "port is not a number from 1 to 65535";
     const Case cases[] = {
-        {"<osc><address>0.0.0.0</address><port>9100</port></osc>", "0.0.0.0", 9100, 0},
-        {"<osc><port>1</port></osc>", "127.0.0.1", 1, 0},
-        {"<osc/>", "127.0.0.1", 9000, 0},
-        {"<osc><port>0</port></osc>", "127.0.0.1", 9000, 1},
-        {"<osc><port>65536</port></osc>", "127.0.0.1", 9000, 1},
-        {"<osc><port>many</port></osc>", "127.0.0.1", 9000, 1},
-        {"<other/>", "127.0.0.1", 9000, 1},
-        {"<osc><port>9100</port>", "127.0.0.1", 9000, 1},
+        {"<osc><address>0.0.0.0</address><port>9100</port></osc>", "0.0.0.0", 9100, ""},
+        {"<osc><port>1</port></osc>", "127.0.0.1", 1, ""},
+        {"<osc/>", "127.0.0.1", 9000, ""},
+        {"<osc><port>0</port></osc>", "127.0.0.1", 9000, kBadPort},
+        {"<osc><port>65536</port></osc>", "127.0.0.1", 9000, kBadPort},
+        {"<osc><port>many</port></osc>", "127.0.0.1", 9000, kBadPort},
+        {"<other/>", "127.0.0.1", 9000, "not a configuration"},
+        {"<osc><port>9100</port>", "127.0.0.1", 9000, "not a configuration"},
     };
-    int errors = 0;
     for (const Case& c : cases) {
         const OscConfig config = loadOscConfig(folder.add("osc.xml", c.text));
         EXPECT_EQ(config.address, c.address) << c.text;
         EXPECT_EQ(config.port, c.port) << c.text;
-        EXPECT_EQ(lines("(ERROR): OSC: "), errors += c.errors) << c.text;
+        const std::string path = *c.fault != '\0' ? ", ignored: " + folder.path + "osc.xml" : "";
+        EXPECT_EQ(config.fault, c.fault + path) << c.text;
     }
-    EXPECT_EQ(loadOscConfig(folder.path + "none.xml").port, 9000);
-    EXPECT_EQ(lines("(ERROR)"), errors) << "no file is no fault";
+    const OscConfig none = loadOscConfig(folder.path + "none.xml");
+    EXPECT_EQ(none.port, 9000);
+    EXPECT_EQ(none.fault, "") << "no file is no fault";
 }
 
 TEST_F(OscDeviceTest, TheLibraryComesAndGoesAndComesAgain) {
     TemporaryFolder folder;
-    const std::int32_t port = OscDevice({"127.0.0.1", 0}).port(); // free again by now
+    OscDevice* const first = makeDevice({"127.0.0.1", 0, ""});
+    const std::int32_t port = first->port();
+    first->destroy(); // the port is free again
     setenv("MIRVANE_OSC_CONFIG",
            folder.add("osc.xml", "<osc><port>" + std::to_string(port) + "</port></osc>").c_str(),
            1);

@@ -75,7 +75,7 @@ TEST(OscSenderTest, SendsAFileAtItsOwnPaceAndExactly) {
         text += std::to_string(1305031098.5 + i * 0.01) + " 0.1 " + std::to_string(i) +
                 " 3\t0 0 0 1\r\n";
     }
-    auto* device = new OscDevice({"127.0.0.1", 0});
+    auto* device = new OscDevice({"127.0.0.1", 0, ""}, [](const std::string&) {});
     const std::string port = " --port " + std::to_string(device->port());
     const std::string file = " --file " + folder.add("m.txt", text);
 

@@ -1,6 +1,7 @@
 #include "data/sdk/byte_buffer.h"
 #include "platform/sdk/files.h"
 #include "plugins/instanciatable.h"
+#include "plugins/libraries/library_manager.h"
 #include "plugins/tree_test.h"
 #include "support/scripted_tool.h"
 
@@ -54,6 +55,8 @@ TEST_F(CatalogueTest, ModelsOfferWhatTheirFilesSay) {
     const Tag packed = toolData("Packed", "<version>7</version>");
     ASSERT_TRUE(ByteBuffer::compressed(packed.toText("\r\n", "\t", ""))
                     .writeFile(home.documents() + "/PRM/z.prm"));
+    home.write("install/plugins/bad.so", "no library");
+    EXPECT_NE(LibraryManager::instance()->loadLibrary(home.install() + "\\plugins\\bad.so"), 0);
     newLog();
     EXPECT_THAT(build(), ElementsAre("Rig", "Dolly", "Half", "two", "", "Packed"));
     EXPECT_THAT(newLog(), HasSubstr("c.prm: line 1, column 35: a close tag of another element"));
@@ -73,8 +76,15 @@ TEST_F(CatalogueTest, ModelsOfferWhatTheirFilesSay) {
     EXPECT_EQ(entry(3).getData().attribute("path"), folder + "\\a");
 
     Tag catalogue = getModels(*core)->getCatalogue();
-    EXPECT_EQ(catalogue.childCount(), 6);
-    EXPECT_EQ(catalogue.child(0).child("type").value(), "Rig");
+    EXPECT_EQ(catalogue.childCount("entry"), 6);
+    const Tag& tool = catalogue.child(0);
+    EXPECT_EQ(tool.child("type").value(), "Rig");
+    EXPECT_EQ(tool.child("description").value(), "A tool for tests");
+    EXPECT_EQ(tool.childCount("library"), 0) << "built in";
+    const Tag& refused = catalogue.child(6);
+    EXPECT_TRUE(refused.hasName("refused"));
+    EXPECT_EQ(refused.child("file").value(), home.install() + "/plugins/bad.so");
+    EXPECT_THAT(refused.child("text").value(), HasSubstr("it can't be loaded: "));
     EXPECT_EQ(catalogue.child(1).child("category", 1).value(), "Cars");
     EXPECT_EQ(catalogue.child(1).child("required", 1).value(), "two");
     EXPECT_EQ(getModels(*core)->load(catalogue.child(5).child("file").value(), ""), 0);

@@ -71,6 +71,16 @@ TEST_F(LibraryTest, BadLibrariesAreSkippedAndTheRestLoads) {
     for (const auto& each : cases)
         EXPECT_EQ(identifierOf(manager().loadLibrary(path + each.file)), each.result) << each.file;
     EXPECT_EQ(fs::current_path(), before);
+    std::vector<std::string> refused;
+    for (const LibraryManager::Refused& each : manager().getRefused())
+        refused.push_back(each.path.substr(path.size()) + " " + each.text);
+    EXPECT_THAT(refused,
+                ElementsAre(testing::StartsWith("a_text.so it can't be loaded: "),
+                            testing::StartsWith("missing.so it can't be loaded: "),
+                            "fake_version251.so it has version 251 of the tool contract, not 250",
+                            "fake_no_get_plugin.so it isn't a library of tools: it lacks getPlugin",
+                            "fake_no_version.so it isn't a library of tools: it lacks getVersion"))
+        << "each once, in the order of the last attempts";
     EXPECT_THAT(libraryNames(), ElementsAre("Core", "fake_empty", "fake_sound", "fake_sound"));
 }
 

@@ -105,8 +105,8 @@ TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
         {record + "--tool 'Tracked Object' --name ' '", 1, "--name must not be blank"},
         {record + "--tool 'Tracked Object' --out one --scene ./one", 1, "would be written twice"},
         {STAGE " model save a.scene ./a.scene", 1, "is read here"},
-        {STAGE " tools --plugins .", 2, "no tools in"},
-        {STAGE " devices --data .", 2, "no devices"},
+        {STAGE " tools --documents . --plugins .", 2, "no tools in"},
+        {STAGE " devices --documents . --data .", 2, "no devices"},
     };
     for (const auto& failure : cases) {
         expectFailure(failure.command, failure.code, failure.words);
@@ -143,18 +143,35 @@ TEST_F(CommandTest, ToolsAndDevicesAreListed) {
                                             name,
                                         folder.path + "plugins/" + name);
     }
-    ASSERT_EQ(run(STAGE " tools --plugins plugins"), 0) << read("stderr");
-    EXPECT_EQ(read("stdout").rfind("Free Camera 0.1.0\n  A camera that is flown", 0), 0U)
-        << read("stdout");
-    EXPECT_NE(read("stdout").find("Tracked Object 0.1.0"), std::string::npos);
-    EXPECT_NE(read("stderr").find("a_text.so can't be loaded"), std::string::npos);
+    ASSERT_EQ(run(STAGE " tools --documents . --plugins plugins"), 0) << read("stderr");
+    EXPECT_EQ(read("stdout"),
+              "Free Camera 0.1.0\n  A camera that is flown by velocities, and zooms\n"
+              "  category Cameras;Examples, by Mirvane\n  " +
+                  folder.path +
+                  "plugins/free_camera.so\n"
+                  "Tracked Object 0.1.0\n  An object that follows a tracking device\n"
+                  "  category Objects;Examples, by Mirvane\n  " +
+                  folder.path + "plugins/tracked_object.so\n");
+    EXPECT_NE(read("stderr").find("plugins/a_text.so: it can't be loaded: "), std::string::npos);
 
-    ASSERT_EQ(run(SENDER " --quiet --loop --port " + port +
-                  " & sender=$!; " STAGE
-                  " devices --seconds 2; code=$?; kill $sender; wait $sender; exit $code"),
-              0)
+    ASSERT_EQ(
+        run(SENDER " --quiet --loop --port " + port +
+            " & sender=$!; " STAGE
+            " devices --documents . --seconds 2; code=$?; kill $sender; wait $sender; exit $code"),
+        0)
         << read("stderr");
+    EXPECT_EQ(read("stdout").rfind("OSC: ", 0), 0U) << "no keyboard\n" << read("stdout");
     EXPECT_NE(read("stdout").find("OSC:/camera/position:0"), std::string::npos) << read("stdout");
+    EXPECT_EQ(read("stderr"), "");
+
+    folder.add("osc.xml", "<osc><port>many</port></osc>");
+    for (const char* command : {" devices --documents . --seconds 0",
+                                " record --documents . --tool 'Tracked Object' --countdown 0 "
+                                "--seconds 0.1"}) {
+        EXPECT_EQ(run(std::string(STAGE) + command), 0);
+        EXPECT_EQ(read("stderr").rfind("mirvane-stage: OSC: port is not a number", 0), 0U)
+            << read("stderr");
+    }
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "stage/takes/take.h"
 
+#include "plugins/contract/c_interface.h"
 #include "stage/export/curve_table.h"
 #include "stage/scene/curve_copy.h"
 #include "stage/takes/resimulation.h"
@@ -112,10 +113,11 @@ TEST_F(TakeTest, AResimulationRepeatsTheTakeAndFollowsAChangedParameter) {
 
 TEST_F(TakeTest, AZoomSetsKeysWhereTheLensMovesAndIsSimulatedToTheSame) {
     UniDevice::Control wheel(nullptr, UniDevice::infinite, 0);
-    const auto zoom = session.findProperties({"Camera", "Zoom", "", 0});
-    ASSERT_EQ(zoom.size(), 1U);
-    zoom[0]->bind(&wheel);
-    zoom[0]->deadzone = 0;
+    UniDevice::Property* zoom =
+        MVR::getTools(session.getCore())->find("Camera")->findProperty("Zoom");
+    ASSERT_NE(zoom, nullptr);
+    zoom->bind(&wheel);
+    zoom->deadzone = 0;
     session.timeline.setRange(0, 0.4);
     TakePlan plan;
     plan.countdownSeconds = 0;

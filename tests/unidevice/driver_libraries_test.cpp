@@ -54,6 +54,15 @@ struct DriverLibrariesTest : testing::Test {
         return namesOf(DeviceHandler::instance()->devices);
     }
 
+    // Name, library and fault of each.
+    static std::vector<std::string> drivers() {
+        std::vector<std::string> texts;
+        for (const MVR::CoreDriver& each : listDrivers())
+            texts.push_back(each.name + (each.name.empty() ? "" : " ") + each.library + " " +
+                            each.fault);
+        return texts;
+    }
+
     TemporaryFolder folder;
 };
 
@@ -66,13 +75,28 @@ TEST_F(DriverLibrariesTest, RefusedLibrariesAreSkippedAndTheRestLoads) {
         EXPECT_THAT(mappedFiles(), HasSubstr("driver_sound.so"));
         EXPECT_THAT(mappedFiles(), Not(HasSubstr("driver_version119.so")));
         EXPECT_THAT(mappedFiles(), Not(HasSubstr("driver_no_")));
+        const std::string path = unidevice();
+        const std::string own = path + "driver_sound.so ";
+        const std::string foreign = "it isn't a driver library of version 120";
+        EXPECT_THAT(drivers(),
+                    ElementsAre("fake " + own, own + "half of it is missing",
+                                testing::StartsWith(path + "a_text.so it can't be loaded: "),
+                                path + "driver_no_load.so " + foreign,
+                                path + "driver_no_version.so " + foreign,
+                                path + "driver_version119.so " + foreign));
+        for (const char* fault : {"polled 1", "polled 2", ""}) {
+            DeviceHandler::instance()->update();
+            EXPECT_EQ(drivers().front(), "fake " + own + fault);
+        }
         shutDownDevices();
+        EXPECT_THAT(drivers(), ElementsAre());
         EXPECT_THAT(deviceNames(), ElementsAre());
         EXPECT_THAT(mappedFiles(), Not(HasSubstr("driver_sound.so")))
             << "freed, and can be loaded again";
     }
     EXPECT_EQ(loadDriverLibraries(folder.path + "missing", info), 0);
     EXPECT_EQ(MVR::Log::getText().find("(ERROR)"), std::string::npos);
+    EXPECT_THAT(MVR::Log::getText(), HasSubstr("(WARNING): fake: polled 2"));
 }
 
 TEST_F(DriverLibrariesTest, StartsTheBuiltInDevicesAroundThoseOfTheLibraries) {

@@ -112,9 +112,13 @@ inline constexpr CodeRow kToolNotCreated{"TOOL_NOTCREATED", ErrorCode::Error,
                                          "The tool could not be created"};
 inline constexpr CodeRow kToolBadName{"TOOL_BADNAME", ErrorCode::Error,
                                       "A tool's name must not be empty"};
-// What should be bindings is another element: nothing changed.
-inline constexpr CodeRow kToolBadProfile{"TOOL_BADPROFILE", ErrorCode::Error,
-                                         "The bindings are no element \"profile\""};
+// What should be bindings, or the mapping of an input, is another element: nothing changed.
+inline constexpr CodeRow kToolBadProfile{
+    "TOOL_BADPROFILE", ErrorCode::Error,
+    "The bindings are no element \"profile\", or a mapping no \"property\""};
+// The mapping of an input was to change that the tool doesn't have: nothing changed.
+inline constexpr CodeRow kToolNoInput{"TOOL_NOINPUT", ErrorCode::Error,
+                                      "The tool has no input of that name"};
 
 // Input. A driver refused to start its device, or to end it: its lines in the log may tell why.
 inline constexpr CodeRow kInputInactive{"INPUT_INACTIVE", ErrorCode::Warning,

@@ -21,7 +21,15 @@ struct CoreDevice {
     std::int32_t index = 0;            ///< distinguishes devices of one name; 0 for the first
     std::string driver;                ///< the name of the driver that polls it; "" for none
     bool isTool = false;               ///< a placed tool that offers values of its own
+    bool isBuiltIn = false;            ///< the core's own: the keyboard, or what is made of it
     std::vector<CoreControl> controls; ///< those that are known now: a device may learn of more
+};
+
+/// A driver, or a driver library without one, as CoreInputs::listDrivers() returns it.
+struct CoreDriver {
+    std::string name;    ///< "" for a library that was refused, or has no driver of its own
+    std::string library; ///< path of its file; "" for the core's own driver
+    std::string fault;   ///< what is wrong with it now, in English; "" if it works
 };
 
 /// The input devices: those of the driver libraries, the core's own keyboard and what is made of
@@ -50,6 +58,11 @@ public:
     /// Polls all devices, without waiting. Returns 0, or the code of "ALREADYRECORDING" during a
     /// take, which polls them itself.
     [[nodiscard]] virtual std::int32_t update() = 0;
+    /// Returns all drivers in the order in which they are polled, then each driver library that has
+    /// none of its own, then each file of the drivers' folder that was refused. What is wrong with
+    /// a driver is what it told last: it may learn of a fault, or overcome it, at any poll, and
+    /// when listening or a take begins.
+    virtual std::vector<CoreDriver> listDrivers() = 0;
 
 protected:
     ~CoreInputs() = default;

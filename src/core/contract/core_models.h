@@ -35,8 +35,10 @@ public:
     /// Returns what can be created: an element "Catalogue" with one element "entry" each, first the
     /// kinds of tools, then the models of the shared and the user's PRM folder. Its children hold
     /// text: "name", "version", "about", "category" (any number), for a tool "type" (for
-    /// CoreTools::create()), for a model "file" (the path for load()) and "required" (the name of
-    /// an entry that it uses, any number). An empty one is left out.
+    /// CoreTools::create()), "description" (one line), "author" and "library" (the path), for a
+    /// model "file" (the path for load()) and "required" (the name of an entry that it uses, any
+    /// number). An empty one is left out. After the entries comes one element "refused" for each
+    /// library in the folder of tools that can't be used, with "file" (the path) and "text" (why).
     virtual Tag getCatalogue() = 0;
 
 protected:

@@ -25,6 +25,14 @@ struct CoreTool {
     std::vector<SceneNode*> nodes; ///< from AdaptorInterface::getNodes(); owned by the adaptor
 };
 
+/// An input of a tool, as CoreTools::listInputs() returns it.
+struct CoreToolInput {
+    std::string name;          ///< unique among the tool's inputs
+    std::int32_t kindMask = 0; ///< which controls it accepts: bits of UniDevice::ControlKind
+    bool isBound = false;      ///< a control drives it now; a resimulation's stored values do too
+    double value = 0.0;        ///< what the control holds, before the mapping; 0 for none
+};
+
 /// The tree of tools: what is in it, and how a host changes it.
 ///
 /// getTools() in core_extensions.h returns it. The core owns it. All calls come on the host's
@@ -99,6 +107,18 @@ public:
     /// digits, where files of the core have six: a scene that is opened again simulates to the same
     /// bits.
     virtual Tag getExactConfiguration() = 0;
+    /// Returns the tool's inputs in the order in which it made them, with their present values:
+    /// during a take those of the frame. Empty for an unknown name.
+    virtual std::vector<CoreToolInput> listInputs(std::string name) = 0;
+    /// Changes the mapping of one input of the tool: `property` is an element "property" as in
+    /// getBindings(), and those of its children "multiplier", "exponent", "deadzone" (which must
+    /// not be 1) and "offset" that are numbers replace the present ones. Binds nothing: a control
+    /// in the element is ignored, and what is kept of the input stays. An element of getBindings()
+    /// restores the mapping to the bit. Allowed at any time; a take or a resimulation has the new
+    /// mapping from its next frame on. Not undoable. Returns 0, or the code of "MODEL_NOTOOL", of
+    /// "TOOL_BADPROFILE" for another element, or of "TOOL_NOINPUT" if the tool has no input of that
+    /// name; then nothing changed.
+    [[nodiscard]] virtual std::int32_t setMapping(std::string name, Tag property) = 0;
 
 protected:
     ~CoreTools() = default;

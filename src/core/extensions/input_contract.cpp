@@ -5,6 +5,7 @@
 #include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_manager.h"
+#include "unidevice/driver_libraries.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device.h"
 #include "unidevice/sdk/device_handler.h"
@@ -41,6 +42,7 @@ std::vector<CoreDevice> InputContract::list() {
     for (UniDevice::Device* device : DeviceHandler::instance()->devices) {
         list.push_back(describe(*device));
         list.back().isTool = tools.count(device) != 0;
+        list.back().isBuiltIn = UniDevice::isBuiltIn(*device);
     }
     return list;
 }
@@ -61,6 +63,10 @@ std::int32_t InputContract::update() {
     services_.getTree().orderDevices();
     DeviceHandler::instance()->update();
     return 0;
+}
+
+std::vector<CoreDriver> InputContract::listDrivers() {
+    return UniDevice::listDrivers();
 }
 
 } // namespace MVR

@@ -15,6 +15,7 @@ public:
     std::vector<CoreDevice> list() override;
     [[nodiscard]] std::int32_t setListening(bool isListening) override;
     [[nodiscard]] std::int32_t update() override;
+    std::vector<CoreDriver> listDrivers() override;
 
 private:
     CoreServices& services_;

@@ -13,6 +13,8 @@
 #include "plugins/libraries/plugin.h"
 #include "plugins/libraries/root_plugin.h"
 #include "plugins/tree_control.h"
+#include "unidevice/sdk/binding_words.h"
+#include "unidevice/sdk/control.h"
 #include "unidevice/sdk/profile_managers.h"
 
 #include <unordered_map>
@@ -151,6 +153,37 @@ Tag ToolContract::getExactConfiguration() {
     if (InstanceReference* const root = services_.getTree().getRoot())
         root->save(configuration, SaveMask::kScene | SaveMask::kExact);
     return configuration;
+}
+
+std::vector<CoreToolInput> ToolContract::listInputs(std::string name) {
+    std::vector<CoreToolInput> list;
+    std::int32_t code = 0;
+    const InstanceReference* const tool = findTool(services_, name, code);
+    if (tool == nullptr)
+        return list;
+    const UniDevice::PropertyHandler& properties = tool->getInstance()->getProperties();
+    for (std::int32_t i = 0; i < properties.count(); ++i) {
+        const UniDevice::Property& property = *properties.property(i);
+        const UniDevice::Control* const control = property.control;
+        list.push_back({property.name, property.acceptedKinds, control != nullptr,
+                        control != nullptr ? control->getValue() : 0.0});
+    }
+    return list;
+}
+
+std::int32_t ToolContract::setMapping(std::string name, Tag property) {
+    std::int32_t code = 0;
+    const InstanceReference* const tool = findTool(services_, name, code);
+    if (tool == nullptr)
+        return code;
+    if (!property.hasName(UniDevice::BindingWord::kProperty))
+        return reportCode(Codes::kToolBadProfile);
+    UniDevice::Property* const input = tool->getInstance()->getProperties().property(
+        property.attribute(UniDevice::BindingWord::kName));
+    if (input == nullptr)
+        return reportCode(Codes::kToolNoInput);
+    input->readSettings(property);
+    return 0;
 }
 
 } // namespace MVR

@@ -25,6 +25,8 @@ public:
     [[nodiscard]] std::int32_t setBindings(std::string name, Tag profile,
                                            std::int32_t* missing) override;
     Tag getExactConfiguration() override;
+    std::vector<CoreToolInput> listInputs(std::string name) override;
+    [[nodiscard]] std::int32_t setMapping(std::string name, Tag property) override;
 
 private:
     CoreServices& services_;

@@ -35,11 +35,11 @@ private:
 };
 
 /// Loads with the tools' folder as current folder, so that a library finds others beside it.
-Platform::LibraryHandle loadFromToolFolder(const std::string& path) {
+Platform::LibraryHandle loadFromToolFolder(const std::string& path, std::string& reason) {
     const std::string current = Platform::currentFolder();
     Platform::setCurrentFolder(readInstallValue("pluginpath"));
     const Platform::LibraryHandle handle = Platform::loadLibrary(path);
-    const std::string reason = Platform::lastLibraryError();
+    reason = Platform::lastLibraryError();
     if (handle == nullptr) {
         Log log(Log::Error);
         log.write("Could not load library on path", path, Log::OwnLevel);
@@ -81,6 +81,9 @@ std::int32_t LibraryManager::loadLibrary(const std::string& path) {
         return reportCode(Codes::kLibraryAlreadyLoaded);
     }
     entry.write("creating library");
+    refused_.erase(std::remove_if(refused_.begin(), refused_.end(),
+                                  [&path](const Refused& each) { return each.path == path; }),
+                   refused_.end());
     std::int32_t code = 0;
     if (createLibrary(path, code) == nullptr) {
         const ErrorCode& failure = ErrorCode::instance()->find(code);
@@ -94,23 +97,28 @@ std::int32_t LibraryManager::loadLibrary(const std::string& path) {
 Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& code) {
     Log entry("Creating library", Log::Warning);
     entry.write("library path", path, Log::OwnLevel);
-    LoadedModule module(loadFromToolFolder(path));
+    std::string reason;
+    LoadedModule module(loadFromToolFolder(path, reason));
     if (!module) {
-        code = reportCode(Codes::kLibraryCouldNotLoad);
+        code = refuse(path, Codes::kLibraryCouldNotLoad, "it can't be loaded: " + reason);
         return nullptr;
     }
     const auto getVersion = module.find<GetPluginVersion>("getVersion");
     if (getVersion == nullptr) { // somebody else's library: no failure
-        code = reportCode(Codes::kLibraryNoVersion);
+        code = refuse(path, Codes::kLibraryNoVersion,
+                      "it isn't a library of tools: it lacks getVersion");
         return nullptr;
     }
-    if (getVersion() != kPluginInterfaceVersion) {
-        code = reportCode(Codes::kLibraryWrongVersion);
+    if (const std::int32_t version = getVersion(); version != kPluginInterfaceVersion) {
+        code = refuse(path, Codes::kLibraryWrongVersion,
+                      "it has version " + std::to_string(version) + " of the tool contract, not " +
+                          std::to_string(kPluginInterfaceVersion));
         return nullptr;
     }
     const auto getPlugin = module.find<GetPlugin>("getPlugin");
     if (getPlugin == nullptr) {
-        code = reportCode(Codes::kLibraryNoPlugins);
+        code = refuse(path, Codes::kLibraryNoPlugins,
+                      "it isn't a library of tools: it lacks getPlugin");
         return nullptr;
     }
     auto* const library = new Library(module.keep(), path);
@@ -123,6 +131,12 @@ Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& co
         }
     }
     return library;
+}
+
+std::int32_t LibraryManager::refuse(const std::string& path, const CodeRow& code,
+                                    const std::string& text) {
+    refused_.push_back({path, text});
+    return reportCode(code);
 }
 
 std::int32_t LibraryManager::getLibraryCount() const {
@@ -216,6 +230,7 @@ void LibraryManager::destroyInstances(const CoreImplementation* core) {
 std::int32_t LibraryManager::destroyLibraries() {
     while (!libraries_.empty())
         libraries_.back()->destroy();
+    refused_.clear();
     return 0;
 }
 

@@ -9,6 +9,7 @@
 
 namespace MVR {
 
+struct CodeRow;
 class CoreImplementation;
 class InstanceMaker;
 class Library;
@@ -40,6 +41,13 @@ public:
     [[nodiscard]] std::int32_t loadLibrary(const std::string& path);
 
     [[nodiscard]] std::int32_t getLibraryCount() const;
+    /// A library that can't be used.
+    struct Refused {
+        std::string path;
+        std::string text; ///< why, in English
+    };
+    /// In the order in which they were tried; each path once, and none that loaded since.
+    [[nodiscard]] const std::vector<Refused>& getRefused() const { return refused_; }
     /// Null if `index` is out of range.
     [[nodiscard]] Library* getLibrary(std::int32_t index) const;
     /// Returns the library of exactly this path, or null.
@@ -70,9 +78,11 @@ private:
     LibraryManager();
 
     Library* createLibrary(const std::string& path, std::int32_t& code);
+    std::int32_t refuse(const std::string& path, const CodeRow& code, const std::string& text);
 
     InstanceMaker* maker_ = nullptr;
     std::vector<Library*> libraries_; // owned; destroyLibraries() empties it
+    std::vector<Refused> refused_;
 };
 
 } // namespace MVR

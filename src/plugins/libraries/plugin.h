@@ -35,6 +35,7 @@ public:
     /// Returns the type name, which is the descriptor's.
     [[nodiscard]] std::string getName() const override { return descriptor_->getName(); }
     [[nodiscard]] CCameraPlugin* getDescriptor() const { return descriptor_.get(); }
+    [[nodiscard]] const Library& getLibrary() const { return *library_; }
 
     [[nodiscard]] std::int32_t getInstanceCount() const { return instanceCount_; }
     /// The instances are in order of creation. Returns null if `index` is out of range.

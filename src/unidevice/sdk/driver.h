@@ -17,7 +17,8 @@ class Device;
 /// 2. `loadDevices(handler, info)` (exported): first `DeviceHandler::adopt(handler)`, so that the
 ///    library's own copy of the code finds the core's handler, and `MVR::Log::adopt(info->log)`,
 ///    so that its lines go to the core's log; then `new` drivers and devices, which register
-///    themselves. Both pointers stay valid until the library is freed.
+///    themselves. These pointers and `info->faults`, by which the library tells what doesn't work,
+///    stay valid until it is freed.
 /// 3. Saved bindings may be looked up from here on: `Device::findControl`.
 /// 4. `activate()` when a take begins, `update()` once per simulated frame before the tools run,
 ///    `deactivate()` when the take ends. `update()` is also called outside of takes, for live

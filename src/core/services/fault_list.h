@@ -14,7 +14,7 @@ namespace MVR {
 class FaultList {
 public:
     /// One operation, from its construction to the end of the scope. The outermost empties the
-    /// list.
+    /// list. Outside of operations nothing is added.
     class Operation {
     public:
         explicit Operation(FaultList& list);
@@ -23,27 +23,25 @@ public:
         ~Operation();
 
     private:
-        FaultList* outer_;
+        FaultList& list_;
+        bool isOutermost_;
     };
 
     FaultList() = default;
     FaultList(const FaultList&) = delete;
     FaultList& operator=(const FaultList&) = delete;
 
-    /// Returns the list of the operation that runs, so that those who find a fault needn't be given
-    /// it; null while no operation runs.
-    [[nodiscard]] static FaultList* underWay();
-
     [[nodiscard]] const std::vector<CoreFault>& getFaults() const { return faults_; }
-    void add(CoreFault fault) { faults_.push_back(std::move(fault)); }
+    void add(CoreFault fault);
     /// Sets the model, tool and element under way, to which tell() adds.
     void setPlace(CoreFault place) { place_ = std::move(place); }
-    /// Adds a fault that the host reports, and logs it.
-    void tell(const std::string& text);
+    /// Adds a fault that the host reports, and logs it. Returns false if no operation runs.
+    bool tell(const std::string& text);
 
 private:
     std::vector<CoreFault> faults_;
     CoreFault place_;
+    bool isUnderWay_ = false;
 };
 
 } // namespace MVR

@@ -2,6 +2,7 @@
 
 #include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
+#include "core/services/core_services.h"
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/model_words.h"
@@ -14,6 +15,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -50,19 +52,22 @@ struct Level {
 class AttributePass {
 public:
     AttributePass(InstanceReference& start, const Tag& data, std::uint32_t stages)
-        : start_(start), data_(data), stages_(stages), index_(start),
-          place_(data, data.attribute(kModelFolder)) {}
+        : start_(start), data_(data), stages_(stages), index_(start) {
+        if (!data.hasName(ModelWord::kTree))
+            setModel(start, data);
+    }
 
     std::int32_t run();
 
 private:
+    void setModel(const InstanceReference& outermost, const Tag& tag);
     std::int32_t begin(InstanceReference& reference, const Tag& tag);
 
     InstanceReference& start_;
     const Tag& data_;
     std::uint32_t stages_;
     InstanceIndex index_;
-    ModelPlace place_;
+    std::optional<ModelPlace> place_; // from the first tool on
     std::deque<Level> open_;
 };
 
@@ -80,10 +85,16 @@ std::int32_t AttributePass::run() {
         if (tag == nullptr)
             continue;
         if (data_.hasName(ModelWord::kTree) && open_.size() == 1) // each is a model of its own
-            place_ = ModelPlace(*tag, data_.attribute(kModelFolder));
+            setModel(*child, *tag);
         (void)begin(*child, *tag); // a failure further down stops nothing
     }
     return result;
+}
+
+/// Faults from now on are those of the model that `tag` is; a holder has none.
+void AttributePass::setModel(const InstanceReference& outermost, const Tag& tag) {
+    if (CoreServices* const services = outermost.getServices())
+        place_.emplace(services->getFaults(), tag, data_.attribute(kModelFolder));
 }
 
 /// Applies what `tag` holds of this tool itself; those below come next, unless they are left out.
@@ -102,8 +113,8 @@ std::int32_t AttributePass::begin(InstanceReference& reference, const Tag& tag) 
         open_.pop_back();
         return reportCode(Codes::kInvalidData);
     }
-    place_.setTool(reference.getInstanceName());
-    ToolLoading tool{reference, *instance, place_, {}, stages_, &index_};
+    place_->setTool(reference.getInstanceName());
+    ToolLoading tool{reference, *instance, *place_, {}, stages_, &index_};
     loadStages(tool, tag);
     if (tool.isBranchDone)
         open_.pop_back();

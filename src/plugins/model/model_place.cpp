@@ -30,8 +30,8 @@ const std::string& nameOf(const Tag& tool) {
 
 } // namespace
 
-ModelPlace::ModelPlace(const Tag& outermost, const std::string& folder)
-    : model_(shown(nameOf(outermost))), tool_(nameOf(outermost)) {
+ModelPlace::ModelPlace(FaultList& faults, const Tag& outermost, const std::string& folder)
+    : faults_(&faults), model_(shown(nameOf(outermost))), tool_(nameOf(outermost)) {
     if (!folder.empty())
         model_ += " in " + shown(folder);
 }
@@ -55,13 +55,11 @@ void ModelPlace::logMissing(const std::string& element, const std::string& fault
 
 void ModelPlace::add(const CoreFault& fault) const {
     Log(Log::Warning).write(toText(fault));
-    if (FaultList* const list = FaultList::underWay())
-        list->add(fault);
+    faults_->add(fault);
 }
 
 void ModelPlace::listen(const std::string& element) const {
-    if (FaultList* const list = FaultList::underWay())
-        list->setPlace({model_, shown(tool_), element, "", 0});
+    faults_->setPlace({model_, shown(tool_), element, "", 0});
 }
 
 } // namespace MVR

@@ -9,13 +9,15 @@
 
 namespace MVR {
 
+class FaultList;
+
 /// A tool within a model. The names come from the model, whoever wrote that.
 class ModelPlace {
 public:
-    /// `outermost` is the element of the tool that all others of the model are below, `folder`
-    /// where the model came from; "" if it is not from a file. Until setTool() the tool is
-    /// `outermost`.
-    ModelPlace(const Tag& outermost, const std::string& folder);
+    /// `faults` is the attachment's list, `outermost` is the element of the tool that all others of
+    /// the model are below, `folder` where the model came from; "" if it is not from a file. Until
+    /// setTool() the tool is `outermost`.
+    ModelPlace(FaultList& faults, const Tag& outermost, const std::string& folder);
 
     /// Sets the tool that is worked on.
     void setTool(const std::string& name);
@@ -32,6 +34,7 @@ public:
 private:
     void add(const CoreFault& fault) const;
 
+    FaultList* faults_;
     std::string model_;
     std::string tool_;
     bool isMissingTold_ = false;

@@ -173,7 +173,7 @@ TEST_F(LibraryTest, NamesEndAtTheFirstDotAfterTheFirstCharacter) {
     } const cases[] = {
         {"/a.b/tool.v2.so", "tool"}, {"C:\\x\\.x.dll", ".x"}, {"tool", "tool"}, {"/a/", ""}};
     for (const auto& each : cases) {
-        const auto library = std::make_unique<Library>(nullptr, each.path);
+        const auto library = std::make_unique<Library>(each.path);
         EXPECT_EQ(library->getName(), each.name);
     }
 }

@@ -7,7 +7,7 @@
 
 namespace MVR {
 
-CoreLibrary::CoreLibrary() : Library(nullptr, "Core") {
+CoreLibrary::CoreLibrary() : Library("Core") {
     Log entry("Creating internal library", Log::Notice);
 }
 

@@ -20,8 +20,7 @@ std::string nameOf(const std::string& path) {
 
 } // namespace
 
-Library::Library(Platform::LibraryHandle module, std::string path)
-    : path_(std::move(path)), name_(nameOf(path_)), module_(module) {
+Library::Library(std::string path) : path_(std::move(path)), name_(nameOf(path_)) {
     Log entry("Creating library", Log::Notice);
     (void)LibraryManager::instance()->addLibrary(this);
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "core/util/sdk/dynamic_object.h"
-#include "platform/libraries.h"
 
 #include <cstdint>
 #include <string>
@@ -17,8 +16,8 @@ class Plugin;
 /// only.
 class Library : public Util::DynamicObject {
 public:
-    /// Enters itself into the LibraryManager. `module` is null for what is built into the core.
-    Library(Platform::LibraryHandle module, std::string path);
+    /// Enters itself into the LibraryManager.
+    explicit Library(std::string path);
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
     /// Destroys the plug-ins, last first, and removes itself from the LibraryManager.
@@ -28,8 +27,6 @@ public:
     /// name.
     [[nodiscard]] std::string getName() const { return name_; }
     [[nodiscard]] const std::string& getPath() const { return path_; }
-    /// Returns null for what is built into the core.
-    [[nodiscard]] Platform::LibraryHandle getModule() const { return module_; }
     [[nodiscard]] std::int32_t getPluginCount() const;
     /// Returns null if `index` is out of range.
     [[nodiscard]] Plugin* getPlugin(std::int32_t index) const;
@@ -44,7 +41,6 @@ private:
     std::string path_;
     std::string name_;
     std::vector<Plugin*> plugins_; // owned, freed by destroy(), which removes each from the list
-    Platform::LibraryHandle module_;
 };
 
 } // namespace MVR

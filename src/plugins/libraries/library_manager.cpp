@@ -10,7 +10,6 @@
 #include "plugins/libraries/plugin.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace MVR {
 namespace {
@@ -28,7 +27,7 @@ public:
     Function find(const char* name) const {
         return reinterpret_cast<Function>(Platform::findFunction(handle_, name));
     }
-    Platform::LibraryHandle keep() { return std::exchange(handle_, nullptr); }
+    void keep() { handle_ = nullptr; }
 
 private:
     Platform::LibraryHandle handle_;
@@ -113,7 +112,8 @@ Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& co
         code = reportCode(Codes::kLibraryNoPlugins);
         return nullptr;
     }
-    auto* const library = new Library(module.keep(), path);
+    module.keep();
+    auto* const library = new Library(path);
     for (std::int32_t i = 0; CCameraPlugin* const descriptor = getPlugin(i); ++i) {
         std::int32_t ignored = 0;
         Plugin::create(library, descriptor, ignored);

@@ -34,7 +34,8 @@ std::vector<Option> recordOptions() {
          "place a tool; the --name, --bind, --set and --bindings that\nfollow belong to it"},
         {"--name", "NAME", "the tool's name; by default its type and a number"},
         {"--bind", "PROPERTY=DEVICE:TYPE[:INDEX]",
-         "drive a property with a control, such as\n\"Position X=OSC:/camera/position:0\""},
+         "drive a property with a control, such as\n\"Position X=OSC:/camera/position:0\"; "
+         "it replaces\nan earlier --bind. \"Pad#1\" is the second device Pad"},
         {"--set", "PROPERTY.PARAMETER=NUMBER",
          "set multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all bound "
          "properties. The dead zone\nis 0.1 unless it is set"},
@@ -120,7 +121,7 @@ bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
     }
     ToolPlan& tool = options_.tools.back();
     if (argument.name == "--bind")
-        return parseBinding(argument.value, tool.bindings.emplace_back(), error);
+        return addBinding(argument.value, tool, error);
     if (argument.name == "--set")
         return parseSetting(argument.value, {}, tool.settings.emplace_back(), error);
     if (argument.name == "--bindings")

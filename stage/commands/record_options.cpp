@@ -1,12 +1,12 @@
 #include "stage/commands/record_options.h"
 
-#include "stage/base/text.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/scene_opening.h"
 #include "stage/rig/tool_list.h"
 #include "stage/scene/scene_file.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <iterator>
 #include <utility>
@@ -232,9 +232,9 @@ bool RecordReader::finish(std::string& error) {
     else if (options_.end <= options_.start)
         error = "the take ends before its first frame";
     else if (options_.end > kLatestTime)
-        error = "the take must end by second " + toText(kLatestTime);
+        error = "the take must end by second " + std::to_string(std::lround(kLatestTime));
     else if (options_.rate > kHighestRate)
-        error = "--rate must be at most " + toText(kHighestRate);
+        error = "--rate must be at most " + std::to_string(std::lround(kHighestRate));
     else
         return true;
     return false;

@@ -65,6 +65,7 @@ TEST(RecordOptions, WrongOnesAreReportedInTheUsersWords) {
         {{"--tool", "T", "--set", "X.multiplyer=2"}, "multiplier, exponent, deadzone or offset"},
         {{"--tool", "T", "--set", "X.deadzone=1"}, "leaves nothing"},
         {{"--tool", "T", "--rate", "0"}, "at least 0.1"},
+        {{"--tool", "T", "--rate", "1e6"}, "at most 100000"},
         {{"--tool", "T", "--rate", "fast"}, "\"fast\" is not a number"},
         {{"--tool", "T", "--countdown", "1.5"}, "whole number from 0 to 3600"},
         {{"--tool", "T", "--slow-motion", "11"}, "from 1 to 10"},

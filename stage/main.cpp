@@ -2,6 +2,7 @@
 #include "stage/commands/commands.h"
 #include "stage/commands/devices.h"
 #include "stage/commands/model.h"
+#include "stage/commands/outputs.h"
 #include "stage/commands/record.h"
 #include "stage/commands/resimulate.h"
 #include "stage/commands/tools.h"
@@ -29,7 +30,8 @@ constexpr Stage::Command kCommands[] = {
 
 int main(int count, char** arguments) {
     const std::vector<std::string> words(arguments + 1, arguments + count);
-    const Stage::ExitCode code = Stage::runCommand("", kAbout, kCommands, words);
+    const Stage::ExitCode code =
+        Stage::flushOutput(Stage::runCommand("", kAbout, kCommands, words));
     MVR::Util::SingletonCollector::destroyAll();
     return static_cast<int>(code);
 }

@@ -131,7 +131,11 @@ bool readMotion(const std::string& path, Motion& out, std::string& error) {
             return false;
         }
     }
-    if (!file.eof() && !file.bad()) {
+    if (file.bad()) {
+        error = path + ": can't be read";
+        return false;
+    }
+    if (!file.eof()) {
         error = path + ":" + std::to_string(number + 1) + ": the line has more than " +
                 std::to_string(kMaxLineBytes) + " bytes";
         return false;

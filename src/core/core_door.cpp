@@ -6,7 +6,6 @@ namespace MVR {
 
 void CoreDoor::open(CoreImplementation& core) {
     adaptor_ = &core;
-    interface_ = &core;
     core_ = &core;
     tree_ = &core;
     recorder_ = &core;
@@ -23,6 +22,10 @@ std::string CoreDoor::getUserFolder() const {
 
 std::intptr_t CoreDoor::getParentWindow() const {
     return adaptor_->getParentWindow();
+}
+
+CoreInterface& CoreDoor::getInterface() const {
+    return *core_;
 }
 
 std::int32_t CoreDoor::getStartCountdown() const {

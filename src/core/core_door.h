@@ -28,7 +28,7 @@ public:
     [[nodiscard]] AdaptorInterface* getAdaptor() const override;
     [[nodiscard]] std::string getUserFolder() const override;
     [[nodiscard]] std::intptr_t getParentWindow() const override;
-    [[nodiscard]] CoreInterface& getInterface() const override { return *interface_; }
+    [[nodiscard]] CoreInterface& getInterface() const override;
     [[nodiscard]] std::int32_t getStartCountdown() const override;
     [[nodiscard]] bool getAutoExpand() const override;
     [[nodiscard]] InstanceManager& getTree() const override { return *tree_; }
@@ -41,8 +41,7 @@ public:
 private:
     // Separate pointers, as the core's destructor ends the parts one by one.
     AdaptorManager* adaptor_ = nullptr;
-    CoreInterface* interface_ = nullptr;
-    CoreImplementation* core_ = nullptr; // for its settings
+    CoreImplementation* core_ = nullptr; // as the adaptor sees it, and for its settings
     InstanceManager* tree_ = nullptr;
     RecordManager* recorder_ = nullptr;
     FaultList faults_;

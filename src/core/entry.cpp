@@ -33,6 +33,7 @@ struct Attachment {
     CoreImplementation core;
 };
 Attachment* attachment = nullptr; // owned; freed by detachCore
+bool isAttaching = false;         // the adaptor is being called before there is an attachment
 
 class ToolMaker final : public InstanceMaker {
 public:
@@ -96,10 +97,11 @@ void libraryLoaded(Platform::LibraryHandle module) {
 CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
     if (adaptor == nullptr || !isRightVersion(*adaptor))
         return nullptr;
-    if (attachment != nullptr) {
+    if (attachment != nullptr || isAttaching) {
         Log(Log::Error).write("another adaptor is attached to CORE");
         return nullptr;
     }
+    isAttaching = true;
     Util::bindHostThread();
     Log log("Linking adaptor to CORE and creating CORE interface", Log::Notice);
     adaptor->setErrorCode(ErrorCode::instance());
@@ -107,6 +109,7 @@ CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
     startDevicesOnce(*adaptor);
     Hooks::attachKeyHook();
     attachment = new Attachment(adaptor);
+    isAttaching = false;
     return &attachment->core;
 }
 

@@ -5,9 +5,16 @@
 
 namespace MVR {
 
+void KeptElements::keep(std::int32_t place, const Tag& element) {
+    const auto behind = std::upper_bound(
+        elements_.begin(), elements_.end(), place,
+        [](std::int32_t wanted, const Element& each) { return wanted < each.place; });
+    elements_.insert(behind, {place, element});
+}
+
 void KeptElements::writeTo(Tag& parent) const {
-    for (const Tag& element : elements_)
-        parent.addChild(element);
+    for (const Element& each : elements_)
+        parent.addChild(each.tag);
 }
 
 void KeptElements::writeMissingTo(Tag& parent) const {
@@ -16,9 +23,9 @@ void KeptElements::writeMissingTo(Tag& parent) const {
     std::set<std::string> present;
     for (std::int32_t i = 0; i < parent.childCount(); ++i)
         present.insert(parent.child(i).name());
-    for (const Tag& element : elements_)
-        if (present.count(element.name()) == 0)
-            parent.addChild(element);
+    for (const Element& each : elements_)
+        if (present.count(each.tag.name()) == 0)
+            parent.addChild(each.tag);
 }
 
 } // namespace MVR

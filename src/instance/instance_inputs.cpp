@@ -29,6 +29,7 @@ bool isParameter(const Tag& element) {
 UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t acceptedKinds) {
     UniDevice::Property* const property =
         properties_.getOrCreate(name, acceptedKinds, HeldProperty::Maker());
+    kept_.try_emplace(property, *property);
     const Tag kept = unknownProperties_.release([&name](const Tag& entry) {
         return entry.hasName(kProperty) && entry.attribute(kName) == name;
     });
@@ -42,7 +43,7 @@ void InstanceInputs::addForSpinner(std::int32_t componentId, const std::string& 
     spinnerProperties_.emplace_back(componentId, add("Spinner: " + label, kKinds));
 }
 
-Tag InstanceInputs::describe(const std::string& profileName, bool isExact) {
+Tag InstanceInputs::describe(const std::string& profileName, bool isExact) const {
     Tag profile = Tag::element(kProfileElement);
     profile.attributeRef(kName) = profileName;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
@@ -51,57 +52,26 @@ Tag InstanceInputs::describe(const std::string& profileName, bool isExact) {
     return profile;
 }
 
-Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool isExact) {
+Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool isExact) const {
     Tag entry;
     property.toTag(entry, isExact);
     Tag control; // stays empty if a stand-in of a resimulation replaces no control
     if (property.control != nullptr)
         property.control->toTag(control);
-    if (control.isEmpty())
-        control = findLost(property);
-    else
-        noteControl(property, control);
-    entry.addChild(std::move(control));
-    if (const auto kept = kept_.find(property.name); kept != kept_.end())
-        kept->second.others.writeTo(entry);
+    const Kept& kept = kept_.at(&property);
+    entry.addChild(control.isEmpty() ? kept.control.getLost() : std::move(control));
+    kept.others.writeTo(entry);
     return entry;
-}
-
-/// Returns the element of the control that `property`, which has none now, is to have again.
-Tag InstanceInputs::findLost(const UniDevice::Property& property) {
-    const auto found = kept_.find(property.name);
-    if (found == kept_.end())
-        return {};
-    KeptControl& kept = found->second.control;
-    if (kept.getControl() == nullptr)
-        return kept.getElement();
-    if (property.control == nullptr) // cleared, for the control is still there
-        kept.clear();
-    return {};
-}
-
-/// The control of `property`, whose element is `element`, may go before the next profile. What
-/// stands in for another has no device, and nothing is to come back to it.
-void InstanceInputs::noteControl(const UniDevice::Property& property, const Tag& element) {
-    if (property.control->device == nullptr)
-        return;
-    KeptControl& kept = kept_[property.name].control;
-    if (kept.getControl() != property.control)
-        kept.keep(property.control, element);
-}
-
-void InstanceInputs::bind(UniDevice::Property& property, UniDevice::Control* control) {
-    if (const auto kept = kept_.find(property.name); kept != kept_.end())
-        kept->second.control.clear();
-    property.bind(control);
 }
 
 std::int32_t InstanceInputs::apply(const Tag& profile) {
     if (profile.isEmpty() || !profile.hasName(kProfileElement))
         return kNoProfile;
-    for (std::int32_t i = 0; i < properties_.count(); ++i)
-        bind(*properties_.property(i), nullptr);
-    kept_.clear();
+    for (std::int32_t i = 0; i < properties_.count(); ++i) {
+        UniDevice::Property* const property = properties_.property(i);
+        property->bind(nullptr);
+        kept_.at(property).others.clear();
+    }
     unknownProperties_.clear();
     std::int32_t missing = 0;
     unknownProperties_.keepUnknown(profile, [this, &missing](const Tag& entry) {
@@ -117,18 +87,18 @@ std::int32_t InstanceInputs::apply(const Tag& profile) {
 /// Returns false if the control that `entry` names isn't there: the property stays unbound.
 bool InstanceInputs::applyProperty(UniDevice::Property& property, const Tag& entry) {
     property.readSettings(entry);
-    kept_.erase(property.name); // of several elements for one property the last counts
-    KeptElements others;
-    others.keepUnknown(entry,
-                       [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
-    if (!others.isEmpty())
-        kept_[property.name].others = std::move(others);
+    Kept& kept = kept_.at(&property);
+    // Of several elements for one property the last counts.
+    kept.control.boundAnew(property.control);
+    kept.others.clear();
+    kept.others.keepUnknown(
+        entry, [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
     const Tag& wanted = entry.child(kControl);
     if (wanted.isEmpty())
         return true;
     UniDevice::Control* const control = UniDevice::DeviceHandler::instance()->findControl(wanted);
-    bind(property, control);
-    kept_[property.name].control.keep(control, wanted);
+    property.bind(control);
+    kept.control.keep(control, wanted);
     return control != nullptr;
 }
 

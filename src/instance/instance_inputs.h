@@ -15,8 +15,7 @@
 
 namespace MVR {
 
-/// The input properties of a tool, and their bindings and parameters as a profile. Whoever binds or
-/// clears a property for the user does it by bind().
+/// The input properties of a tool, and their bindings and parameters as a profile.
 class InstanceInputs {
 public:
     /// What apply() returns for a tag that isn't a profile.
@@ -37,30 +36,26 @@ public:
 
     /// Returns a tag "profile" of the present bindings and parameters, and of what is kept; the
     /// parameters have all their digits if `isExact`, otherwise six.
-    [[nodiscard]] Tag describe(const std::string& profileName, bool isExact);
+    [[nodiscard]] Tag describe(const std::string& profileName, bool isExact) const;
     /// Replaces all bindings. What it can't apply is kept until the next profile: a control that
     /// isn't there, unless its property gets another meanwhile; a property that the tool doesn't
     /// have, until it has it; elements of unknown words. Returns the number of controls that were
     /// not found, or `kNoProfile`, with nothing changed.
     std::int32_t apply(const Tag& profile);
-    /// Binds a property of this tool to `control`, or clears it if that is null; either way no
-    /// control is kept for it.
-    void bind(UniDevice::Property& property, UniDevice::Control* control);
 
 private:
     /// What is kept of one property.
     struct Kept {
+        explicit Kept(UniDevice::Property& property) : control(property) {}
         KeptControl control;
         KeptElements others;
     };
 
-    [[nodiscard]] Tag describeProperty(const UniDevice::Property& property, bool isExact);
-    [[nodiscard]] Tag findLost(const UniDevice::Property& property);
-    void noteControl(const UniDevice::Property& property, const Tag& element);
+    [[nodiscard]] Tag describeProperty(const UniDevice::Property& property, bool isExact) const;
     [[nodiscard]] bool applyProperty(UniDevice::Property& property, const Tag& entry);
 
     UniDevice::PropertyHandler properties_;
-    std::map<std::string, Kept> kept_; // by property; only those with something kept
+    std::map<const UniDevice::Property*, Kept> kept_; // destroyed before the properties
     KeptElements unknownProperties_;
     std::vector<std::pair<std::int32_t, UniDevice::Property*>> spinnerProperties_; // component ids
 };

@@ -4,32 +4,35 @@
 #include "data/sdk/tag.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/control_target.h"
+#include "unidevice/sdk/property.h"
 
 namespace MVR {
 
 /// The control that a property was given last, as an element "control": it may not be there yet, or
-/// go later with its device or its tool.
-class KeptControl final : public UniDevice::ControlTarget {
+/// go later with its device or its tool. Whoever binds or clears the property ends what was kept.
+class KeptControl final : public UniDevice::ControlTarget, public UniDevice::Property::Listener {
 public:
-    KeptControl() = default;
+    /// `property` must outlive this.
+    explicit KeptControl(UniDevice::Property& property);
     KeptControl(const KeptControl&) = delete;
     KeptControl& operator=(const KeptControl&) = delete;
-    ~KeptControl() { clear(); }
+    ~KeptControl() override;
 
-    /// `control` is what `element` names, or null if it isn't there.
+    /// Keeps `element` for `control`, or for the one that it names, which isn't there, if that is
+    /// null.
     void keep(UniDevice::Control* control, const Tag& element);
-    void clear();
 
-    /// Empty if nothing is kept.
-    [[nodiscard]] const Tag& getElement() const { return element_; }
-    /// Null if it isn't there, or no longer.
-    [[nodiscard]] const UniDevice::Control* getControl() const { return control_; }
+    /// Returns the element of a control that isn't there; empty if there is none.
+    [[nodiscard]] Tag getLost() const { return control_ == nullptr ? element_ : Tag(); }
 
+    /// What has no device can't be found again, and isn't kept.
+    void boundAnew(UniDevice::Control* control) override;
     void controlRemoved(UniDevice::Control* control) override;
 
 private:
-    UniDevice::Control* control_ = nullptr; // not owned
-    Tag element_;
+    UniDevice::Property& property_;
+    UniDevice::Control* control_ = nullptr; // not owned; null if it isn't there, or no longer
+    Tag element_;                           // empty if nothing is kept
 };
 
 } // namespace MVR

@@ -22,14 +22,14 @@ TemporaryControl::~TemporaryControl() {
 
 void TemporaryControl::standIn(UniDevice::Property& property) {
     UniDevice::Control* const own = property.control;
-    property.bind(this);
+    property.lend(this);
     keep(own);
 }
 
 void TemporaryControl::giveBack(UniDevice::Property& property) {
     UniDevice::Control* const own = kept_;
     keep(nullptr);
-    property.bind(own);
+    property.lend(own);
 }
 
 void TemporaryControl::toTag(Tag& out) const {

@@ -97,7 +97,7 @@ void Catalogue::addModels(const std::string& folder) {
     for (const std::string& path : listing.getFiles()) {
         Tag data;
         // A damaged one is listed too: creating it shows the damage.
-        (void)readModelFile(path, data);
+        (void)readModelFile(path, data, nullptr);
         entries_.emplace_back(
             new Entry(owner_.getCore(), &owner_.getServices(), std::move(data), path));
     }

@@ -185,7 +185,7 @@ std::int32_t createFromModel(CoreServices& services, const std::string& path,
     FaultList& faults = services.getFaults();
     const FaultList::Operation operation(faults);
     Tag model;
-    if (!readModelFile(path, model))
+    if (!readModelFile(path, model, &faults))
         return reportCode(Codes::kModelUnreadable);
     if (!model.hasName(ModelWord::kTree) && !model.hasName(ModelWord::kTool)) {
         Log(Log::Error).write("No model in file", path, Log::OwnLevel);

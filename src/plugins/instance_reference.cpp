@@ -279,7 +279,7 @@ std::int32_t InstanceReference::save(Tag& out, std::uint32_t mask) {
 bool InstanceReference::saveModelFile(const std::string& path) {
     Tag model;
     (void)save(model, SaveMask::kModel);
-    return writeModelFile(path, model);
+    return writeModelFile(path, model, &getServices()->getFaults());
 }
 
 void InstanceReference::savePrm() {

@@ -9,6 +9,17 @@
 #include <numeric>
 
 namespace UniDevice {
+namespace {
+
+/// Calls `act` on each driver, and returns false if one of them did.
+bool forAll(const std::vector<Driver*>& drivers, bool (Driver::*act)()) {
+    bool all = true;
+    for (Driver* driver : drivers)
+        all = (driver->*act)() && all;
+    return all;
+}
+
+} // namespace
 
 DeviceHandler::~DeviceHandler() {
     destroyDevices();
@@ -59,18 +70,12 @@ bool DeviceHandler::update() {
 
 bool DeviceHandler::activate() {
     MVR::Util::checkHostThread();
-    bool all = true;
-    for (Driver* driver : drivers)
-        all = driver->activate() && all;
-    return all;
+    return forAll(drivers, &Driver::activate);
 }
 
 bool DeviceHandler::deactivate() {
     MVR::Util::checkHostThread();
-    bool all = true;
-    for (Driver* driver : drivers)
-        all = driver->deactivate() && all;
-    return all;
+    return forAll(drivers, &Driver::deactivate);
 }
 
 void DeviceHandler::resetControls() {

@@ -30,6 +30,8 @@ Property* Property::Factory::create(const std::string& name, std::int32_t accept
     return new Property(name, acceptedKinds);
 }
 
+void Property::Listener::boundAnew(Control*) {}
+
 Property::Property(std::string propertyName, std::int32_t kinds)
     : name(std::move(propertyName)), acceptedKinds(kinds) {}
 
@@ -55,17 +57,22 @@ double Property::map(double raw) const {
 }
 
 Property::~Property() {
-    bind(nullptr);
+    lend(nullptr);
 }
 
 std::int32_t Property::bind(Control* newControl) {
+    lend(newControl);
+    for (Listener* listener : listeners)
+        listener->boundAnew(newControl);
+    return control ? acceptedKinds & control->kindMask : kUnbound;
+}
+
+void Property::lend(Control* standIn) {
     if (control)
         control->removeTarget(this);
-    control = newControl;
-    if (!control)
-        return kUnbound;
-    control->targets.push_back(this);
-    return acceptedKinds & control->kindMask;
+    control = standIn;
+    if (control)
+        control->targets.push_back(this);
 }
 
 void Property::readSettings(const MVR::Tag& tag) {

@@ -61,7 +61,7 @@ const char* meaning(ExitCode code) {
     case ExitCode::BadBinding:
         return "there is no tool, property or control of a given name";
     case ExitCode::OutputNotWritten:
-        return "a file could not be written; its old content is intact";
+        return "a file or the output could not be written; a file's old content is intact";
     case ExitCode::CutShort:
         return "stopped by Ctrl+C before the end; what was recorded is kept";
     case ExitCode::CheckFailed:
@@ -85,6 +85,10 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
         if (word.rfind("-", 0) != 0) {
             if (operand == options.end()) {
                 error = "\"" + word + "\" doesn't belong to an option";
+                return false;
+            }
+            if (word.empty()) { // an unset shell variable
+                error = std::string(operand->name) + " must not be empty";
                 return false;
             }
             arguments.push_back({operand->name, word});
@@ -112,7 +116,7 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
             error = name + " needs a value: " + option->argument;
             return false;
         }
-        if (option->argument != nullptr && argument.value.empty()) { // an unset shell variable
+        if (option->argument != nullptr && argument.value.empty()) {
             error = name + " must not be empty";
             return false;
         }
@@ -170,7 +174,8 @@ std::string describe(const std::vector<Option>& options) {
     return text;
 }
 
-std::string describe(const std::vector<ExitCode>& codes) {
+std::string describe(std::vector<ExitCode> codes) {
+    std::sort(codes.begin(), codes.end());
     std::string text;
     for (const ExitCode code : codes)
         text += "  " + std::to_string(static_cast<int>(code)) + "  " + meaning(code) + '\n';

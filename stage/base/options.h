@@ -48,8 +48,8 @@ struct Argument {
 /// Returns the table as lines of the help.
 std::string describe(const std::vector<Option>& options);
 
-/// Returns the exit codes among `codes` as lines of the help.
-std::string describe(const std::vector<ExitCode>& codes);
+/// Returns the exit codes as lines of the help, the lowest first.
+std::string describe(std::vector<ExitCode> codes);
 
 /// Writes a line "mirvane-stage: <message>" to the error stream.
 void complain(const std::string& message);

@@ -22,7 +22,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kRefresh{100};
 constexpr double kSnapshotSeconds = 1.0;
 
-const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::CoreOrToolMissing};
+const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::CoreOrToolMissing,
+                                      ExitCode::OutputNotWritten};
 
 std::vector<Option> deviceOptions() {
     return withCommonOptions({

@@ -19,8 +19,9 @@ namespace {
 constexpr std::uint64_t kMostShownBytes = std::uint64_t(256) << 20;
 
 const std::vector<ExitCode> kListCodes = {ExitCode::Ok, ExitCode::Usage,
-                                          ExitCode::CoreOrToolMissing};
-const std::vector<ExitCode> kShowCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::BadFile};
+                                          ExitCode::CoreOrToolMissing, ExitCode::OutputNotWritten};
+const std::vector<ExitCode> kShowCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::OutputNotWritten,
+                                          ExitCode::BadFile};
 
 std::string listHelp() {
     return "usage: mirvane-stage model list [OPTIONS]\n\n"

@@ -5,6 +5,7 @@
 #include "stage/export/gltf_writer.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -72,6 +73,14 @@ ExitCode writeNodes(const std::vector<const StageNode*>& nodes, double start,
     const ExitCode curves =
         outCurves.empty() ? ExitCode::Ok : writeOutput(outCurves, toCurveTable(nodes));
     return firstFailure({scene, curves});
+}
+
+ExitCode flushOutput(ExitCode code) {
+    const bool isFlushed = std::fflush(stdout) == 0;
+    if (isFlushed && std::ferror(stdout) == 0)
+        return code;
+    const ExitCode lost = fail(ExitCode::OutputNotWritten, "can't write the output");
+    return firstFailure({code, lost});
 }
 
 ExitCode firstFailure(std::initializer_list<ExitCode> codes) {

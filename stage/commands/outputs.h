@@ -28,6 +28,10 @@ ExitCode fail(ExitCode code, const std::string& message);
 [[nodiscard]] ExitCode writeNodes(const std::vector<const StageNode*>& nodes, double start,
                                   const std::string& out, const std::string& outCurves);
 
+/// Writes out what was printed. Returns `code`, but OutputNotWritten, with a message, if that is Ok
+/// and some of it is lost, such as on a full disk.
+[[nodiscard]] ExitCode flushOutput(ExitCode code);
+
 /// Returns the first code that isn't Ok, or Ok.
 ExitCode firstFailure(std::initializer_list<ExitCode> codes);
 

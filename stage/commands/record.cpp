@@ -64,7 +64,7 @@ ExitCode RecordRun::checkOutputs() const {
     // The scene may replace the one that was opened.
     const ExitCode besides = Stage::checkOutputs(paths, {options_.openedPath});
     paths.push_back(options_.scene);
-    return firstFailure({besides, Stage::checkOutputs(paths)});
+    return besides != ExitCode::Ok ? besides : Stage::checkOutputs(paths);
 }
 
 /// Restores the scene to which the take is added, if there is one.

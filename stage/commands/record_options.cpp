@@ -1,12 +1,12 @@
 #include "stage/commands/record_options.h"
 
-#include "stage/base/text.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/scene_opening.h"
 #include "stage/rig/tool_list.h"
 #include "stage/scene/scene_file.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <iterator>
 #include <utility>
@@ -34,7 +34,8 @@ std::vector<Option> recordOptions() {
          "place a tool; the --name, --bind, --set and --bindings that\nfollow belong to it"},
         {"--name", "NAME", "the tool's name; by default its type and a number"},
         {"--bind", "PROPERTY=DEVICE:TYPE[:INDEX]",
-         "drive a property with a control, such as\n\"Position X=OSC:/camera/position:0\""},
+         "drive a property with a control, such as\n\"Position X=OSC:/camera/position:0\"; "
+         "it replaces\nan earlier --bind. \"Pad#1\" is the second device Pad"},
         {"--set", "PROPERTY.PARAMETER=NUMBER",
          "set multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all bound "
          "properties. The dead zone\nis 0.1 unless it is set"},
@@ -120,7 +121,7 @@ bool RecordReader::readOfTool(const Argument& argument, std::string& error) {
     }
     ToolPlan& tool = options_.tools.back();
     if (argument.name == "--bind")
-        return parseBinding(argument.value, tool.bindings.emplace_back(), error);
+        return addBinding(argument.value, tool, error);
     if (argument.name == "--set")
         return parseSetting(argument.value, {}, tool.settings.emplace_back(), error);
     if (argument.name == "--bindings")
@@ -231,9 +232,9 @@ bool RecordReader::finish(std::string& error) {
     else if (options_.end <= options_.start)
         error = "the take ends before its first frame";
     else if (options_.end > kLatestTime)
-        error = "the take must end by second " + toText(kLatestTime);
+        error = "the take must end by second " + std::to_string(std::lround(kLatestTime));
     else if (options_.rate > kHighestRate)
-        error = "--rate must be at most " + toText(kHighestRate);
+        error = "--rate must be at most " + std::to_string(std::lround(kHighestRate));
     else
         return true;
     return false;

@@ -166,9 +166,9 @@ ExitCode resimulateCommand(const std::vector<std::string>& words) {
     if (options.end.value_or(data.end) <= options.start.value_or(data.start))
         return fail(ExitCode::Usage, "the simulation ends before its first frame");
     // The scene may replace the one that was read.
-    const ExitCode code =
-        firstFailure({checkOutputs({options.out, options.outCurves}, {options.path}),
-                      checkOutputs({options.out, options.outCurves, options.scene})});
+    ExitCode code = checkOutputs({options.out, options.outCurves}, {options.path});
+    if (code == ExitCode::Ok)
+        code = checkOutputs({options.out, options.outCurves, options.scene});
     return code != ExitCode::Ok ? code : run(options, data, settings);
 }
 

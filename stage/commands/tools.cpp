@@ -14,7 +14,8 @@ namespace Stage {
 
 namespace {
 
-const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::CoreOrToolMissing};
+const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::CoreOrToolMissing,
+                                      ExitCode::OutputNotWritten};
 
 std::string help() {
     return "usage: mirvane-stage tools [OPTIONS]\n\n"

@@ -56,9 +56,11 @@ bool parseBinding(const std::string& text, Binding& out, std::string& error) {
         binding.type = text.substr(colon + 1);
         // A number behind the last colon is the index; a type may itself hold colons.
         const std::size_t last = binding.type.rfind(':');
-        if (last != std::string::npos &&
-            toNumber(std::string_view(binding.type).substr(last + 1), binding.index))
+        const std::string number = last != std::string::npos ? binding.type.substr(last + 1) : "";
+        if (toNumber(number, binding.index))
             binding.type.resize(last);
+        else if (!number.empty() && number.find_first_not_of("0123456789") == std::string::npos)
+            binding.type.clear(); // an index that is too large
         const std::size_t hash = binding.device.rfind('#');
         if (hash != std::string::npos &&
             toNumber(std::string_view(binding.device).substr(hash + 1), binding.deviceIndex))
@@ -69,6 +71,19 @@ bool parseBinding(const std::string& text, Binding& out, std::string& error) {
         return false;
     }
     out = std::move(binding);
+    return true;
+}
+
+bool addBinding(const std::string& text, ToolPlan& plan, std::string& error) {
+    Binding binding;
+    if (!parseBinding(text, binding, error))
+        return false;
+    const auto isReplaced = [&binding](const Binding& earlier) {
+        return earlier.property == binding.property;
+    };
+    plan.bindings.erase(std::remove_if(plan.bindings.begin(), plan.bindings.end(), isReplaced),
+                        plan.bindings.end());
+    plan.bindings.push_back(std::move(binding));
     return true;
 }
 
@@ -124,7 +139,7 @@ bool readPlanFile(const std::string& path, ToolPlan& plan, std::string& error) {
             isGood = false;
             error = "a file of bindings has at most " + std::to_string(kMostPlanLines) + " lines";
         } else if (line.rfind("bind ", 0) == 0) {
-            isGood = parseBinding(line.substr(5), plan.bindings.emplace_back(), error);
+            isGood = addBinding(line.substr(5), plan, error);
         } else if (line.rfind("set ", 0) == 0) {
             isGood = parseSetting(line.substr(4), {}, plan.settings.emplace_back(), error);
         } else if (!isGood) {

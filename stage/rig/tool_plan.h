@@ -45,6 +45,9 @@ struct ToolPlan {
 /// Returns false, with a message in `error`, if it has another form.
 [[nodiscard]] bool parseBinding(const std::string& text, Binding& out, std::string& error);
 
+/// The same, into the plan of a tool: the binding replaces an earlier one of its property.
+[[nodiscard]] bool addBinding(const std::string& text, ToolPlan& plan, std::string& error);
+
 /// Reads "PROPERTY.PARAMETER=NUMBER", such as "Position X.multiplier=2". A "NAME/" in front, the
 /// name or type of one of `tools`, restricts it to that tool.
 [[nodiscard]] bool parseSetting(const std::string& text, const std::vector<ToolPlan>& tools,

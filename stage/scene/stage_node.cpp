@@ -264,23 +264,26 @@ void StageNode::setKeys(double time, std::size_t firstCurve, const double* value
         curves_[firstCurve + i].setKey(time, values[i]);
 }
 
+bool StageNode::record(double time, std::size_t firstCurve, const double* values,
+                       std::size_t count) {
+    if (!scene_.isRecording())
+        return false;
+    setKeys(time, firstCurve, values, count);
+    scene_.notifyKey(*this, time);
+    return true;
+}
+
 void StageNode::setPosition(double time, const Vector3& position) {
-    if (scene_.isRecording()) {
-        setKeys(time, 0, position.data(), position.size());
-        scene_.notifyKey(*this, time);
+    if (record(time, 0, position.data(), position.size()))
         return;
-    }
     Transform rest = rest_;
     rest.position = position;
     setRest(rest);
 }
 
 void StageNode::setRotation(double time, const Quaternion& rotation) {
-    if (scene_.isRecording()) {
-        setKeys(time, kFirstRotationCurve, rotation.data(), rotation.size());
-        scene_.notifyKey(*this, time);
+    if (record(time, kFirstRotationCurve, rotation.data(), rotation.size()))
         return;
-    }
     Transform rest = rest_;
     rest.rotation = rotation;
     setRest(rest);
@@ -296,13 +299,8 @@ void StageNode::setTransform(double time, const Transform& transform) {
 }
 
 void StageNode::setLens(double time, LensPart part, double value) {
-    if (!isLensNumber(value))
+    if (!isLensNumber(value) || record(time, kFirstLensCurve + part, &value, 1))
         return;
-    if (scene_.isRecording()) {
-        setKeys(time, kFirstLensCurve + part, &value, 1);
-        scene_.notifyKey(*this, time);
-        return;
-    }
     Lens lens = lens_;
     lens[part] = value;
     change(&StageNode::lens_, lens);

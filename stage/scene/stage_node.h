@@ -129,6 +129,8 @@ private:
     /// A transform that isn't finite changes nothing.
     void setRest(const Transform& rest);
     void setKeys(double time, std::size_t firstCurve, const double* values, std::size_t count);
+    /// Returns false, with nothing set, if no take runs.
+    bool record(double time, std::size_t firstCurve, const double* values, std::size_t count);
     void startLens(double time);
     Quaternion evaluateRotation(double time) const;
     /// Returns the index among the parent's children; 0 for a root.

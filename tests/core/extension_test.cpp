@@ -286,6 +286,8 @@ TEST_F(ExtensionTest, FaultsNameModelToolElementAndReason) {
     EXPECT_EQ(faults->list()[0].code, 4711) << "the tool's own";
     EXPECT_FALSE(faults->tell("too late"));
     EXPECT_EQ(faults->list().size(), 1U);
+    EXPECT_NE(tools->create("Stubborn", "", "nobody", Tag(), nullptr), 0);
+    EXPECT_TRUE(faults->list().empty()) << "those of the creation before";
     EXPECT_NE(models->save("", home.documents() + "/no/such.prm"), 0);
     EXPECT_EQ(faults->list().at(0).model, home.documents() + "/no/such.prm");
 

@@ -99,6 +99,9 @@ TEST_F(LifecycleTest, AttachmentsComeOneAtATimeAndInTurn) {
     libraryLoaded(Platform::ownModule());
     EXPECT_EQ(detachCore(nullptr), 0);
     EXPECT_THAT(logged(), HasSubstr("Unlinking adaptor from CORE"));
+    adaptor.onCall = [this](const std::string& call) {
+        EXPECT_TRUE(call != "setLog" || attachAdaptor(&adaptor) == nullptr);
+    };
     CoreInterface* const first = attachAdaptor(&adaptor);
     EXPECT_THAT(logged(), HasSubstr("Initializing UniDevice"));
 

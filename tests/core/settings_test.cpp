@@ -54,6 +54,8 @@ TEST_F(SettingsTest, TheUsersFileWinsOverTheSharedOneAndBothOverTheDefaults) {
     EXPECT_TRUE(core->getAutoExpand());
     std::int32_t untouched = 42;
     EXPECT_FALSE(core->getProperty(999, &untouched));
+    EXPECT_FALSE(core->getProperty(Setting::kSilentMode, nullptr));
+    EXPECT_FALSE(core->setProperty(Setting::kSilentMode, nullptr));
     EXPECT_FALSE(core->setProperty(999, &untouched));
     EXPECT_EQ(untouched, 42);
 }

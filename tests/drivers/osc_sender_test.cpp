@@ -66,6 +66,10 @@ TEST(OscSenderTest, BadMotionFilesAreNamedWithTheirLine) {
         EXPECT_THAT(error, HasSubstr(c.error));
         EXPECT_TRUE(motion.empty());
     }
+    Motion motion;
+    std::string error;
+    EXPECT_FALSE(readMotion(folder.path, motion, error));
+    EXPECT_THAT(error, HasSubstr("can't be read"));
 }
 
 TEST(OscSenderTest, SendsAFileAtItsOwnPaceAndExactly) {

@@ -1,3 +1,4 @@
+#include "core/contract/core_extensions.h"
 #include "instance/instance_inputs.h"
 #include "instance/temporary_control.h"
 #include "plugins/contract/extension_ids.h"
@@ -180,71 +181,141 @@ TEST_F(KeptElementsTest, TheUserEndsTheKeepingAndNobodyElse) {
     EXPECT_EQ(again.child("later").value(), "own");
 }
 
-TEST_F(KeptElementsTest, ABindingOutlivesItsControlUntilTheUserBindsAnew) {
-    const Tag profile("<profile><property name=\"Move\"><control device=\"Old\" type=\"X\" "
-                      "index=\"0\"><description>Old: X</description></control></property>"
-                      "</profile>");
-    InstanceInputs inputs;
-    UniDevice::Property& move = *inputs.add("Move", UniDevice::finite);
-    TemporaryControl standIn(0);
-    UniDevice::Control* other = nullptr;
-    const auto saved = [&inputs] {
+TEST_F(KeptElementsTest, AParentThatIsMissingIsKeptUntilTheNodeGetsAnother) {
+    const auto create = [this](const std::string& parentOfBody) {
+        core->deleteAllInstances();
+        adaptor.nodes.clear();
+        core->create(Tag("<MVR_Plugin><type>PRM</type><name>Rig</name><nodeinfo>"
+                         "<node name=\"Body\">" +
+                         parentOfBody + "</node></nodeinfo></MVR_Plugin>"),
+                     nullptr, false);
+    };
+    const auto parent = [this] {
+        Tag now = saved(SaveMask::kModel);
+        return at(now, {"nodeinfo", "node", "parent"}).toText("", "", "");
+    };
+    const std::string missing[] = {"<parent external=\"Gone\">Base</parent>",
+                                   "<parent>Nowhere</parent>", "<parent>Body</parent>"};
+    Testing::TestNode stand("Stand", nullptr);
+    for (const std::string& each : missing) {
+        create(each);
+        EXPECT_EQ(parent(), each);
+        Testing::TestNode& body = *adaptor.findNode("Body");
+        body.setParent(&stand);
+        EXPECT_EQ(parent(), "<parent/>") << each;
+        body.setParent(nullptr);
+        EXPECT_EQ(parent(), each) << "the user's step is undone";
+        EXPECT_EQ(find("Rig")->applyAttributes(
+                      Tag("<MVR_Plugin><name>Rig</name><nodeinfo><node name=\"Body\"><parent/>"
+                          "</node></nodeinfo></MVR_Plugin>"),
+                      SaveMask::kParent),
+                  0);
+        EXPECT_EQ(parent(), "<parent/>") << "a newer one could be applied";
+        expectNothingOut();
+    }
+}
+
+TEST_F(KeptElementsTest, ANodeThatTheHostCantMakeIsKeptUntilItIsThere) {
+    adaptor.unmakableNode = "Ghost";
+    const std::string ghost = "<node name=\"Ghost\"><visible>false</visible><hpnode>d</hpnode>"
+                              "<later/></node>";
+    core->create(Tag("<MVR_Plugin><type>PRM</type><name>Rig</name><nodeinfo><group>g</group>" +
+                     ghost + "<select external=\"Gone\">Body</select></nodeinfo></MVR_Plugin>"),
+                 nullptr, false);
+    EXPECT_EQ(getFaults(*core)->list().size(), 2U) << "one for the node, one for the selection";
+    const auto nodeInfo = [this](std::uint32_t mask) {
+        return saved(mask).child("nodeinfo").toText("", "", "");
+    };
+    EXPECT_EQ(nodeInfo(SaveMask::kModel), "<nodeinfo><group>g</group>" + ghost +
+                                              "<select external=\"Gone\">Body</select></nodeinfo>");
+    EXPECT_EQ(
+        nodeInfo(SaveMask::kVisible),
+        "<nodeinfo><group>g</group><node name=\"Ghost\"><visible>false</visible><later/></node>"
+        "</nodeinfo>");
+    EXPECT_EQ(nodeInfo(SaveMask::kScene), "<nodeinfo><group>g</group></nodeinfo>")
+        << "a scene that asks for the node couldn't make the tool";
+    adaptor.unmakableNode.clear();
+    find("Rig")->getInstance()->createNode("Ghost", 0, 0);
+    EXPECT_EQ(saved(SaveMask::kModel).child("nodeinfo").childCount("node"), 1);
+}
+
+/// A property whose profile names the control "Old: X".
+struct KeptBindingTest : KeptElementsTest {
+    static void lose(const std::string& name) {
+        delete UniDevice::DeviceHandler::instance()->findDevice(name, 0);
+    }
+    std::string savedControl() const {
         const Tag now = inputs.describe("", false);
         return now.child(0).child("control").child("description").value();
-    };
-    const auto lose = [](const std::string& name) {
-        delete UniDevice::DeviceHandler::instance()->findDevice(name, 0);
-    };
+    }
+    void applyProfile(bool isControlThere) {
+        if (isControlThere)
+            (new Testing::ScriptedDevice("Old"))->add("X");
+        other = (new Testing::ScriptedDevice("New"))->add("X");
+        const Tag profile("<profile><property name=\"Move\"><control device=\"Old\" type=\"X\" "
+                          "index=\"0\"><description>Old: X</description></control></property>"
+                          "</profile>");
+        EXPECT_EQ(inputs.apply(profile), isControlThere ? 0 : 1);
+    }
+
+    InstanceInputs inputs;
+    UniDevice::Property& move = *inputs.add("Move", UniDevice::finite);
+    TemporaryControl standIn{0};
+    UniDevice::Control* other = nullptr;
+};
+
+TEST_F(KeptBindingTest, OutlivesItsControlUntilThePropertyIsBoundAnew) {
     const struct {
         const char* name;
         bool isThere; // when the profile is applied
         std::function<void()> act;
         const char* expected;
     } cases[] = {
-        {"it goes", true, [&] { lose("Old"); }, "Old: X"},
+        {"it goes", true, [] { lose("Old"); }, "Old: X"},
         {"it goes in a simulated take", true,
-         [&] {
+         [this] {
              standIn.standIn(move);
-             EXPECT_EQ(saved(), "Old: X");
+             EXPECT_EQ(savedControl(), "Old: X");
              lose("Old");
-             EXPECT_EQ(saved(), "Old: X");
+             EXPECT_EQ(savedControl(), "Old: X");
              standIn.giveBack(move);
          },
          "Old: X"},
-        {"a save saw another, which goes", true,
-         [&] {
+        {"it isn't there in a simulated take", false,
+         [this] {
+             standIn.standIn(move);
+             standIn.giveBack(move);
+         },
+         "Old: X"},
+        {"bound to another, which goes", true,
+         [this] {
              move.bind(other);
-             EXPECT_EQ(saved(), "New: X");
              lose("New");
          },
          "New: X"},
-        {"a save saw it cleared", true,
-         [&] {
+        {"cleared, and gone", true,
+         [this] {
              move.bind(nullptr);
-             EXPECT_EQ(saved(), "");
-             lose("Old");
-         },
-         ""},
-        {"cleared, and gone before a save", true,
-         [&] {
-             inputs.bind(move, nullptr);
              lose("Old");
          },
          ""},
         {"bound and cleared while it isn't there", false,
-         [&] {
-             inputs.bind(move, other);
-             inputs.bind(move, nullptr);
+         [this] {
+             move.bind(other);
+             move.bind(nullptr);
+         },
+         ""},
+        {"bound to what nobody can find again, which goes", false,
+         [this] {
+             UniDevice::Control loose(nullptr, UniDevice::finite, 0);
+             move.bind(&loose);
          },
          ""},
     };
     for (const auto& each : cases) {
-        if (each.isThere)
-            (new Testing::ScriptedDevice("Old"))->add("X");
-        other = (new Testing::ScriptedDevice("New"))->add("X");
-        EXPECT_EQ(inputs.apply(profile), each.isThere ? 0 : 1);
+        applyProfile(each.isThere);
         each.act();
-        EXPECT_EQ(saved(), each.expected) << each.name;
+        EXPECT_EQ(savedControl(), each.expected) << each.name;
         lose("Old");
         lose("New");
     }

@@ -106,7 +106,7 @@ TEST_F(MenuTest, SaveReportsItsResultToTheUser) {
     EXPECT_EQ(boxes[1].text, "Error: Unable to save to the specified file.");
     EXPECT_EQ(boxes[1].flags, Platform::kIconError);
     Tag model;
-    ASSERT_TRUE(readModelFile(home.documents() + "/saved.prm", model));
+    ASSERT_TRUE(readModelFile(home.documents() + "/saved.prm", model, nullptr));
     EXPECT_EQ(model.child("name").value(), "a");
     EXPECT_TRUE(model.child("savedata").isEmpty());
 }

@@ -74,7 +74,7 @@ TEST_F(ModelFileTest, AModelIsSavedAndComesBack) {
     ASSERT_EQ(getModels(*core)->save("a", path("a.prm")), 0);
     ASSERT_EQ(getModels(*core)->save("", path("all.prm")), 0);
     Tag model;
-    ASSERT_TRUE(readModelFile(path("a.prm"), model));
+    ASSERT_TRUE(readModelFile(path("a.prm"), model, nullptr));
     EXPECT_TRUE(model.hasName("MVR_Plugin"));
     EXPECT_EQ(model.attribute("path"), home.documents());
     core->deleteAllInstances();
@@ -143,12 +143,12 @@ TEST_F(ModelFileTest, AFailedSaveLeavesTheOldFileWhole) {
         outer.addChild(std::move(deep));
         deep = std::move(outer);
     }
-    EXPECT_TRUE(writeModelFile(path("d.prm"), deep.child(0)));
+    EXPECT_TRUE(writeModelFile(path("d.prm"), deep.child(0), nullptr));
     newLog();
     deep.child(0).child(0).addChild(Tag::element("y"));
     Tag deeper = Tag::element("x");
     deeper.addChild(std::move(deep));
-    EXPECT_FALSE(writeModelFile(path("d.prm"), deeper)) << "nobody could read it";
+    EXPECT_FALSE(writeModelFile(path("d.prm"), deeper, nullptr)) << "nobody could read it";
     EXPECT_THAT(newLog(), HasSubstr("too many nested elements"));
 }
 

@@ -184,7 +184,7 @@ TEST_F(SavingTest, ABranchOfFiftyToolsComesBackTwiceInEachForm) {
     }
     ASSERT_EQ(original.child("nodeinfo").child(1).child("parent").value(), "Body");
     const std::string file = home.documents() + "/branch.prm";
-    ASSERT_TRUE(writeModelFile(file, original));
+    ASSERT_TRUE(writeModelFile(file, original, nullptr));
 
     const std::vector<std::function<void()>> forms{
         [&] { core->create(original, nullptr, false); },

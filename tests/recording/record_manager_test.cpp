@@ -79,6 +79,23 @@ TEST_F(RecordManagerTest, CountsDownBeforeTheFirstFrame) {
     EXPECT_EQ(core->getCountdownWindow(), 0);
 }
 
+TEST_F(RecordManagerTest, TheGridIsTheSameBelowZero) {
+    adaptor.time = -2;
+    adaptor.rangeEnd = 1;
+    start();
+    pass(3000);
+    EXPECT_EQ(frames(), range(-49, 24));
+    core->stopRecording();
+    curve.clear();
+    adaptor.time = 0;
+    core->setStartCountdown(3);
+    start();
+    pass(3000);
+    EXPECT_EQ(frames(), range(1, 0)) << "the countdown takes three seconds";
+    pass(40);
+    EXPECT_EQ(frames(), range(1, 1));
+}
+
 TEST_F(RecordManagerTest, SlowMotionStretchesTime) {
     core->setAutoExpand(true);
     start();

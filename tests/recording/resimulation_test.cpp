@@ -1,6 +1,7 @@
 #include "core/entry.h"
 #include "platform/dialog_templates.h"
 #include "platform/headless/desktop.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/instance_reference.h"
 #include "recording/record_manager.h"
 #include "recording/take_test.h"
@@ -54,6 +55,97 @@ TEST_F(ResimulationTest, ReproducesTheTakeAndFollowsChangedParameters) {
     expectCurve(resimulate(0, 4), taken, 2);
     const Curve part = resimulate(1, 2);
     expectCurve(part, Curve(taken.begin() + 25, taken.begin() + 50), 2);
+}
+
+// An hour at the rates of games and of television, on the host's grid from 0 and from far out.
+TEST_F(ResimulationTest, AnHourIsTheSameToTheBit) {
+    device->onUpdate = [this] { device->set("X", 100 * std::sin(++sample * 0.05)); };
+    for (const double rate : {60.0, 30000.0 / 1001}) {
+        for (const double near : {0.0, 1000.0}) {
+            adaptor.frameRate = rate;
+            adaptor.time = std::floor(near * rate) * (1 / rate);
+            const double begin = adaptor.time;
+            const double end = begin + 3600;
+            adaptor.rangeEnd = end;
+            start();
+            double due = 0;
+            for (std::uint32_t passed = 0; core->isRecording(); due += 1000 / rate)
+                for (; passed < due; passed += 10)
+                    event(10);
+            const Curve taken = std::exchange(curve, {});
+            ASSERT_EQ(taken.size(), static_cast<std::size_t>(3600 * rate)) << rate;
+            EXPECT_EQ(resimulate(begin, end), taken) << rate << " from " << begin;
+        }
+    }
+}
+
+TEST_F(ResimulationTest, OffTheGridFramesCountFromTheStart) {
+    take(4000);
+    const Curve result = resimulate(1.013, 3);
+    ASSERT_EQ(result.size(), 49u);
+    for (std::size_t i = 0; i < result.size(); ++i)
+        EXPECT_EQ(result[i].first, 1.013 + (static_cast<double>(i) + 1) / 25);
+}
+
+// Below the tool that offers it, beside it, and above it; written in its step, and when asked for.
+TEST_F(ResimulationTest, AControlOfAToolIsReadInTheSameFrame) {
+    ScriptedPlugin& source = ScriptedPlugin::add("Source");
+    source.properties = {"In"};
+    PluginInstance& giver = source.place(*core);
+    giver.findProperty("In")->bind(axis);
+    giver.findProperty("In")->deadzone = 0;
+    CInterface::VirtualControlRecord record;
+    record.name = "Doubled";
+    record.kindMask = UniDevice::infinite;
+    auto* const doubled = reinterpret_cast<UniDevice::Control*>(
+        giver.extend(InterfaceExtension::kAddVirtualControl, reinterpret_cast<std::intptr_t>(&record)));
+    ASSERT_NE(doubled, nullptr);
+    source.onExtend = [](ScriptedTool& each, std::int32_t id, std::intptr_t data) -> std::intptr_t {
+        if (id == ToolExtension::kVirtualControl)
+            reinterpret_cast<UniDevice::Control*>(data)->setValue(2 * each.read(0));
+        return 0;
+    };
+    tool->findProperty("Axis")->bind(doubled); // placed before its source
+    Curve own;
+    source.onRecord = [&](ScriptedTool& each, double time) {
+        own.emplace_back(time, each.read(0));
+        doubled->value = -1; // no other tool may see it in this frame
+    };
+    const Curve taken = take(4000);
+    Curve wanted = std::exchange(own, {});
+    for (auto& [time, value] : wanted)
+        value *= 2;
+    EXPECT_EQ(taken, wanted);
+    const auto again = [&] {
+        own.clear();
+        curve.clear();
+        EXPECT_EQ(core->resimulate(0, 4), 0);
+        EXPECT_EQ(tool->findProperty("Axis")->control, doubled);
+        return std::exchange(curve, {});
+    };
+    EXPECT_EQ(again(), taken);
+    giver.findProperty("In")->multiplier = 3;
+    for (auto& [time, value] : wanted)
+        value *= 3;
+    expectCurve(again(), wanted, 1);
+    giver.getReference()->setChecked(false, false); // it isn't in the take: what is stored serves
+    EXPECT_EQ(again(), taken);
+}
+
+TEST_F(ResimulationTest, AValueThatIsNoNumberIsNeverRead) {
+    device->onUpdate = [this] {
+        ++sample;
+        device->set("X", sample == 3 ? std::nan("") : sample == 4 ? HUGE_VAL : sample);
+    };
+    const Curve taken = take(400);
+    const std::vector<double> wanted{1, 2, 2, 2, 5};
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+        EXPECT_EQ(taken.at(i).second, wanted[i]);
+    EXPECT_EQ(resimulate(0, 0.4), taken);
+    const std::string log = Log::getText();
+    const std::size_t told = log.find("isn't a number");
+    EXPECT_NE(told, std::string::npos);
+    EXPECT_EQ(log.find("isn't a number", told + 1), std::string::npos);
 }
 
 TEST_F(ResimulationTest, EmptyAndRefusedSpans) {

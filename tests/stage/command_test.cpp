@@ -105,6 +105,8 @@ TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
         {record + "--tool 'Tracked Object' --name ' '", 1, "--name must not be blank"},
         {record + "--tool 'Tracked Object' --out one --scene ./one", 1, "would be written twice"},
         {STAGE " model save a.scene ./a.scene", 1, "is read here"},
+        {STAGE " model save a.scene ''", 1, "MODEL must not be empty"},
+        {STAGE " tools --documents . >/dev/full", 4, "can't write the output"},
         {STAGE " tools --documents . --plugins .", 2, "no tools in"},
         {STAGE " devices --documents . --data .", 2, "no devices"},
     };

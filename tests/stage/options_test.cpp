@@ -17,7 +17,7 @@ TEST(RecordOptions, OptionsBelongToWhatPrecedesThem) {
     std::string error;
     std::vector<std::string> words;
     std::istringstream line(
-        "--tool|Free Camera|--bind|Pan=Pad#1:axis:x:3|--set=Pan.offset=-2.5|"
+        "--tool|Free Camera|--bind|Pan=Pad:y|--bind|Pan=Pad#1:axis:x:3|--set=Pan.offset=-2.5|"
         "--tool=Free Camera|--name|B|--seconds|2|--rate|60|--out|a.gltf|--latency-bind|OSC:/sent:0|"
         "--resimulate|--set|B/*.multiplier=2|--out|b.gltf|"
         "--resimulate|--set|Free Camera/Pan.exponent=+1e1");
@@ -27,7 +27,8 @@ TEST(RecordOptions, OptionsBelongToWhatPrecedesThem) {
     ASSERT_EQ(options.tools.size(), 2U);
     EXPECT_EQ(options.tools[0].name, "Free Camera_01");
     EXPECT_EQ(options.tools[1].name, "B");
-    const Binding& binding = options.tools[0].bindings.at(0);
+    ASSERT_EQ(options.tools[0].bindings.size(), 1U) << "the later one of a property replaces";
+    const Binding& binding = options.tools[0].bindings[0];
     EXPECT_EQ(binding.property, "Pan");
     EXPECT_EQ(binding.device, "Pad");
     EXPECT_EQ(binding.deviceIndex, 1);
@@ -59,10 +60,12 @@ TEST(RecordOptions, WrongOnesAreReportedInTheUsersWords) {
         {{"--undo-redo=yes"}, "accepts no value"},
         {{"--bind", "A=B:c"}, "must follow the --tool"},
         {{"--tool", "T", "--bind", "Position X"}, "is not a binding"},
+        {{"--tool", "T", "--bind", "A=B:c:99999999999"}, "is not a binding"},
         {{"--tool", "T", "--set", "X.offset=1e999"}, "is not of the form"},
         {{"--tool", "T", "--set", "X.multiplyer=2"}, "multiplier, exponent, deadzone or offset"},
         {{"--tool", "T", "--set", "X.deadzone=1"}, "leaves nothing"},
         {{"--tool", "T", "--rate", "0"}, "at least 0.1"},
+        {{"--tool", "T", "--rate", "1e6"}, "at most 100000"},
         {{"--tool", "T", "--rate", "fast"}, "\"fast\" is not a number"},
         {{"--tool", "T", "--countdown", "1.5"}, "whole number from 0 to 3600"},
         {{"--tool", "T", "--slow-motion", "11"}, "from 1 to 10"},

@@ -122,9 +122,10 @@ TEST_F(TakeTest, AZoomSetsKeysWhereTheLensMovesAndIsSimulatedToTheSame) {
     TakePlan plan;
     plan.countdownSeconds = 0;
     plan.autoExpand = false;
-    // Two movements: over the frames at 0.12 and 0.16, and in the one at 0.28.
+    // Two movements: over the frames at 0.12 and 0.16, and in the one at 0.28. Each frame reads
+    // what the wheel had when it began.
     plan.onFrame = [&wheel](double time) {
-        wheel.setValue((time > 0.1 && time < 0.18) || (time > 0.26 && time < 0.3) ? 50 : 0);
+        wheel.setValue((time > 0.06 && time < 0.14) || (time > 0.22 && time < 0.26) ? 50 : 0);
     };
     ASSERT_TRUE(runTake(session, plan, nullptr, {}, error)) << error;
     const std::vector<Key>& keys = camera->getCurves()[kFirstLensCurve].getKeys();

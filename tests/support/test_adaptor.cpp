@@ -65,6 +65,8 @@ SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName, 
                                         std::intptr_t mesh, std::intptr_t parent) {
     if (SceneNode* const existing = createNode(tool, nodeName))
         return existing;
+    if (nodeName == unmakableNode)
+        return nullptr;
     note("createNode " + nodeName + " " + std::to_string(kind));
     nodes.push_back(std::make_unique<TestNode>(nodeName, tool));
     nodes.back()->setParent(reinterpret_cast<SceneNode*>(parent));

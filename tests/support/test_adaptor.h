@@ -27,6 +27,7 @@ public:
     double rangeEnd = 4;
     double frameRate = 25;
     Tag settingsLayout;
+    std::string unmakableNode; ///< the name of nodes that createNode() refuses
     std::function<std::vector<TestNode*>(const std::string& path)> onMerge; ///< the file's nodes
     std::function<void(const std::string& call)> onCall; ///< what the host does in its own calls
 

@@ -50,7 +50,8 @@ TEST_F(PropertyTest, MapsAControlsValue) {
 TEST_F(PropertyTest, BindsAndUnbindsInAnyOrder) {
     Control* key = stick.add("key", binary);
     Control* axis = stick.add("axis", UniDevice::finite);
-    Property::Listener cache{true};
+    Property::Listener cache;
+    cache.bound = true;
     property.listeners.push_back(&cache);
     property.offset = 7;
 

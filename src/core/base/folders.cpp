@@ -8,48 +8,46 @@ namespace MVR {
 
 namespace {
 
-void logUnreadableRegistry() {
-    Log(Log::Error).write("Unable to read the registry", Platform::lastFileError(), Log::OwnLevel);
+/// Returns false with a line in the log: `keyMissing` if there is no such key, and what
+/// `logMissingValue(log)` writes if it doesn't have the value.
+template <class LogMissingValue>
+bool read(Platform::Hive hive, const char* key, const std::string& name, std::string& value,
+          const char* keyMissing, LogMissingValue logMissingValue) {
+    Log log(Log::Error);
+    switch (Platform::readRegistryValue(hive, key, name, value)) {
+    case Platform::RegistryResult::Found:
+        return true;
+    case Platform::RegistryResult::FileUnreadable:
+        log.write("Unable to read the registry", Platform::lastFileError(), Log::OwnLevel);
+        [[fallthrough]];
+    case Platform::RegistryResult::KeyMissing:
+        log.write(keyMissing);
+        break;
+    case Platform::RegistryResult::ValueMissing:
+        logMissingValue(log);
+        break;
+    }
+    return false;
 }
 
 } // namespace
 
 std::string resolveDocumentsPath() {
     std::string personal;
-    switch (Platform::readRegistryValue(Platform::Hive::CurrentUser, Platform::kShellFoldersKey,
-                                        "Personal", personal)) {
-    case Platform::RegistryResult::Found:
-        return personal + R"(\Oskelworks\Mirvane)";
-    case Platform::RegistryResult::FileUnreadable:
-        logUnreadableRegistry();
-        [[fallthrough]];
-    case Platform::RegistryResult::KeyMissing:
-        Log(Log::Error).write("Unable to find my documents path");
-        break;
-    case Platform::RegistryResult::ValueMissing:
-        Log(Log::Error).write("Unable to find my documents registry key");
-        break;
-    }
-    return {};
+    const bool isFound = read(Platform::Hive::CurrentUser, Platform::kShellFoldersKey, "Personal",
+                              personal, "Unable to find my documents path", [](Log& log) {
+                                  log.write("Unable to find my documents registry key");
+                              });
+    return isFound ? personal + R"(\Oskelworks\Mirvane)" : "";
 }
 
 std::string readInstallValue(const std::string& name) {
     std::string value;
-    switch (Platform::readRegistryValue(Platform::Hive::LocalMachine, Platform::kInstallKey, name,
-                                        value)) {
-    case Platform::RegistryResult::Found:
-        return value;
-    case Platform::RegistryResult::FileUnreadable:
-        logUnreadableRegistry();
-        [[fallthrough]];
-    case Platform::RegistryResult::KeyMissing:
-        Log(Log::Error).write("Unable to find Mirvane registry repository");
-        break;
-    case Platform::RegistryResult::ValueMissing:
-        Log(Log::Error).write("Unable to find registry key", name, Log::OwnLevel);
-        break;
-    }
-    return {};
+    const bool isFound = read(Platform::Hive::LocalMachine, Platform::kInstallKey, name, value,
+                              "Unable to find Mirvane registry repository", [&name](Log& log) {
+                                  log.write("Unable to find registry key", name, Log::OwnLevel);
+                              });
+    return isFound ? value : "";
 }
 
 std::string resolveUserFolder(const std::string& adaptorName) {

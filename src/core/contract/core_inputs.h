@@ -53,7 +53,8 @@ public:
     virtual std::vector<CoreDevice> list() = 0;
     /// Starts or ends listening outside of a take. The end of a take ends listening too; start it
     /// again after that. Returns 0, or the code of "ALREADYRECORDING" during a take, where nothing
-    /// changes, or of "INPUT_INACTIVE", a warning, if a device can't listen; the others do.
+    /// changes, or of "INPUT_INACTIVE", a warning, if a device can't start or end it; the others
+    /// do.
     [[nodiscard]] virtual std::int32_t setListening(bool isListening) = 0;
     /// Polls all devices, without waiting. Returns 0, or the code of "ALREADYRECORDING" during a
     /// take, which polls them itself.

@@ -106,7 +106,8 @@ public:
         return addProperty(id, std::string(defaultValue));
     }
     /// `value` points to a variable of the setting's own type (bool, std::int32_t, std::string or
-    /// double); nothing checks it. Returns false, and writes nothing, for an unknown id.
+    /// double); nothing checks the type. Returns false, and changes nothing, for an unknown id or a
+    /// null `value`.
     virtual bool getProperty(std::int32_t id, void* value) = 0;
     virtual bool setProperty(std::int32_t id, const void* value) = 0;
 
@@ -117,9 +118,11 @@ public:
 };
 
 /// The library's exports, under these undecorated names, each called on the host's user-interface
-/// thread. `attach` returns null if an adaptor is attached already, or if the versions differ.
-/// `detach` ends an attachment and returns 0; from inside resimulate() it only stops that, and
-/// doesn't return 0. `getVersion` may be called at any time while the library is loaded.
+/// thread. `attach` returns null if the versions differ, or if an adaptor is attached already or
+/// just being attached. `detach` ends an attachment and returns 0; from inside resimulate() it only
+/// stops that, and doesn't return 0. Call it once for each attachment: with any other pointer, also
+/// null, it only takes the keys of its takes from the core. `getVersion` may be called at any time
+/// while the library is loaded.
 using AttachFunction = CoreInterface* (*)(AdaptorInterface* adaptor);
 using DetachFunction = std::int32_t (*)(CoreInterface* coreOrNull);
 using GetVersionFunction = std::int32_t (*)();

@@ -71,6 +71,7 @@ public:
     /// doesn't participate. CoreFaults lists a control that isn't there; it doesn't change the
     /// code. Returns 0, or the code of
     /// - "MODEL_NOTOOL": there is no tool `parent`.
+    /// - "TOOL_BADPROFILE": `bindings` is another element.
     /// - "PLUGINNOTFOUND": there is no such kind of tool.
     /// - "TOOL_NOTCREATED": the tool refused; CoreFaults has its own code and text.
     /// Unless it returns 0, nothing changed, and `createdName` is as it was.

@@ -1,6 +1,5 @@
 #include "core/extensions/fault_contract.h"
 
-#include "core/base/sdk/log.h"
 #include "core/services/core_services.h"
 #include "core/services/fault_list.h"
 
@@ -11,12 +10,7 @@ std::vector<CoreFault> FaultContract::list() {
 }
 
 bool FaultContract::tell(std::string text) {
-    if (FaultList* const list = FaultList::underWay()) {
-        list->tell(text);
-        return true;
-    }
-    Log(Log::Warning).write(text);
-    return false;
+    return services_.getFaults().tell(text);
 }
 
 } // namespace MVR

@@ -10,6 +10,7 @@
 namespace MVR {
 
 std::int32_t ModelContract::load(std::string path, std::string parent) {
+    const FaultList::Operation operation(services_.getFaults());
     std::int32_t code = 0;
     InstanceReference* const below = findParent(services_, parent, code);
     return below != nullptr ? services_.getTree().createFromFile(path, below) : code;

@@ -4,6 +4,7 @@
 #include "core/contract/adaptor_interface.h"
 #include "core/extensions/tool_lookup.h"
 #include "core/services/core_services.h"
+#include "core/services/fault_list.h"
 #include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/model_words.h"
@@ -65,6 +66,7 @@ CInterface* ToolContract::find(std::string name) {
 
 std::int32_t ToolContract::create(std::string type, std::string name, std::string parent,
                                   Tag bindings, std::string* createdName) {
+    const FaultList::Operation operation(services_.getFaults());
     std::int32_t code = 0;
     InstanceReference* const below = findParent(services_, parent, code);
     if (below == nullptr)

@@ -5,37 +5,32 @@
 #include <utility>
 
 namespace MVR {
-namespace {
 
-FaultList* listUnderWay = nullptr; // not owned
-
-} // namespace
-
-FaultPlace::~FaultPlace() {
-    if (listUnderWay != nullptr && listUnderWay->getPlace() == this)
-        listUnderWay->setPlace(nullptr, "");
-}
-
-FaultList::Operation::Operation(FaultList& list) : outer_(std::exchange(listUnderWay, &list)) {
-    if (outer_ != nullptr)
+FaultList::Operation::Operation(FaultList& list)
+    : list_(list), isOutermost_(!std::exchange(list.isUnderWay_, true)) {
+    if (!isOutermost_)
         return;
     list.faults_.clear();
     list.setPlace(nullptr, "");
 }
 
 FaultList::Operation::~Operation() {
-    listUnderWay = outer_;
+    if (isOutermost_)
+        list_.isUnderWay_ = false;
 }
 
-FaultList* FaultList::underWay() {
-    return listUnderWay;
+void FaultList::add(CoreFault fault) {
+    if (isUnderWay_)
+        faults_.push_back(std::move(fault));
 }
 
-void FaultList::tell(const std::string& text) {
-    CoreFault& fault = faults_.emplace_back(place_ != nullptr ? place_->describe() : CoreFault());
+bool FaultList::tell(const std::string& text) {
+    CoreFault fault = isUnderWay_ && place_ != nullptr ? place_->describe() : CoreFault();
     fault.element = element_;
     fault.text = text;
-    Log(Log::Warning).write(toText(fault));
+    Log(Log::Warning).write(isUnderWay_ ? toText(fault) : text);
+    add(std::move(fault));
+    return isUnderWay_;
 }
 
 } // namespace MVR

@@ -16,7 +16,7 @@ public:
     FaultPlace() = default;
     FaultPlace(const FaultPlace&) = default;
     FaultPlace& operator=(const FaultPlace&) = default;
-    virtual ~FaultPlace();
+    virtual ~FaultPlace() = default;
 
     /// Returns a fault with the model and the tool.
     [[nodiscard]] virtual CoreFault describe() const = 0;
@@ -27,7 +27,7 @@ public:
 class FaultList {
 public:
     /// One operation, from its construction to the end of the scope. The outermost empties the
-    /// list.
+    /// list. Outside of operations nothing is added.
     class Operation {
     public:
         explicit Operation(FaultList& list);
@@ -36,32 +36,30 @@ public:
         ~Operation();
 
     private:
-        FaultList* outer_;
+        FaultList& list_;
+        bool isOutermost_;
     };
 
     FaultList() = default;
     FaultList(const FaultList&) = delete;
     FaultList& operator=(const FaultList&) = delete;
 
-    /// Returns the list of the operation that runs, so that those who find a fault needn't be given
-    /// it; null while no operation runs.
-    [[nodiscard]] static FaultList* underWay();
-
     [[nodiscard]] const std::vector<CoreFault>& getFaults() const { return faults_; }
-    void add(CoreFault fault) { faults_.push_back(std::move(fault)); }
+    void add(CoreFault fault);
     /// Sets the tool under way, or null for none, and the element of it: what tell() tells of.
     void setPlace(const FaultPlace* place, const std::string& element) {
         place_ = place;
         element_ = element;
     }
     [[nodiscard]] const FaultPlace* getPlace() const { return place_; }
-    /// Adds a fault that the host reports, and logs it.
-    void tell(const std::string& text);
+    /// Adds a fault that the host reports, and logs it. Returns false if no operation runs.
+    bool tell(const std::string& text);
 
 private:
     std::vector<CoreFault> faults_;
     const FaultPlace* place_ = nullptr; // not owned
     std::string element_;
+    bool isUnderWay_ = false;
 };
 
 } // namespace MVR

@@ -75,12 +75,12 @@ Util::MessageNode* SettingsManager::addProperty(std::int32_t id, bool defaultVal
 
 bool SettingsManager::getProperty(std::int32_t id, void* value) const {
     const Property* const property = find(id);
-    return property != nullptr && property->getValue(value);
+    return property != nullptr && value != nullptr && property->getValue(value);
 }
 
 bool SettingsManager::setProperty(std::int32_t id, const void* value) {
     Property* const property = find(id);
-    return property != nullptr && property->setValue(value);
+    return property != nullptr && value != nullptr && property->setValue(value);
 }
 
 template <class T>

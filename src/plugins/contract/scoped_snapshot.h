@@ -16,7 +16,7 @@ struct SnapshotKind;
 
 template <>
 struct SnapshotKind<TransformSnapshot> {
-    static TransformSnapshot* take(CInterface& tool, SceneNode* node, double time) {
+    static TransformSnapshot* get(CInterface& tool, SceneNode* node, double time) {
         return tool.getSnapshot(node, time);
     }
     static void giveBack(CInterface& tool, SceneNode* node, TransformSnapshot&) {
@@ -26,7 +26,7 @@ struct SnapshotKind<TransformSnapshot> {
 
 template <>
 struct SnapshotKind<MeshSnapshot> {
-    static MeshSnapshot* take(CInterface& tool, SceneNode* node, double time) {
+    static MeshSnapshot* get(CInterface& tool, SceneNode* node, double time) {
         return tool.getMeshSnapshot(node, time);
     }
     static void giveBack(CInterface& tool, SceneNode* node, MeshSnapshot&) {
@@ -36,7 +36,7 @@ struct SnapshotKind<MeshSnapshot> {
 
 template <>
 struct SnapshotKind<HelperSnapshot> {
-    static HelperSnapshot* take(CInterface& tool, SceneNode* node) {
+    static HelperSnapshot* get(CInterface& tool, SceneNode* node) {
         return tool.getHelperSnapshot(node);
     }
     static void giveBack(CInterface& tool, SceneNode* node, HelperSnapshot&) {
@@ -46,7 +46,7 @@ struct SnapshotKind<HelperSnapshot> {
 
 template <>
 struct SnapshotKind<LensSnapshot> {
-    static LensSnapshot* take(CInterface& tool, SceneNode* node, double time) {
+    static LensSnapshot* get(CInterface& tool, SceneNode* node, double time) {
         return LensSnapshot::fromHandle(tool.getLensSnapshot(node, time));
     }
     static void giveBack(CInterface&, SceneNode*, LensSnapshot& snapshot) { snapshot.release(); }
@@ -61,7 +61,7 @@ public:
     /// `time` is one number, seconds of scene time; a ScopedHelper has none.
     template <class... Time>
     ScopedSnapshot(CInterface* tool, SceneNode* node, Time... time)
-        : tool_(tool), node_(node), snapshot_(SnapshotKind<Snapshot>::take(*tool, node, time...)) {}
+        : tool_(tool), node_(node), snapshot_(SnapshotKind<Snapshot>::get(*tool, node, time...)) {}
     ScopedSnapshot(const ScopedSnapshot&) = delete;
     ScopedSnapshot& operator=(const ScopedSnapshot&) = delete;
     ~ScopedSnapshot() {

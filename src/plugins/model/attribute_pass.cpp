@@ -2,6 +2,7 @@
 
 #include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
+#include "core/services/core_services.h"
 #include "data/sdk/tag.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/model_words.h"
@@ -14,6 +15,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -51,11 +53,15 @@ class AttributePass {
 public:
     AttributePass(InstanceReference& start, const Tag& data, std::uint32_t stages)
         : start_(start), data_(data), stages_(stages), index_(start),
-          folder_(data.attribute(kModelFolder)), place_(data, folder_) {}
+          folder_(data.attribute(kModelFolder)) {
+        if (!data.hasName(ModelWord::kTree))
+            setModel(start, data);
+    }
 
     std::int32_t run();
 
 private:
+    void setModel(const InstanceReference& outermost, const Tag& tag);
     std::int32_t begin(InstanceReference& reference, const Tag& tag);
 
     InstanceReference& start_;
@@ -63,7 +69,7 @@ private:
     std::uint32_t stages_;
     InstanceIndex index_;
     const std::string folder_;
-    ModelPlace place_;
+    std::optional<ModelPlace> place_; // from the first tool on
     std::deque<Level> open_;
 };
 
@@ -81,10 +87,16 @@ std::int32_t AttributePass::run() {
         if (tag == nullptr)
             continue;
         if (data_.hasName(ModelWord::kTree) && open_.size() == 1) // each is a model of its own
-            place_ = ModelPlace(*tag, folder_);
+            setModel(*child, *tag);
         (void)begin(*child, *tag); // a failure further down stops nothing
     }
     return result;
+}
+
+/// Faults from now on are those of the model that `tag` is; a holder has none.
+void AttributePass::setModel(const InstanceReference& outermost, const Tag& tag) {
+    if (CoreServices* const services = outermost.getServices())
+        place_.emplace(services->getFaults(), tag, folder_);
 }
 
 /// Applies what `tag` holds of this tool itself; those below come next, unless they are left out.
@@ -103,8 +115,8 @@ std::int32_t AttributePass::begin(InstanceReference& reference, const Tag& tag) 
         open_.pop_back();
         return reportCode(Codes::kInvalidData);
     }
-    place_.setTool(tag);
-    ToolLoading tool{reference, *instance, place_, {}, stages_, &index_};
+    place_->setTool(tag);
+    ToolLoading tool{reference, *instance, *place_, {}, stages_, &index_};
     loadStages(tool, tag);
     if (tool.isBranchDone)
         open_.pop_back();

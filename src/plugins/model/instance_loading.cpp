@@ -48,7 +48,8 @@ public:
     ToolLoad(CoreServices& services, Tag& data, const std::string& path, const ToolLoad* outermost,
              const ToolLoad* above)
         : services_(services), data_(data), path_(path), isUnpacked_(unpackTool(data)),
-          place_(outermost != nullptr ? outermost->place_ : ModelPlace(data, path)) {
+          place_(outermost != nullptr ? outermost->place_
+                                      : ModelPlace(services.getFaults(), data, path)) {
         isMade_ = begin(above == nullptr || above->isMade_);
     }
 

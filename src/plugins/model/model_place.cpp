@@ -30,6 +30,11 @@ const std::string& nameOf(const Tag& tool) {
 
 } // namespace
 
+ModelPlace::~ModelPlace() {
+    if (faults_->getPlace() == this)
+        faults_->setPlace(nullptr, "");
+}
+
 void ModelPlace::setTool(const Tag& tool) {
     tool_ = &tool;
     isMissingTold_ = false;
@@ -48,8 +53,7 @@ void ModelPlace::logMissing(const std::string& element, const std::string& fault
 }
 
 void ModelPlace::listen(const std::string& element) const {
-    if (FaultList* const list = FaultList::underWay())
-        list->setPlace(this, element);
+    faults_->setPlace(this, element);
 }
 
 CoreFault ModelPlace::describe() const {
@@ -69,8 +73,7 @@ void ModelPlace::add(const std::string& element, const std::string& text, std::i
     fault.code = code;
     fault.isToolMissing = isToolMissing;
     Log(Log::Warning).write(toText(fault));
-    if (FaultList* const list = FaultList::underWay())
-        list->add(std::move(fault));
+    faults_->add(std::move(fault));
 }
 
 } // namespace MVR

@@ -13,12 +13,15 @@ namespace MVR {
 /// there is a fault: what a place is given outlives it.
 class ModelPlace final : public FaultPlace {
 public:
-    /// `outermost` is the element of the tool that all others of the model are below, `folder`
-    /// where the model came from; "" if it is not from a file. Until setTool() the tool is
-    /// `outermost`.
-    ModelPlace(const Tag& outermost, const std::string& folder)
-        : outermost_(&outermost), folder_(&folder), tool_(&outermost) {}
-    ModelPlace(const Tag& outermost, std::string&& folder) = delete;
+    /// `faults` is the attachment's list, `outermost` is the element of the tool that all others of
+    /// the model are below, `folder` where the model came from; "" if it is not from a file. Until
+    /// setTool() the tool is `outermost`.
+    ModelPlace(FaultList& faults, const Tag& outermost, const std::string& folder)
+        : faults_(&faults), outermost_(&outermost), folder_(&folder), tool_(&outermost) {}
+    ModelPlace(FaultList& faults, const Tag& outermost, std::string&& folder) = delete;
+    ModelPlace(const ModelPlace&) = default;
+    ModelPlace& operator=(const ModelPlace&) = default;
+    ~ModelPlace() override;
 
     /// Sets the element of the tool that is worked on; what the host tells concerns it.
     void setTool(const Tag& tool);
@@ -37,6 +40,7 @@ private:
     void add(const std::string& element, const std::string& text, std::int32_t code,
              bool isToolMissing) const;
 
+    FaultList* faults_;
     const Tag* outermost_;
     const std::string* folder_;
     const Tag* tool_;

@@ -22,9 +22,16 @@ namespace UniDevice {
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Property : public ControlTarget {
 public:
-    /// A tool's record of whether the property is bound. Its owner sets `bound`; the property
-    /// clears it when its control is destroyed.
-    struct Listener {
+    /// Somebody's record of how the property is bound. Its owner enters it into `listeners`, sets
+    /// `bound`, and removes it before either is destroyed; the property clears `bound` when its
+    /// control is destroyed.
+    class Listener {
+    public:
+        virtual ~Listener() = default;
+        /// Called at the end of each bind(), with its control or null. May call nothing that
+        /// changes the binding or `listeners`.
+        virtual void boundAnew(Control* control);
+
         bool bound = false;
     };
 
@@ -65,8 +72,11 @@ public:
 
     /// Leaves the present control and joins `newControl`, which stays its device's. Null only
     /// leaves and returns `kUnbound`. Otherwise returns the kinds that both have in common; if that
-    /// is 0 they don't match, but the binding is made all the same.
+    /// is 0 they don't match, but the binding is made all the same. Tells all listeners.
     std::int32_t bind(Control* newControl);
+    /// As bind(), but for what stands in for the user's own control, and for the return of that: no
+    /// listener is told.
+    void lend(Control* standIn);
 
     /// Reads `multiplier`, `exponent`, `deadzone` and `offset` from the child elements of `tag`.
     /// One that is missing, or whose text is no number, stays unchanged.

@@ -9,6 +9,7 @@ namespace MVR {
 
 class InstanceIndex;
 class InstanceReference;
+class KeptElements;
 class ModelPlace;
 class PluginInstance;
 class SceneNode;
@@ -32,7 +33,8 @@ enum class Moment : std::uint8_t {
 struct ToolSaving {
     InstanceReference& reference;
     PluginInstance& instance;
-    std::uint32_t mask; ///< bits of SaveMask
+    std::uint32_t mask;             ///< bits of SaveMask
+    KeptElements* behind = nullptr; ///< what is kept of "nodeinfo"; only while that is written
 };
 
 /// A tool that is loaded.
@@ -43,6 +45,7 @@ struct ToolLoading {
     std::string folder;             ///< of the model; only while the tool is made
     std::uint32_t stages = 0;       ///< bits of SaveMask; only in a pass
     InstanceIndex* index = nullptr; ///< the tools by name; only in a pass
+    bool isSaved = false;           ///< the data has a saved block; only within "nodeinfo"
     std::int32_t code = 0;          ///< what the pass returns for this tool
     bool isBranchDone = false;      ///< the pass goes no further, nor to the tools below
 };

@@ -26,13 +26,13 @@ SceneNode* getOrCreateNode(PluginInstance& instance, const std::string& name) {
     return instance.createNode(name, 0, reinterpret_cast<std::intptr_t>(&mesh), 0);
 }
 
-void loadOne(ToolLoading& tool, const std::string& name, const Tag& data) {
-    SceneNode* const node = getOrCreateNode(tool.instance, name);
-    if (node == nullptr)
-        return tool.place.log("node " + name, "the host can't make it");
-    Log(Log::Notice).write("node found in instance", node->getName(), Log::OwnLevel);
-    NodeLoading loaded{tool, *node};
-    loadNode(loaded, data);
+/// Returns what `mask` lets through of the element of a node.
+Tag filter(const Tag& node, std::uint32_t mask) {
+    Tag filtered = node;
+    for (std::int32_t i = 0; i < node.childCount(); ++i)
+        if (!isWrittenOfNode(node.child(i).name(), mask))
+            (void)filtered.removeChild(node.child(i));
+    return filtered;
 }
 
 } // namespace
@@ -47,14 +47,47 @@ void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
         saveNode({tool, *node}, tag);
         unknown.writeToNode(name, tag);
     }
+    tool.reference.getModelParts().read<NodeListElement>().addMissing(tool, nodeInfo);
+}
+
+void NodeListElement::addMissing(const ToolSaving& tool, const Tag& nodeInfo) const {
+    // Without those beside its saved block a tool isn't made; a new one never had them.
+    if ((tool.mask & SaveMask::kSavedBlock) != 0 && !isOfSavedTool_)
+        return;
+    if (missing_.isEmpty())
+        return;
+    const std::vector<std::string> names = readNames(nodeInfo);
+    const std::unordered_set<std::string> present(names.begin(), names.end());
+    tool.behind->add(missing_, [&](const Tag& node) {
+        return present.count(node.attribute(kNameAttribute)) == 0 ? filter(node, tool.mask) : Tag();
+    });
 }
 
 void NodeListElement::load(ToolLoading& tool, const Tag& nodeInfo) {
     Log entry("Traversing detected nodes", Log::Notice);
     if (HighPolyNames* const names = tool.reference.getModelParts().find<HighPolyNames>())
         names->clear();
-    forEach(nodeInfo,
-            [&tool](const std::string& name, const Tag& node) { loadOne(tool, name, node); });
+    if (NodeListElement* const list = tool.reference.getModelParts().find<NodeListElement>())
+        list->missing_.clear();
+    for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
+        if (nodeInfo.child(i).hasName(kWord))
+            loadOne(tool, i, nodeInfo.child(i));
+}
+
+void NodeListElement::loadOne(ToolLoading& tool, std::int32_t place, const Tag& data) {
+    const std::string name = data.attribute(kNameAttribute);
+    SceneNode* const node = getOrCreateNode(tool.instance, name);
+    if (node == nullptr) {
+        NodeListElement& list = tool.reference.getModelParts().get<NodeListElement>();
+        list.isOfSavedTool_ = tool.isSaved;
+        list.missing_.keep(place, data);
+        if (list.told_.insert(name).second) // each pass tries again
+            tool.place.log("node " + name, "the host can't make it");
+        return;
+    }
+    Log(Log::Notice).write("node found in instance", node->getName(), Log::OwnLevel);
+    NodeLoading loaded{tool, *node};
+    loadNode(loaded, data);
 }
 
 std::vector<std::string> NodeListElement::readNames(const Tag& nodeInfo) {

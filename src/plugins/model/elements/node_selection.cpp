@@ -29,7 +29,7 @@ void NodeSelection::save(const ToolSaving& tool, Tag& nodeInfo) {
                 owner == &tool.reference ? "" : owner->getInstance()->getName();
         }
     }
-    selection.missing_.writeTo(nodeInfo);
+    tool.behind->add(selection.missing_);
 }
 
 void NodeSelection::load(ToolLoading& tool, const Tag& nodeInfo) {
@@ -38,27 +38,28 @@ void NodeSelection::load(ToolLoading& tool, const Tag& nodeInfo) {
     NodeSelection& selection = tool.reference.getModelParts().get<NodeSelection>();
     selection.groups_.clear();
     selection.missing_.clear();
-    std::vector<const Tag*> selected;
+    std::vector<std::int32_t> selected; // places in nodeInfo
     for (std::int32_t i = 0; i < nodeInfo.childCount(); ++i)
         if (nodeInfo.child(i).hasName(kWord))
-            selected.push_back(&nodeInfo.child(i));
-    for (const Tag* tag : selected) {
-        InstanceReference* const owner = findLinkedTool(tool, *tag);
+            selected.push_back(i);
+    for (const std::int32_t place : selected) {
+        const Tag& tag = nodeInfo.child(place);
+        InstanceReference* const owner = findLinkedTool(tool, tag);
         if (owner == nullptr) {
             entry.write("external", "Error: External instance not found", Log::OwnLevel);
-            selection.missing_.keep(*tag);
+            selection.missing_.keep(place, tag);
             continue;
         }
         entry.write("external instance", owner->getInstance()->getName(), Log::OwnLevel);
-        SceneNode* const node = findLinkedNode(tool, *owner, tag->value(), kWord, entry);
+        SceneNode* const node = findLinkedNode(tool, *owner, tag.value(), kWord, entry);
         if (node == nullptr) {
-            selection.missing_.keep(*tag);
+            selection.missing_.keep(place, tag);
             continue;
         }
-        if (tag == selected.front())
+        if (place == selected.front())
             node->extend(NodeCommand::kOpenSelection, 0);
         node->select();
-        if (tag == selected.back())
+        if (place == selected.back())
             node->extend(NodeCommand::kCloseSelection, 0);
         selection.add(*owner, node->getName());
     }

@@ -197,6 +197,14 @@ bool isElementOfNode(std::string_view word) {
     return isIn(kInNode, word);
 }
 
+bool isWrittenOfNode(std::string_view word, std::uint32_t mask) {
+    return std::all_of(
+        kInNode.begin(), kInNode.end(),
+        [word, mask](const NodeElement& row) {
+            return word != row.word || isWritten(row.bits, mask);
+        });
+}
+
 std::uint32_t bitsOf(Moment moment) {
     return bitsIn(kInTool, moment) | bitsIn(kInNodeInfo, moment) | bitsIn(kInNode, moment);
 }

@@ -27,6 +27,9 @@ void loadNode(NodeLoading& node, const Tag& data);
 [[nodiscard]] bool isElementOfNodeInfo(std::string_view word);
 [[nodiscard]] bool isElementOfNode(std::string_view word);
 
+/// Returns true if `mask` lets an element of a node through; it does so for any unknown word.
+[[nodiscard]] bool isWrittenOfNode(std::string_view word, std::uint32_t mask);
+
 /// The bits of all elements that are read at a moment.
 [[nodiscard]] std::uint32_t bitsOf(Moment moment);
 

@@ -21,7 +21,7 @@ public:
 
     /// A tool may give its own data any name: what it wrote itself isn't written twice.
     void writeTo(Tag& tool) const { inTool_.writeMissingTo(tool); }
-    void writeToNodeInfo(Tag& nodeInfo) const { inNodeInfo_.writeTo(nodeInfo); }
+    void addOfNodeInfo(KeptElements& behind) const { behind.add(inNodeInfo_); }
     void writeToNode(const std::string& name, Tag& node) const;
 
 private:

@@ -28,13 +28,12 @@ bool isParameter(const Tag& element) {
 
 UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t acceptedKinds) {
     UniDevice::Property* const property =
-        properties_.getOrCreate(name, acceptedKinds, HeldProperty::Maker());
-    kept_.try_emplace(property, *property);
+        properties_.getOrCreate(name, acceptedKinds, InputProperty::Maker());
     const Tag kept = unknownProperties_.release([&name](const Tag& entry) {
         return entry.hasName(kProperty) && entry.attribute(kName) == name;
     });
     if (!kept.isEmpty())
-        (void)applyProperty(*property, kept);
+        (void)applyProperty(own(*property), kept);
     return property;
 }
 
@@ -47,20 +46,19 @@ Tag InstanceInputs::describe(const std::string& profileName, bool isExact) const
     Tag profile = Tag::element(kProfileElement);
     profile.attributeRef(kName) = profileName;
     for (std::int32_t i = 0; i < properties_.count(); ++i)
-        profile.addChild(describeProperty(*properties_.property(i), isExact));
+        profile.addChild(describeProperty(at(i), isExact));
     unknownProperties_.writeTo(profile);
     return profile;
 }
 
-Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool isExact) const {
+Tag InstanceInputs::describeProperty(InputProperty& property, bool isExact) {
     Tag entry;
     property.toTag(entry, isExact);
     Tag control; // stays empty if a stand-in of a resimulation replaces no control
     if (property.control != nullptr)
         property.control->toTag(control);
-    const Kept& kept = kept_.at(&property);
-    entry.addChild(control.isEmpty() ? kept.control.getLost() : std::move(control));
-    kept.others.writeTo(entry);
+    entry.addChild(control.isEmpty() ? property.getKeptControl().getLost() : std::move(control));
+    property.getKeptElements().writeTo(entry);
     return entry;
 }
 
@@ -68,16 +66,15 @@ std::int32_t InstanceInputs::apply(const Tag& profile) {
     if (profile.isEmpty() || !profile.hasName(kProfileElement))
         return kNoProfile;
     for (std::int32_t i = 0; i < properties_.count(); ++i) {
-        UniDevice::Property* const property = properties_.property(i);
-        property->bind(nullptr);
-        kept_.at(property).others.clear();
+        at(i).bind(nullptr);
+        at(i).getKeptElements().clear();
     }
     unknownProperties_.clear();
     std::int32_t missing = 0;
     unknownProperties_.keepUnknown(profile, [this, &missing](const Tag& entry) {
         UniDevice::Property* const property =
             entry.hasName(kProperty) ? properties_.property(entry.attribute(kName)) : nullptr;
-        if (property != nullptr && !applyProperty(*property, entry))
+        if (property != nullptr && !applyProperty(own(*property), entry))
             ++missing;
         return property != nullptr;
     });
@@ -85,20 +82,20 @@ std::int32_t InstanceInputs::apply(const Tag& profile) {
 }
 
 /// Returns false if the control that `entry` names isn't there: the property stays unbound.
-bool InstanceInputs::applyProperty(UniDevice::Property& property, const Tag& entry) {
+bool InstanceInputs::applyProperty(InputProperty& property, const Tag& entry) {
     property.readSettings(entry);
-    Kept& kept = kept_.at(&property);
-    // Of several elements for one property the last counts.
-    kept.control.boundAnew(property.control);
-    kept.others.clear();
-    kept.others.keepUnknown(
+    KeptElements& others = property.getKeptElements();
+    others.clear(); // of several elements for one property the last counts
+    others.keepUnknown(
         entry, [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
     const Tag& wanted = entry.child(kControl);
-    if (wanted.isEmpty())
+    if (wanted.isEmpty()) {
+        property.getKeptControl().boundAnew(property.control);
         return true;
+    }
     UniDevice::Control* const control = UniDevice::DeviceHandler::instance()->findControl(wanted);
     property.bind(control);
-    kept.control.keep(control, wanted);
+    property.getKeptControl().keep(control, wanted);
     return control != nullptr;
 }
 

@@ -3,12 +3,10 @@
 
 #include "data/kept_elements.h"
 #include "data/sdk/tag.h"
-#include "instance/held_property.h"
-#include "instance/kept_control.h"
+#include "instance/input_property.h"
 #include "unidevice/sdk/property_handler.h"
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,8 +26,8 @@ public:
     /// spinner in the panel.
     void addForSpinner(std::int32_t componentId, const std::string& label);
     /// Returns the property at `index`, which is below their count.
-    [[nodiscard]] HeldProperty& at(std::int32_t index) const {
-        return static_cast<HeldProperty&>(*properties_.property(index)); // add() makes them all
+    [[nodiscard]] InputProperty& at(std::int32_t index) const {
+        return own(*properties_.property(index));
     }
     /// In order of creation.
     [[nodiscard]] const UniDevice::PropertyHandler& getProperties() const { return properties_; }
@@ -44,18 +42,14 @@ public:
     std::int32_t apply(const Tag& profile);
 
 private:
-    /// What is kept of one property.
-    struct Kept {
-        explicit Kept(UniDevice::Property& property) : control(property) {}
-        KeptControl control;
-        KeptElements others;
-    };
-
-    [[nodiscard]] Tag describeProperty(const UniDevice::Property& property, bool isExact) const;
-    [[nodiscard]] bool applyProperty(UniDevice::Property& property, const Tag& entry);
+    // add() makes them all.
+    [[nodiscard]] static InputProperty& own(UniDevice::Property& property) {
+        return static_cast<InputProperty&>(property);
+    }
+    [[nodiscard]] static Tag describeProperty(InputProperty& property, bool isExact);
+    [[nodiscard]] static bool applyProperty(InputProperty& property, const Tag& entry);
 
     UniDevice::PropertyHandler properties_;
-    std::map<const UniDevice::Property*, Kept> kept_; // destroyed before the properties
     KeptElements unknownProperties_;
     std::vector<std::pair<std::int32_t, UniDevice::Property*>> spinnerProperties_; // component ids
 };

@@ -69,7 +69,7 @@ std::vector<const UniDevice::Property*> StoredInput::hold(double time) {
     std::vector<const UniDevice::Property*> bad;
     Values& values = getValues();
     for (std::size_t i = 0; i < substitutes_.size(); ++i) {
-        HeldProperty& property = inputs_.at(static_cast<std::int32_t>(i));
+        InputProperty& property = inputs_.at(static_cast<std::int32_t>(i));
         property.hold();
         if (isLive_ && i < values.size()) // the host's undo may have shortened it
             values[i].setKey(time, property.getRaw());

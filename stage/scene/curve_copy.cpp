@@ -27,12 +27,14 @@ CurveCopy::CurveCopy(const std::vector<const StageNode*>& nodes) {
 CurveCopy::Difference CurveCopy::compare(const CurveCopy& other) const {
     Difference difference;
     difference.isSameFrames = curves_.size() == other.curves_.size();
+    difference.isSameBits = difference.isSameFrames;
     for (std::size_t n = 0; n < curves_.size() && difference.isSameFrames; ++n) {
         for (std::size_t i = 0; i < kCurveCount; ++i) {
             const auto& mine = curves_[n].second[i].getKeys();
             const auto& theirs = other.curves_[n].second[i].getKeys();
             difference.isSameFrames = difference.isSameFrames && mine.size() == theirs.size();
             for (std::size_t k = 0; k < std::min(mine.size(), theirs.size()); ++k) {
+                difference.isSameBits = difference.isSameBits && mine[k] == theirs[k];
                 const double apart = std::fabs(mine[k].time - theirs[k].time);
                 difference.isSameFrames = difference.isSameFrames && apart <= kSameTimeSeconds;
                 const double between = std::fabs(mine[k].value - theirs[k].value);
@@ -41,6 +43,7 @@ CurveCopy::Difference CurveCopy::compare(const CurveCopy& other) const {
             }
         }
     }
+    difference.isSameBits = difference.isSameBits && difference.isSameFrames;
     return difference;
 }
 

@@ -17,6 +17,7 @@ public:
     explicit CurveCopy(const std::vector<const StageNode*>& nodes);
 
     struct Difference {
+        bool isSameBits = true;   ///< the same keys, to the last digit
         bool isSameFrames = true; ///< the same keys at the same times
         double largest = 0.0;     ///< between the values of keys
     };

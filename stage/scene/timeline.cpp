@@ -4,6 +4,12 @@
 
 namespace Stage {
 
+namespace {
+
+constexpr double kFrameTolerance = 1e-5; // seconds, as the core's own
+
+} // namespace
+
 void Timeline::setRange(double start, double end) {
     start_ = snap(start);
     end_ = snap(end);
@@ -11,6 +17,10 @@ void Timeline::setRange(double start, double end) {
 
 std::int64_t Timeline::frameAt(double time) const {
     return std::llround(time / getStep());
+}
+
+bool Timeline::isFrame(double time) const {
+    return std::fabs(snap(time) - time) <= kFrameTolerance;
 }
 
 double Timeline::snap(double time) const {

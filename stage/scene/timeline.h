@@ -22,6 +22,8 @@ public:
     /// Frames per second, above 0. Set it before the range.
     void setRate(double rate) { rate_ = rate; }
     [[nodiscard]] double getStep() const { return 1.0 / rate_; } ///< seconds per frame
+    /// Returns true if `time` is that of a frame, within a hundredth of a millisecond.
+    [[nodiscard]] bool isFrame(double time) const;
 
     /// The nearest frame, as a number counted from time 0.
     [[nodiscard]] std::int64_t frameAt(double time) const;

@@ -92,6 +92,7 @@ ResimulationFigures describe(const std::vector<Setting>& settings,
         figures.settings.push_back(setting.toText());
     figures.difference = difference;
     figures.seconds = run.seconds;
+    figures.isOffGrid = run.isOffGrid;
     figures.isCutShort = run.isCutShort;
     figures.timesRealTime = run.seconds > 0.0 && !run.isCutShort ? span / run.seconds : 0.0;
     return figures;
@@ -101,8 +102,16 @@ std::string toTable(const ResimulationFigures& figures) {
     std::string label = "resimulated, unchanged";
     for (std::size_t i = 0; i < figures.settings.size(); ++i)
         label = (i == 0 ? "resimulated, " : label + ", ") + figures.settings[i];
-    return line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
-                figures.difference.isSameFrames ? "same frames" : "different frames") +
+    std::string result;
+    if (figures.isOffGrid)
+        result = line(label.c_str(), "%s",
+                      "starts between two frames: its keys lie between those of the take");
+    else if (figures.difference.isSameBits)
+        result = line(label.c_str(), "%s", "the same to the bit");
+    else
+        result = line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
+                      figures.difference.isSameFrames ? "same frames" : "different frames");
+    return result +
            (figures.isCutShort ? line("", "%s", "stopped before the end")
                                : line("", "%.0f times real time", figures.timesRealTime));
 }
@@ -127,6 +136,8 @@ std::string toJson(const Report& report) {
         for (const std::string& setting : figures.settings)
             settings.push_back(toUtf8(setting));
         json["resimulations"].push_back({{"settings", settings},
+                                         {"off_grid", figures.isOffGrid},
+                                         {"same_bits", figures.difference.isSameBits},
                                          {"same_frames", figures.difference.isSameFrames},
                                          {"largest_difference", figures.difference.largest},
                                          {"seconds", figures.seconds},

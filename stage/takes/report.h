@@ -17,6 +17,7 @@ struct ResimulationFigures {
     CurveCopy::Difference difference;  ///< to the take
     double seconds = 0.0;              ///< how long it ran
     double timesRealTime = 0.0;        ///< scene time by `seconds`; 0 if cut short
+    bool isOffGrid = false;            ///< its frames aren't those of the take
     bool isCutShort = false;           ///< stopped by the user; the simulated frames are kept
 };
 

@@ -55,6 +55,7 @@ std::optional<ResimulationRun> resimulate(Session& session, double start, double
         }
     }
     ResimulationRun run;
+    run.isOffGrid = !session.timeline.isFrame(start);
     session.scene.setKeyListener([&](const StageNode&, double) {
         if (!run.isCutShort && isToStop && isToStop()) {
             run.isCutShort = true;

@@ -13,6 +13,7 @@ struct Setting;
 
 struct ResimulationRun {
     double seconds = 0.0;    ///< how long it ran
+    bool isOffGrid = false;  ///< its frames count from the start, not from 0 as those of a take
     bool isCutShort = false; ///< `isToStop` ended it; the frames until then are kept
 };
 

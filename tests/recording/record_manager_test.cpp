@@ -84,7 +84,7 @@ TEST_F(RecordManagerTest, TheGridIsTheSameBelowZero) {
     adaptor.rangeEnd = 1;
     start();
     pass(3000);
-    EXPECT_EQ(frames(), range(-49, 24));
+    EXPECT_EQ(frames(), range(-49, 25));
     core->stopRecording();
     curve.clear();
     adaptor.time = 0;

@@ -75,7 +75,7 @@ TEST_F(SceneCommandTest, ASavedTakeIsSimulatedAgainInAnotherProcess) {
         << read("stderr");
     EXPECT_TRUE(read("there.csv") == read("here.csv")) << "the same bytes";
     EXPECT_TRUE(read("same.scene") == shot) << "including bindings to missing controls";
-    EXPECT_NE(read("stdout").find("largest difference 0, same frames"), std::string::npos);
+    EXPECT_NE(read("stdout").find("the same to the bit"), std::string::npos);
     EXPECT_NE(read("take.gltf").find("\"rotation\""), std::string::npos);
 
     ASSERT_EQ(run(again + "--set 'Camera/Position Y.multiplier=2' --scene wide.scene"

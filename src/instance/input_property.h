@@ -1,6 +1,8 @@
 // An input of a placed tool.
 #pragma once
 
+#include "data/kept_elements.h"
+#include "instance/kept_control.h"
 #include "unidevice/sdk/property.h"
 
 #include <cstdint>
@@ -10,14 +12,14 @@ namespace MVR {
 
 /// A property whose value stays the same throughout a frame, whoever writes to its control
 /// meanwhile. A value that isn't finite is never seen: the last good one stands for it.
-class HeldProperty final : public UniDevice::Property {
+class InputProperty final : public UniDevice::Property {
 public:
     /// Makes properties of this kind only.
     class Maker final : public Factory {
     public:
         UniDevice::Property* create(const std::string& name,
                                     std::int32_t acceptedKinds) const override {
-            return new HeldProperty(name, acceptedKinds);
+            return new InputProperty(name, acceptedKinds);
         }
     };
 
@@ -34,10 +36,17 @@ public:
     /// Returns true if the control had a value that isn't finite since the last call.
     [[nodiscard]] bool wasBad();
 
+    /// The binding, for the time when its control is gone.
+    [[nodiscard]] KeptControl& getKeptControl() { return keptControl_; }
+    /// Elements of the property's own in a profile that nothing here knows.
+    [[nodiscard]] KeptElements& getKeptElements() { return keptElements_; }
+
 private:
     mutable double good_ = 0.0; // the last finite value, and the one that is held
     mutable bool wasBad_ = false;
     bool isHeld_ = false;
+    KeptElements keptElements_;
+    KeptControl keptControl_{*this};
 };
 
 } // namespace MVR

@@ -1,4 +1,4 @@
-#include "instance/held_property.h"
+#include "instance/input_property.h"
 
 #include "unidevice/sdk/control.h"
 
@@ -7,7 +7,7 @@
 
 namespace MVR {
 
-double HeldProperty::getRaw() const {
+double InputProperty::getRaw() const {
     if (isHeld_)
         return good_;
     const double value = control != nullptr ? control->getValue() : 0.0;
@@ -18,13 +18,13 @@ double HeldProperty::getRaw() const {
     return good_;
 }
 
-void HeldProperty::hold() {
+void InputProperty::hold() {
     isHeld_ = false;
     (void)getRaw();
     isHeld_ = true;
 }
 
-bool HeldProperty::wasBad() {
+bool InputProperty::wasBad() {
     return std::exchange(wasBad_, false);
 }
 

@@ -86,8 +86,8 @@ bool InstanceInputs::applyProperty(InputProperty& property, const Tag& entry) {
     property.readSettings(entry);
     KeptElements& others = property.getKeptElements();
     others.clear(); // of several elements for one property the last counts
-    others.keepUnknown(
-        entry, [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
+    others.keepUnknown(entry,
+                       [](const Tag& each) { return each.hasName(kControl) || isParameter(each); });
     const Tag& wanted = entry.child(kControl);
     if (wanted.isEmpty()) {
         property.getKeptControl().boundAnew(property.control);

@@ -11,7 +11,7 @@
 namespace UniDevice {
 class Device;
 class DeviceHandler;
-}
+} // namespace UniDevice
 
 namespace MVR {
 

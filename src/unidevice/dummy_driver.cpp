@@ -52,8 +52,9 @@ void DummyDriver::pollLast(const std::vector<Device*>& last) {
     isOrdered_ = true;
     const std::unordered_set<Device*> joined(devices.begin(), devices.end());
     const std::unordered_set<Device*> moved(last.begin(), last.end());
-    devices.erase(std::remove_if(devices.begin(), devices.end(),
-                                 [&moved](Device* each) { return moved.count(each) > 0; }),
+    devices.erase(std::remove_if(
+                      devices.begin(), devices.end(),
+                      [&moved](Device* each) { return moved.count(each) > 0; }),
                   devices.end());
     std::copy_if(last.begin(), last.end(), std::back_inserter(devices),
                  [&joined](Device* each) { return joined.count(each) > 0; });

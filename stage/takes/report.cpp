@@ -111,9 +111,8 @@ std::string toTable(const ResimulationFigures& figures) {
     else
         result = line(label.c_str(), "largest difference %.3g, %s", figures.difference.largest,
                       figures.difference.isSameFrames ? "same frames" : "different frames");
-    return result +
-           (figures.isCutShort ? line("", "%s", "stopped before the end")
-                               : line("", "%.0f times real time", figures.timesRealTime));
+    return result + (figures.isCutShort ? line("", "%s", "stopped before the end")
+                                        : line("", "%.0f times real time", figures.timesRealTime));
 }
 
 std::string toJson(const Report& report) {

@@ -223,4 +223,32 @@ TEST_F(CreationTest, DetachDestroysChildrenBeforeTheirParentAndWhateverWasLost) 
     EXPECT_EQ(toolCount(), 0);
 }
 
+TEST_F(CreationTest, ARigPlacedTwiceDrivesItsOwnTools) {
+    ScriptedPlugin& rig = ScriptedPlugin::add("Wheel");
+    rig.properties = {"Turn"};
+    rig.onInit = [](ScriptedTool& each) {
+        CInterface::VirtualControlRecord speed{"Speed", 0, UniDevice::infinite};
+        each.getInterface()->extend(InterfaceExtension::kAddVirtualControl,
+                                    reinterpret_cast<std::intptr_t>(&speed));
+    };
+    const auto wheel = [](const std::string& name, const std::string& from,
+                          const std::string& below) {
+        return "<MVR_Plugin><type>Wheel</type><name>" + name +
+               "</name><inputprofile><profile><property name=\"Turn\"><control device=\"" + from +
+               "\" type=\"Speed\" index=\"0\"/></property></profile></inputprofile>" + below +
+               "</MVR_Plugin>";
+    };
+    // Each turns with the other; the second time both have other names.
+    const Tag model(wheel("Front", "Back", wheel("Back", "Front", "")));
+    for (int i = 0; i < 3; ++i) {
+        InstanceReference* const front = i < 2 ? core->create(model, nullptr, false)
+                                               : core->getRoot()->getChildReference(0)->clone();
+        ASSERT_NE(front, nullptr);
+        PluginInstance& above = *front->getInstance();
+        PluginInstance& below = *front->getChildReference(0)->getInstance();
+        EXPECT_EQ(above.findProperty("Turn")->control, below.control(0)) << i;
+        EXPECT_EQ(below.findProperty("Turn")->control, above.control(0)) << i;
+    }
+}
+
 } // namespace

@@ -100,8 +100,8 @@ TEST_F(ResimulationTest, AControlOfAToolIsReadInTheSameFrame) {
     CInterface::VirtualControlRecord record;
     record.name = "Doubled";
     record.kindMask = UniDevice::infinite;
-    auto* const doubled = reinterpret_cast<UniDevice::Control*>(
-        giver.extend(InterfaceExtension::kAddVirtualControl, reinterpret_cast<std::intptr_t>(&record)));
+    auto* const doubled = reinterpret_cast<UniDevice::Control*>(giver.extend(
+        InterfaceExtension::kAddVirtualControl, reinterpret_cast<std::intptr_t>(&record)));
     ASSERT_NE(doubled, nullptr);
     source.onExtend = [](ScriptedTool& each, std::int32_t id, std::intptr_t data) -> std::intptr_t {
         if (id == ToolExtension::kVirtualControl)

@@ -84,7 +84,9 @@ public:
     /// take stands still.
     virtual void setSlowMotion(std::int32_t slowMotion) = 0;
     /// Runs the checked tools again for the frames after `start` up to `end`; returns when it is
-    /// done or was stopped. Returns 0, or the code of "ALREADYRECORDING" as startRecording() does,
+    /// done or was stopped. If `start` is on the grid of frames, within a hundredth of a
+    /// millisecond, the frames have the very times of a take; otherwise they count from `start`.
+    /// Returns 0, or the code of "ALREADYRECORDING" as startRecording() does,
     /// or of "RESIMULATE_BADRANGE" for a span that isn't a number or has more than 2e9 frames.
     [[nodiscard]] virtual std::int32_t resimulate(double start, double end) = 0;
     /// Checks or unchecks a tool and all below it; an unknown name does nothing. During a take this

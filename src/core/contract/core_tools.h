@@ -95,7 +95,7 @@ public:
     /// the mapping as children "multiplier", "exponent", "deadzone" and "offset", and, if it is
     /// bound, a child "control" that names the control. Numbers have all their digits: reading one
     /// returns the same bits. Returns an empty tag for an unknown name. During a resimulation there
-    /// are no controls: the stored input replaces them.
+    /// are only controls of tools that run too: the stored input replaces the others.
     virtual Tag getBindings(std::string name) = 0;
     /// Binds the tool's inputs as such an element says. An input that it doesn't name is unbound
     /// and keeps its mapping. `missing`, unless null, receives the number of controls that aren't

@@ -17,7 +17,7 @@ namespace UniDevice {
 /// Owned by the tool instance's `PropertyHandler`, also when a tool asked for it. Property and
 /// control may go in any order. All operations may be called as long as the property lives; but a
 /// tool binds nothing itself, and in a resimulation `control` is a stand-in that plays what was
-/// recorded. Host thread only.
+/// recorded, unless it belongs to a tool that runs too. Host thread only.
 ///
 /// The fields and the order of the virtual operations are shared with separately built libraries.
 class Property : public ControlTarget {
@@ -61,7 +61,8 @@ public:
     /// Returns the bound control's value, mapped anew at each call: the part of its size beyond
     /// `deadzone`, divided by 1 - `deadzone`, raised to `exponent`, with the sign of the value,
     /// times `multiplier`, plus `offset`. Not clamped. An unbound property maps 0. A `deadzone` of
-    /// 1 divides by 0.
+    /// 1 divides by 0. While a frame of a take is recorded, an input of a tool maps the value that
+    /// its control had when the frame began, and never one that isn't finite.
     [[nodiscard]] virtual double getValue() const;
 
     /// Leaves its control.

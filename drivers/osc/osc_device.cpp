@@ -86,6 +86,7 @@ void OscDevice::store(const OscValue& arrived) {
     }
     control->value = arrived.value;
     control->received = arrived.value;
+    ++control->arrivals;
 }
 
 OscControl* OscDevice::find(std::string_view address, std::int32_t argument) const {

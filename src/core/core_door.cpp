@@ -44,6 +44,10 @@ bool CoreDoor::isRecording() const {
     return recorder_->isRecording();
 }
 
+double CoreDoor::getTakeDelay() const {
+    return recorder_->getDelay();
+}
+
 void CoreDoor::leaveTake(PluginInstance* instance, bool finish) {
     recorder_->dropInstance(instance, finish);
 }

@@ -3,6 +3,7 @@
 
 #include "core/services/core_services.h"
 #include "core/services/fault_list.h"
+#include "core/services/take_notes.h"
 #include "core/services/tool_list_changes.h"
 #include "dialogs/core_dialogs.h"
 
@@ -33,9 +34,11 @@ public:
     [[nodiscard]] bool getAutoExpand() const override;
     [[nodiscard]] InstanceManager& getTree() const override { return *tree_; }
     [[nodiscard]] FaultList& getFaults() override { return faults_; }
+    [[nodiscard]] TakeNotes& getTakeNotes() override { return takeNotes_; }
     [[nodiscard]] ToolListChanges& getToolListChanges() override { return toolListChanges_; }
     [[nodiscard]] UserDialogs& getDialogs() override;
     [[nodiscard]] bool isRecording() const override;
+    [[nodiscard]] double getTakeDelay() const override;
     void leaveTake(PluginInstance* instance, bool finish) override;
 
 private:
@@ -45,6 +48,7 @@ private:
     InstanceManager* tree_ = nullptr;
     RecordManager* recorder_ = nullptr;
     FaultList faults_;
+    TakeNotes takeNotes_;
     ToolListChanges toolListChanges_{*this};
     std::optional<CoreDialogs> dialogs_;
 };

@@ -3,6 +3,7 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
+#include "core/services/take_notes.h"
 #include "core/services/tool_list_changes.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/extension_ids.h"
@@ -222,9 +223,10 @@ void PluginInstance::prepareRecording(double time, TakeSource source,
 
 void PluginInstance::holdInput(double time) {
     for (const UniDevice::Property* property : storedInput_.hold(time)) {
-        Log(Log::Error)
-            .write("A value that isn't a number, and what was before it stays, at the input " +
-                   property->name + " of " + name);
+        const std::string text = "the input " + property->name + " of " + name +
+                                 " got a value that isn't a number; the one before it stayed";
+        Log(Log::Error).write(text);
+        services_.getTakeNotes().add({CoreTakeNote::kBadValue, name, property->name, 1, text});
     }
 }
 

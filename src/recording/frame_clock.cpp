@@ -2,6 +2,7 @@
 
 #include "core/util/to_integer.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace MVR {
@@ -13,10 +14,13 @@ constexpr double kSecondsPerTick = 0.001;
 
 } // namespace
 
+double FrameClock::getDelay(std::uint32_t now) const {
+    const double due = due_ + (now - lastTick_) * kSecondsPerTick / slowness_;
+    return std::isfinite(due) ? due : 0.0; // a slow motion beyond all bounds
+}
+
 void FrameClock::beginEvent(std::uint32_t now) {
-    due_ += (now - lastTick_) * kSecondsPerTick / slowness_;
-    if (!std::isfinite(due_)) // a slow motion beyond all bounds
-        due_ = 0.0;
+    due_ = getDelay(now);
     lastTick_ = now;
     framesLeft_ = kFramesPerEvent;
 }
@@ -32,6 +36,13 @@ bool FrameClock::nextFrame(double step) {
     --framesLeft_;
     due_ -= step;
     return true;
+}
+
+void FrameClock::noteLateness(double step) {
+    if (due_ <= step * 0.5)
+        return;
+    ++lateFrames_;
+    longestDelay_ = std::max(longestDelay_, due_ * slowness_);
 }
 
 void FrameClock::setSlowMotion(std::int32_t slowMotion) {

@@ -79,6 +79,7 @@ std::int32_t RecordManager::stopRecording() {
     }
     take->restoreLog();
     const Log entry("Stop recording", Log::Notice);
+    take->noteWhatIsMissing(clock_);
     closeCountdownWindow();
     disarmTimer(kFrameTimer);
     {
@@ -108,9 +109,10 @@ void RecordManager::onTimer(std::int32_t id, std::uint32_t now) {
         adaptor()->setTime(take->getTime());
     }
     if (take->isRecording()) {
-        const double wait =
-            adaptor()->getFrameStep() - (Platform::tickMs() - now) / kTicksPerSecond;
-        armTimer(kFrameTimer, wait > 0.0 ? wait : kShortestWait);
+        const double step = adaptor()->getFrameStep();
+        const double wait = step - (Platform::tickMs() - now) / kTicksPerSecond;
+        const bool isBehind = clock_.getDue() >= step; // the host may let events in seldom
+        armTimer(kFrameTimer, wait > 0.0 && !isBehind ? wait : kShortestWait);
     }
     inEvent_ = false;
 }
@@ -128,6 +130,7 @@ void RecordManager::runDueFrames(Take& take) {
             return;
         if (take.getTime() > take.getStart()) {
             closeCountdownWindow();
+            clock_.noteLateness(step);
             take.simulate();
             if (!take.isRecording())
                 return;
@@ -171,6 +174,12 @@ void RecordManager::handleKey(std::int32_t virtualKey, bool pressed, bool ctrl, 
         if (adaptor()->undo())
             (void)startRecording(); // a failure is logged
     }
+}
+
+double RecordManager::getDelay() const {
+    if (!isRecording() || isResimulating())
+        return 0.0;
+    return clock_.getDelay(Platform::tickMs());
 }
 
 std::vector<PluginInstance*> RecordManager::getRecordedInstances() const {

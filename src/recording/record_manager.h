@@ -66,6 +66,9 @@ public:
     /// undoes it and starts again.
     void handleKey(std::int32_t virtualKey, bool pressed, bool ctrl, bool alt, bool shift);
 
+    /// Returns how many seconds of scene time are due in a live take and not simulated yet.
+    [[nodiscard]] double getDelay() const;
+
     /// Returns the tools of the running take or resimulation, in the order in which they run.
     [[nodiscard]] std::vector<PluginInstance*> getRecordedInstances() const;
     /// Removes a tool from the running take or resimulation, and finishes it if `finish`. Called

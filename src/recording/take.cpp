@@ -4,10 +4,13 @@
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
 #include "core/services/key_hook.h"
+#include "core/services/take_notes.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_manager.h"
 #include "unidevice/sdk/device_handler.h"
 
+#include <cmath>
+#include <string>
 #include <utility>
 
 namespace MVR {
@@ -21,6 +24,7 @@ AdaptorInterface& Take::host() const {
 }
 
 void Take::begin() {
+    services_.getTakeNotes().clear();
     Hooks::hookEnabled = source_ == TakeSource::Live;
     InstanceManager& tree = services_.getTree();
     std::vector<PluginInstance*> tools = tree.sortForRecording(tree.getInstances(true));
@@ -34,6 +38,8 @@ void Take::begin() {
     entry.write("Activating UniDevice");
     devices_ = UniDevice::DeviceHandler::instance();
     devices_->activate();
+    if (source_ == TakeSource::Live)
+        silentInputs_.start(services_.getTree().getInstances(false));
     entry.write("initalizing plugins");
     const auto isInTake = [this](const UniDevice::Device& device) {
         return toolDevices_.count(&device) > 0;
@@ -53,6 +59,7 @@ void Take::restoreLog() const {
 }
 
 void Take::simulate() {
+    ++frames_;
     const double time = time_;
     if (source_ == TakeSource::Stored)
         tools_.forEach([time](PluginInstance& tool) { tool.playInput(time); });
@@ -72,6 +79,23 @@ void Take::finishTools(double time) {
     state_ = State::Finishing;
     tools_.forEach([time](PluginInstance& tool) { tool.finishRecording(time); });
     tools_.clear(); // from now on they can be deleted without telling the take
+}
+
+void Take::noteWhatIsMissing(const FrameClock& clock) {
+    if (source_ != TakeSource::Live || frames_ == 0)
+        return;
+    TakeNotes& notes = services_.getTakeNotes();
+    for (CoreTakeNote& note : silentInputs_.find(getTools(), start_)) {
+        Log(Log::Warning).write(note.text);
+        notes.add(std::move(note));
+    }
+    if (clock.getLateFrames() == 0)
+        return;
+    const std::string text = std::to_string(clock.getLateFrames()) + " of " +
+                             std::to_string(frames_) + " frames came late, at most by " +
+                             std::to_string(std::lround(clock.getLongestDelay() * 1000)) + " ms";
+    Log(Log::Warning).write(text);
+    notes.add({CoreTakeNote::kLateFrames, "", "", clock.getLateFrames(), text});
 }
 
 void Take::deactivateDevices() {

@@ -1,7 +1,9 @@
 // A take: the heart of the product.
 #pragma once
 
+#include "recording/frame_clock.h"
 #include "recording/running_tools.h"
+#include "recording/silent_inputs.h"
 #include "recording/values/take_source.h"
 
 #include <cstdint>
@@ -71,6 +73,8 @@ public:
     /// Finishes the tools at `time` and forgets them.
     void finishTools(double time);
     void deactivateDevices();
+    /// Tells what the take lacks of what was performed. While the tools are in it.
+    void noteWhatIsMissing(const FrameClock& clock);
     /// Tells the host and closes its undo step.
     void close();
 
@@ -87,6 +91,8 @@ private:
     State state_ = State::Running;
     RunningTools tools_;
     std::unordered_set<const UniDevice::Device*> toolDevices_; // of those
+    SilentInputs silentInputs_;
+    std::int64_t frames_ = 0;                     // simulated so far
     UniDevice::DeviceHandler* devices_ = nullptr; // null unless they are active for this take
     double start_;
     double end_;

@@ -56,6 +56,7 @@ void Control::destroy() {
 void Control::setValue(double newValue) {
     previousValue = value;
     value = newValue;
+    ++arrivals;
 }
 
 void Control::resetValues() {

@@ -70,6 +70,8 @@ const char* meaning(ExitCode code) {
         return "a scene, model or profile can't be read; the message says where and why";
     case ExitCode::Incomplete:
         return "some tools, or parts of them, could not be created; the others exist";
+    case ExitCode::NotAsPerformed:
+        return "the take is written, but lacks something of what was performed; the messages tell";
     }
     return "";
 }

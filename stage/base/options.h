@@ -16,6 +16,7 @@ enum class ExitCode {
     CheckFailed = 6,
     BadFile = 7,
     Incomplete = 8,
+    NotAsPerformed = 9,
 };
 
 /// One option of a command, or one operand: a word that must be given, in the order of the table.

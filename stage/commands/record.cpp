@@ -43,6 +43,7 @@ private:
     ExitCode writePass(const Pass& pass) const;
     ExitCode saveScene();
     void tellDriverFaults();
+    ExitCode tellNotes();
     std::vector<const StageNode*> nodesToWrite() const;
 
     const RecordOptions& options_;
@@ -147,6 +148,18 @@ void RecordRun::tellDriverFaults() {
     }
 }
 
+/// Tells what the take lacks of what was performed. Frames that come late spoil it only if all do.
+ExitCode RecordRun::tellNotes() {
+    ExitCode code = ExitCode::Ok;
+    for (const MVR::CoreTakeNote& note : session_.getTakes().list()) {
+        complain(note.text);
+        report_.notes.push_back(note.text);
+        if (note.kind != MVR::CoreTakeNote::kLateFrames || note.frames >= report_.take.frames)
+            code = ExitCode::NotAsPerformed;
+    }
+    return code;
+}
+
 ExitCode RecordRun::recordTake() {
     session_.timeline.setRate(options_.rate);
     session_.timeline.setRange(options_.start, options_.end);
@@ -228,6 +241,7 @@ ExitCode RecordRun::run() {
     catchStopRequests();
     const ExitCode take = recordTake();
     tellDriverFaults();
+    const ExitCode notes = tellNotes();
     if (take == ExitCode::CoreOrToolMissing)
         return take;
     if (report_.take.isCutShort && report_.take.frames == 0)
@@ -244,7 +258,7 @@ ExitCode RecordRun::run() {
     if (failure != ExitCode::Ok)
         return failure;
     const bool hasEnd = !options_.take.autoExpand;
-    return report_.take.isCutShort && hasEnd ? ExitCode::CutShort : opened;
+    return firstFailure({report_.take.isCutShort && hasEnd ? ExitCode::CutShort : opened, notes});
 }
 
 } // namespace

@@ -26,7 +26,8 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok,
                                       ExitCode::CutShort,
                                       ExitCode::CheckFailed,
                                       ExitCode::BadFile,
-                                      ExitCode::Incomplete};
+                                      ExitCode::Incomplete,
+                                      ExitCode::NotAsPerformed};
 
 std::vector<Option> recordOptions() {
     return withCommonOptions({

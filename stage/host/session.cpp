@@ -49,7 +49,9 @@ bool Session::open(const InstallValues& values, std::string& error) {
     models_ = MVR::getModels(*core_);
     inputs_ = MVR::getInputs(*core_);
     faults_ = MVR::getFaults(*core_);
-    if (tree_ == nullptr || models_ == nullptr || inputs_ == nullptr || faults_ == nullptr) {
+    takes_ = MVR::getTakes(*core_);
+    if (tree_ == nullptr || models_ == nullptr || inputs_ == nullptr || faults_ == nullptr ||
+        takes_ == nullptr) {
         error = "the core at " + path + " is older than this stage";
         close();
         return false;

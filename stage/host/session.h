@@ -76,6 +76,7 @@ public:
     [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
     [[nodiscard]] MVR::CoreModels& getModels() { return *models_; }
     [[nodiscard]] MVR::CoreTools& getTree() const { return *tree_; }
+    [[nodiscard]] MVR::CoreTakes& getTakes() { return *takes_; }
     [[nodiscard]] MVR::CoreInputs& getInputs() { return *inputs_; }
     /// Returns a line for each driver that doesn't work now, and each driver library that was
     /// refused.
@@ -100,6 +101,7 @@ private:
     MVR::CoreModels* models_ = nullptr;
     MVR::CoreInputs* inputs_ = nullptr;
     MVR::CoreFaults* faults_ = nullptr;
+    MVR::CoreTakes* takes_ = nullptr;
     std::vector<std::unique_ptr<PlacedTool>> tools_;
 };
 

@@ -129,7 +129,10 @@ std::string toJson(const Report& report) {
         {"keys", keyCounts(report.nodes)},
         {"undo_redo", report.isUndoGood ? Json(*report.isUndoGood) : Json(nullptr)},
         {"resimulations", Json::array()},
+        {"notes", Json::array()},
     };
+    for (const std::string& note : report.notes)
+        json["notes"].push_back(toUtf8(note));
     for (const ResimulationFigures& figures : report.resimulations) {
         Json settings = Json::array();
         for (const std::string& setting : figures.settings)

@@ -29,6 +29,7 @@ struct Report {
     std::vector<const StageNode*> nodes; ///< keys are counted when toJson() is called
     std::optional<bool> isUndoGood;      ///< nothing if it was not checked
     std::vector<ResimulationFigures> resimulations;
+    std::vector<std::string> notes; ///< what the take lacks, in the core's words
 };
 
 struct ResimulationRun;

@@ -48,6 +48,8 @@ TEST(ContractTest, TheOperationsOfTheExtensionsHaveTheirPositions) {
     expectSlots("inputs", 0, &CoreInputs::getVersion, &CoreInputs::list, &CoreInputs::setListening,
                 &CoreInputs::update, &CoreInputs::listDrivers);
     expectSlots("faults", 0, &CoreFaults::getVersion, &CoreFaults::list, &CoreFaults::tell);
+    expectSlots("takes", 0, &CoreTakes::getVersion, &CoreTakes::getDelay, &CoreTakes::end,
+                &CoreTakes::list);
 }
 
 TEST(ContractTest, TheOperationsOfTheAdaptorHaveTheirPositions) {

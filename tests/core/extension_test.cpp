@@ -78,13 +78,13 @@ struct ExtensionTest : Testing::TreeTest {
 };
 
 TEST_F(ExtensionTest, AreAnsweredUpToTheirVersion) {
-    for (std::int32_t id = CoreExtension::kModels; id <= CoreExtension::kFaults; ++id) {
+    for (std::int32_t id = CoreExtension::kModels; id <= CoreExtension::kTakes; ++id) {
         const std::intptr_t first = core->extend(id, 1);
         EXPECT_NE(first, 0) << id;
         EXPECT_EQ(core->extend(id, 1), first) << id;
         EXPECT_EQ(core->extend(id, 0) | core->extend(id, -1) | core->extend(id, 2), 0) << id;
     }
-    EXPECT_EQ(core->extend(CoreExtension::kFaults + 1, 1), 0);
+    EXPECT_EQ(core->extend(CoreExtension::kTakes + 1, 1), 0);
     EXPECT_EQ(tools->getVersion() + models->getVersion() + inputs->getVersion() +
                   faults->getVersion(),
               4);

@@ -1,5 +1,6 @@
 #include "recording/record_manager.h"
 
+#include "core/contract/core_extensions.h"
 #include "platform/headless/desktop.h"
 #include "plugins/instance_reference.h"
 #include "recording/countdown_window.h"
@@ -152,6 +153,40 @@ TEST_F(RecordManagerTest, LateEventsSkipNothing) {
     EXPECT_EQ(frames(), range(1, 10)) << "three ran and less than one was left: dropped";
     pass(1000);
     EXPECT_EQ(frames(), range(1, 35));
+}
+
+TEST_F(RecordManagerTest, ATakeTellsWhatItIsNot) {
+    CoreTakes& takes = *getTakes(*core);
+    EXPECT_FALSE(takes.end("nothing runs"));
+    // Its controls count what arrives: one sends zeros, one nothing, one has nearly its name.
+    UniDevice::Control* const still = device->add("Still");
+    UniDevice::Control* const near = device->add("Axes");
+    kind->properties = {"Axis", "Zeros", "Lost"};
+    PluginInstance& other = kind->place(*core, "Other");
+    other.findProperty("Zeros")->bind(still);
+    other.findProperty("Lost")->bind(device->add("Axe"));
+    device->onUpdate = [&] {
+        device->set("X", ++sample);
+        still->setValue(0);
+        near->setValue(0);
+    };
+    start();
+    event(300); // the host draws
+    EXPECT_NEAR(takes.getDelay(), 0.18, 1e-9) << "three of seven frames were simulated";
+    EXPECT_LE(Platform::runDueEvents(), 1) << "it may let the core catch up at once";
+    pass(40);
+    EXPECT_LT(takes.getDelay(), 0.08);
+    EXPECT_EQ(frames().size(), 2 * 7u);
+    EXPECT_TRUE(takes.end("the user deleted the camera"));
+    EXPECT_FALSE(core->isRecording());
+    std::vector<std::string> texts;
+    for (const CoreTakeNote& note : takes.list())
+        texts.push_back(std::to_string(note.kind) + " " + note.text);
+    EXPECT_THAT(texts, ElementsAre("5 the user deleted the camera",
+                                   "1 no value from Box:Axe:0 for Lost of Other; Axes:0 sent 7",
+                                   testing::HasSubstr("2 7 of 7 frames came late, at most by ")));
+    take(100);
+    EXPECT_THAT(takes.list().front().text, testing::HasSubstr("no value")) << "a list of its own";
 }
 
 TEST_F(RecordManagerTest, KeysStopRetakeOrReachTheHost) {

@@ -5,6 +5,7 @@
 #include "core/contract/core_inputs.h"
 #include "core/contract/core_interface.h"
 #include "core/contract/core_models.h"
+#include "core/contract/core_takes.h"
 #include "core/contract/core_tools.h"
 
 #include <cstdint>
@@ -24,6 +25,7 @@ constexpr std::int32_t kModels = 60; ///< CoreModels
 constexpr std::int32_t kTools = 61;  ///< CoreTools
 constexpr std::int32_t kInputs = 62; ///< CoreInputs
 constexpr std::int32_t kFaults = 63; ///< CoreFaults
+constexpr std::int32_t kTakes = 64;  ///< CoreTakes
 } // namespace CoreExtension
 
 /// Returns the interface of type `Interface` behind `id`, or null if `core` is older than this
@@ -47,6 +49,10 @@ inline CoreInputs* getInputs(CoreInterface& core) {
 
 inline CoreFaults* getFaults(CoreInterface& core) {
     return findExtension<CoreFaults>(core, CoreExtension::kFaults);
+}
+
+inline CoreTakes* getTakes(CoreInterface& core) {
+    return findExtension<CoreTakes>(core, CoreExtension::kTakes);
 }
 
 } // namespace MVR

@@ -26,6 +26,8 @@ std::intptr_t ExtensionTable::find(std::int32_t id, std::intptr_t version) {
         return give<CoreInputs>(inputs_, version);
     case CoreExtension::kFaults:
         return give<CoreFaults>(faults_, version);
+    case CoreExtension::kTakes:
+        return give<CoreTakes>(takes_, version);
     }
     Log(Log::Warning).write("Core: Caught unhandled extension", id, Log::OwnLevel);
     return 0;

@@ -11,6 +11,7 @@ class CoreInterface;
 class FaultList;
 class InstanceManager;
 class PluginInstance;
+class TakeNotes;
 class ToolListChanges;
 class UserDialogs;
 
@@ -37,6 +38,8 @@ public:
     [[nodiscard]] virtual InstanceManager& getTree() const = 0;
     /// Returns the list of what the last operation could not do.
     [[nodiscard]] virtual FaultList& getFaults() = 0;
+    /// Returns what there is to tell of the last take.
+    [[nodiscard]] virtual TakeNotes& getTakeNotes() = 0;
     /// Whoever changes the tree reports it here.
     [[nodiscard]] virtual ToolListChanges& getToolListChanges() = 0;
     /// Returns the dialogs that ask the user and show things.
@@ -44,6 +47,8 @@ public:
 
     /// Returns true during a take or a resimulation.
     [[nodiscard]] virtual bool isRecording() const = 0;
+    /// Returns how many seconds of scene time are due in a live take and not simulated yet.
+    [[nodiscard]] virtual double getTakeDelay() const = 0;
     /// Removes a tool from the running take or resimulation, and finishes it if `finish`; does
     /// nothing for one that doesn't participate.
     virtual void leaveTake(PluginInstance* instance, bool finish) = 0;

@@ -56,7 +56,8 @@ public:
     /// Tells each target that the control is being destroyed.
     virtual ~Control();
 
-    /// Stores a new value and keeps the one it replaces in `previousValue`. Not virtual.
+    /// Stores a new value and keeps the one it replaces in `previousValue`; counts it in
+    /// `arrivals`. Not virtual.
     void setValue(double newValue);
 
     /// Sets both values to 0.
@@ -81,6 +82,9 @@ public:
     std::int32_t index = 0;              ///< second identifier within the device
     std::string description;             ///< text for the user
     Device* device;                      ///< the owner; null for a control without a device
+    /// How many values it was given; wraps. A driver that writes `value` itself counts them here,
+    /// so that a user can be told of a control that sends nothing.
+    std::uint32_t arrivals = 0;
 };
 
 } // namespace UniDevice

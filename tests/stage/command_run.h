@@ -65,6 +65,15 @@ protected:
         EXPECT_TRUE(std::filesystem::exists(folder.path + name)) << name;
         return folder.read(name);
     }
+    /// Returns what the last command printed as messages, but for those of a machine that is busy.
+    std::string readMessages() const {
+        std::istringstream lines(read("stderr"));
+        std::string messages;
+        for (std::string line; std::getline(lines, line);)
+            if (line.find(" frames came late") == std::string::npos)
+                messages += line + "\n";
+        return messages;
+    }
     /// Returns the numbers of a table of curves, without the name of the node.
     std::vector<std::vector<double>> readTable(const std::string& name) const {
         std::vector<std::vector<double>> rows;

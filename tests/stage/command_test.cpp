@@ -37,7 +37,7 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
             " code=$?; kill $sender; wait $sender; exit $code");
     ASSERT_EQ(code, 0) << read("stderr");
     EXPECT_EQ(read("stdout"), "") << "silence in a pipe";
-    EXPECT_EQ(read("stderr"), "");
+    EXPECT_EQ(readMessages(), "");
 
     const auto take = readTable("take.csv");
     const auto again = readTable("again.csv");

@@ -1,5 +1,5 @@
-// A file of a camera's movement. What is accepted is finite and never goes back in time; the rest is refused as a
-// whole, with a reason.
+// A file of a camera's movement. What is accepted is finite and never goes back in time; the rest
+// is refused as a whole, with a reason.
 
 #include "input_file.h"
 #include "motion.h"

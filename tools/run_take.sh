@@ -68,7 +68,7 @@ awk -F, '
             exit 1
         }
         if (!moved) {
-            print "run_take: nothing moved: the sender was not heard" > "/dev/stderr"
+            print "run_take: nothing moved: nothing came from the sender, or it stood still" > "/dev/stderr"
             exit 1
         }
     }' "$out/input.csv" "$out/take.csv"

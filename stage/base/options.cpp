@@ -1,5 +1,6 @@
 #include "stage/base/options.h"
 
+#include "stage/base/nearest_name.h"
 #include "stage/base/text.h"
 
 #include <algorithm>
@@ -16,38 +17,11 @@ const Option* findOption(const std::vector<Option>& options, std::string_view na
     return found != options.end() ? &*found : nullptr;
 }
 
-/// Returns the fewest letters to add, remove or change to turn one word into the other.
-std::size_t distance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
-    for (std::size_t i = 0; i < row.size(); ++i)
-        row[i] = i;
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t change = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, change});
-        }
-    }
-    return row.back();
-}
-
 std::string unknownOption(const std::vector<Option>& options, const std::string& name) {
-    constexpr std::size_t kLikelySlip = 4;
-    const Option* nearest = nullptr;
-    std::size_t least = kLikelySlip;
-    for (const Option& option : options) {
-        const std::size_t d = distance(name, option.name);
-        if (d < least) {
-            least = d;
-            nearest = &option;
-        }
-    }
-    std::string message = "no option named " + name;
-    if (nearest != nullptr)
-        message += std::string("; did you mean ") + nearest->name + "?";
-    return message;
+    std::vector<std::string> names;
+    for (const Option& option : options)
+        names.emplace_back(option.name);
+    return "no option named " + name + askForNearest(name, names);
 }
 
 const char* meaning(ExitCode code) {

@@ -1,6 +1,7 @@
 #include "stage/commands/commands.h"
 
 #include "core/contract/adaptor_interface.h"
+#include "stage/base/nearest_name.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -46,7 +47,11 @@ ExitCode runCommand(const std::string& group, const std::string& about,
             return command.run({words.begin() + 1, words.end()});
     if (answerHelp({name == "help" ? "--help" : name}, help))
         return ExitCode::Ok;
-    complain("no command named \"" + group + name + "\"; see mirvane-stage " + group + "--help");
+    std::vector<std::string> names;
+    for (const Command& command : commands)
+        names.emplace_back(command.name);
+    complain("no command named \"" + group + name + "\"" + askForNearest(name, names) +
+             " (mirvane-stage " + group + "--help lists them)");
     return ExitCode::Usage;
 }
 

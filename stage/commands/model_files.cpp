@@ -127,7 +127,7 @@ ExitCode toExitCode(std::int32_t code) {
 ExitCode save(Session& session, const std::string& tool, const std::string& model) {
     const ExitCode code = toExitCode(session.getModels().save(tool, model));
     if (code == ExitCode::BadBinding)
-        return fail(code, "the scene has no tool named \"" + tool + "\"");
+        return fail(code, session.noTool(tool));
     if (code != ExitCode::Ok)
         tellFaults(session, model);
     return code;

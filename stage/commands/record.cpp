@@ -104,12 +104,9 @@ ExitCode RecordRun::placeTools() {
 
 ExitCode RecordRun::checkSettings() const {
     for (const Pass& pass : options_.passes) {
-        for (const Setting& setting : pass.settings) {
-            if (session_.findProperties(setting).empty()) {
-                return fail(ExitCode::BadBinding, "no tool has the property that \"" +
-                                                      setting.toText() + "\" is to change");
-            }
-        }
+        for (const Setting& setting : pass.settings)
+            if (session_.findProperties(setting).empty())
+                return fail(ExitCode::BadBinding, session_.noProperties(setting));
     }
     return ExitCode::Ok;
 }

@@ -93,10 +93,8 @@ bool take(ResimulateOptions& options, const Argument& argument, std::string& err
 ExitCode change(Session& session, const std::vector<Setting>& settings) {
     for (const Setting& setting : settings) {
         const auto properties = session.findProperties(setting);
-        if (properties.empty()) {
-            return fail(ExitCode::BadBinding,
-                        "no tool has the property that \"" + setting.toText() + "\" is to change");
-        }
+        if (properties.empty())
+            return fail(ExitCode::BadBinding, session.noProperties(setting));
         for (const ToolProperty& place : properties) {
             const std::int32_t code =
                 session.getTree().setMapping(place.tool, toMapping(setting, place.property));

@@ -240,7 +240,8 @@ void GltfBuilder::addAnimation(const std::vector<const StageNode*>& nodes) {
     for (const StageNode* node : nodes) {
         const int index = indices_.at(node);
         const auto positionTimes = keyTimes(node->getCurves(), 0, kFirstRotationCurve);
-        const auto rotationTimes = keyTimes(node->getCurves(), kFirstRotationCurve, kFirstLensCurve);
+        const auto rotationTimes =
+            keyTimes(node->getCurves(), kFirstRotationCurve, kFirstLensCurve);
         int input = -1;
         if (!positionTimes.empty()) {
             input = addTimes(positionTimes);

@@ -4,6 +4,7 @@
 #include "stage/base/text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string_view>
 
@@ -22,6 +23,11 @@ std::string unknownOption(const std::vector<Option>& options, const std::string&
     for (const Option& option : options)
         names.emplace_back(option.name);
     return "no option named " + name + askForNearest(name, names);
+}
+
+/// Returns the number without an exponent: 1000000, not 1e+06.
+std::string toPlainText(double number) {
+    return number == std::round(number) ? std::to_string(std::llround(number)) : toText(number);
 }
 
 const char* meaning(ExitCode code) {
@@ -101,12 +107,15 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
     return operand == options.end();
 }
 
-bool readNumber(const Argument& argument, double least, double& out, std::string& error) {
+bool readNumber(const Argument& argument, double least, double most, double& out,
+                std::string& error) {
     double number = 0.0;
     if (!toNumber(argument.value, number)) {
         error = argument.name + ": \"" + argument.value + "\" is not a number";
     } else if (number < least) {
-        error = argument.name + " must be at least " + toText(least);
+        error = argument.name + " must be at least " + toPlainText(least);
+    } else if (number > most) {
+        error = argument.name + " must be at most " + toPlainText(most);
     } else {
         out = number;
         return true;

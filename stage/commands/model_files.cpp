@@ -101,7 +101,7 @@ ExitCode open(Session& session, const ModelOptions& options, const std::string& 
         return fail(ExitCode::CoreOrToolMissing, error);
     return options.opened.empty()
                ? ExitCode::Ok
-               : openScene(session, data, {options.opened, target, options.isForced});
+               : openScene(session, data, {options.opened, {target}, options.isForced});
 }
 
 /// Prints the faults of the last operation, and returns their number.
@@ -194,7 +194,11 @@ ExitCode modelLoadCommand(const std::vector<std::string>& words) {
     if (const auto code = readCommand(words, loadOptions(), loadHelp(), options.install, takeOne))
         return *code;
     Session session;
-    ExitCode code = checkOutputs({options.scene, options.out, options.copy}, {options.model});
+    ExitCode code = checkOutputs({options.scene}, {options.model});
+    if (code == ExitCode::Ok) {
+        code = checkOutputs({options.out, options.copy}, {options.model, options.opened},
+                            {options.scene});
+    }
     if (code != ExitCode::Ok)
         return code;
     code = open(session, options, options.scene);

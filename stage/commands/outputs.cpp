@@ -28,36 +28,61 @@ std::filesystem::path fileOf(const std::string& path) {
     return std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
 }
 
+/// Returns Ok if the file can be written, as far as can be known beforehand.
+ExitCode checkPlace(const std::string& path) {
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    std::error_code error;
+    if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
+        return fail(ExitCode::OutputNotWritten,
+                    "can't write " + path + ": there is no folder " + folder.string());
+    }
+    if (std::filesystem::is_directory(path, error))
+        return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
+    return ExitCode::Ok;
+}
+
+/// A scene that nobody can open again is lost.
+ExitCode checkScene(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (!std::filesystem::is_fifo(status) && !std::filesystem::is_socket(status))
+        return ExitCode::Ok;
+    return fail(ExitCode::OutputNotWritten,
+                "can't write " + path + ": it is a pipe, which can't keep a scene");
+}
+
 } // namespace
 
 ExitCode checkOutputs(const std::vector<std::string>& paths,
-                      const std::vector<std::string>& sources) {
-    std::vector<std::filesystem::path> taken;
+                      const std::vector<std::string>& sources,
+                      const std::vector<std::string>& scenes) {
+    std::vector<std::filesystem::path> reads;
     for (const std::string& source : sources)
-        taken.push_back(fileOf(source));
-    for (const std::string& path : paths) {
+        reads.push_back(fileOf(source));
+    std::vector<std::string> outputs = paths;
+    outputs.insert(outputs.end(), scenes.begin(), scenes.end());
+    std::vector<std::filesystem::path> written;
+    for (const std::string& path : outputs) {
         const std::filesystem::path file = fileOf(path);
-        const auto same = std::find(taken.begin(), taken.end(), file);
-        if (!file.empty() && same != taken.end()) {
-            const bool isSource = same - taken.begin() < static_cast<long>(sources.size());
+        const bool isScene = written.size() >= paths.size();
+        const auto isAmong = [&file](const auto& files) {
+            return !file.empty() && std::find(files.begin(), files.end(), file) != files.end();
+        };
+        if (!isScene && isAmong(reads)) {
             return fail(ExitCode::Usage,
-                        path + (isSource ? " is read here, and another kind of file would "
-                                           "replace it"
-                                         : " would be written twice"));
+                        path + " is read here, and another kind of file would replace it");
         }
-        taken.push_back(file);
+        if (isAmong(written))
+            return fail(ExitCode::Usage, path + " would be written twice");
+        written.push_back(file);
     }
-    for (const std::string& path : paths) {
-        const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-        std::error_code error;
-        if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
-            return fail(ExitCode::OutputNotWritten,
-                        "can't write " + path + ": there is no folder " + folder.string());
-        }
-        if (std::filesystem::is_directory(path, error))
-            return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
+    ExitCode code = ExitCode::Ok;
+    for (std::size_t i = 0; i < outputs.size() && code == ExitCode::Ok; ++i) {
+        code = checkPlace(outputs[i]);
+        if (code == ExitCode::Ok && i >= paths.size())
+            code = checkScene(outputs[i]);
     }
-    return ExitCode::Ok;
+    return code;
 }
 
 ExitCode writeOutput(const std::string& path, const std::string& bytes) {

@@ -16,9 +16,11 @@ ExitCode fail(ExitCode code, const std::string& message);
 
 /// Checks beforehand that the outputs can be written: each path's folder exists, and the path isn't
 /// a folder; and that they may be: no two outputs share a file, and none replaces one of `sources`,
-/// files of other kinds that are read. Ignores empty paths.
+/// files that are read. `scenes` are outputs too: they may replace a source, but can't go to a
+/// pipe. Ignores empty paths.
 [[nodiscard]] ExitCode checkOutputs(const std::vector<std::string>& paths,
-                                    const std::vector<std::string>& sources = {});
+                                    const std::vector<std::string>& sources = {},
+                                    const std::vector<std::string>& scenes = {});
 
 /// Replaces a file, or does nothing for an empty path.
 [[nodiscard]] ExitCode writeOutput(const std::string& path, const std::string& bytes);

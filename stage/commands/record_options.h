@@ -17,6 +17,7 @@ struct Pass {
     std::vector<Setting> settings; ///< of a resimulation: its changes to the take
     std::string out;               ///< glTF file; empty for none
     std::string outCurves;         ///< table of the curves; empty for none
+    std::string scene;             ///< file that the scene is saved to; empty for none
 };
 
 struct RecordOptions {
@@ -30,7 +31,6 @@ struct RecordOptions {
     std::optional<Binding> latency;     ///< the control with the time at which a packet was sent
     std::string openedPath;             ///< of `opened`
     std::optional<SceneData> opened;    ///< the scene that the take is added to
-    std::string scene;                  ///< file that the scene is saved to; empty for none
     bool isForced = false;              ///< even if that loses tools of `opened`
     std::string report;                 ///< JSON file; empty for none
     std::string logInput;               ///< table of what the devices held; empty for none

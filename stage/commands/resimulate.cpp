@@ -1,5 +1,6 @@
 #include "stage/commands/resimulate.h"
 
+#include "core/contract/core_tools.h"
 #include "stage/base/machine.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
@@ -9,6 +10,7 @@
 #include "stage/takes/report.h"
 #include "stage/takes/resimulation.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -46,8 +48,11 @@ std::vector<Option> resimulateOptions() {
         {"--set", "PROPERTY.PARAMETER=NUMBER",
          "change multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all bound "
          "properties, \"NAME/PROPERTY\"\nthat of one tool. May be repeated"},
-        {"--start", "SECONDS", "where the simulation starts (start of the scene's range)"},
-        {"--end", "SECONDS", "where it ends (end of the scene's range)"},
+        {"--start", "SECONDS",
+         "where the simulation starts, from -1000000 (start of the\nscene's range)"},
+        {"--end", "SECONDS",
+         "where it ends, up to 2000000 (end of the recorded input, or\nof the scene's range if "
+         "that is earlier)"},
         {"--out", "FILE", "write the scene as glTF"},
         {"--out-curves", "FILE", "write its keys as a table, for plotting"},
         {"--scene", "FILE", "save the scene with the changed parameters; may be SCENE"},
@@ -69,9 +74,9 @@ std::string help() {
 
 bool take(ResimulateOptions& options, const Argument& argument, std::string& error) {
     if (argument.name == "--start")
-        return readNumber(argument, kLeastTime, options.start.emplace(), error);
+        return readNumber(argument, kLeastTime, kLongestTime, options.start.emplace(), error);
     if (argument.name == "--end")
-        return readNumber(argument, kLeastTime, options.end.emplace(), error);
+        return readNumber(argument, kLeastTime, kLongestTime, options.end.emplace(), error);
     if (argument.name == "SCENE")
         options.path = argument.value;
     else if (argument.name == "--set")
@@ -107,6 +112,15 @@ ExitCode change(Session& session, const std::vector<Setting>& settings) {
     return ExitCode::Ok;
 }
 
+/// Returns the end of the scene's range, or that of the recorded input for a take that was cut
+/// short: beyond it there is nothing to simulate.
+double endOfTake(const Session& session, const SceneData& data, double start) {
+    double first = 0.0;
+    double last = 0.0;
+    const bool hasInput = session.getTree().getRecordedSpan(&first, &last);
+    return hasInput && last > start ? std::min(last, data.end) : data.end;
+}
+
 ExitCode run(const ResimulateOptions& options, const SceneData& data,
              const std::vector<Setting>& settings) {
     std::string error;
@@ -114,7 +128,7 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
     if (!session.open(options.install, error))
         return fail(ExitCode::CoreOrToolMissing, error);
     const ExitCode opened =
-        openScene(session, data, {options.path, options.scene, options.isForced});
+        openScene(session, data, {options.path, {options.scene}, options.isForced});
     if (opened == ExitCode::CoreOrToolMissing)
         return opened;
     if (const ExitCode code = change(session, settings); code != ExitCode::Ok)
@@ -122,7 +136,7 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
     catchStopRequests();
     const CurveCopy before(session.scene);
     const double start = options.start.value_or(data.start);
-    const double end = options.end.value_or(data.end);
+    const double end = options.end.value_or(endOfTake(session, data, start));
     const auto run = resimulate(session, start, end, {}, error, isStopRequested);
     if (!run)
         return fail(ExitCode::CoreOrToolMissing, error);
@@ -163,10 +177,8 @@ ExitCode resimulateCommand(const std::vector<std::string>& words) {
             return fail(ExitCode::Usage, error);
     if (options.end.value_or(data.end) <= options.start.value_or(data.start))
         return fail(ExitCode::Usage, "the simulation ends before its first frame");
-    // The scene may replace the one that was read.
-    ExitCode code = checkOutputs({options.out, options.outCurves}, {options.path});
-    if (code == ExitCode::Ok)
-        code = checkOutputs({options.out, options.outCurves, options.scene});
+    const ExitCode code =
+        checkOutputs({options.out, options.outCurves}, {options.path}, {options.scene});
     return code != ExitCode::Ok ? code : run(options, data, settings);
 }
 

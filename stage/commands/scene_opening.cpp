@@ -6,6 +6,7 @@
 #include "stage/commands/outputs.h"
 #include "stage/host/session.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -55,10 +56,13 @@ ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& 
     }
     if (!missing.empty())
         complain(opening.path + ": these tools of the scene can't be created: " + missing);
-    if (!missing.empty() && isSameFile(opening.path, opening.target) && !opening.isForced) {
+    const bool isReplaced =
+        std::any_of(opening.targets.begin(), opening.targets.end(),
+                    [&opening](const auto& target) { return isSameFile(opening.path, target); });
+    if (!missing.empty() && isReplaced && !opening.isForced) {
         return fail(ExitCode::CoreOrToolMissing,
-                    opening.target + " would be saved without them: name another file, or give "
-                                     "--force");
+                    opening.path + " would be saved without them: name another file, or give "
+                                   "--force");
     }
     return isWhole ? ExitCode::Ok : ExitCode::Incomplete;
 }

@@ -36,6 +36,15 @@ protected:
         folder.add("other.scene", model);
         folder.add("no_tool.scene", change(scene, "Free Camera", "No Such"));
         folder.add("no_node.scene", change(scene, "<toolnode>Camera", "<toolnode>Gone"));
+        ASSERT_EQ(run("mkfifo pipe"), 0);
+        // The header contradicts itself.
+        const std::size_t at = scene.find("<input>") + 7;
+        MVR::Base64Buffer block(scene.substr(at, scene.find('<', at) - at));
+        std::string bytes(block.size(), 0);
+        ASSERT_TRUE(block.copyTo(bytes.data(), bytes.size()));
+        ++bytes[4];
+        folder.add("input.scene", change(scene, block.toText(),
+                                         MVR::Base64Buffer(bytes.data(), bytes.size()).toText()));
         folder.add("cut.prm", model.substr(0, model.size() / 2));
         folder.add("text.prm", "no model");
         folder.add("none.prm", "<MVR/>");
@@ -119,16 +128,31 @@ TEST_F(SceneCommandTest, ATakeGoesOnFromASavedScene) {
     ASSERT_EQ(run(kStage + " resimulate a.scene --documents . --out-curves a.csv"), 0);
     ASSERT_EQ(run(kStage +
                   " record --open a.scene --documents . --countdown 0 --start 0.2 --seconds 0.4"
-                  " --tool 'Free Camera' --scene a.scene --out-curves b.csv"
-                  " --resimulate --set 'Object/Position X.offset=9' --out-curves c.csv"),
+                  " --tool 'Free Camera' --scene b.scene --out-curves b.csv"
+                  " --resimulate --set 'Object/Position X.offset=9' --out-curves c.csv"
+                  " --scene c.scene"),
               0)
         << read("stderr");
     EXPECT_EQ(countKeys("a.csv"), 2 * 5);
     EXPECT_EQ(countKeys("b.csv"), 2 * 5) << "keys before the start stay";
     EXPECT_EQ(readTable("b.csv").size(), 2 * 16 + 11U) << "two longer takes, a new camera";
     EXPECT_NE(read("c.csv").find("\"Object\",0.6,9,"), std::string::npos) << read("c.csv");
-    EXPECT_NE(read("a.scene").find("<name>Free Camera_02</name>"), std::string::npos);
-    EXPECT_NE(read("a.scene").find("<start>0.2</start>"), std::string::npos);
+    // A scene has the keys and the parameters of one pass.
+    for (const char* pass : {"b", "c"}) {
+        const std::string table = std::string(pass) + ".csv";
+        ASSERT_EQ(run(kStage + " resimulate " + pass + ".scene --documents . --out-curves again"),
+                  0);
+        EXPECT_EQ(read("again"), read(table)) << pass;
+    }
+    EXPECT_NE(read("b.scene").find("<name>Free Camera_02</name>"), std::string::npos);
+    EXPECT_NE(read("b.scene").find("<start>0.2</start>"), std::string::npos);
+    // One that was cut short ends where its input ends.
+    const auto countAll = [this] { return readTable("again").size(); };
+    folder.add("cut.scene", change(read("a.scene"), "<end>0.4<", "<end>10<"));
+    ASSERT_EQ(run(kStage + " resimulate cut.scene --documents . --out-curves again"), 0);
+    EXPECT_EQ(countAll(), 2 * 11U);
+    ASSERT_EQ(run(kStage + " resimulate cut.scene --documents . --out-curves again --end 0.8"), 0);
+    EXPECT_EQ(countAll(), 2 * 21U);
 }
 
 TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
@@ -191,6 +215,8 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAMessageAndACode) {
         {resimulate + "a.scene --set Camera/Spin.offset=1", 3, "Camera/Spin.offset=1"},
         {resimulate + "a.scene --scene no/such.scene", 4, "no folder no"},
         {resimulate + "a.scene --scene /dev/full", 4, "No space left"},
+        {resimulate + "a.scene --scene pipe", 4, "it is a pipe"},
+        {resimulate + "input.scene", 8, "recorded input 0: its values can't be read"},
         {resimulate + "none.scene", 7, "can't read none.scene"},
         {resimulate + "cut.scene", 7, "cut.scene:"},
         {resimulate + "other.scene", 7, "other.scene: it isn't a scene but"},

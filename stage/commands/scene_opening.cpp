@@ -28,7 +28,10 @@ bool isGrave(const MVR::CoreFault& fault) {
 } // namespace
 
 void tellFault(const std::string& path, const MVR::CoreFault& fault) {
-    complain(fault.tool.empty() ? toText(fault) : path + ": " + toText(fault));
+    MVR::CoreFault shown = fault;
+    // A tool's model is its name "in" a folder, or a file: both may hold a path of the core.
+    std::replace(shown.model.begin(), shown.model.end(), '\\', '/');
+    complain(fault.tool.empty() ? toText(shown) : path + ": " + toText(shown));
 }
 
 std::optional<ExitCode> openSession(const std::vector<std::string>& words, const std::string& help,

@@ -2,6 +2,7 @@
 
 #include "core/contract/catalogue_words.h"
 #include "core/contract/setting_ids.h"
+#include "platform/sdk/files.h"
 #include "plugins/contract/c_interface.h"
 #include "plugins/contract/tool_identity.h"
 #include "stage/base/nearest_name.h"
@@ -54,6 +55,8 @@ bool Session::open(const InstallValues& values, std::string& error) {
     }
     if (!installValues_.write(values, path, error) || !library_.load(path, error))
         return false;
+    if (values.isVerbose)
+        adaptor.printLogAtEnd();
     core_ = library_.attach(adaptor);
     if (core_ == nullptr) {
         error = "the core at " + path + " refused to attach";
@@ -198,8 +201,9 @@ std::vector<std::string> Session::listDriverFaults() {
     std::vector<std::string> lines;
     for (const MVR::CoreDriver& driver : inputs_->listDrivers())
         if (!driver.fault.empty())
-            lines.push_back((driver.name.empty() ? driver.library : driver.name) + ": " +
-                            driver.fault);
+            lines.push_back(
+                (driver.name.empty() ? MVR::Platform::foldPath(driver.library) : driver.name) +
+                ": " + driver.fault);
     return lines;
 }
 

@@ -193,7 +193,12 @@ TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
     EXPECT_NE(read("stdout").find("  category Objects, Examples\n"), std::string::npos);
     run("cp m.prm \"$(find documents -type d -iname prm)/mine.prm\"");
     ASSERT_EQ(run(kStage + " model list --documents documents"), 0) << read("stderr");
-    EXPECT_NE(read("stdout").find("mine.prm\n"), std::string::npos) << read("stdout");
+    EXPECT_NE(read("stdout").find("PRM/mine.prm\n"), std::string::npos) << read("stdout");
+    EXPECT_EQ(read("stdout").find('\\'), std::string::npos) << "paths of this system";
+    EXPECT_EQ(read("stderr"), "");
+    ASSERT_EQ(run(kStage + " model list --documents documents --verbose"), 0);
+    EXPECT_NE(read("stderr").find("(NOTICE): "), std::string::npos) << "the core's log";
+    EXPECT_EQ(run(kStage + " model show m.prm --documents ."), 0);
 }
 
 TEST_F(SceneCommandTest, BadScenesAndModelsHaveAMessageAndACode) {

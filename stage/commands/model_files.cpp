@@ -4,6 +4,7 @@
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
+#include "stage/export/gltf_writer.h"
 #include "stage/host/session.h"
 
 #include <cstdio>
@@ -20,9 +21,13 @@ const std::vector<ExitCode> kSaveCodes = {ExitCode::Ok,
                                           ExitCode::OutputNotWritten,
                                           ExitCode::BadFile,
                                           ExitCode::Incomplete};
-const std::vector<ExitCode> kLoadCodes = {
-    ExitCode::Ok,      ExitCode::Usage,     ExitCode::CoreOrToolMissing, ExitCode::OutputNotWritten,
-    ExitCode::BadFile, ExitCode::Incomplete};
+const std::vector<ExitCode> kLoadCodes = {ExitCode::Ok,
+                                          ExitCode::Usage,
+                                          ExitCode::CoreOrToolMissing,
+                                          ExitCode::BadBinding,
+                                          ExitCode::OutputNotWritten,
+                                          ExitCode::BadFile,
+                                          ExitCode::Incomplete};
 
 std::vector<Option> saveOptions() {
     return withCommonOptions({
@@ -40,6 +45,7 @@ std::vector<Option> loadOptions() {
         {"--scene", "FILE", "save the scene"},
         kForceOption,
         {"--out", "FILE", "write the scene as glTF"},
+        kAsOption,
         {"--model", "FILE",
          "write its first tool and all below it as a model, for\nexample to turn a hand-written "
          "text into a model"},
@@ -72,10 +78,13 @@ struct ModelOptions {
     std::string scene; ///< file that the scene is saved to; empty for none
     std::string out;   ///< glTF file; empty for none
     std::string copy;  ///< file that the model is written to again; empty for none
+    ShownAsCameras cameras;
     bool isForced = false;
 };
 
-bool take(ModelOptions& options, const Argument& argument) {
+bool take(ModelOptions& options, const Argument& argument, std::string& error) {
+    if (argument.name == kAsOption.name)
+        return addCamera(argument, options.cameras, error);
     if (argument.name == kForceOption.name) {
         options.isForced = true;
         return true;
@@ -155,10 +164,13 @@ ExitCode load(Session& session, const ModelOptions& options) {
         result = ExitCode::Incomplete;
     if (created.empty())
         return result;
+    if (const ExitCode code = checkCameras(session.scene, options.cameras); code != ExitCode::Ok)
+        return code;
     std::vector<const StageNode*> nodes;
     for (const auto& node : session.scene.getNodes())
         nodes.push_back(node.get());
-    ExitCode written = writeNodes(nodes, session.timeline.getStart(), options.out, {});
+    ExitCode written =
+        writeNodes(nodes, session.timeline.getStart(), options.cameras, options.out, {});
     if (!options.scene.empty() && !session.saveScene(options.scene, error))
         written = fail(ExitCode::OutputNotWritten, error);
     if (!options.copy.empty())
@@ -170,8 +182,8 @@ ExitCode load(Session& session, const ModelOptions& options) {
 
 ExitCode modelSaveCommand(const std::vector<std::string>& words) {
     ModelOptions options;
-    const auto takeOne = [&options](const Argument& argument, std::string&) {
-        return take(options, argument);
+    const auto takeOne = [&options](const Argument& argument, std::string& error) {
+        return take(options, argument, error);
     };
     if (const auto code = readCommand(words, saveOptions(), saveHelp(), options.install, takeOne))
         return *code;
@@ -188,8 +200,8 @@ ExitCode modelSaveCommand(const std::vector<std::string>& words) {
 
 ExitCode modelLoadCommand(const std::vector<std::string>& words) {
     ModelOptions options;
-    const auto takeOne = [&options](const Argument& argument, std::string&) {
-        return take(options, argument);
+    const auto takeOne = [&options](const Argument& argument, std::string& error) {
+        return take(options, argument, error);
     };
     if (const auto code = readCommand(words, loadOptions(), loadHelp(), options.install, takeOne))
         return *code;

@@ -1,12 +1,15 @@
 #include "stage/commands/outputs.h"
 
 #include "platform/sdk/files.h"
+#include "stage/base/nearest_name.h"
 #include "stage/export/curve_table.h"
 #include "stage/export/gltf_writer.h"
+#include "stage/scene/scene.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace Stage {
@@ -85,6 +88,33 @@ ExitCode checkOutputs(const std::vector<std::string>& paths,
     return code;
 }
 
+bool addCamera(const Argument& argument, ShownAsCameras& out, std::string& error) {
+    constexpr std::string_view kNamed = "camera:";
+    const std::string_view value = argument.value;
+    if (value == "camera") {
+        out.isEachMoving = true;
+    } else if (value.size() > kNamed.size() && value.substr(0, kNamed.size()) == kNamed) {
+        out.names.emplace_back(value.substr(kNamed.size()));
+    } else {
+        error = argument.name + " must be camera or camera:OBJECT, not \"" + argument.value + "\"";
+        return false;
+    }
+    return true;
+}
+
+ExitCode checkCameras(const Scene& scene, const ShownAsCameras& cameras) {
+    std::vector<std::string> names;
+    for (const auto& node : scene.getNodes())
+        names.push_back(node->getSceneName());
+    for (const std::string& name : cameras.names) {
+        if (std::find(names.begin(), names.end(), name) == names.end()) {
+            return fail(ExitCode::BadBinding, "the scene has no object named \"" + name + "\"" +
+                                                  askForNearest(name, names));
+        }
+    }
+    return ExitCode::Ok;
+}
+
 ExitCode writeOutput(const std::string& path, const std::string& bytes) {
     if (path.empty() || MVR::Platform::writeFileAtomic(path, bytes))
         return ExitCode::Ok;
@@ -93,8 +123,10 @@ ExitCode writeOutput(const std::string& path, const std::string& bytes) {
 }
 
 ExitCode writeNodes(const std::vector<const StageNode*>& nodes, double start,
-                    const std::string& out, const std::string& outCurves) {
-    const ExitCode scene = out.empty() ? ExitCode::Ok : writeOutput(out, toGltf(nodes, start));
+                    const ShownAsCameras& cameras, const std::string& out,
+                    const std::string& outCurves) {
+    const ExitCode scene =
+        out.empty() ? ExitCode::Ok : writeOutput(out, toGltf(nodes, start, cameras));
     const ExitCode curves =
         outCurves.empty() ? ExitCode::Ok : writeOutput(outCurves, toCurveTable(nodes));
     return firstFailure({scene, curves});

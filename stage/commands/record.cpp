@@ -112,7 +112,7 @@ ExitCode RecordRun::checkSettings() const {
             if (session_.findProperties(setting).empty())
                 return fail(ExitCode::BadBinding, session_.noProperties(setting));
     }
-    return ExitCode::Ok;
+    return checkCameras(session_.scene, options_.cameras);
 }
 
 std::vector<const StageNode*> RecordRun::nodesToWrite() const {
@@ -125,8 +125,8 @@ std::vector<const StageNode*> RecordRun::nodesToWrite() const {
 
 /// Writes the scene as it is now, after the pass, to the files that the pass names.
 ExitCode RecordRun::writePass(const Pass& pass) {
-    const ExitCode nodes =
-        writeNodes(report_.nodes, session_.timeline.getStart(), pass.out, pass.outCurves);
+    const ExitCode nodes = writeNodes(report_.nodes, session_.timeline.getStart(), options_.cameras,
+                                      pass.out, pass.outCurves);
     std::string error;
     if (pass.scene.empty() || session_.saveScene(pass.scene, error))
         return nodes;

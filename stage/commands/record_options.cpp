@@ -1,6 +1,7 @@
 #include "stage/commands/record_options.h"
 
 #include "stage/commands/commands.h"
+#include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
 #include "stage/rig/tool_list.h"
 #include "stage/scene/scene_file.h"
@@ -62,6 +63,7 @@ std::vector<Option> recordOptions() {
          "simulate the take again, changed by the --set that follow;\n\"NAME/PROPERTY\" means one "
          "tool. May be repeated"},
         {"--out", "FILE", "write the take, or the resimulation it follows, as glTF"},
+        kAsOption,
         {"--out-curves", "FILE", "write its keys as a table, for plotting"},
         {"--scene", "FILE",
          "save the scene with its keys and parameters, for\nmirvane-stage resimulate and --open"},
@@ -193,6 +195,8 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
         options_.printTable = true;
     } else if (argument.name == "--open") {
         return open(argument.value, error);
+    } else if (argument.name == kAsOption.name) {
+        return addCamera(argument, options_.cameras, error);
     } else if (argument.name == kForceOption.name) {
         options_.isForced = true;
     } else if (argument.name == "--report") {

@@ -5,6 +5,7 @@
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
+#include "stage/export/gltf_writer.h"
 #include "stage/host/core_code.h"
 #include "stage/host/session.h"
 #include "stage/takes/report.h"
@@ -38,6 +39,7 @@ struct ResimulateOptions {
     std::string out;
     std::string outCurves;
     std::string scene; ///< file that the scene is saved to; empty for none
+    ShownAsCameras cameras;
     bool isForced = false;
     bool printTable = false;
 };
@@ -54,6 +56,7 @@ std::vector<Option> resimulateOptions() {
          "where it ends, up to 2000000 (end of the recorded input, or\nof the scene's range if "
          "that is earlier)"},
         {"--out", "FILE", "write the scene as glTF"},
+        kAsOption,
         {"--out-curves", "FILE", "write its keys as a table, for plotting"},
         {"--scene", "FILE", "save the scene with the changed parameters; may be SCENE"},
         kForceOption,
@@ -77,6 +80,8 @@ bool take(ResimulateOptions& options, const Argument& argument, std::string& err
         return readNumber(argument, kLeastTime, kLongestTime, options.start.emplace(), error);
     if (argument.name == "--end")
         return readNumber(argument, kLeastTime, kLongestTime, options.end.emplace(), error);
+    if (argument.name == kAsOption.name)
+        return addCamera(argument, options.cameras, error);
     if (argument.name == "SCENE")
         options.path = argument.value;
     else if (argument.name == "--set")
@@ -133,6 +138,8 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
         return opened;
     if (const ExitCode code = change(session, settings); code != ExitCode::Ok)
         return code;
+    if (const ExitCode code = checkCameras(session.scene, options.cameras); code != ExitCode::Ok)
+        return code;
     catchStopRequests();
     const CurveCopy before(session.scene);
     const double start = options.start.value_or(data.start);
@@ -143,7 +150,8 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
     std::vector<const StageNode*> nodes;
     for (const auto& node : session.scene.getNodes())
         nodes.push_back(node.get());
-    ExitCode written = writeNodes(nodes, data.start, options.out, options.outCurves);
+    ExitCode written =
+        writeNodes(nodes, data.start, options.cameras, options.out, options.outCurves);
     if (!options.scene.empty() && !session.saveScene(options.scene, error))
         written = fail(ExitCode::OutputNotWritten, error);
     if (options.printTable) {

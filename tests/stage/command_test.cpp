@@ -91,6 +91,8 @@ TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
     } cases[] = {
         {STAGE, 1, "usage: mirvane-stage COMMAND"},
         {STAGE " rekord", 1, "no command named \"rekord\"; did you mean record?"},
+        {record + "--tool 'Tracked Object' --as light", 1, "must be camera or camera:OBJECT"},
+        {record + "--tool 'Tracked Object' --name Stick --as camera:Stikc", 3, "mean Stick?"},
         {record + "--tol x", 1, "did you mean --tool?"},
         {record + "--tool x --core /nowhere.so", 2, "no core library at /nowhere.so"},
         {record + "--tool x --core osc.xml", 2, "osc.xml"},

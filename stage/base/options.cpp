@@ -39,7 +39,7 @@ const char* meaning(ExitCode code) {
     case ExitCode::CoreOrToolMissing:
         return "the core or a tool is missing or can't be used";
     case ExitCode::BadBinding:
-        return "there is no tool, property or control of a given name";
+        return "there is no tool, property, control or object of a given name";
     case ExitCode::OutputNotWritten:
         return "a file or the output could not be written; a file's old content is intact";
     case ExitCode::CutShort:

@@ -14,20 +14,14 @@ namespace Stage {
 
 namespace {
 
-const std::vector<ExitCode> kSaveCodes = {ExitCode::Ok,
-                                          ExitCode::Usage,
-                                          ExitCode::CoreOrToolMissing,
-                                          ExitCode::BadBinding,
-                                          ExitCode::OutputNotWritten,
-                                          ExitCode::BadFile,
-                                          ExitCode::Incomplete};
-const std::vector<ExitCode> kLoadCodes = {ExitCode::Ok,
-                                          ExitCode::Usage,
-                                          ExitCode::CoreOrToolMissing,
-                                          ExitCode::BadBinding,
-                                          ExitCode::OutputNotWritten,
-                                          ExitCode::BadFile,
-                                          ExitCode::Incomplete};
+// Of both commands.
+const std::vector<ExitCode> kCodes = {ExitCode::Ok,
+                                      ExitCode::Usage,
+                                      ExitCode::CoreOrToolMissing,
+                                      ExitCode::BadBinding,
+                                      ExitCode::OutputNotWritten,
+                                      ExitCode::BadFile,
+                                      ExitCode::Incomplete};
 
 std::vector<Option> saveOptions() {
     return withCommonOptions({
@@ -56,7 +50,7 @@ std::string saveHelp() {
     return "usage: mirvane-stage model save SCENE MODEL [OPTIONS]\n\n"
            "Writes tools of a saved scene as a model: the tools with their bindings and panel "
            "values,\nand their objects with transforms and meshes, but no recorded values.\n\n" +
-           describe(saveOptions()) + "\nexit codes\n" + describe(kSaveCodes) +
+           describe(saveOptions()) + "\nexit codes\n" + describe(kCodes) +
            "\nexample\n  mirvane-stage model save shot.scene dolly.prm --tool Dolly\n";
 }
 
@@ -65,7 +59,7 @@ std::string loadHelp() {
            "Creates the tools of a model, and lists those created and what failed. Whatever can "
            "be\n"
            "created is created, and saved.\n\n" +
-           describe(loadOptions()) + "\nexit codes\n" + describe(kLoadCodes) +
+           describe(loadOptions()) + "\nexit codes\n" + describe(kCodes) +
            "\nexample\n  mirvane-stage model load dolly.prm --open set.scene --scene set.scene\n";
 }
 

@@ -21,7 +21,8 @@ constexpr std::size_t kNumbersPerLine = 8;
 constexpr double kRotationTolerance = 0.01;
 // A packet that came late falls back by less; a clock that was set anew by more.
 constexpr double kLatestPacketSeconds = 1.0;
-constexpr double kGapSteps = 5.0; // of the median length
+constexpr double kFarthestSeconds = 1e12; // from 0; beyond it milliseconds get lost
+constexpr double kGapSteps = 5.0;         // of the median length
 
 // Wanders smoothly between about -1 and 1: whole numbers of waves in `kSeconds`, from slow sway to
 // the tremor of a hand, each weaker than the one before. Each `channel` wanders in its own way.
@@ -98,8 +99,8 @@ bool MotionReader::add(std::string_view line, std::string& error) {
     std::array<double, kNumbersPerLine> n{};
     if (!readNumbers(line, n, error))
         return false;
-    if (!std::isfinite(n[0])) {
-        error = "the time isn't a finite number";
+    if (!(std::abs(n[0]) <= kFarthestSeconds)) {
+        error = "the time is out of range";
         return false;
     }
     const double length = std::sqrt(n[4] * n[4] + n[5] * n[5] + n[6] * n[6] + n[7] * n[7]);

@@ -55,7 +55,7 @@ TEST(OscSenderTest, BadMotionFilesAreNamedWithTheirLine) {
         {"#\n1 0 0 0 0 0 0 1\n2 0 0 0 0 0 1\n", ":3: expected 8 numbers"},
         {"1 0 0 0 0 0 0 1 9\n", ":1: expected 8 numbers"},
         {"1 0 x 0 0 0 0 1\n", ":1: not a number: x"},
-        {"1 0 0 0 0 0 0 1\ninf 0 0 0 0 0 0 1\n", ":2: the time isn't a finite number"},
+        {"1 0 0 0 0 0 0 1\ninf 0 0 0 0 0 0 1\n", ":2: the time is out of range"},
         {"1 0 nan 0 0 0 0 1\n2 0 0 0 0 0 0 0\n", "holds no samples"},
         {"1 0 0 0 0 0 0 2\n", ":1: the quaternion's length"},
     };

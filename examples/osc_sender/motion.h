@@ -32,8 +32,8 @@ struct MotionNotes {
 Motion makeHandheldMotion();
 
 /// Reads a text file with a line "time x y z qx qy qz qw" for each sample, times in seconds. Empty
-/// lines and lines that begin with "#" are skipped. What a tracker does in a real session is taken
-/// as it comes and counted in `notes`: equal and falling times, gaps, and samples whose pose is
+/// lines and lines that begin with "#" are skipped. What a tracker does in a real session is
+/// accepted and counted in `notes`: equal and falling times, gaps, and samples whose pose is
 /// lost (a number that isn't finite, or a quaternion of four zeros). Returns false, with
 /// "path:line: what is wrong" in `error` and the others unchanged, on failure.
 [[nodiscard]] bool readMotion(const std::string& path, Motion& out, MotionNotes& notes,

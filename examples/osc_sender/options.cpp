@@ -16,7 +16,7 @@ Each sample is one bundle of three messages; all values are doubles:
   PREFIX/sent       monotonic clock of this machine in seconds, number of the sample from 0
 
   --file PATH        lines "time x y z qx qy qz qw", times in seconds; "#" begins a comment.
-                     Equal and falling times, gaps and lost poses are taken as they come
+                     Equal and falling times, gaps and lost poses are accepted and counted
   --host ADDRESS     where to send to (127.0.0.1)
   --port NUMBER      1 to 65535 (9000)
   --prefix TEXT      start of the addresses (/camera)

@@ -74,7 +74,7 @@ TEST(OscSenderTest, BadMotionFilesAreNamedWithTheirLine) {
     EXPECT_THAT(error, HasSubstr("can't be read"));
 }
 
-TEST(OscSenderTest, ARealSessionIsTakenAsItComes) {
+TEST(OscSenderTest, ARealSessionIsAcceptedAsItIs) {
     TemporaryFolder folder;
     const std::string pose = " 0 0 0 0 0 0 1\n";
     std::string text;

@@ -1,5 +1,5 @@
-// A file of a camera's movement. What is accepted is finite and ascends; the rest is refused as a
-// whole, with a reason.
+// A file of a camera's movement. What is accepted is finite and never goes back in time; the rest
+// is refused as a whole, with a reason.
 
 #include "input_file.h"
 #include "motion.h"
@@ -9,8 +9,9 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Motion motion;
+    MotionNotes notes;
     std::string error;
-    if (!readMotion(writeInput(data, size), motion, error)) {
+    if (!readMotion(writeInput(data, size), motion, notes, error)) {
         if (error.empty() || !motion.empty())
             std::abort();
         return 0;
@@ -18,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const MotionSample* before = nullptr;
     for (const MotionSample& sample : motion) {
         bool isGood = std::isfinite(sample.timeSeconds) &&
-                      (before == nullptr || sample.timeSeconds > before->timeSeconds);
+                      (before == nullptr || sample.timeSeconds >= before->timeSeconds);
         for (const double number : sample.position)
             isGood = isGood && std::isfinite(number);
         for (const double number : sample.rotation)

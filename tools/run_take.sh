@@ -41,23 +41,37 @@ TEXT
     --resimulate --set "*.multiplier=2" --out "$out/twice.gltf" --out-curves "$out/twice.csv"
 
 # Compares each key, except those of the start, with what the device held at that frame, to the last
-# digit. A device that has sent no rotation yet holds four zeros, which count as W 1. Zero has one
-# sign here.
+# digit; the four numbers of a rotation may all have the other sign. A device that has sent no
+# rotation yet holds four zeros, which count as W 1. Of a take in which nothing moved this says
+# nothing, so it fails.
 awk -F, '
     FNR == 1 { next }
     NR == FNR { for (i = 1; i <= 7; ++i) held[$1, i] = $(i + 1); ++frames; next }
     ++row == 1 { next }
     {
-        unturned = !(held[$2, 4] || held[$2, 5] || held[$2, 6] || held[$2, 7])
+        if (!(held[$2, 4] || held[$2, 5] || held[$2, 6] || held[$2, 7]))
+            held[$2, 7] = 1
+        cosine = 0
+        for (i = 4; i <= 7; ++i)
+            cosine += held[$2, i] * $(i + 2)
         for (i = 1; i <= 7; ++i) {
-            value = i == 7 && unturned ? "1" : held[$2, i]
-            good += ($2, i) in held && ($(i + 2) "" == value "" || ($(i + 2) == 0 && value == 0))
+            value = (i > 3 && cosine < 0 ? -1 : 1) * held[$2, i]
+            good += ($2, i) in held && $(i + 2) != "" && $(i + 2) + 0 == value
+            moved += row > 2 && $(i + 2) != before[i]
+            before[i] = $(i + 2)
         }
     }
     END {
         printf "%-36s%d of %d, in %d frames\n", "keys equal to the device\047s value", good, 7 * frames, row - 1
-        exit good != 7 * frames || row - 1 != frames || !good
-    }' "$out/input.csv" "$out/take.csv" || { echo "run_take: a key differs from the input, or is missing" >&2; exit 1; }
+        if (good != 7 * frames || row - 1 != frames || !good) {
+            print "run_take: a key differs from the input, or is missing" > "/dev/stderr"
+            exit 1
+        }
+        if (!moved) {
+            print "run_take: nothing moved: nothing came from the sender, or it stood still" > "/dev/stderr"
+            exit 1
+        }
+    }' "$out/input.csv" "$out/take.csv"
 
 if command -v gnuplot >/dev/null; then
     gnuplot -e "table='$out/take.csv'; picture='$out/take_curves.svg'" tools/plot_curves.gp

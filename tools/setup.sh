@@ -22,6 +22,7 @@ test   libgmock-dev        -                  Matchers for the tests
 test   nodejs              node               Runs the official glTF validator
 test   npm                 npm                Installs the glTF validator
 test   python3             python3            The tests' small scripts
+test   parallel            parallel           Runs many shots, as docs/farm.md has it
 bench  libbenchmark-dev    -                  Google Benchmark: times and medians
 bench  libtinyxml2-dev     -                  Peer: tag text
 bench  libpugixml-dev      -                  Peer: tag text

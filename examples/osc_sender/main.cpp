@@ -18,6 +18,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
+constexpr double kStepSeconds = 0.01;       // of a movement without duration
+constexpr double kLongestWaitSeconds = 1e9; // what the clock can hold
+
 enum ExitCode { kDone = 0, kSendingFailed = 1, kWrongOptions = 2, kBadMotionFile = 3 };
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -92,8 +95,8 @@ ExitCode stream(const Motion& motion, const Options& options, Sender& sender) {
     const double first = motion.front().timeSeconds;
     const double span = motion.back().timeSeconds - first;
     // A repeated movement starts again one mean step after its end.
-    const double period =
-        motion.size() > 1 ? span * motion.size() / static_cast<double>(motion.size() - 1) : 0.01;
+    const double period = span > 0.0 ? span + span / static_cast<double>(motion.size() - 1)
+                                     : kStepSeconds * static_cast<double>(motion.size());
     const auto start = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                           Seconds(options.startDelaySeconds));
     double latestMs = 0.0;
@@ -103,7 +106,8 @@ ExitCode stream(const Motion& motion, const Options& options, Sender& sender) {
         const double moment =
             (static_cast<double>(i / motion.size()) * period + sample.timeSeconds - first) /
             options.speed;
-        const auto deadline = start + std::chrono::duration_cast<Clock::duration>(Seconds(moment));
+        const auto deadline = start + std::chrono::duration_cast<Clock::duration>(
+                                          Seconds(std::min(moment, kLongestWaitSeconds)));
         if ((options.seconds > 0.0 && moment >= options.seconds) || !waitUntil(deadline))
             break;
         latestMs = std::max(latestMs, 1000.0 * Seconds(Clock::now() - deadline).count());
@@ -133,9 +137,10 @@ int main(int count, char** words) {
         return kDone;
     }
     Motion motion;
+    MotionNotes notes;
     if (options.file.empty()) {
         motion = makeHandheldMotion();
-    } else if (!readMotion(options.file, motion, error)) {
+    } else if (!readMotion(options.file, motion, notes, error)) {
         std::fprintf(stderr, "mirvane-osc-sender: %s\n", error.c_str());
         return kBadMotionFile;
     }
@@ -144,6 +149,8 @@ int main(int count, char** words) {
     if (!options.quiet) {
         std::printf("Sending %zu samples to %s port %d\n", motion.size(), options.host.c_str(),
                     options.port);
+        if (const std::string told = notes.toText(); !told.empty())
+            std::printf("%s: %s\n", options.file.c_str(), told.c_str());
         std::fflush(stdout);
     }
     Sender sender(options);

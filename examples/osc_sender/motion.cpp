@@ -1,9 +1,12 @@
 #include "motion.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -16,6 +19,10 @@ constexpr std::size_t kMaxLineBytes = 1000;
 constexpr std::size_t kNumbersPerLine = 8;
 // Files hold rounded numbers.
 constexpr double kRotationTolerance = 0.01;
+// A packet that came late falls back by less; a clock that was set anew by more.
+constexpr double kLatestPacketSeconds = 1.0;
+constexpr double kFarthestSeconds = 1e12; // from 0; beyond it milliseconds get lost
+constexpr double kGapSteps = 5.0;         // of the median length
 
 // Wanders smoothly between about -1 and 1: whole numbers of waves in `kSeconds`, from slow sway to
 // the tremor of a hand, each weaker than the one before. Each `channel` wanders in its own way.
@@ -57,7 +64,7 @@ bool readNumbers(std::string_view line, std::array<double, kNumbersPerLine>& num
         line.remove_prefix(word.size());
         double number = 0.0;
         const auto [end, code] = std::from_chars(word.data(), word.data() + word.size(), number);
-        if (code != std::errc() || end != word.data() + word.size() || !std::isfinite(number)) {
+        if (code != std::errc() || end != word.data() + word.size()) {
             error = "not a number: " + std::string(word.substr(0, 40));
             return false;
         }
@@ -72,24 +79,81 @@ bool readNumbers(std::string_view line, std::array<double, kNumbersPerLine>& num
     return true;
 }
 
-bool addSample(std::string_view line, Motion& motion, std::string& error) {
+// Reads the samples of a file, line by line.
+class MotionReader {
+public:
+    // Returns false, with a reason in `error`, for a line that is no sample.
+    bool add(std::string_view line, std::string& error);
+    // Counts the gaps when all lines are read. Returns false if there is no sample.
+    bool finish(Motion& out, MotionNotes& notes);
+
+private:
+    double placeInTime(double fileSeconds);
+
+    Motion motion_;
+    MotionNotes notes_;
+    double aheadSeconds_ = 0.0; // of the file's clock, after it began anew
+};
+
+bool MotionReader::add(std::string_view line, std::string& error) {
     std::array<double, kNumbersPerLine> n{};
     if (!readNumbers(line, n, error))
         return false;
-    if (!motion.empty() && n[0] <= motion.back().timeSeconds) {
-        error = "the time isn't later than the one before";
+    if (!(std::abs(n[0]) <= kFarthestSeconds)) {
+        error = "the time is out of range";
         return false;
     }
     const double length = std::sqrt(n[4] * n[4] + n[5] * n[5] + n[6] * n[6] + n[7] * n[7]);
+    const bool isFinite =
+        std::all_of(n.begin(), n.end(), [](double each) { return std::isfinite(each); });
+    if (!isFinite || length == 0.0) {
+        ++notes_.dropouts;
+        return true;
+    }
     if (std::abs(length - 1.0) > kRotationTolerance) {
         error = "the quaternion's length isn't 1";
         return false;
     }
-    if (motion.size() == kMaxSamples) {
+    if (motion_.size() == kMaxSamples) {
         error = "more than " + std::to_string(kMaxSamples) + " samples";
         return false;
     }
-    motion.push_back({n[0], {n[1], n[2], n[3]}, {n[4], n[5], n[6], n[7]}});
+    motion_.push_back({placeInTime(n[0]), {n[1], n[2], n[3]}, {n[4], n[5], n[6], n[7]}});
+    return true;
+}
+
+double MotionReader::placeInTime(double fileSeconds) {
+    if (motion_.empty())
+        return fileSeconds;
+    const double before = motion_.back().timeSeconds;
+    const double step = fileSeconds + aheadSeconds_ - before;
+    if (step > 0.0)
+        return before + step;
+    ++(step == 0.0 ? notes_.equalTimes : notes_.fallingTimes);
+    if (step < -kLatestPacketSeconds)
+        aheadSeconds_ = before - fileSeconds;
+    return before;
+}
+
+bool MotionReader::finish(Motion& out, MotionNotes& notes) {
+    std::vector<double> steps;
+    for (std::size_t i = 1; i < motion_.size(); ++i)
+        steps.push_back(motion_[i].timeSeconds - motion_[i - 1].timeSeconds);
+    if (!steps.empty()) {
+        std::vector<double> sorted = steps;
+        const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
+        std::nth_element(sorted.begin(), middle, sorted.end());
+        for (const double step : steps) {
+            if (*middle > 0.0 && step > kGapSteps * *middle) {
+                ++notes_.gaps;
+                notes_.longestGapSeconds = std::max(notes_.longestGapSeconds, step);
+            }
+        }
+    }
+    if (motion_.empty())
+        return false;
+    out = std::move(motion_);
+    notes = notes_;
     return true;
 }
 
@@ -110,13 +174,25 @@ Motion makeHandheldMotion() {
     return motion;
 }
 
-bool readMotion(const std::string& path, Motion& out, std::string& error) {
+std::string MotionNotes::toText() const {
+    if (equalTimes + fallingTimes + gaps + dropouts == 0)
+        return {};
+    char text[200];
+    std::snprintf(
+        text, sizeof text,
+        "equal times %lld, falling times %lld, gaps %lld (longest %.3g s), samples without a "
+        "pose %lld",
+        equalTimes, fallingTimes, gaps, longestGapSeconds, dropouts);
+    return text;
+}
+
+bool readMotion(const std::string& path, Motion& out, MotionNotes& notes, std::string& error) {
     std::ifstream file(path);
     if (!file) {
         error = path + ": can't be opened";
         return false;
     }
-    Motion motion;
+    MotionReader reader;
     std::array<char, kMaxLineBytes + 1> buffer;
     std::size_t number = 0;
     while (file.getline(buffer.data(), buffer.size())) {
@@ -126,7 +202,7 @@ bool readMotion(const std::string& path, Motion& out, std::string& error) {
         const std::size_t start = line.find_first_not_of(" \t\r");
         if (start == std::string_view::npos || line[start] == '#')
             continue;
-        if (!addSample(line, motion, error)) {
+        if (!reader.add(line, error)) {
             error = path + ":" + std::to_string(number) + ": " + error;
             return false;
         }
@@ -140,10 +216,9 @@ bool readMotion(const std::string& path, Motion& out, std::string& error) {
                 std::to_string(kMaxLineBytes) + " bytes";
         return false;
     }
-    if (file.bad() || motion.empty()) {
-        error = path + (motion.empty() ? ": holds no samples" : ": reading failed");
+    if (!reader.finish(out, notes)) {
+        error = path + ": holds no samples";
         return false;
     }
-    out = std::move(motion);
     return true;
 }

@@ -15,14 +15,15 @@ Each sample is one bundle of three messages; all values are doubles:
   PREFIX/rotation   quaternion x y z w
   PREFIX/sent       monotonic clock of this machine in seconds, number of the sample from 0
 
-  --file PATH        lines "time x y z qx qy qz qw", times in seconds; "#" begins a comment
+  --file PATH        lines "time x y z qx qy qz qw", times in seconds; "#" begins a comment.
+                     Equal and falling times, gaps and lost poses are accepted and counted
   --host ADDRESS     where to send to (127.0.0.1)
   --port NUMBER      1 to 65535 (9000)
   --prefix TEXT      start of the addresses (/camera)
-  --speed FACTOR     2 sends twice as fast, 0.5 at half the pace (1)
-  --seconds NUMBER   stop after this time (the whole movement)
+  --speed FACTOR     0.001 to 1000: 2 sends twice as fast, 0.5 at half the pace (1)
+  --seconds NUMBER   stop after this time, at most 1000000 (the whole movement)
   --loop             start again at the end, until --seconds or Ctrl+C
-  --start-delay NUMBER   seconds to wait before the first sample (0)
+  --start-delay NUMBER   seconds to wait before the first sample, at most 1000000 (0)
   --quiet            print only errors
   --help, --version
 

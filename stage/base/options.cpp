@@ -1,8 +1,10 @@
 #include "stage/base/options.h"
 
+#include "stage/base/nearest_name.h"
 #include "stage/base/text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string_view>
 
@@ -16,38 +18,16 @@ const Option* findOption(const std::vector<Option>& options, std::string_view na
     return found != options.end() ? &*found : nullptr;
 }
 
-/// Returns the fewest letters to add, remove or change to turn one word into the other.
-std::size_t distance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
-    for (std::size_t i = 0; i < row.size(); ++i)
-        row[i] = i;
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t change = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({row[j] + 1, row[j + 1] + 1, change});
-        }
-    }
-    return row.back();
+std::string unknownOption(const std::vector<Option>& options, const std::string& name) {
+    std::vector<std::string> names;
+    for (const Option& option : options)
+        names.emplace_back(option.name);
+    return "no option named " + name + askForNearest(name, names);
 }
 
-std::string unknownOption(const std::vector<Option>& options, const std::string& name) {
-    constexpr std::size_t kLikelySlip = 4;
-    const Option* nearest = nullptr;
-    std::size_t least = kLikelySlip;
-    for (const Option& option : options) {
-        const std::size_t d = distance(name, option.name);
-        if (d < least) {
-            least = d;
-            nearest = &option;
-        }
-    }
-    std::string message = "no option named " + name;
-    if (nearest != nullptr)
-        message += std::string("; did you mean ") + nearest->name + "?";
-    return message;
+/// Returns the number without an exponent: 1000000, not 1e+06.
+std::string toPlainText(double number) {
+    return number == std::round(number) ? std::to_string(std::llround(number)) : toText(number);
 }
 
 const char* meaning(ExitCode code) {
@@ -59,7 +39,7 @@ const char* meaning(ExitCode code) {
     case ExitCode::CoreOrToolMissing:
         return "the core or a tool is missing or can't be used";
     case ExitCode::BadBinding:
-        return "there is no tool, property or control of a given name";
+        return "there is no tool, property, control or object of a given name";
     case ExitCode::OutputNotWritten:
         return "a file or the output could not be written; a file's old content is intact";
     case ExitCode::CutShort:
@@ -129,12 +109,15 @@ bool readArguments(const std::vector<std::string>& words, const std::vector<Opti
     return operand == options.end();
 }
 
-bool readNumber(const Argument& argument, double least, double& out, std::string& error) {
+bool readNumber(const Argument& argument, double least, double most, double& out,
+                std::string& error) {
     double number = 0.0;
     if (!toNumber(argument.value, number)) {
         error = argument.name + ": \"" + argument.value + "\" is not a number";
     } else if (number < least) {
-        error = argument.name + " must be at least " + toText(least);
+        error = argument.name + " must be at least " + toPlainText(least);
+    } else if (number > most) {
+        error = argument.name + " must be at most " + toPlainText(most);
     } else {
         out = number;
         return true;

@@ -39,9 +39,9 @@ struct Argument {
                                  const std::vector<Option>& options,
                                  std::vector<Argument>& arguments, std::string& error);
 
-/// Reads the value as a number of at least `least`. Returns false, with a message in `error`, if it
-/// isn't one.
-[[nodiscard]] bool readNumber(const Argument& argument, double least, double& out,
+/// Reads the value as a number from `least` to `most`. Returns false, with a message in `error`, if
+/// it isn't one.
+[[nodiscard]] bool readNumber(const Argument& argument, double least, double most, double& out,
                               std::string& error);
 [[nodiscard]] bool readNumber(const Argument& argument, int least, int most, int& out,
                               std::string& error);

@@ -1,6 +1,7 @@
 #include "stage/commands/commands.h"
 
 #include "core/contract/adaptor_interface.h"
+#include "stage/base/nearest_name.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -46,7 +47,11 @@ ExitCode runCommand(const std::string& group, const std::string& about,
             return command.run({words.begin() + 1, words.end()});
     if (answerHelp({name == "help" ? "--help" : name}, help))
         return ExitCode::Ok;
-    complain("no command named \"" + group + name + "\"; see mirvane-stage " + group + "--help");
+    std::vector<std::string> names;
+    for (const Command& command : commands)
+        names.emplace_back(command.name);
+    complain("no command named \"" + group + name + "\"" + askForNearest(name, names) +
+             " (mirvane-stage " + group + "--help lists them)");
     return ExitCode::Usage;
 }
 
@@ -56,7 +61,10 @@ std::vector<Option> withCommonOptions(std::vector<Option> options) {
          "the core library; by default MIRVANE_CORE, or the one\nbeside this program"},
         {"--plugins", "FOLDER", "tool libraries, instead of those beside the core"},
         {"--data", "FOLDER", "shared data; its folder \"unidevice\" holds the drivers"},
-        {"--documents", "FOLDER", "for settings, profiles and the log; by default your documents"},
+        {"--documents", "FOLDER",
+         "for settings, profiles and the log (core.log in\nOskelworks/Mirvane/Data/core); by "
+         "default your documents"},
+        {"--verbose", nullptr, "print the core's log at the end, on the error stream"},
         {"--help", nullptr, "print this text"},
         {"--version", nullptr, "print the version"},
     };
@@ -65,6 +73,7 @@ std::vector<Option> withCommonOptions(std::vector<Option> options) {
 }
 
 bool takeCommonArgument(const Argument& argument, InstallValues& values) {
+    values.isVerbose = values.isVerbose || argument.name == "--verbose";
     std::string* const value = argument.name == "--core"        ? &values.core
                                : argument.name == "--plugins"   ? &values.plugins
                                : argument.name == "--data"      ? &values.data
@@ -72,7 +81,7 @@ bool takeCommonArgument(const Argument& argument, InstallValues& values) {
                                                                 : nullptr;
     if (value != nullptr)
         *value = argument.value;
-    return value != nullptr;
+    return value != nullptr || argument.name == "--verbose";
 }
 
 bool answerHelp(const std::vector<std::string>& words, const std::string& help) {

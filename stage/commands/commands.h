@@ -30,8 +30,8 @@ constexpr double kLeastTime = -1e6;
 /// The latest end of a take. A scene's file allows later ones: a take may extend its range.
 constexpr double kLatestTime = 1e6;
 
-/// Adds the options that every command has: --core, --data, --plugins, --documents, --help,
-/// --version.
+/// Adds the options that every command has: --core, --data, --plugins, --documents, --verbose,
+/// --help, --version.
 std::vector<Option> withCommonOptions(std::vector<Option> options);
 /// Applies an argument of these options; returns false if it is none of them.
 bool takeCommonArgument(const Argument& argument, InstallValues& values);

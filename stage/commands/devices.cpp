@@ -28,7 +28,8 @@ const std::vector<ExitCode> kCodes = {ExitCode::Ok, ExitCode::Usage, ExitCode::C
 std::vector<Option> deviceOptions() {
     return withCommonOptions({
         {"--seconds", "N",
-         "how long to listen; by default until Ctrl+C on a terminal,\nand 1 second elsewhere"},
+         "how long to listen, 0 to 1000000; by default until Ctrl+C\non a terminal, and 1 second "
+         "elsewhere"},
         {"--once", nullptr, "no live display: listen, then print the values once"},
     });
 }
@@ -100,7 +101,8 @@ ExitCode devicesCommand(const std::vector<std::string>& words) {
     double seconds = -1.0;
     const auto take = [&](const Argument& argument, std::string& error) {
         isLive = isLive && argument.name != "--once";
-        return argument.name != "--seconds" || readNumber(argument, 0.0, seconds, error);
+        return argument.name != "--seconds" ||
+               readNumber(argument, 0.0, kLatestTime, seconds, error);
     };
     if (const auto code = readCommand(words, deviceOptions(), help(), values, take))
         return *code;

@@ -4,6 +4,7 @@
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
+#include "stage/export/gltf_writer.h"
 #include "stage/host/session.h"
 
 #include <cstdio>
@@ -13,16 +14,14 @@ namespace Stage {
 
 namespace {
 
-const std::vector<ExitCode> kSaveCodes = {ExitCode::Ok,
-                                          ExitCode::Usage,
-                                          ExitCode::CoreOrToolMissing,
-                                          ExitCode::BadBinding,
-                                          ExitCode::OutputNotWritten,
-                                          ExitCode::BadFile,
-                                          ExitCode::Incomplete};
-const std::vector<ExitCode> kLoadCodes = {
-    ExitCode::Ok,      ExitCode::Usage,     ExitCode::CoreOrToolMissing, ExitCode::OutputNotWritten,
-    ExitCode::BadFile, ExitCode::Incomplete};
+// Of both commands.
+const std::vector<ExitCode> kCodes = {ExitCode::Ok,
+                                      ExitCode::Usage,
+                                      ExitCode::CoreOrToolMissing,
+                                      ExitCode::BadBinding,
+                                      ExitCode::OutputNotWritten,
+                                      ExitCode::BadFile,
+                                      ExitCode::Incomplete};
 
 std::vector<Option> saveOptions() {
     return withCommonOptions({
@@ -40,6 +39,7 @@ std::vector<Option> loadOptions() {
         {"--scene", "FILE", "save the scene"},
         kForceOption,
         {"--out", "FILE", "write the scene as glTF"},
+        kAsOption,
         {"--model", "FILE",
          "write its first tool and all below it as a model, for\nexample to turn a hand-written "
          "text into a model"},
@@ -50,7 +50,7 @@ std::string saveHelp() {
     return "usage: mirvane-stage model save SCENE MODEL [OPTIONS]\n\n"
            "Writes tools of a saved scene as a model: the tools with their bindings and panel "
            "values,\nand their objects with transforms and meshes, but no recorded values.\n\n" +
-           describe(saveOptions()) + "\nexit codes\n" + describe(kSaveCodes) +
+           describe(saveOptions()) + "\nexit codes\n" + describe(kCodes) +
            "\nexample\n  mirvane-stage model save shot.scene dolly.prm --tool Dolly\n";
 }
 
@@ -59,7 +59,7 @@ std::string loadHelp() {
            "Creates the tools of a model, and lists those created and what failed. Whatever can "
            "be\n"
            "created is created, and saved.\n\n" +
-           describe(loadOptions()) + "\nexit codes\n" + describe(kLoadCodes) +
+           describe(loadOptions()) + "\nexit codes\n" + describe(kCodes) +
            "\nexample\n  mirvane-stage model load dolly.prm --open set.scene --scene set.scene\n";
 }
 
@@ -72,10 +72,13 @@ struct ModelOptions {
     std::string scene; ///< file that the scene is saved to; empty for none
     std::string out;   ///< glTF file; empty for none
     std::string copy;  ///< file that the model is written to again; empty for none
+    ShownAsCameras cameras;
     bool isForced = false;
 };
 
-bool take(ModelOptions& options, const Argument& argument) {
+bool take(ModelOptions& options, const Argument& argument, std::string& error) {
+    if (argument.name == kAsOption.name)
+        return addCamera(argument, options.cameras, error);
     if (argument.name == kForceOption.name) {
         options.isForced = true;
         return true;
@@ -101,7 +104,7 @@ ExitCode open(Session& session, const ModelOptions& options, const std::string& 
         return fail(ExitCode::CoreOrToolMissing, error);
     return options.opened.empty()
                ? ExitCode::Ok
-               : openScene(session, data, {options.opened, target, options.isForced});
+               : openScene(session, data, {options.opened, {target}, options.isForced});
 }
 
 /// Prints the faults of the last operation, and returns their number.
@@ -127,7 +130,7 @@ ExitCode toExitCode(std::int32_t code) {
 ExitCode save(Session& session, const std::string& tool, const std::string& model) {
     const ExitCode code = toExitCode(session.getModels().save(tool, model));
     if (code == ExitCode::BadBinding)
-        return fail(code, "the scene has no tool named \"" + tool + "\"");
+        return fail(code, session.noTool(tool));
     if (code != ExitCode::Ok)
         tellFaults(session, model);
     return code;
@@ -155,10 +158,13 @@ ExitCode load(Session& session, const ModelOptions& options) {
         result = ExitCode::Incomplete;
     if (created.empty())
         return result;
+    if (const ExitCode code = checkCameras(session.scene, options.cameras); code != ExitCode::Ok)
+        return code;
     std::vector<const StageNode*> nodes;
     for (const auto& node : session.scene.getNodes())
         nodes.push_back(node.get());
-    ExitCode written = writeNodes(nodes, session.timeline.getStart(), options.out, {});
+    ExitCode written =
+        writeNodes(nodes, session.timeline.getStart(), options.cameras, options.out, {});
     if (!options.scene.empty() && !session.saveScene(options.scene, error))
         written = fail(ExitCode::OutputNotWritten, error);
     if (!options.copy.empty())
@@ -170,8 +176,8 @@ ExitCode load(Session& session, const ModelOptions& options) {
 
 ExitCode modelSaveCommand(const std::vector<std::string>& words) {
     ModelOptions options;
-    const auto takeOne = [&options](const Argument& argument, std::string&) {
-        return take(options, argument);
+    const auto takeOne = [&options](const Argument& argument, std::string& error) {
+        return take(options, argument, error);
     };
     if (const auto code = readCommand(words, saveOptions(), saveHelp(), options.install, takeOne))
         return *code;
@@ -188,13 +194,17 @@ ExitCode modelSaveCommand(const std::vector<std::string>& words) {
 
 ExitCode modelLoadCommand(const std::vector<std::string>& words) {
     ModelOptions options;
-    const auto takeOne = [&options](const Argument& argument, std::string&) {
-        return take(options, argument);
+    const auto takeOne = [&options](const Argument& argument, std::string& error) {
+        return take(options, argument, error);
     };
     if (const auto code = readCommand(words, loadOptions(), loadHelp(), options.install, takeOne))
         return *code;
     Session session;
-    ExitCode code = checkOutputs({options.scene, options.out, options.copy}, {options.model});
+    ExitCode code = checkOutputs({options.scene}, {options.model});
+    if (code == ExitCode::Ok) {
+        code = checkOutputs({options.out, options.copy}, {options.model, options.opened},
+                            {options.scene});
+    }
     if (code != ExitCode::Ok)
         return code;
     code = open(session, options, options.scene);

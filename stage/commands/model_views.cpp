@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string_view>
 
 namespace Stage {
 
@@ -31,17 +32,15 @@ std::string listHelp() {
 }
 
 std::vector<Option> showOptions() {
-    return {
-        {"FILE", nullptr, "a model (.prm), a profile or any other file of the same form"},
-        {"--help", nullptr, "print this text"},
-        {"--version", nullptr, "print the version"},
-    };
+    return withCommonOptions(
+        {{"FILE", nullptr, "a model (.prm), a profile or any other file of the same form"}});
 }
 
 std::string showHelp() {
     return "usage: mirvane-stage model show FILE\n\n"
            "Prints a model or a profile as text, compressed or not; packed elements are shown as\n"
-           "trees. For a bad file it reports what is wrong, with line and column.\n\n" +
+           "trees. For a bad file it reports what is wrong, with line and column. Of the options\n"
+           "that all commands share, only --help and --version change anything here.\n\n" +
            describe(showOptions()) + "\nexit codes\n" + describe(kShowCodes);
 }
 
@@ -61,7 +60,9 @@ void print(const MVR::Tag& entry) {
         text += "\n  " + about;
     for (const char* name : {Word::kCategory, Word::kType, Word::kRequired, Word::kFile})
         if (const std::string words = join(entry, name); !words.empty())
-            text += std::string("\n  ") + name + " " + words;
+            text +=
+                std::string("\n  ") + name + " " +
+                (std::string_view(name) == Word::kFile ? MVR::Platform::foldPath(words) : words);
     std::printf("%s\n", text.c_str());
 }
 

@@ -1,12 +1,15 @@
 #include "stage/commands/outputs.h"
 
 #include "platform/sdk/files.h"
+#include "stage/base/nearest_name.h"
 #include "stage/export/curve_table.h"
 #include "stage/export/gltf_writer.h"
+#include "stage/scene/scene.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace Stage {
@@ -28,34 +31,86 @@ std::filesystem::path fileOf(const std::string& path) {
     return std::filesystem::weakly_canonical(std::filesystem::absolute(path, error), error);
 }
 
+/// Returns Ok if the file can be written, as far as can be known beforehand.
+ExitCode checkPlace(const std::string& path) {
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    std::error_code error;
+    if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
+        return fail(ExitCode::OutputNotWritten,
+                    "can't write " + path + ": there is no folder " + folder.string());
+    }
+    if (std::filesystem::is_directory(path, error))
+        return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
+    return ExitCode::Ok;
+}
+
+/// A scene that nobody can open again is lost.
+ExitCode checkScene(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (!std::filesystem::is_fifo(status) && !std::filesystem::is_socket(status))
+        return ExitCode::Ok;
+    return fail(ExitCode::OutputNotWritten,
+                "can't write " + path + ": it is a pipe, which can't keep a scene");
+}
+
 } // namespace
 
 ExitCode checkOutputs(const std::vector<std::string>& paths,
-                      const std::vector<std::string>& sources) {
-    std::vector<std::filesystem::path> taken;
+                      const std::vector<std::string>& sources,
+                      const std::vector<std::string>& scenes) {
+    std::vector<std::filesystem::path> reads;
     for (const std::string& source : sources)
-        taken.push_back(fileOf(source));
-    for (const std::string& path : paths) {
+        reads.push_back(fileOf(source));
+    std::vector<std::string> outputs = paths;
+    outputs.insert(outputs.end(), scenes.begin(), scenes.end());
+    std::vector<std::filesystem::path> written;
+    for (const std::string& path : outputs) {
         const std::filesystem::path file = fileOf(path);
-        const auto same = std::find(taken.begin(), taken.end(), file);
-        if (!file.empty() && same != taken.end()) {
-            const bool isSource = same - taken.begin() < static_cast<long>(sources.size());
+        const bool isScene = written.size() >= paths.size();
+        const auto isAmong = [&file](const auto& files) {
+            return !file.empty() && std::find(files.begin(), files.end(), file) != files.end();
+        };
+        if (!isScene && isAmong(reads)) {
             return fail(ExitCode::Usage,
-                        path + (isSource ? " is read here, and another kind of file would "
-                                           "replace it"
-                                         : " would be written twice"));
+                        path + " is read here, and another kind of file would replace it");
         }
-        taken.push_back(file);
+        if (isAmong(written))
+            return fail(ExitCode::Usage, path + " would be written twice");
+        written.push_back(file);
     }
-    for (const std::string& path : paths) {
-        const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-        std::error_code error;
-        if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
-            return fail(ExitCode::OutputNotWritten,
-                        "can't write " + path + ": there is no folder " + folder.string());
+    ExitCode code = ExitCode::Ok;
+    for (std::size_t i = 0; i < outputs.size() && code == ExitCode::Ok; ++i) {
+        code = checkPlace(outputs[i]);
+        if (code == ExitCode::Ok && i >= paths.size())
+            code = checkScene(outputs[i]);
+    }
+    return code;
+}
+
+bool addCamera(const Argument& argument, ShownAsCameras& out, std::string& error) {
+    constexpr std::string_view kNamed = "camera:";
+    const std::string_view value = argument.value;
+    if (value == "camera") {
+        out.isEachMoving = true;
+    } else if (value.size() > kNamed.size() && value.substr(0, kNamed.size()) == kNamed) {
+        out.names.emplace_back(value.substr(kNamed.size()));
+    } else {
+        error = argument.name + " must be camera or camera:OBJECT, not \"" + argument.value + "\"";
+        return false;
+    }
+    return true;
+}
+
+ExitCode checkCameras(const Scene& scene, const ShownAsCameras& cameras) {
+    std::vector<std::string> names;
+    for (const auto& node : scene.getNodes())
+        names.push_back(node->getSceneName());
+    for (const std::string& name : cameras.names) {
+        if (std::find(names.begin(), names.end(), name) == names.end()) {
+            return fail(ExitCode::BadBinding, "the scene has no object named \"" + name + "\"" +
+                                                  askForNearest(name, names));
         }
-        if (std::filesystem::is_directory(path, error))
-            return fail(ExitCode::OutputNotWritten, "can't write " + path + ": it is a folder");
     }
     return ExitCode::Ok;
 }
@@ -68,8 +123,10 @@ ExitCode writeOutput(const std::string& path, const std::string& bytes) {
 }
 
 ExitCode writeNodes(const std::vector<const StageNode*>& nodes, double start,
-                    const std::string& out, const std::string& outCurves) {
-    const ExitCode scene = out.empty() ? ExitCode::Ok : writeOutput(out, toGltf(nodes, start));
+                    const ShownAsCameras& cameras, const std::string& out,
+                    const std::string& outCurves) {
+    const ExitCode scene =
+        out.empty() ? ExitCode::Ok : writeOutput(out, toGltf(nodes, start, cameras));
     const ExitCode curves =
         outCurves.empty() ? ExitCode::Ok : writeOutput(outCurves, toCurveTable(nodes));
     return firstFailure({scene, curves});

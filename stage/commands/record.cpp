@@ -35,13 +35,13 @@ public:
 
 private:
     ExitCode checkOutputs() const;
+    std::vector<std::string> listScenes() const;
     ExitCode openScene();
     ExitCode placeTools();
     ExitCode checkSettings() const;
     ExitCode recordTake();
     ExitCode resimulateAll();
-    ExitCode writePass(const Pass& pass) const;
-    ExitCode saveScene();
+    ExitCode writePass(const Pass& pass);
     void tellDriverFaults();
     ExitCode tellNotes();
     std::vector<const StageNode*> nodesToWrite() const;
@@ -62,10 +62,14 @@ ExitCode RecordRun::checkOutputs() const {
         paths.push_back(pass.out);
         paths.push_back(pass.outCurves);
     }
-    // The scene may replace the one that was opened.
-    const ExitCode besides = Stage::checkOutputs(paths, {options_.openedPath});
-    paths.push_back(options_.scene);
-    return besides != ExitCode::Ok ? besides : Stage::checkOutputs(paths);
+    return Stage::checkOutputs(paths, {options_.openedPath}, listScenes());
+}
+
+std::vector<std::string> RecordRun::listScenes() const {
+    std::vector<std::string> scenes;
+    for (const Pass& pass : options_.passes)
+        scenes.push_back(pass.scene);
+    return scenes;
 }
 
 /// Restores the scene to which the take is added, if there is one.
@@ -73,7 +77,7 @@ ExitCode RecordRun::openScene() {
     if (!options_.opened)
         return ExitCode::Ok;
     const ExitCode opened = Stage::openScene(
-        session_, *options_.opened, {options_.openedPath, options_.scene, options_.isForced});
+        session_, *options_.opened, {options_.openedPath, listScenes(), options_.isForced});
     if (opened == ExitCode::CoreOrToolMissing)
         return opened;
     std::string error;
@@ -105,14 +109,11 @@ ExitCode RecordRun::placeTools() {
 
 ExitCode RecordRun::checkSettings() const {
     for (const Pass& pass : options_.passes) {
-        for (const Setting& setting : pass.settings) {
-            if (session_.findProperties(setting).empty()) {
-                return fail(ExitCode::BadBinding, "no tool has the property that \"" +
-                                                      setting.toText() + "\" is to change");
-            }
-        }
+        for (const Setting& setting : pass.settings)
+            if (session_.findProperties(setting).empty())
+                return fail(ExitCode::BadBinding, session_.noProperties(setting));
     }
-    return ExitCode::Ok;
+    return checkCameras(session_.scene, options_.cameras);
 }
 
 std::vector<const StageNode*> RecordRun::nodesToWrite() const {
@@ -123,19 +124,14 @@ std::vector<const StageNode*> RecordRun::nodesToWrite() const {
     return nodes;
 }
 
-ExitCode RecordRun::writePass(const Pass& pass) const {
-    return writeNodes(nodesToWrite(), session_.timeline.getStart(), pass.out, pass.outCurves);
-}
-
-/// Saves the scene without the probe, which isn't part of it.
-ExitCode RecordRun::saveScene() {
-    if (options_.scene.empty())
-        return ExitCode::Ok;
-    if (probe_ != nullptr)
-        probe_->extend(MVR::InterfaceExtension::kUnplug, 0);
+/// Writes the scene as it is now, after the pass, to the files that the pass names.
+ExitCode RecordRun::writePass(const Pass& pass) {
+    const ExitCode nodes = writeNodes(report_.nodes, session_.timeline.getStart(), options_.cameras,
+                                      pass.out, pass.outCurves);
     std::string error;
-    return session_.saveScene(options_.scene, error) ? ExitCode::Ok
-                                                     : fail(ExitCode::OutputNotWritten, error);
+    if (pass.scene.empty() || session_.saveScene(pass.scene, error))
+        return nodes;
+    return firstFailure({nodes, fail(ExitCode::OutputNotWritten, error)});
 }
 
 /// Tells what is wrong with the drivers, each line once: a driver may learn of it during the take.
@@ -208,14 +204,13 @@ ExitCode RecordRun::resimulateAll() {
         std::string error;
         const double start = report_.start;
         const double end = report_.take.endTime;
+        const auto write = [&] { worst = firstFailure({worst, writePass(pass)}); };
         const std::optional<ResimulationRun> run =
-            resimulate(session_, start, end, pass.settings, error, isToStop);
+            resimulate(session_, start, end, pass.settings, error, isToStop, write);
         if (!run)
             return fail(ExitCode::CoreOrToolMissing, error);
         report_.resimulations.push_back(
             describe(pass.settings, CurveCopy(report_.nodes).compare(take_), *run, end - start));
-        if (const ExitCode code = writePass(pass); code != ExitCode::Ok)
-            worst = code;
         if (run->isCutShort || (isToStop() && i + 1 < options_.passes.size())) {
             complain("stopped at resimulation " + std::to_string(i) + " of " +
                      std::to_string(options_.passes.size() - 1) +
@@ -246,6 +241,9 @@ ExitCode RecordRun::run() {
         return take;
     if (report_.take.isCutShort && report_.take.frames == 0)
         return fail(ExitCode::CutShort, "stopped before the first frame; nothing is written");
+    // The probe has measured, and isn't part of the scene.
+    if (probe_ != nullptr)
+        probe_->extend(MVR::InterfaceExtension::kUnplug, 0);
     // From here on there is a take to lose: each step runs even if the one before has failed.
     const ExitCode written = writePass(options_.passes.front());
     const ExitCode passes = resimulateAll();
@@ -253,8 +251,7 @@ ExitCode RecordRun::run() {
     const ExitCode input = writeOutput(options_.logInput, inputTable_);
     if (options_.printTable)
         std::fputs(toTable(report_).c_str(), stdout);
-    const ExitCode scene = saveScene();
-    const ExitCode failure = firstFailure({written, passes, report, input, scene, take});
+    const ExitCode failure = firstFailure({written, passes, report, input, take});
     if (failure != ExitCode::Ok)
         return failure;
     const bool hasEnd = !options_.take.autoExpand;

@@ -1,6 +1,7 @@
 #include "stage/commands/record_options.h"
 
 #include "stage/commands/commands.h"
+#include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
 #include "stage/rig/tool_list.h"
 #include "stage/scene/scene_file.h"
@@ -44,13 +45,13 @@ std::vector<Option> recordOptions() {
         {"--open", "SCENE",
          "begin with a saved scene: its tools with their bindings,\nits takes, range and frame "
          "rate"},
-        {"--scene", "FILE", "save the scene at the end, for mirvane-stage resimulate\nand --open"},
-        kForceOption,
-        {"--start", "SECONDS", "start of the animation range and of the take (0)"},
+        {"--start", "SECONDS",
+         "start of the animation range and of the take (0). All\ntimes are from -1000000 to "
+         "1000000"},
         {"--end", "SECONDS", "end of the range (start + 10)"},
         {"--seconds", "N", "length of the take, instead of --end; it stops there"},
-        {"--rate", "FPS", "frames per second (25)"},
-        {"--countdown", "N", "whole seconds before the take (3)"},
+        {"--rate", "FPS", "frames per second, 0.1 to 100000 (25)"},
+        {"--countdown", "N", "whole seconds before the take, 0 to 3600 (3)"},
         {"--slow-motion", "N", "1 to 10: 1 is real time, each further step halves the\nspeed (1)"},
         {"--no-auto-expand", nullptr,
          "stop at the end of the range; by default the range grows\nand the take goes on until "
@@ -63,7 +64,11 @@ std::vector<Option> recordOptions() {
          "simulate the take again, changed by the --set that follow;\n\"NAME/PROPERTY\" means one "
          "tool. May be repeated"},
         {"--out", "FILE", "write the take, or the resimulation it follows, as glTF"},
+        kAsOption,
         {"--out-curves", "FILE", "write its keys as a table, for plotting"},
+        {"--scene", "FILE",
+         "save the scene with its keys and parameters, for\nmirvane-stage resimulate and --open"},
+        kForceOption,
         {"--report", "FILE", "write the measurements as JSON"},
         {"--log-input", "FILE",
          "write the values of the bound controls at each frame of the\ntake, as the devices have "
@@ -174,6 +179,8 @@ bool RecordReader::readOfPass(const Argument& argument) {
         options_.passes.back().out = argument.value;
     else if (argument.name == "--out-curves")
         options_.passes.back().outCurves = argument.value;
+    else if (argument.name == "--scene")
+        options_.passes.back().scene = argument.value;
     else
         return false;
     return true;
@@ -189,8 +196,8 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
         options_.printTable = true;
     } else if (argument.name == "--open") {
         return open(argument.value, error);
-    } else if (argument.name == "--scene") {
-        options_.scene = argument.value;
+    } else if (argument.name == kAsOption.name) {
+        return addCamera(argument, options_.cameras, error);
     } else if (argument.name == kForceOption.name) {
         options_.isForced = true;
     } else if (argument.name == "--report") {
@@ -200,19 +207,19 @@ bool RecordReader::readOfTake(const Argument& argument, std::string& error) {
     } else if (argument.name == "--latency-bind") {
         return parseBinding("Sent=" + argument.value, options_.latency.emplace(), error);
     } else if (argument.name == "--rate") {
-        return readNumber(argument, kLeastRate, options_.rate, error);
+        return readNumber(argument, kLeastRate, kHighestRate, options_.rate, error);
     } else if (argument.name == "--start") {
-        return readNumber(argument, kLeastTime, options_.start, error);
+        return readNumber(argument, kLeastTime, kLatestTime, options_.start, error);
     } else if (argument.name == "--countdown") {
         return readNumber(argument, 0, kLongestCountdown, options_.take.countdownSeconds, error);
     } else if (argument.name == "--slow-motion") {
         return readNumber(argument, 1, kSlowest, options_.take.slowMotion, error);
     } else if (argument.name == "--end") {
-        if (!readNumber(argument, kLeastTime, number, error))
+        if (!readNumber(argument, kLeastTime, kLatestTime, number, error))
             return false;
         end_ = number;
     } else {
-        if (!readNumber(argument, 0.0, number, error))
+        if (!readNumber(argument, 0.0, kLatestTime, number, error))
             return false;
         seconds_ = number;
     }
@@ -234,8 +241,6 @@ bool RecordReader::finish(std::string& error) {
         error = "the take ends before its first frame";
     else if (options_.end > kLatestTime)
         error = "the take must end by second " + std::to_string(std::lround(kLatestTime));
-    else if (options_.rate > kHighestRate)
-        error = "--rate must be at most " + std::to_string(std::lround(kHighestRate));
     else
         return true;
     return false;

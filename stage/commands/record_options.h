@@ -1,6 +1,7 @@
 #pragma once
 
 #include "stage/base/options.h"
+#include "stage/export/gltf_writer.h"
 #include "stage/host/install_values.h"
 #include "stage/rig/tool_plan.h"
 #include "stage/scene/scene_file.h"
@@ -17,6 +18,7 @@ struct Pass {
     std::vector<Setting> settings; ///< of a resimulation: its changes to the take
     std::string out;               ///< glTF file; empty for none
     std::string outCurves;         ///< table of the curves; empty for none
+    std::string scene;             ///< file that the scene is saved to; empty for none
 };
 
 struct RecordOptions {
@@ -30,7 +32,7 @@ struct RecordOptions {
     std::optional<Binding> latency;     ///< the control with the time at which a packet was sent
     std::string openedPath;             ///< of `opened`
     std::optional<SceneData> opened;    ///< the scene that the take is added to
-    std::string scene;                  ///< file that the scene is saved to; empty for none
+    ShownAsCameras cameras;             ///< in each glTF file
     bool isForced = false;              ///< even if that loses tools of `opened`
     std::string report;                 ///< JSON file; empty for none
     std::string logInput;               ///< table of what the devices held; empty for none

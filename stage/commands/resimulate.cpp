@@ -1,14 +1,17 @@
 #include "stage/commands/resimulate.h"
 
+#include "core/contract/core_tools.h"
 #include "stage/base/machine.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
+#include "stage/export/gltf_writer.h"
 #include "stage/host/core_code.h"
 #include "stage/host/session.h"
 #include "stage/takes/report.h"
 #include "stage/takes/resimulation.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -36,6 +39,7 @@ struct ResimulateOptions {
     std::string out;
     std::string outCurves;
     std::string scene; ///< file that the scene is saved to; empty for none
+    ShownAsCameras cameras;
     bool isForced = false;
     bool printTable = false;
 };
@@ -46,9 +50,13 @@ std::vector<Option> resimulateOptions() {
         {"--set", "PROPERTY.PARAMETER=NUMBER",
          "change multiplier, exponent, deadzone or offset of a\nproperty; \"*\" means all bound "
          "properties, \"NAME/PROPERTY\"\nthat of one tool. May be repeated"},
-        {"--start", "SECONDS", "where the simulation starts (start of the scene's range)"},
-        {"--end", "SECONDS", "where it ends (end of the scene's range)"},
+        {"--start", "SECONDS",
+         "where the simulation starts, from -1000000 (start of the\nscene's range)"},
+        {"--end", "SECONDS",
+         "where it ends, up to 2000000 (end of the recorded input, or\nof the scene's range if "
+         "that is earlier)"},
         {"--out", "FILE", "write the scene as glTF"},
+        kAsOption,
         {"--out-curves", "FILE", "write its keys as a table, for plotting"},
         {"--scene", "FILE", "save the scene with the changed parameters; may be SCENE"},
         kForceOption,
@@ -69,9 +77,11 @@ std::string help() {
 
 bool take(ResimulateOptions& options, const Argument& argument, std::string& error) {
     if (argument.name == "--start")
-        return readNumber(argument, kLeastTime, options.start.emplace(), error);
+        return readNumber(argument, kLeastTime, kLongestTime, options.start.emplace(), error);
     if (argument.name == "--end")
-        return readNumber(argument, kLeastTime, options.end.emplace(), error);
+        return readNumber(argument, kLeastTime, kLongestTime, options.end.emplace(), error);
+    if (argument.name == kAsOption.name)
+        return addCamera(argument, options.cameras, error);
     if (argument.name == "SCENE")
         options.path = argument.value;
     else if (argument.name == "--set")
@@ -93,10 +103,8 @@ bool take(ResimulateOptions& options, const Argument& argument, std::string& err
 ExitCode change(Session& session, const std::vector<Setting>& settings) {
     for (const Setting& setting : settings) {
         const auto properties = session.findProperties(setting);
-        if (properties.empty()) {
-            return fail(ExitCode::BadBinding,
-                        "no tool has the property that \"" + setting.toText() + "\" is to change");
-        }
+        if (properties.empty())
+            return fail(ExitCode::BadBinding, session.noProperties(setting));
         for (const ToolProperty& place : properties) {
             const std::int32_t code =
                 session.getTree().setMapping(place.tool, toMapping(setting, place.property));
@@ -109,6 +117,15 @@ ExitCode change(Session& session, const std::vector<Setting>& settings) {
     return ExitCode::Ok;
 }
 
+/// Returns the end of the scene's range, or that of the recorded input for a take that was cut
+/// short: beyond it there is nothing to simulate.
+double endOfTake(const Session& session, const SceneData& data, double start) {
+    double first = 0.0;
+    double last = 0.0;
+    const bool hasInput = session.getTree().getRecordedSpan(&first, &last);
+    return hasInput && last > start ? std::min(last, data.end) : data.end;
+}
+
 ExitCode run(const ResimulateOptions& options, const SceneData& data,
              const std::vector<Setting>& settings) {
     std::string error;
@@ -116,22 +133,25 @@ ExitCode run(const ResimulateOptions& options, const SceneData& data,
     if (!session.open(options.install, error))
         return fail(ExitCode::CoreOrToolMissing, error);
     const ExitCode opened =
-        openScene(session, data, {options.path, options.scene, options.isForced});
+        openScene(session, data, {options.path, {options.scene}, options.isForced});
     if (opened == ExitCode::CoreOrToolMissing)
         return opened;
     if (const ExitCode code = change(session, settings); code != ExitCode::Ok)
         return code;
+    if (const ExitCode code = checkCameras(session.scene, options.cameras); code != ExitCode::Ok)
+        return code;
     catchStopRequests();
     const CurveCopy before(session.scene);
     const double start = options.start.value_or(data.start);
-    const double end = options.end.value_or(data.end);
+    const double end = options.end.value_or(endOfTake(session, data, start));
     const auto run = resimulate(session, start, end, {}, error, isStopRequested);
     if (!run)
         return fail(ExitCode::CoreOrToolMissing, error);
     std::vector<const StageNode*> nodes;
     for (const auto& node : session.scene.getNodes())
         nodes.push_back(node.get());
-    ExitCode written = writeNodes(nodes, data.start, options.out, options.outCurves);
+    ExitCode written =
+        writeNodes(nodes, data.start, options.cameras, options.out, options.outCurves);
     if (!options.scene.empty() && !session.saveScene(options.scene, error))
         written = fail(ExitCode::OutputNotWritten, error);
     if (options.printTable) {
@@ -165,10 +185,8 @@ ExitCode resimulateCommand(const std::vector<std::string>& words) {
             return fail(ExitCode::Usage, error);
     if (options.end.value_or(data.end) <= options.start.value_or(data.start))
         return fail(ExitCode::Usage, "the simulation ends before its first frame");
-    // The scene may replace the one that was read.
-    ExitCode code = checkOutputs({options.out, options.outCurves}, {options.path});
-    if (code == ExitCode::Ok)
-        code = checkOutputs({options.out, options.outCurves, options.scene});
+    const ExitCode code =
+        checkOutputs({options.out, options.outCurves}, {options.path}, {options.scene});
     return code != ExitCode::Ok ? code : run(options, data, settings);
 }
 

@@ -6,6 +6,7 @@
 #include "stage/commands/outputs.h"
 #include "stage/host/session.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -27,7 +28,10 @@ bool isGrave(const MVR::CoreFault& fault) {
 } // namespace
 
 void tellFault(const std::string& path, const MVR::CoreFault& fault) {
-    complain(fault.tool.empty() ? toText(fault) : path + ": " + toText(fault));
+    MVR::CoreFault shown = fault;
+    // A tool's model is its name "in" a folder, or a file: both may hold a path of the core.
+    std::replace(shown.model.begin(), shown.model.end(), '\\', '/');
+    complain(fault.tool.empty() ? toText(shown) : path + ": " + toText(shown));
 }
 
 std::optional<ExitCode> openSession(const std::vector<std::string>& words, const std::string& help,
@@ -55,10 +59,13 @@ ExitCode openScene(Session& session, const SceneData& data, const SceneOpening& 
     }
     if (!missing.empty())
         complain(opening.path + ": these tools of the scene can't be created: " + missing);
-    if (!missing.empty() && isSameFile(opening.path, opening.target) && !opening.isForced) {
+    const bool isReplaced =
+        std::any_of(opening.targets.begin(), opening.targets.end(),
+                    [&opening](const auto& target) { return isSameFile(opening.path, target); });
+    if (!missing.empty() && isReplaced && !opening.isForced) {
         return fail(ExitCode::CoreOrToolMissing,
-                    opening.target + " would be saved without them: name another file, or give "
-                                     "--force");
+                    opening.path + " would be saved without them: name another file, or give "
+                                   "--force");
     }
     return isWhole ? ExitCode::Ok : ExitCode::Incomplete;
 }

@@ -21,14 +21,14 @@ inline constexpr Option kForceOption{
 
 /// How a command opens a saved scene.
 struct SceneOpening {
-    std::string path;      ///< the scene's file
-    std::string target;    ///< the file that it will be saved to; empty for none
-    bool isForced = false; ///< even if that loses tools of it
+    std::string path;                 ///< the scene's file
+    std::vector<std::string> targets; ///< the files that it will be saved to; "" for none
+    bool isForced = false;            ///< even if that loses tools of it
 };
 
 /// Restores the scene, and prints what of it can't be created. Returns Ok, or Incomplete, with
-/// which the command then goes on and ends, or CoreOrToolMissing if tools can't be created and
-/// `target` is the scene's own file, unless that is forced.
+/// which the command then goes on and ends, or CoreOrToolMissing if tools can't be created and one
+/// of `targets` is the scene's own file, unless that is forced.
 [[nodiscard]] ExitCode openScene(Session& session, const SceneData& data,
                                  const SceneOpening& opening);
 

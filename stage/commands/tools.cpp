@@ -1,6 +1,7 @@
 #include "stage/commands/tools.h"
 
 #include "core/contract/catalogue_words.h"
+#include "platform/sdk/files.h"
 #include "stage/commands/commands.h"
 #include "stage/commands/outputs.h"
 #include "stage/commands/scene_opening.h"
@@ -34,7 +35,8 @@ void print(const MVR::Tag& tool) {
                        categories;
     if (const std::string& author = tool.child(Word::kAuthor).value(); !author.empty())
         text += ", by " + author;
-    std::printf("%s\n  %s\n", text.c_str(), tool.child(Word::kLibrary).value().c_str());
+    std::printf("%s\n  %s\n", text.c_str(),
+                MVR::Platform::foldPath(tool.child(Word::kLibrary).value()).c_str());
 }
 
 } // namespace
@@ -49,7 +51,8 @@ ExitCode toolsCommand(const std::vector<std::string>& words) {
     for (std::int32_t i = 0; i < catalogue.childCount(); ++i) {
         const MVR::Tag& each = catalogue.child(i);
         if (each.hasName(Word::kRefused)) {
-            complain(each.child(Word::kFile).value() + ": " + each.child(Word::kText).value());
+            complain(MVR::Platform::foldPath(each.child(Word::kFile).value()) + ": " +
+                     each.child(Word::kText).value());
         } else if (each.childCount(Word::kType) > 0) {
             print(each);
             isEmpty = false;

@@ -24,7 +24,8 @@ constexpr double kFarthestUnits = 10000;
 
 class GltfBuilder {
 public:
-    explicit GltfBuilder(double start) : shift_(std::fmin(start, 0.0)) {
+    GltfBuilder(double start, const ShownAsCameras& cameras)
+        : shift_(std::fmin(start, 0.0)), cameras_(cameras) {
         model_.asset.version = "2.0";
         model_.asset.generator = "Mirvane stage";
         model_.buffers.emplace_back();
@@ -44,12 +45,14 @@ private:
     int addTimes(const std::vector<double>& times);
     void addChannel(tinygltf::Animation& animation, const char* path, int node, int times,
                     int values);
+    bool isCamera(const StageNode& node) const;
     int addCamera(const StageNode& node, double start);
 
     tinygltf::Model model_;
     std::map<const StageNode*, int> indices_;
     std::map<SharedMesh, int> meshes_; // by index in the file; -1 for one without triangles
     double shift_;
+    const ShownAsCameras& cameras_;
 };
 
 float toFinite(double value, float fallback) {
@@ -74,7 +77,7 @@ void GltfBuilder::addNodes(const std::vector<const StageNode*>& nodes, double st
         out.translation = toNumbers(transform.position);
         out.rotation = toNumbers(normalised(transform.rotation));
         out.scale = toNumbers(transform.scale);
-        if (node->getKind() == MVR::kNodeCamera)
+        if (isCamera(*node))
             out.camera = addCamera(*node, start);
         if (node->getMesh() != nullptr && node->isShown())
             out.mesh = addMesh(node->getMesh(), out.name);
@@ -86,6 +89,16 @@ void GltfBuilder::addNodes(const std::vector<const StageNode*>& nodes, double st
                              : model_.scenes[0].nodes;
         siblings.push_back(indices_.at(node));
     }
+}
+
+bool GltfBuilder::isCamera(const StageNode& node) const {
+    const auto& curves = node.getCurves();
+    const bool isMoving = std::any_of(curves.begin(), curves.begin() + kFirstLensCurve,
+                                      [](const Curve& curve) { return !curve.isEmpty(); });
+    const bool isPlain = node.getKind() == MVR::kNodeHelper && node.getMesh() == nullptr;
+    return node.getKind() == MVR::kNodeCamera || (cameras_.isEachMoving && isPlain && isMoving) ||
+           std::find(cameras_.names.begin(), cameras_.names.end(), node.getSceneName()) !=
+               cameras_.names.end();
 }
 
 int GltfBuilder::addCamera(const StageNode& node, double start) {
@@ -240,7 +253,8 @@ void GltfBuilder::addAnimation(const std::vector<const StageNode*>& nodes) {
     for (const StageNode* node : nodes) {
         const int index = indices_.at(node);
         const auto positionTimes = keyTimes(node->getCurves(), 0, kFirstRotationCurve);
-        const auto rotationTimes = keyTimes(node->getCurves(), kFirstRotationCurve, kCurveCount);
+        const auto rotationTimes =
+            keyTimes(node->getCurves(), kFirstRotationCurve, kFirstLensCurve);
         int input = -1;
         if (!positionTimes.empty()) {
             input = addTimes(positionTimes);
@@ -270,8 +284,9 @@ std::string GltfBuilder::toText() {
 
 } // namespace
 
-std::string toGltf(const std::vector<const StageNode*>& nodes, double start) {
-    GltfBuilder builder(start);
+std::string toGltf(const std::vector<const StageNode*>& nodes, double start,
+                   const ShownAsCameras& cameras) {
+    GltfBuilder builder(start, cameras);
     builder.addNodes(nodes, start);
     builder.addAnimation(nodes);
     return builder.toText();

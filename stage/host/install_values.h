@@ -4,12 +4,13 @@
 
 namespace Stage {
 
-/// Folders to use instead of those of the installation; empty for the usual ones.
+/// What the user says of the installation. Folders are empty for the usual ones.
 struct InstallValues {
-    std::string core;      ///< the core library itself
-    std::string data;      ///< shared data; its folder "unidevice" holds the drivers
-    std::string plugins;   ///< tool libraries
-    std::string documents; ///< the user's documents: settings, profiles, the log
+    std::string core;       ///< the core library itself
+    std::string data;       ///< shared data; its folder "unidevice" holds the drivers
+    std::string plugins;    ///< tool libraries
+    std::string documents;  ///< the user's documents: settings, profiles, the log
+    bool isVerbose = false; ///< print the core's log too
 };
 
 /// Tells the core, before it is loaded, where the folders are: by a registry file for this process

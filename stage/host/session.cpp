@@ -1,8 +1,11 @@
 #include "stage/host/session.h"
 
+#include "core/contract/catalogue_words.h"
 #include "core/contract/setting_ids.h"
+#include "platform/sdk/files.h"
 #include "plugins/contract/c_interface.h"
 #include "plugins/contract/tool_identity.h"
+#include "stage/base/nearest_name.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,12 +14,24 @@ namespace Stage {
 
 namespace {
 
-std::string describe(const Binding& binding) {
-    std::string text = "\"" + binding.property + "\" can't be driven by " + binding.device;
-    if (binding.deviceIndex != 0)
-        text += "#" + std::to_string(binding.deviceIndex);
-    return text + ":" + binding.type + ":" + std::to_string(binding.index) +
-           ": there is no such control (mirvane-stage devices lists what there is)";
+/// Returns what names a control in a binding.
+std::string nameOf(const std::string& device, std::int32_t deviceIndex, const std::string& type,
+                   std::int32_t index) {
+    return device + (deviceIndex != 0 ? "#" + std::to_string(deviceIndex) : "") + ":" + type + ":" +
+           std::to_string(index);
+}
+
+std::vector<std::string> namesOf(const std::vector<MVR::CoreToolInput>& inputs) {
+    std::vector<std::string> names;
+    for (const MVR::CoreToolInput& input : inputs)
+        names.push_back(input.name);
+    return names;
+}
+
+std::string noProperty(const std::string& type, const std::string& property,
+                       const std::vector<MVR::CoreToolInput>& inputs) {
+    return "\"" + type + "\" has no property \"" + property + "\"" +
+           askForNearest(property, namesOf(inputs));
 }
 
 const MVR::CoreToolInput* find(const std::vector<MVR::CoreToolInput>& inputs,
@@ -40,6 +55,8 @@ bool Session::open(const InstallValues& values, std::string& error) {
     }
     if (!installValues_.write(values, path, error) || !library_.load(path, error))
         return false;
+    if (values.isVerbose)
+        adaptor.printLogAtEnd();
     core_ = library_.attach(adaptor);
     if (core_ == nullptr) {
         error = "the core at " + path + " refused to attach";
@@ -113,6 +130,13 @@ const PlacedTool* Session::place(const ToolPlan& plan, std::string& error) {
         error = "the tool \"" + plan.type + "\" can't be created";
         for (const MVR::CoreFault& fault : faults_->list())
             error += ": " + fault.text;
+        namespace Word = MVR::CatalogueWord;
+        const MVR::Tag catalogue = models_->getCatalogue();
+        std::vector<std::string> types;
+        for (std::int32_t i = 0; i < catalogue.childCount(Word::kEntry); ++i)
+            types.push_back(catalogue.child(Word::kEntry, i).child(Word::kType).value());
+        if (std::find(types.begin(), types.end(), plan.type) == types.end())
+            error += askForNearest(plan.type, types);
         error += " (mirvane-stage tools lists what there is)";
         return nullptr;
     }
@@ -125,28 +149,63 @@ bool Session::checkBindings(const PlacedTool& tool, std::string& error) const {
     for (const Binding& binding : tool.plan.bindings) {
         const MVR::CoreToolInput* input = find(inputs, binding.property);
         if (input == nullptr)
-            error = "\"" + tool.plan.type + "\" has no property \"" + binding.property + "\"";
+            error = noProperty(tool.plan.type, binding.property, inputs);
         else if (!input->isBound)
-            error = describe(binding);
+            error = noControl(binding);
         else
             continue;
         return false;
     }
     for (const Setting& setting : tool.plan.settings) {
         if (setting.property != "*" && find(inputs, setting.property) == nullptr) {
-            error = "\"" + tool.plan.type + "\" has no property \"" + setting.property + "\"";
+            error = noProperty(tool.plan.type, setting.property, inputs);
             return false;
         }
     }
     return true;
 }
 
+std::string Session::noControl(const Binding& binding) const {
+    std::vector<std::string> controls;
+    for (const MVR::CoreDevice& device : inputs_->list())
+        for (const MVR::CoreControl& control : device.controls)
+            controls.push_back(nameOf(device.name, device.index, control.type, control.index));
+    const std::string name =
+        nameOf(binding.device, binding.deviceIndex, binding.type, binding.index);
+    return "\"" + binding.property + "\" can't be driven by " + name +
+           ": there is no such control" + askForNearest(name, controls) +
+           " (mirvane-stage devices lists what there is)";
+}
+
+std::string Session::noProperties(const Setting& setting) const {
+    std::vector<std::string> names;
+    for (const auto& tool : tools_) {
+        if (tool->plan.isAside)
+            continue;
+        const std::string name = MVR::getToolIdentity(*tool->access).name;
+        for (const std::string& property : namesOf(tree_->listInputs(name)))
+            names.insert(names.end(), {property, name + "/" + property});
+        names.push_back(name + "/*");
+    }
+    const std::string word = (setting.tool.empty() ? "" : setting.tool + "/") + setting.property;
+    return "no tool has the property that \"" + setting.toText() + "\" is to change" +
+           askForNearest(word, names);
+}
+
+std::string Session::noTool(const std::string& name) const {
+    std::vector<std::string> names;
+    for (const MVR::CoreTool& tool : tree_->list())
+        names.push_back(tool.name);
+    return "the scene has no tool named \"" + name + "\"" + askForNearest(name, names);
+}
+
 std::vector<std::string> Session::listDriverFaults() {
     std::vector<std::string> lines;
     for (const MVR::CoreDriver& driver : inputs_->listDrivers())
         if (!driver.fault.empty())
-            lines.push_back((driver.name.empty() ? driver.library : driver.name) + ": " +
-                            driver.fault);
+            lines.push_back(
+                (driver.name.empty() ? MVR::Platform::foldPath(driver.library) : driver.name) +
+                ": " + driver.fault);
     return lines;
 }
 

@@ -73,6 +73,10 @@ public:
     /// Returns the properties that a setting means; empty if there are none.
     [[nodiscard]] std::vector<ToolProperty> findProperties(const Setting& setting) const;
 
+    /// What to tell the user if findProperties() finds nothing, or the scene has no tool of a name.
+    [[nodiscard]] std::string noProperties(const Setting& setting) const;
+    [[nodiscard]] std::string noTool(const std::string& name) const;
+
     [[nodiscard]] MVR::CoreInterface& getCore() { return *core_; }
     [[nodiscard]] MVR::CoreModels& getModels() { return *models_; }
     [[nodiscard]] MVR::CoreTools& getTree() const { return *tree_; }
@@ -93,6 +97,8 @@ public:
     StageAdaptor adaptor{scene, undo, timeline};
 
 private:
+    [[nodiscard]] std::string noControl(const Binding& binding) const;
+
     InstallValuesFile installValues_;
     CoreLibrary library_;
     // Owned by the core, as its extensions are; null when detached.

@@ -7,6 +7,7 @@
 #include "stage/scene/timeline.h"
 #include "stage/scene/undo_list.h"
 
+#include <cstdio>
 #include <utility>
 
 namespace Stage {
@@ -24,6 +25,8 @@ void StageAdaptor::setLog(MVR::Log* log) {
 }
 
 void StageAdaptor::releaseLog() {
+    if (isLogPrinted_)
+        std::fputs(MVR::Log::getText().c_str(), stderr);
     MVR::Log::adopt(nullptr);
 }
 

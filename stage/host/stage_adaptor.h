@@ -61,6 +61,9 @@ public:
     void detachNotify() override {}
     MVR::Tag getSettingsLayout() override { return {}; }
 
+    /// Prints the core's log on the error stream when the core releases it.
+    void printLogAtEnd() { isLogPrinted_ = true; }
+
     /// Sets where merging reports why a file can't be merged; null while there is no core.
     void setFaults(MVR::CoreFaults* faults) { faults_ = faults; }
 
@@ -71,6 +74,7 @@ private:
     UndoList& undo_;
     Timeline& timeline_;
     MVR::CoreFaults* faults_ = nullptr; // not owned
+    bool isLogPrinted_ = false;
 };
 
 } // namespace Stage

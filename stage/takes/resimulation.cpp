@@ -44,7 +44,8 @@ private:
 
 std::optional<ResimulationRun> resimulate(Session& session, double start, double end,
                                           const std::vector<Setting>& settings, std::string& error,
-                                          const std::function<bool()>& isToStop) {
+                                          const std::function<bool()>& isToStop,
+                                          const std::function<void()>& atEnd) {
     MappingsForNow mappings(session.getTree());
     for (const Setting& setting : settings) {
         for (const ToolProperty& place : session.findProperties(setting)) {
@@ -70,6 +71,8 @@ std::optional<ResimulationRun> resimulate(Session& session, double start, double
         error = "the core can't simulate: " + describeCode(code);
         return std::nullopt;
     }
+    if (atEnd)
+        atEnd();
     return run;
 }
 

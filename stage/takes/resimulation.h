@@ -18,11 +18,13 @@ struct ResimulationRun {
 };
 
 /// Simulates the span again with some parameters changed, and restores these afterwards. Calls
-/// `isToStop` at each key; once that returns true the present frame is the last. Returns nothing,
-/// with the reason in `error`, if the core can't.
+/// `isToStop` at each key; once that returns true the present frame is the last. Calls `atEnd`
+/// while the parameters are still changed. Returns nothing, with the reason in `error` and without
+/// that call, if the core can't.
 std::optional<ResimulationRun> resimulate(Session& session, double start, double end,
                                           const std::vector<Setting>& settings, std::string& error,
-                                          const std::function<bool()>& isToStop = {});
+                                          const std::function<bool()>& isToStop = {},
+                                          const std::function<void()>& atEnd = {});
 
 /// Removes the latest take by one undo and restores it by one redo. Returns false, with the reason
 /// in `error`, if that doesn't result in `before` and then the present curves again.

@@ -44,7 +44,8 @@ TEST(ContractTest, TheOperationsOfTheExtensionsHaveTheirPositions) {
     expectSlots("tools", 0, &CoreTools::getVersion, &CoreTools::list, &CoreTools::find,
                 &CoreTools::create, &CoreTools::rename, &CoreTools::remove, &CoreTools::select,
                 &CoreTools::getSelected, &CoreTools::getBindings, &CoreTools::setBindings,
-                &CoreTools::getExactConfiguration, &CoreTools::listInputs, &CoreTools::setMapping);
+                &CoreTools::getExactConfiguration, &CoreTools::listInputs, &CoreTools::setMapping,
+                &CoreTools::getRecordedSpan);
     expectSlots("inputs", 0, &CoreInputs::getVersion, &CoreInputs::list, &CoreInputs::setListening,
                 &CoreInputs::update, &CoreInputs::listDrivers);
     expectSlots("faults", 0, &CoreFaults::getVersion, &CoreFaults::list, &CoreFaults::tell);

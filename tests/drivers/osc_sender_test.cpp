@@ -55,21 +55,44 @@ TEST(OscSenderTest, BadMotionFilesAreNamedWithTheirLine) {
         {"#\n1 0 0 0 0 0 0 1\n2 0 0 0 0 0 1\n", ":3: expected 8 numbers"},
         {"1 0 0 0 0 0 0 1 9\n", ":1: expected 8 numbers"},
         {"1 0 x 0 0 0 0 1\n", ":1: not a number: x"},
-        {"1 0 nan 0 0 0 0 1\n", ":1: not a number: nan"},
-        {"1 0 0 0 0 0 0 1\n1 0 0 0 0 0 0 1\n", ":2: the time isn't later"},
+        {"1 0 0 0 0 0 0 1\ninf 0 0 0 0 0 0 1\n", ":2: the time is out of range"},
+        {"1 0 nan 0 0 0 0 1\n2 0 0 0 0 0 0 0\n", "holds no samples"},
         {"1 0 0 0 0 0 0 2\n", ":1: the quaternion's length"},
     };
     for (const Case& c : cases) {
         Motion motion;
+        MotionNotes notes;
         std::string error;
-        EXPECT_FALSE(readMotion(folder.add("m.txt", c.text), motion, error));
+        EXPECT_FALSE(readMotion(folder.add("m.txt", c.text), motion, notes, error));
         EXPECT_THAT(error, HasSubstr(c.error));
         EXPECT_TRUE(motion.empty());
     }
     Motion motion;
+    MotionNotes notes;
     std::string error;
-    EXPECT_FALSE(readMotion(folder.path, motion, error));
+    EXPECT_FALSE(readMotion(folder.path, motion, notes, error));
     EXPECT_THAT(error, HasSubstr("can't be read"));
+}
+
+TEST(OscSenderTest, ARealSessionIsAcceptedAsItIs) {
+    TemporaryFolder folder;
+    const std::string pose = " 0 0 0 0 0 0 1\n";
+    std::string text;
+    // A late packet, an equal time, a gap, a clock that begins anew, and two lost poses.
+    for (const char* time :
+         {"10", "10.01", "10.02", "10.01", "10.03", "10.03", "10.5", "2", "2.01"})
+        text += time + pose;
+    text += "2.02 nan 0 0 0 0 0 1\n2.03 0 0 0 0 0 0 0\n2.04" + pose;
+    Motion motion;
+    MotionNotes notes;
+    std::string error;
+    ASSERT_TRUE(readMotion(folder.add("m.txt", text), motion, notes, error)) << error;
+    const double moments[] = {10, 10.01, 10.02, 10.02, 10.03, 10.03, 10.5, 10.5, 10.51, 10.54};
+    ASSERT_EQ(motion.size(), std::size(moments));
+    for (std::size_t i = 0; i < motion.size(); ++i)
+        EXPECT_NEAR(motion[i].timeSeconds, moments[i], 1e-9) << i;
+    EXPECT_EQ(notes.toText(),
+              "equal times 1, falling times 2, gaps 1 (longest 0.47 s), samples without a pose 2");
 }
 
 TEST(OscSenderTest, SendsAFileAtItsOwnPaceAndExactly) {

@@ -1,4 +1,9 @@
+#include "plugins/contract/c_interface.h"
+#include "stage/scene/curve_copy.h"
+#include "stage/takes/resimulation.h"
 #include "tests/stage/session_test.h"
+#include "unidevice/sdk/control.h"
+#include "unidevice/sdk/property.h"
 
 #include <cmath>
 #include <vector>
@@ -51,6 +56,32 @@ TEST_F(ExampleTools, MoveTheirObjectsByTheirInputs) {
     take(0, 0.4);
     for (const auto& tool : cases)
         expectEnd(tool.name, tool.position, tool.rotation);
+}
+
+TEST_F(ExampleTools, ATrackersSignDoesNotTurnTheObject) {
+    place("Tracked Object", "jumps", {});
+    UniDevice::Control side(nullptr, UniDevice::infinite, 0);
+    for (const char* name : {"Rotation Z", "Rotation W"}) {
+        UniDevice::Property* property =
+            MVR::getTools(session.getCore())->find("jumps")->findProperty(name);
+        ASSERT_NE(property, nullptr);
+        property->bind(&side);
+        property->deadzone = 0;
+    }
+    session.timeline.setRange(0, 0.4);
+    TakePlan plan;
+    plan.countdownSeconds = 0;
+    plan.autoExpand = false;
+    plan.onFrame = [&side, this](double) { side.setValue(side.value > 0 ? -half : half); };
+    side.setValue(-half);
+    ASSERT_TRUE(runTake(session, plan, nullptr, {}, error)) << error;
+    const Curves& curves = session.scene.findByHostName("jumps")->getCurves();
+    ASSERT_EQ(curves[6].getKeys().size(), 11U);
+    for (std::size_t i = 1; i < 11; ++i)
+        EXPECT_EQ(curves[6].getKeys()[i].value, half) << i;
+    const CurveCopy original(session.scene);
+    ASSERT_TRUE(resimulate(session, 0, 0.4, {}, error)) << error;
+    EXPECT_EQ(CurveCopy(session.scene).compare(original).largest, 0);
 }
 
 TEST_F(ExampleTools, TheFreeCameraStartsAtItsPresentPose) {

@@ -48,6 +48,13 @@ TEST(Libraries, WhatIsNoneIsRefusedWithAReason) {
         EXPECT_EQ(loadLibrary(folder.path + name), nullptr) << name;
         EXPECT_NE(lastLibraryError(), "") << name;
     }
+    // A copy that was cut short would end the process.
+    std::filesystem::copy_file(PLATFORM_SAMPLE_LIBRARY, folder.path + "whole.so");
+    const std::string whole = folder.read("whole.so");
+    for (const std::size_t length : {whole.size() - 1, whole.size() / 2, std::size_t(70)}) {
+        EXPECT_EQ(loadLibrary(folder.add("cut.so", whole.substr(0, length))), nullptr) << length;
+        EXPECT_NE(lastLibraryError().find("cut.so: the file is cut short"), std::string::npos);
+    }
     EXPECT_EQ(loadLibrary("libc.so.6"), nullptr) << "system folders are not searched";
     EXPECT_EQ(findFunction(nullptr, "getVersion"), nullptr);
     freeLibrary(nullptr);

@@ -51,6 +51,16 @@ protected:
             nodes.push_back(node.get());
     }
 
+    static tinygltf::Model readBack(const std::string& text) {
+        tinygltf::Model model;
+        tinygltf::TinyGLTF reader;
+        std::string error;
+        std::string warning;
+        EXPECT_TRUE(reader.LoadASCIIFromString(&model, &error, &warning, text.data(),
+                                               static_cast<unsigned>(text.size()), ""))
+            << error;
+        return model;
+    }
     std::vector<float> numbers(const tinygltf::Model& model, int accessor) const {
         const tinygltf::Accessor& found = model.accessors[static_cast<std::size_t>(accessor)];
         const auto& view = model.bufferViews[static_cast<std::size_t>(found.bufferView)];
@@ -65,14 +75,7 @@ protected:
 };
 
 TEST_F(GltfTest, ReadsBackAsItWasMeant) {
-    const std::string text = toGltf(nodes, -1);
-    tinygltf::Model model;
-    tinygltf::TinyGLTF reader;
-    std::string error;
-    std::string warning;
-    ASSERT_TRUE(reader.LoadASCIIFromString(&model, &error, &warning, text.data(),
-                                           static_cast<unsigned>(text.size()), ""))
-        << error;
+    const tinygltf::Model model = readBack(toGltf(nodes, -1));
     ASSERT_EQ(model.nodes.size(), 4U);
     EXPECT_EQ(model.nodes[1].name, "bad ? \"name\"");
     EXPECT_EQ(model.scenes[0].nodes, (std::vector<int>{0, 3}));
@@ -117,6 +120,24 @@ TEST_F(GltfTest, ReadsBackAsItWasMeant) {
     }
 }
 
+TEST_F(GltfTest, ObjectsAreShownAsCameras) {
+    StageNode* tracked = scene.create("Tracked", nullptr, MVR::kNodeHelper, nullptr);
+    tracked->setPosition(0, {1, 2, 3});
+    nodes.push_back(tracked);
+    nodes.push_back(scene.create("Plain", nullptr, MVR::kNodeHelper, nullptr));
+    const struct {
+        ShownAsCameras cameras;
+        std::string shown;
+    } cases[] = {{{}, "010000"}, {{true, {}}, "010010"}, {{false, {"Rig", "Plain"}}, "110001"}};
+    for (const auto& each : cases) {
+        const tinygltf::Model model = readBack(toGltf(nodes, 0, each.cameras));
+        std::string shown;
+        for (const tinygltf::Node& node : model.nodes)
+            shown += node.camera >= 0 ? "1" : "0";
+        EXPECT_EQ(shown, each.shown);
+    }
+}
+
 TEST_F(GltfTest, PassesTheOfficialValidator) {
     if (std::strlen(NODE) == 0)
         GTEST_SKIP() << "node is not installed";
@@ -125,7 +146,8 @@ TEST_F(GltfTest, PassesTheOfficialValidator) {
     TemporaryFolder folder;
     const std::string command = "NODE_PATH=" NODE_MODULES " " NODE " " VALIDATE_GLTF " " +
                                 folder.add("take.gltf", toGltf(nodes, -1)) + " " +
-                                folder.add("empty.gltf", toGltf({nodes[2]}, 0));
+                                folder.add("cameras.gltf", toGltf(nodes, -1, {true, {"Hidden"}})) +
+                                " " + folder.add("empty.gltf", toGltf({nodes[2]}, 0));
     EXPECT_EQ(std::system(command.c_str()), 0);
 }
 

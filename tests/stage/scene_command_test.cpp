@@ -36,6 +36,15 @@ protected:
         folder.add("other.scene", model);
         folder.add("no_tool.scene", change(scene, "Free Camera", "No Such"));
         folder.add("no_node.scene", change(scene, "<toolnode>Camera", "<toolnode>Gone"));
+        ASSERT_EQ(run("mkfifo pipe"), 0);
+        // The header contradicts itself.
+        const std::size_t at = scene.find("<input>") + 7;
+        MVR::Base64Buffer block(scene.substr(at, scene.find('<', at) - at));
+        std::string bytes(block.size(), 0);
+        ASSERT_TRUE(block.copyTo(bytes.data(), bytes.size()));
+        ++bytes[4];
+        folder.add("input.scene", change(scene, block.toText(),
+                                         MVR::Base64Buffer(bytes.data(), bytes.size()).toText()));
         folder.add("cut.prm", model.substr(0, model.size() / 2));
         folder.add("text.prm", "no model");
         folder.add("none.prm", "<MVR/>");
@@ -119,16 +128,31 @@ TEST_F(SceneCommandTest, ATakeGoesOnFromASavedScene) {
     ASSERT_EQ(run(kStage + " resimulate a.scene --documents . --out-curves a.csv"), 0);
     ASSERT_EQ(run(kStage +
                   " record --open a.scene --documents . --countdown 0 --start 0.2 --seconds 0.4"
-                  " --tool 'Free Camera' --scene a.scene --out-curves b.csv"
-                  " --resimulate --set 'Object/Position X.offset=9' --out-curves c.csv"),
+                  " --tool 'Free Camera' --scene b.scene --out-curves b.csv"
+                  " --resimulate --set 'Object/Position X.offset=9' --out-curves c.csv"
+                  " --scene c.scene"),
               0)
         << read("stderr");
     EXPECT_EQ(countKeys("a.csv"), 2 * 5);
     EXPECT_EQ(countKeys("b.csv"), 2 * 5) << "keys before the start stay";
     EXPECT_EQ(readTable("b.csv").size(), 2 * 16 + 11U) << "two longer takes, a new camera";
     EXPECT_NE(read("c.csv").find("\"Object\",0.6,9,"), std::string::npos) << read("c.csv");
-    EXPECT_NE(read("a.scene").find("<name>Free Camera_02</name>"), std::string::npos);
-    EXPECT_NE(read("a.scene").find("<start>0.2</start>"), std::string::npos);
+    // A scene has the keys and the parameters of one pass.
+    for (const char* pass : {"b", "c"}) {
+        const std::string table = std::string(pass) + ".csv";
+        ASSERT_EQ(run(kStage + " resimulate " + pass + ".scene --documents . --out-curves again"),
+                  0);
+        EXPECT_EQ(read("again"), read(table)) << pass;
+    }
+    EXPECT_NE(read("b.scene").find("<name>Free Camera_02</name>"), std::string::npos);
+    EXPECT_NE(read("b.scene").find("<start>0.2</start>"), std::string::npos);
+    // One that was cut short ends where its input ends.
+    const auto countAll = [this] { return readTable("again").size(); };
+    folder.add("cut.scene", change(read("a.scene"), "<end>0.4<", "<end>10<"));
+    ASSERT_EQ(run(kStage + " resimulate cut.scene --documents . --out-curves again"), 0);
+    EXPECT_EQ(countAll(), 2 * 11U);
+    ASSERT_EQ(run(kStage + " resimulate cut.scene --documents . --out-curves again --end 0.8"), 0);
+    EXPECT_EQ(countAll(), 2 * 21U);
 }
 
 TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
@@ -169,7 +193,12 @@ TEST_F(SceneCommandTest, ModelsGoFromSceneToScene) {
     EXPECT_NE(read("stdout").find("  category Objects, Examples\n"), std::string::npos);
     run("cp m.prm \"$(find documents -type d -iname prm)/mine.prm\"");
     ASSERT_EQ(run(kStage + " model list --documents documents"), 0) << read("stderr");
-    EXPECT_NE(read("stdout").find("mine.prm\n"), std::string::npos) << read("stdout");
+    EXPECT_NE(read("stdout").find("PRM/mine.prm\n"), std::string::npos) << read("stdout");
+    EXPECT_EQ(read("stdout").find('\\'), std::string::npos) << "paths of this system";
+    EXPECT_EQ(read("stderr"), "");
+    ASSERT_EQ(run(kStage + " model list --documents documents --verbose"), 0);
+    EXPECT_NE(read("stderr").find("(NOTICE): "), std::string::npos) << "the core's log";
+    EXPECT_EQ(run(kStage + " model show m.prm --documents ."), 0);
 }
 
 TEST_F(SceneCommandTest, BadScenesAndModelsHaveAMessageAndACode) {
@@ -191,14 +220,17 @@ TEST_F(SceneCommandTest, BadScenesAndModelsHaveAMessageAndACode) {
         {resimulate + "a.scene --set Camera/Spin.offset=1", 3, "Camera/Spin.offset=1"},
         {resimulate + "a.scene --scene no/such.scene", 4, "no folder no"},
         {resimulate + "a.scene --scene /dev/full", 4, "No space left"},
+        {resimulate + "a.scene --scene pipe", 4, "it is a pipe"},
+        {resimulate + "input.scene", 8, "recorded input 0: its values can't be read"},
         {resimulate + "none.scene", 7, "can't read none.scene"},
         {resimulate + "cut.scene", 7, "cut.scene:"},
         {resimulate + "other.scene", 7, "other.scene: it isn't a scene but"},
         {resimulate + "no_node.scene", 8, "tool Camera, node Camera: it isn't in the scene"},
         {kStage + " record --documents . --open cut.scene --seconds 1", 7, "cut.scene:"},
         {kStage + " model", 1, "usage: mirvane-stage model"},
-        {kStage + " model sow", 1, "no command named \"model sow\""},
-        {save + "a.scene x.prm --tool Nobody", 3, "no tool named \"Nobody\""},
+        {kStage + " model sow", 1, "\"model sow\"; did you mean show? (mirvane-stage model"},
+        {save + "a.scene x.prm --tool Nobody", 3, "no tool named \"Nobody\"\n"},
+        {save + "a.scene x.prm --tool Camra", 3, "did you mean Camera?"},
         {save + "a.scene /dev/full", 4, "/dev/full"},
         {save + "cut.scene x.prm", 7, "cut.scene:"},
         {load + "none_there.prm", 7, "none_there.prm"},

@@ -1,9 +1,11 @@
 // "Tracked Object": an object with the pose that a tracking device reports.
 //
 // The smallest useful tool: seven inputs, one scene object, one key per frame. Position and
-// rotation are absolute and are written as they arrive, so give its inputs a dead zone of 0. A
-// model or a saved scene may ask for a camera or a light instead of a plain object, in the tool's
-// own element: <customdata><kind>camera</kind></customdata>.
+// rotation are absolute and are written as they arrive, so give its inputs a dead zone of 0. Only
+// the sign of a quaternion may change: q and -q are the same rotation, and trackers jump from one
+// to the other, but between keys of both a curve would go through zero. A model or a saved scene
+// may ask for a camera or a light instead of a plain object, in the tool's own element:
+// <customdata><kind>camera</kind></customdata>.
 
 #include "core/base/sdk/export.h"
 #include "core/contract/adaptor_interface.h"
@@ -73,6 +75,13 @@ public:
         return node_ != nullptr ? 0 : kNoNode;
     }
 
+    // The first quaternion is on the side of the object's present one, which the take's key at its
+    // start holds.
+    void startRecording(double time) override {
+        if (const MVR::ScopedTransform transform{getInterface(), node_, time})
+            transform->getRotation(before_);
+    }
+
     // One frame of a take or of a resimulation: the properties read the live device in the one, the
     // recorded values in the other.
     void record(double time) override {
@@ -86,13 +95,26 @@ public:
         // Nothing is bound, or the device hasn't sent yet: four zeros are no rotation.
         if (rotation[0] == 0 && rotation[1] == 0 && rotation[2] == 0 && rotation[3] == 0)
             rotation[3] = 1;
+        keepSide(rotation);
         transform->setPosition(position);
         transform->setRotation(rotation);
     }
 
 private:
+    // Turns the quaternion to the side of the one before.
+    void keepSide(double (&rotation)[4]) {
+        double cosine = 0;
+        for (int i = 0; i < 4; ++i)
+            cosine += rotation[i] * before_[i];
+        for (int i = 0; i < 4; ++i) {
+            rotation[i] = cosine < 0 ? -rotation[i] : rotation[i];
+            before_[i] = rotation[i];
+        }
+    }
+
     UniDevice::Property* position_[3] = {};
     UniDevice::Property* rotation_[4] = {};
+    double before_[4] = {};          // the latest quaternion; as written
     MVR::SceneNode* node_ = nullptr; // the host's
     const ObjectKind* objectKind_ = kObjectKinds;
 };

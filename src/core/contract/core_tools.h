@@ -120,6 +120,10 @@ public:
     /// "TOOL_BADPROFILE" for another element, or of "TOOL_NOINPUT" if the tool has no input of that
     /// name; then nothing changed.
     [[nodiscard]] virtual std::int32_t setMapping(std::string name, Tag property) = 0;
+    /// Returns the scene times in seconds between which the tools have recorded input. A
+    /// resimulation beyond them repeats the values at their ends. Returns false, with both
+    /// unchanged, if no tool has any. Allowed at any time.
+    [[nodiscard]] virtual bool getRecordedSpan(double* start, double* end) = 0;
 
 protected:
     ~CoreTools() = default;

@@ -7,6 +7,7 @@
 #include "core/services/fault_list.h"
 #include "core/services/tool_list_changes.h"
 #include "instance/plugin_instance.h"
+#include "instance/stored_input.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
@@ -18,6 +19,7 @@
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/profile_managers.h"
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
@@ -186,6 +188,24 @@ std::int32_t ToolContract::setMapping(std::string name, Tag property) {
         return reportCode(Codes::kToolNoInput);
     input->readSettings(property);
     return 0;
+}
+
+bool ToolContract::getRecordedSpan(double* start, double* end) {
+    std::vector<InstanceReference*> references;
+    if (InstanceReference* const root = services_.getTree().getRoot())
+        root->collectInstances(references);
+    bool isEmpty = true;
+    for (InstanceReference* reference : references) {
+        for (const auto& values : reference->getInstance()->getStoredInput().getValues()) {
+            const auto& keys = values.getKeys();
+            if (keys.empty())
+                continue;
+            *start = isEmpty ? keys[0].time : std::min(*start, keys[0].time);
+            *end = isEmpty ? keys.back().time : std::max(*end, keys.back().time);
+            isEmpty = false;
+        }
+    }
+    return !isEmpty;
 }
 
 } // namespace MVR

@@ -27,6 +27,7 @@ public:
     Tag getExactConfiguration() override;
     std::vector<CoreToolInput> listInputs(std::string name) override;
     [[nodiscard]] std::int32_t setMapping(std::string name, Tag property) override;
+    [[nodiscard]] bool getRecordedSpan(double* start, double* end) override;
 
 private:
     CoreServices& services_;

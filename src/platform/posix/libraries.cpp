@@ -1,15 +1,23 @@
 #include "platform/libraries.h"
 
+#include "platform/posix/library_file.h"
 #include "platform/sdk/files.h"
 
 #include <climits>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <link.h>
+#include <utility>
 
 namespace MVR::Platform {
 
 namespace {
+
+/// Why loadLibrary() refused a file itself; "" if the loader has the last word.
+std::string& ownRefusal() {
+    static std::string text;
+    return text;
+}
 
 /// The library of this code. Looked up once, early: the loader knows a path as it was given, which
 /// may be relative to a current folder that changes later.
@@ -52,6 +60,9 @@ LibraryHandle loadLibrary(std::string_view path) {
     std::string file = foldPath(path);
     if (file.find('/') == std::string::npos)
         file.insert(0, "./");
+    ownRefusal() = faultOfLibraryFile(file);
+    if (!ownRefusal().empty())
+        return nullptr;
     return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
@@ -93,6 +104,8 @@ std::string libraryPattern() {
 }
 
 std::string lastLibraryError() {
+    if (!ownRefusal().empty())
+        return std::exchange(ownRefusal(), {});
     const char* text = dlerror();
     return text ? text : "";
 }

@@ -12,6 +12,7 @@
 #include "plugins/model_parts.h"
 
 #include <cstddef>
+#include <cstring>
 #include <map>
 #include <string>
 #include <utility>
@@ -41,6 +42,18 @@ struct RecordedValuesElement {
         }
         out.addChild(std::move(list));
     }
+    /// Returns false, with `out` empty, for a block that isn't what save() writes for its keys.
+    static bool read(const std::string& text, Util::AVar_Linear<double>& out) {
+        const Base64Buffer block(text);
+        if (out.readData(block.data(), block.size()) && out.getDataSize() == block.size()) {
+            std::string again(block.size(), '\0');
+            out.writeData(again.data(), again.size());
+            if (std::memcmp(again.data(), block.data(), block.size()) == 0)
+                return true;
+        }
+        out = Util::AVar_Linear<double>();
+        return false;
+    }
     static void load(ToolLoading& tool, const Tag& data) {
         const Tag& list = data.child(kWord);
         if (list.isEmpty())
@@ -53,8 +66,7 @@ struct RecordedValuesElement {
         for (std::int32_t i = 0; i < list.childCount(); ++i) {
             if (!list.child(i).hasName(kBlockWord))
                 continue;
-            const Base64Buffer block(list.child(i).value());
-            if (!recorded[index].readData(block.data(), block.size())) {
+            if (!read(list.child(i).value(), recorded[index])) {
                 tool.place.log("recorded input " + std::to_string(index),
                                "its values can't be read");
                 tool.reference.getModelParts().get<KeptValues>().recorded[index] = list.child(i);

@@ -1,5 +1,6 @@
 #include "instance/instance_inputs.h"
 
+#include "core/base/border.h"
 #include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device_handler.h"
@@ -57,7 +58,8 @@ Tag InstanceInputs::describeProperty(const UniDevice::Property& property, bool i
     property.toTag(entry, isExact);
     Tag control; // stays empty if a stand-in of a resimulation replaces no control
     if (property.control != nullptr)
-        property.control->toTag(control);
+        (void)Border::call([&property] { return "The input of " + property.name; }, "toTag",
+                           [&] { property.control->toTag(control); });
     const Kept& kept = kept_.at(&property);
     entry.addChild(control.isEmpty() ? kept.control.getLost() : std::move(control));
     kept.others.writeTo(entry);

@@ -36,7 +36,8 @@ void Take::begin() {
     devices_->activate();
     entry.write("initalizing plugins");
     const auto isInTake = [this](const UniDevice::Device& device) {
-        return toolDevices_.count(&device) > 0;
+        return toolDevices_.count(&device) > 0 &&
+               !static_cast<const PluginInstance&>(device).isSittingOut();
     };
     tools_.forEach([this, &isInTake](PluginInstance& tool) {
         tool.prepareRecording(start_, source_, isInTake);

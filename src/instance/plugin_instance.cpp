@@ -221,6 +221,7 @@ void PluginInstance::prepareRecording(double time, TakeSource source,
                                       const StoredInput::IsInTake& isInTake) {
     const InstanceReference::Watch self(reference_);
     isPrepared_ = true;
+    tool_.resume(); // without a driver nobody calls activate()
     const bool isStarted = tool_.startRecording(time);
     // The tool may have left the tree, or ended the take: then it has no part in the rest.
     if (self.get() == nullptr || !isInTree() || !isPrepared_)

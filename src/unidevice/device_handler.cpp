@@ -44,9 +44,10 @@ Driver* DeviceHandler::findDriver(const std::string& name) const {
 
 Control* DeviceHandler::findControl(const MVR::Tag& tag) const {
     MVR::Util::checkHostThread();
-    const auto lookIn = [&tag](Device& device) {
+    const auto lookIn = [&](Device& device) {
         return MVR::Border::ask(
-            [] { return std::string("A device"); }, "findControl", static_cast<Control*>(nullptr),
+            [&] { return describePresent(devices, device); }, "findControl",
+            static_cast<Control*>(nullptr),
             [&] { return device.matches(tag) ? device.findControl(tag) : nullptr; });
     };
     const std::string name = tag.attribute(BindingWord::kDevice);
@@ -124,8 +125,8 @@ bool DeviceHandler::deactivate() {
 
 void DeviceHandler::resetControls() {
     MVR::Util::checkHostThread();
-    forEachPresent(devices, [](Device& device) {
-        (void)MVR::Border::call([] { return std::string("A device"); }, "resetControls",
+    forEachPresent(devices, [this](Device& device) {
+        (void)MVR::Border::call([&] { return describePresent(devices, device); }, "resetControls",
                                 [&device] { device.resetControls(); });
     });
 }

@@ -20,13 +20,9 @@ DummyDriver::~DummyDriver() {
         device->driver = nullptr;
 }
 
-/// A device that threw may be gone.
 template <class Call>
 bool DummyDriver::callDevice(Device& device, const char* operation, const Call& call) {
-    const auto who = [&] {
-        return isPresent(devices, &device) ? "The device " + device.name
-                                           : "A device that ended meanwhile";
-    };
+    const auto who = [&] { return describePresent(devices, device); };
     const bool isWhole = MVR::Border::call(who, operation, call);
     if (!isWhole && isPresent(devices, &device))
         failed_.push_back(&device);

@@ -4,9 +4,11 @@
 
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/control_target.h"
+#include "unidevice/sdk/device.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -34,6 +36,13 @@ void forEachPresent(const List& list, Visit visit) {
 template <class List>
 bool isPresent(const List& list, const std::remove_pointer_t<typename List::value_type>* entry) {
     return std::find(list.begin(), list.end(), entry) != list.end();
+}
+
+/// Names `device`, which threw, for the log; it may be gone.
+template <class List>
+std::string describePresent(const List& devices, const Device& device) {
+    return isPresent(devices, &device) ? "The device " + device.name
+                                       : "A device that ended meanwhile";
 }
 
 /// The controls that moved in a detection. One that ends leaves the list.

@@ -107,12 +107,14 @@ Tag CoreImplementation::getDetachedConfiguration() {
     Tag configuration = Tag::element(ModelWord::kTree);
     if (getRoot() == nullptr)
         return configuration;
-    for (std::size_t index = 0; index < getRoot()->getChildren().size(); ++index) {
-        InstanceReference* const tool = getRoot()->getChildReference(index);
-        if (!getAdaptor()->getNodes(tool->getInstance()).empty())
+    for (std::size_t index = 0; getRoot() != nullptr && index < getRoot()->getChildren().size();
+         ++index) {
+        const InstanceReference::Watch tool(getRoot()->getChildReference(index));
+        const bool hasNode = !getAdaptor()->getNodes(tool.get()->getInstance()).empty();
+        if (hasNode || tool.get() == nullptr) // the host may end tools when it is asked
             continue;
         Tag detached;
-        tool->save(detached, SaveMask::kDetached);
+        tool.get()->save(detached, SaveMask::kDetached);
         configuration.addChild(std::move(detached));
     }
     return configuration;

@@ -29,7 +29,7 @@ class CoreImplementation final : public MainDlg,
                                  public UpdateManager,
                                  public Hooks::KeyEventCallback {
 public:
-    /// Opens `door`. Neither is owned, and both outlive this object.
+    /// Opens `door`. Neither is owned, and both outlive this object. `adaptor` throws nothing.
     CoreImplementation(AdaptorInterface* adaptor, CoreDoor& door);
     ~CoreImplementation() override;
 

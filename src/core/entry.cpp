@@ -1,10 +1,12 @@
 #include "core/entry.h"
 
+#include "core/base/border.h"
 #include "core/base/error_codes.h"
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
 #include "core/core_door.h"
 #include "core/core_implementation.h"
+#include "core/guarded_adaptor.h"
 #include "core/services/key_hook.h"
 #include "core/util/thread_check.h"
 #include "instance/plugin_instance.h"
@@ -27,13 +29,15 @@ bool devicesStarted = false; // once per process: a second attachment has no dev
 
 /// What exists from attach to detach.
 struct Attachment {
-    explicit Attachment(AdaptorInterface* adaptor) : core(adaptor, door) {}
+    explicit Attachment(AdaptorInterface& host) : adaptor(host), core(&adaptor, door) {}
 
+    GuardedAdaptor adaptor;
     CoreDoor door;
     CoreImplementation core;
 };
 Attachment* attachment = nullptr; // owned; freed by detachCore
 bool isAttaching = false;         // the adaptor is being called before there is an attachment
+bool isDetaching = false;
 
 class ToolMaker final : public InstanceMaker {
 public:
@@ -94,8 +98,11 @@ void libraryLoaded(Platform::LibraryHandle module) {
     loadPlugins();
 }
 
-CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
-    if (adaptor == nullptr || !isRightVersion(*adaptor))
+CoreInterface* attachAdaptor(AdaptorInterface* host) {
+    if (host == nullptr)
+        return nullptr;
+    GuardedAdaptor adaptor(*host);
+    if (!isRightVersion(adaptor))
         return nullptr;
     if (attachment != nullptr || isAttaching) {
         Log(Log::Error).write("another adaptor is attached to CORE");
@@ -104,22 +111,20 @@ CoreInterface* attachAdaptor(AdaptorInterface* adaptor) {
     isAttaching = true;
     Util::bindHostThread();
     Log log("Linking adaptor to CORE and creating CORE interface", Log::Notice);
-    adaptor->setErrorCode(ErrorCode::instance());
-    adaptor->setLog(Log::instance());
-    startDevicesOnce(*adaptor);
+    adaptor.setErrorCode(ErrorCode::instance());
+    adaptor.setLog(Log::instance());
+    startDevicesOnce(adaptor);
     Hooks::attachKeyHook();
-    attachment = new Attachment(adaptor);
+    attachment = new Attachment(*host);
     isAttaching = false;
     return &attachment->core;
 }
 
 std::int32_t detachCore(CoreInterface* core) {
     CoreImplementation* const attached = attachment != nullptr ? &attachment->core : nullptr;
-    if (core != nullptr && core == attached && attached->isResimulating()) {
-        // Its dialog is on the stack, with objects that detaching destroys.
-        Log(Log::Error).write("Unable to detach during a resimulation, which is stopped first");
-        attached->stopRecording();
-        return reportCode(Codes::kAlreadyRecording);
+    if (core != nullptr && core == attached && (Border::isCallOpen() || isDetaching)) {
+        // What detaching destroys is on the stack.
+        return reportCode(Codes::kDetachNotNow);
     }
     Hooks::detachKeyHook();
     Log log("Unlinking adaptor from CORE and deleting CORE interface", Log::Notice);
@@ -129,6 +134,7 @@ std::int32_t detachCore(CoreInterface* core) {
         log.write("this CORE interface isn't attached", Log::Error);
         return 0;
     }
+    isDetaching = true;
     AdaptorInterface* const adaptor = attached->getAdaptor();
     if (attached->isRecording()) // what was performed so far is kept in the host
         attached->stopRecording();
@@ -142,6 +148,7 @@ std::int32_t detachCore(CoreInterface* core) {
     UniDevice::shutDownDevices();
     delete attachment;
     attachment = nullptr;
+    isDetaching = false;
     Util::unbindHostThread();
     return 0;
 }

@@ -22,11 +22,11 @@ void libraryLoaded(Platform::LibraryHandle module);
 
 /// Returns the core of a new attachment; null, and logs it, if the adaptor's version differs or
 /// another adaptor is attached.
-CoreInterface* attachAdaptor(AdaptorInterface* adaptor);
+CoreInterface* attachAdaptor(AdaptorInterface* host);
 
 /// Ends the attachment that `attachAdaptor` returned. Null, or what isn't attached, is only logged.
-/// Returns 0; or, with all as it was, the code of "ALREADYRECORDING" during a resimulation, which
-/// is told to stop.
+/// Returns 0; or, with all as it was, the code of "DETACH_NOTNOW" from inside a call that the core
+/// makes, a dialog of the core, or itself.
 std::int32_t detachCore(CoreInterface* core);
 
 /// The export `pumpEvents`; see "core/host_event.h".

@@ -1,5 +1,6 @@
 #include "dialogs/core_dialogs.h"
 
+#include "core/base/border.h"
 #include "core/base/folders.h"
 #include "core/contract/core_interface.h"
 #include "core/contract/setting_ids.h"
@@ -22,22 +23,26 @@ Platform::FileChooser modelChooser(const char* text, const char* extension) {
 
 std::int32_t CoreDialogs::ask(const std::string& text, const std::string& title,
                               std::uint32_t flags) {
+    const Border::OpenCall dialog; // the host's events go on meanwhile
     bool silent = true;
     services_.getInterface().getProperty(Setting::kSilentMode, &silent);
     return silent ? Platform::defaultAnswer(flags) : Platform::messageBox(0, text, title, flags);
 }
 
 std::string CoreDialogs::askModelToOpen() {
+    const Border::OpenCall dialog;
     return Platform::chooseFileToOpen(services_.getParentWindow(),
                                       modelChooser("Oskel Pre-Rigged Models (*.prm)", ""));
 }
 
 std::string CoreDialogs::askModelToSave() {
+    const Border::OpenCall dialog;
     return Platform::chooseFileToSave(services_.getParentWindow(),
                                       modelChooser("Oskel Pre-Rigged Model (*.prm)", "prm"));
 }
 
 void CoreDialogs::openMenu(InstanceReference& tool) {
+    const Border::OpenCall dialog;
     ToolMenu menu(tool);
     menu.run(Platform::chooseFromMenu(getWindow(), menu.getItems()));
 }

@@ -3,7 +3,6 @@
 #include "core/services/core_services.h"
 #include "core/services/user_dialogs.h"
 #include "instance/plugin_instance.h"
-#include "plugins/contract/extension_ids.h"
 #include "plugins/instance_manager.h"
 #include "plugins/libraries/library.h"
 #include "plugins/libraries/library_manager.h"
@@ -27,8 +26,7 @@ std::vector<std::string> toolNames() {
     for (std::int32_t i = 0; i < libraries.getLibraryCount(); ++i) {
         const Library& library = *libraries.getLibrary(i);
         for (std::int32_t j = 0; j < library.getPluginCount(); ++j)
-            if (Plugin* const plugin = library.getPlugin(j);
-                !plugin->getDescriptor()->supportsExtension(DescriptorExtension::kInternal))
+            if (Plugin* const plugin = library.getPlugin(j); !plugin->isInternal())
                 names.push_back(plugin->getName());
     }
     std::sort(names.begin(), names.end());

@@ -1,5 +1,6 @@
 #include "instance/input_property.h"
 
+#include "core/base/border.h"
 #include "unidevice/sdk/control.h"
 
 #include <cmath>
@@ -10,7 +11,14 @@ namespace MVR {
 double InputProperty::getRaw() const {
     if (isHeld_)
         return good_;
-    const double value = control != nullptr ? control->getValue() : 0.0;
+    double value = 0.0;
+    if (control != nullptr && control == failed_)
+        return good_;
+    if (control != nullptr && !Border::call([this] { return "The input of " + name; }, "getValue",
+                                            [&] { value = control->getValue(); })) {
+        failed_ = control;
+        return good_;
+    }
     if (std::isfinite(value))
         good_ = value;
     else

@@ -11,7 +11,8 @@
 namespace MVR {
 
 /// A property whose value stays the same throughout a frame, whoever writes to its control
-/// meanwhile. A value that isn't finite is never seen: the last good one stands for it.
+/// meanwhile. A value that isn't finite is never seen: the last good one stands for it, and for
+/// what a control would say that threw when it was read.
 class InputProperty final : public UniDevice::Property {
 public:
     /// Makes properties of this kind only.
@@ -44,6 +45,7 @@ public:
 private:
     mutable double good_ = 0.0; // the last finite value, and the one that is held
     mutable bool wasBad_ = false;
+    mutable const UniDevice::Control* failed_ = nullptr; // threw when it was read; compared only
     bool isHeld_ = false;
     KeptElements keptElements_;
     KeptControl keptControl_{*this};

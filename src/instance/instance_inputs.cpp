@@ -1,5 +1,6 @@
 #include "instance/instance_inputs.h"
 
+#include "core/base/border.h"
 #include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device_handler.h"
@@ -56,7 +57,8 @@ Tag InstanceInputs::describeProperty(InputProperty& property, bool isExact) {
     property.toTag(entry, isExact);
     Tag control; // stays empty if a stand-in of a resimulation replaces no control
     if (property.control != nullptr)
-        property.control->toTag(control);
+        (void)Border::call([&property] { return "The input of " + property.name; }, "toTag",
+                           [&] { property.control->toTag(control); });
     entry.addChild(control.isEmpty() ? property.getKeptControl().getLost() : std::move(control));
     property.getKeptElements().writeTo(entry);
     return entry;

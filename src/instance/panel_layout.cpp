@@ -1,5 +1,7 @@
 #include "instance/panel_layout.h"
 
+#include "core/base/sdk/log.h"
+
 #include <utility>
 
 namespace MVR {
@@ -10,6 +12,12 @@ constexpr std::int32_t kControlHeight = 20; // pixels, of a control that the lay
 
 const char* word(bool value) {
     return value ? "true" : "false";
+}
+
+bool isMissing(const void* variable, const std::string& name) {
+    if (variable == nullptr)
+        Log(Log::Error).write("A control without a variable is left out", name, Log::OwnLevel);
+    return variable == nullptr;
 }
 
 Tag controlSize() {
@@ -71,6 +79,8 @@ std::int32_t PanelLayout::addNumber(const char* keyword, const std::string& name
                                     Number maximum, Number step, std::int32_t triggerLength,
                                     CInterface::Callback* callback) {
     if (openBodies_.empty())
+        return kNoId;
+    if (isMissing(variable, name))
         return kNoId;
     Tag control = Tag::element(keyword);
     control.addChild(Tag::element("name", name));

@@ -1,11 +1,11 @@
 #include "instance/plugin_instance.h"
 
+#include "core/base/border.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
 #include "core/services/take_notes.h"
 #include "core/services/tool_list_changes.h"
-#include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
@@ -47,10 +47,10 @@ void destroyPlainChildren(SceneNode* node) {
 
 /// Returns the tool's own list if it has one, otherwise the one that it shares with its kind.
 template <class List>
-List& listOf(CCamera* tool, std::int32_t extension, List& shared) {
-    if (tool == nullptr || !tool->supportsExtension(extension))
+List& listOf(ToolObject& tool, std::int32_t extension, List& shared) {
+    if (tool.get() == nullptr || !tool.supportsExtension(extension))
         return shared;
-    List* const own = reinterpret_cast<List*>(tool->extend(extension, 0));
+    List* const own = reinterpret_cast<List*>(tool.extend(extension, 0));
     return own != nullptr ? *own : shared;
 }
 
@@ -59,15 +59,10 @@ List& listOf(CCamera* tool, std::int32_t extension, List& shared) {
 PluginInstance::PluginInstance(CoreImplementation* core, CoreServices& services, Plugin* plugin,
                                const std::string& wanted)
     : MessageNode("PluginInstance"), plugin_(plugin), core_(core), services_(services) {
-    CCameraPlugin* const descriptor = plugin->getDescriptor();
-    name = services.getTree().getNames().makeUnique(wanted.empty() ? descriptor->getName() + "_01"
+    name = services.getTree().getNames().makeUnique(wanted.empty() ? plugin->getName() + "_01"
                                                                    : wanted);
     setDriver(UniDevice::DeviceHandler::instance()->findDriver("dummydriver"));
-    CCamera::CreateParam param;
-    param.name = name;
-    code_.reset(CCamera::createCode(descriptor, &param));
-    if (code_ != nullptr)
-        code_->setInterface(this);
+    tool_.make(*this);
     plugin->addInstance(membership_);
 }
 
@@ -78,14 +73,26 @@ PluginInstance::~PluginInstance() {
     panel_.clear();
     if (reference_ != nullptr)
         reference_->destroy();
-    code_.reset();
-    for (SceneNode* node : adaptor()->getNodes(this))
-        node->release(node); // the scene object outlives the tool
+    tool_.destroy();
+    forEachNode("release", [](SceneNode& node) { node.release(&node); }); // the object stays
     plugin_->removeInstance(membership_);
 }
 
 AdaptorInterface* PluginInstance::adaptor() const {
     return services_.getAdaptor();
+}
+
+/// Runs `visit`, which calls `operation`, for each scene node of the tool. The host may end the
+/// tool meanwhile.
+template <class Visit>
+void PluginInstance::forEachNode(const char* operation, Visit visit) {
+    const InstanceReference::Watch self(destroying_ ? nullptr : reference_);
+    const bool mayEnd = self.get() != nullptr;
+    for (SceneNode* node : adaptor()->getNodes(this)) {
+        if (mayEnd && self.get() == nullptr)
+            return;
+        (void)Border::callNode(operation, [&] { visit(*node); });
+    }
 }
 
 void PluginInstance::setName(std::string wanted) {
@@ -96,8 +103,8 @@ void PluginInstance::setName(std::string wanted) {
         names.add(unique);
     }
     name = std::move(unique);
-    if (code_ != nullptr)
-        code_->setName(name);
+    if (CCamera* const code = getCode())
+        code->setName(name);
 }
 
 void PluginInstance::setReference(InstanceReference* reference) {
@@ -143,11 +150,14 @@ void PluginInstance::unplug(bool deleteScene) {
         isAlive = reference.get() != nullptr; // a host without undo steps frees it at once
     }
     if (isAlive) {
-        for (SceneNode* node : host->getNodes(this)) {
-            if (deleteScene)
-                destroyPlainChildren(node);
-            node->destroy(deleteScene ? 1 : 0);
-        }
+        forEachNode(
+            "destroy",
+            [&](SceneNode& node) {
+                tool_.forgetSnapshots(node);
+                if (deleteScene)
+                    destroyPlainChildren(&node);
+                node.destroy(deleteScene ? 1 : 0);
+            });
     }
     host->redraw();
     host->endUndo();
@@ -156,35 +166,35 @@ void PluginInstance::unplug(bool deleteScene) {
 }
 
 std::string PluginInstance::getPluginKey() const {
-    return code_->getPlugin()->getKey();
+    return plugin_->getKey();
 }
 
 std::int32_t PluginInstance::selectObject() {
-    if (!code_->supportsExtension(ToolExtension::kSelectObject))
+    if (!tool_.supportsExtension(ToolExtension::kSelectObject))
         return 0;
-    return static_cast<std::int32_t>(code_->extend(ToolExtension::kSelectObject, 0));
+    return static_cast<std::int32_t>(tool_.extend(ToolExtension::kSelectObject, 0));
 }
 
 Tag& PluginInstance::getCustomData(Tag& out) {
     out = Tag();
-    code_->extend(ToolExtension::kGetCustomData, reinterpret_cast<std::intptr_t>(&out));
+    tool_.extend(ToolExtension::kGetCustomData, reinterpret_cast<std::intptr_t>(&out));
     return out;
 }
 
 void PluginInstance::setCustomData(Tag data) {
-    code_->extend(ToolExtension::kSetCustomData, reinterpret_cast<std::intptr_t>(&data));
+    tool_.extend(ToolExtension::kSetCustomData, reinterpret_cast<std::intptr_t>(&data));
 }
 
 void PluginInstance::timeChanged(double time) {
-    code_->setTime(time);
+    tool_.setTime(time);
 }
 
-ConfigProfileManager& PluginInstance::getConfigProfiles() const {
-    return listOf(code_.get(), ToolExtension::kConfigProfiles, plugin_->getConfigProfiles());
+ConfigProfileManager& PluginInstance::getConfigProfiles() {
+    return listOf(tool_, ToolExtension::kConfigProfiles, plugin_->getConfigProfiles());
 }
 
-InputProfileManager& PluginInstance::getInputProfiles() const {
-    return listOf(code_.get(), ToolExtension::kInputProfiles, plugin_->getInputProfiles());
+InputProfileManager& PluginInstance::getInputProfiles() {
+    return listOf(tool_, ToolExtension::kInputProfiles, plugin_->getInputProfiles());
 }
 
 Tag PluginInstance::getConfigProfile(const std::string& profileName) const {
@@ -204,7 +214,7 @@ std::int32_t PluginInstance::applyInputProfile(const Tag& profile) {
     if (missing == kNoProfile)
         return missing;
     Util::Message applied(kInputProfileApplied);
-    broadcast(applied);
+    (void)Border::call([] { return "A listener"; }, "receive", [&] { broadcast(applied); });
     return missing;
 }
 
@@ -212,12 +222,15 @@ void PluginInstance::prepareRecording(double time, TakeSource source,
                                       const StoredInput::IsInTake& isInTake) {
     const InstanceReference::Watch self(reference_);
     isPrepared_ = true;
-    code_->startRecording(time);
+    tool_.resume(); // without a driver nobody calls activate()
+    const bool isStarted = tool_.startRecording(time);
     // The tool may have left the tree, or ended the take: then it has no part in the rest.
     if (self.get() == nullptr || !isInTree() || !isPrepared_)
         return;
-    for (SceneNode* node : adaptor()->getNodes(this))
-        node->startRecording(time);
+    if (isStarted)
+        forEachNode("startRecording", [time](SceneNode& node) { node.startRecording(time); });
+    if (self.get() == nullptr)
+        return;
     storedInput_.begin(time, source, isInTake, *adaptor());
 }
 
@@ -231,14 +244,15 @@ void PluginInstance::holdInput(double time) {
 }
 
 void PluginInstance::step(double time) {
-    code_->record(time);
+    if (!tool_.isSittingOut())
+        tool_.record(time);
 }
 
 void PluginInstance::finishRecording(double time) {
     if (!std::exchange(isPrepared_, false)) // never started, or being finished
         return;
     const InstanceReference::Watch self(reference_);
-    code_->finishRecording(time);
+    tool_.finishRecording(time);
     if (self.get() != nullptr) // the tool may be gone
         storedInput_.end();
 }
@@ -252,15 +266,26 @@ UniDevice::Control* PluginInstance::control(std::int32_t index) {
 }
 
 bool PluginInstance::update(std::int32_t) {
-    if (virtualControls_.count() == 0)
+    if (virtualControls_.count() == 0 || tool_.get() == nullptr)
         return true;
     const InstanceReference::Watch self(reference_);
-    for (std::int32_t i = 0; code_ != nullptr && i < virtualControls_.count(); ++i) {
-        code_->extend(ToolExtension::kVirtualControl,
-                      reinterpret_cast<std::intptr_t>(virtualControls_.at(i)));
+    for (std::int32_t i = 0; !tool_.isSittingOut() && i < virtualControls_.count(); ++i) {
+        tool_.extend(ToolExtension::kVirtualControl,
+                     reinterpret_cast<std::intptr_t>(virtualControls_.at(i)));
         if (self.get() == nullptr) // the tool has removed itself
             break;
     }
+    return true;
+}
+
+/// A take begins or ends, in which each tool has a part again.
+bool PluginInstance::activate(std::int32_t) {
+    tool_.resume();
+    return true;
+}
+
+bool PluginInstance::deactivate(std::int32_t) {
+    tool_.resume();
     return true;
 }
 

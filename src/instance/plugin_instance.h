@@ -10,8 +10,8 @@
 #include "instance/plugin_instance_virtual_device.h"
 #include "instance/saved_block.h"
 #include "instance/stored_input.h"
+#include "instance/tool_object.h"
 #include "instance/virtual_controls.h"
-#include "plugins/contract/c_camera.h"
 #include "plugins/contract/c_interface.h"
 #include "plugins/libraries/instance_maker.h"
 #include "recording/values/take_source.h"
@@ -86,8 +86,10 @@ public:
     [[nodiscard]] CoreImplementation* getCore() const { return core_; }
     [[nodiscard]] CoreServices& getServices() const { return services_; }
     [[nodiscard]] Plugin* getPlugin() const { return plugin_; }
-    /// The tool object.
-    [[nodiscard]] CCamera* getCode() const { return code_.get(); }
+    /// The tool object, or null if the plug-in made none.
+    [[nodiscard]] CCamera* getCode() const { return tool_.get(); }
+    /// What all calls of it go through.
+    [[nodiscard]] ToolObject& getTool() { return tool_; }
     [[nodiscard]] std::string getPluginKey() const;
 
     /// Makes the tool select its object in the host. Returns its answer, or 0 if it can't.
@@ -101,8 +103,8 @@ public:
     void timeChanged(double time);
 
     /// Returns the presets of this tool: a list of its own, or else the plug-in's.
-    [[nodiscard]] ConfigProfileManager& getConfigProfiles() const;
-    [[nodiscard]] InputProfileManager& getInputProfiles() const;
+    [[nodiscard]] ConfigProfileManager& getConfigProfiles();
+    [[nodiscard]] InputProfileManager& getInputProfiles();
     /// Returns the values of its panel; see InstancePanel.
     [[nodiscard]] Tag getConfigProfile(const std::string& profileName) const;
     void applyConfigProfile(const Tag& profile);
@@ -118,7 +120,8 @@ public:
     [[nodiscard]] StoredInput& getStoredInput() { return storedInput_; }
 
     /// A take begins at `time`, with input from `source`: the tool starts, then its scene nodes and
-    /// its stored input. `isInTake` tells whether the tool of a device participates.
+    /// its stored input. `isInTake` tells whether the tool of a device participates. If the tool
+    /// throws, it sits out the rest of the take, but for its input and finishRecording().
     void prepareRecording(double time, TakeSource source, const StoredInput::IsInTake& isInTake);
     /// A frame begins: puts the input of a resimulation in place, before devices are polled.
     void playInput(double time) { storedInput_.play(time); }
@@ -126,6 +129,7 @@ public:
     void holdInput(double time);
     /// Lets the tool record the frame.
     void step(double time);
+    [[nodiscard]] bool isSittingOut() const { return tool_.isSittingOut(); }
     void releaseInput() { storedInput_.release(); }
     /// Finishes the tool, unless it isn't prepared.
     void finishRecording(double time);
@@ -138,6 +142,8 @@ public:
     UniDevice::Control* detectControl(const std::vector<UniDevice::Control*>* excluded,
                                       void* context) override;
     void resetControls() override {}
+    bool activate(std::int32_t reserved) override;
+    bool deactivate(std::int32_t reserved) override;
 
     // CExtendable
     std::intptr_t extend(std::int32_t id, std::intptr_t data) override;
@@ -196,6 +202,8 @@ public:
 
 private:
     [[nodiscard]] AdaptorInterface* adaptor() const;
+    template <class Visit>
+    void forEachNode(const char* operation, Visit visit);
 
     /// The entry of this instance in the plug-in's list.
     class Membership final : public PluginMember {
@@ -209,14 +217,17 @@ private:
         PluginInstance& instance_;
     };
 
+    template <class Snapshot>
+    Snapshot* opened(Snapshot* snapshot, SceneNode& node, OpenSnapshots::Kind kind);
+    void closing(const SceneNode* node, OpenSnapshots::Kind kind);
     UniDevice::Control* addVirtualControl(const VirtualControlRecord& record);
 
-    Util::Owned<CCamera> code_;
     InstanceReference* reference_ = nullptr; // not owned
     Plugin* plugin_;                         // not owned
     Membership membership_{*this};
     CoreImplementation* core_;
     CoreServices& services_;
+    ToolObject tool_{services_, *plugin_, name};
     InstanceInputs inputs_;
     StoredInput storedInput_{inputs_};
     InstancePanel panel_;

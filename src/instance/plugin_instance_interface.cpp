@@ -190,10 +190,11 @@ std::intptr_t PluginInstance::openInputDialog() {
 }
 
 std::string PluginInstance::getDataPath() {
-    if (code_ == nullptr || !code_->supportsExtension(ToolExtension::kDataPath)) // its last calls
+    if (tool_.get() == nullptr ||
+        !tool_.supportsExtension(ToolExtension::kDataPath)) // its last calls
         return plugin_->getUserDataFolder();
     std::string path;
-    code_->extend(ToolExtension::kDataPath, reinterpret_cast<std::intptr_t>(&path));
+    tool_.extend(ToolExtension::kDataPath, reinterpret_cast<std::intptr_t>(&path));
     return path;
 }
 
@@ -210,8 +211,10 @@ void PluginInstance::clearSaveData() {
 }
 
 void PluginInstance::destroyNode(SceneNode* node, std::intptr_t) {
-    if (!isMissing(node, "Trying to destroy NULL node"))
-        node->destroy(1);
+    if (isMissing(node, "Trying to destroy NULL node"))
+        return;
+    tool_.forgetSnapshots(*node);
+    node->destroy(1);
 }
 
 SceneNode* PluginInstance::createNode(std::string nodeName) {
@@ -230,28 +233,44 @@ SceneNode* PluginInstance::createNode(std::string nodeName, std::intptr_t kind, 
 
 void PluginInstance::createNode(std::string, CMesh) {}
 
+/// Keeps `snapshot`, which a call of the tool took, until it is given back.
+template <class Snapshot>
+Snapshot* PluginInstance::opened(Snapshot* snapshot, SceneNode& node, OpenSnapshots::Kind kind) {
+    if (OpenSnapshots* const snapshots = tool_.getSnapshots(); snapshots && snapshot != nullptr)
+        snapshots->add(node, kind);
+    return snapshot;
+}
+
+void PluginInstance::closing(const SceneNode* node, OpenSnapshots::Kind kind) {
+    if (OpenSnapshots* const snapshots = tool_.getSnapshots(); snapshots && node != nullptr)
+        snapshots->remove(*node, kind);
+}
+
 TransformSnapshot* PluginInstance::getSnapshot(SceneNode* node, double time) {
     if (isMissing(node, "Trying to acquire snapshot from NULL node"))
         return nullptr;
-    return node->getSnapshot(time);
+    return opened(node->getSnapshot(time), *node, OpenSnapshots::Kind::Transform);
 }
 
 HelperSnapshot* PluginInstance::getHelperSnapshot(SceneNode* node) {
     if (isMissing(node, "Trying to acquire helper snapshot from NULL node"))
         return nullptr;
-    return node->getHelperSnapshot();
+    return opened(node->getHelperSnapshot(), *node, OpenSnapshots::Kind::Helper);
 }
 
 MeshSnapshot* PluginInstance::getMeshSnapshot(SceneNode* node, double time) {
     if (isMissing(node, "Trying to acquire mesh snapshot from NULL node"))
         return nullptr;
-    return node->getMeshSnapshot(time);
+    return opened(node->getMeshSnapshot(time), *node, OpenSnapshots::Kind::Mesh);
 }
 
 std::intptr_t PluginInstance::getLensSnapshot(SceneNode* node, double time) {
     if (isMissing(node, "Trying to acquire lens snapshot from NULL node"))
         return 0;
-    return node->getLensSnapshot(time);
+    LensSnapshot* const lens = LensSnapshot::fromHandle(node->getLensSnapshot(time));
+    OpenSnapshots* const snapshots = tool_.getSnapshots();
+    return LensSnapshot::toHandle(
+        lens != nullptr && snapshots != nullptr ? snapshots->addLens(*node, *lens) : lens);
 }
 
 std::intptr_t PluginInstance::nodeQuery1(SceneNode* node) {
@@ -265,16 +284,19 @@ std::intptr_t PluginInstance::nodeQuery2(SceneNode* node) {
 }
 
 std::intptr_t PluginInstance::nodeQuery3(SceneNode* node) {
+    closing(node, OpenSnapshots::Kind::Mesh);
     NodeMeshHandler* const handler = node != nullptr ? node->getMeshHandler() : nullptr;
     return handler != nullptr ? handler->endMeshSnapshot(node) : 0;
 }
 
 std::intptr_t PluginInstance::nodeQuery4(SceneNode* node) {
+    closing(node, OpenSnapshots::Kind::Helper);
     NodeMeshHandler* const handler = node != nullptr ? node->getMeshHandler() : nullptr;
     return handler != nullptr ? handler->endHelperSnapshot(node) : 0;
 }
 
 std::intptr_t PluginInstance::nodeQuery5(SceneNode* node) {
+    closing(node, OpenSnapshots::Kind::Transform);
     NodeTransformHandler* const handler = node != nullptr ? node->getTransformHandler() : nullptr;
     return handler != nullptr ? handler->endSnapshot(node) : 0;
 }

@@ -25,7 +25,7 @@ void addMasterNodes(PluginInstance& tool, Tag& out) {
     AdaptorInterface& host = *tool.getServices().getAdaptor();
     std::vector<Tag> masters;
     PluginInstance* each = &tool;
-    do {
+    while (each != nullptr) {
         Tag master = Tag::element("masternode");
         if (const PluginInstance* const parent = getParentTool(*each))
             master.addChild(Tag::element("parent", parent->getName()));
@@ -39,7 +39,10 @@ void addMasterNodes(PluginInstance& tool, Tag& out) {
         }
         each = saved.get() != nullptr ? getParentTool(*each) : nullptr;
         masters.push_back(std::move(master));
-    } while (each != nullptr && !host.getNodes(each).empty());
+        const InstanceReference::Watch parent(each != nullptr ? each->getReference() : nullptr);
+        if (parent.get() == nullptr || host.getNodes(each).empty() || parent.get() == nullptr)
+            break;
+    }
     for (auto master = masters.rbegin(); master != masters.rend(); ++master)
         out.addChild(std::move(*master));
 }

@@ -3,7 +3,6 @@
 #include "core/base/sdk/log.h"
 #include "core/contract/catalogue_words.h"
 #include "platform/sdk/files.h"
-#include "plugins/contract/extension_ids.h"
 #include "plugins/libraries/library.h"
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
@@ -77,7 +76,7 @@ void Catalogue::build() {
         const Library& library = *libraries.getLibrary(i);
         for (std::int32_t j = 0; j < library.getPluginCount(); ++j) {
             Plugin* const plugin = library.getPlugin(j);
-            if (!plugin->getDescriptor()->supportsExtension(DescriptorExtension::kInternal))
+            if (!plugin->isInternal())
                 entries_.emplace_back(new Entry(owner_.getCore(), &owner_.getServices(), plugin));
         }
     }
@@ -114,8 +113,8 @@ Tag Catalogue::describe() const {
             addText(entry, CatalogueWord::kCategory, category);
         if (const Plugin* const plugin = each->getPlugin()) {
             addText(entry, CatalogueWord::kType, plugin->getName());
-            addText(entry, CatalogueWord::kDescription, plugin->getDescriptor()->getDescription());
-            addText(entry, CatalogueWord::kAuthor, plugin->getDescriptor()->getAuthor());
+            addText(entry, CatalogueWord::kDescription, plugin->getDescription());
+            addText(entry, CatalogueWord::kAuthor, plugin->getAuthor());
             if (const Library& library = plugin->getLibrary(); library.getModule() != nullptr)
                 addText(entry, CatalogueWord::kLibrary, Platform::foldPath(library.getPath()));
         }

@@ -128,7 +128,7 @@ void Creation::finish() {
                 act(*each.get());
     };
     forEach([](InstanceReference& each) {
-        each.getInstance()->getCode()->extend(ToolExtension::kAfterCreate, 0);
+        each.getInstance()->getTool().extend(ToolExtension::kAfterCreate, 0);
     });
     entry_.write("Cleaning up");
     forEach([](InstanceReference& each) { each.getInstance()->setUnderCreation(false); });

@@ -72,12 +72,16 @@ std::vector<PluginInstance*> InstanceManager::getInstances(bool checkedOnly) con
 std::vector<PluginInstance*>
 InstanceManager::sortForRecording(const std::vector<PluginInstance*>& instances) {
     const std::vector<CInterface*> tools(instances.begin(), instances.end());
-    const std::vector<std::size_t> order =
-        findRunOrder(*getServices().getAdaptor(), tools,
-                     [&instances](std::size_t index) { return instances[index]->getName(); });
-    std::vector<PluginInstance*> sorted(order.size());
-    std::transform(order.begin(), order.end(), sorted.begin(),
-                   [&instances](std::size_t index) { return instances[index]; });
+    std::vector<InstanceReference::Watch> watches;
+    for (const PluginInstance* instance : instances)
+        watches.emplace_back(instance->getReference());
+    const auto isThere = [&watches](std::size_t index) { return watches[index].get() != nullptr; };
+    const auto nameOf = [&](std::size_t index) { return instances[index]->getName(); };
+    std::vector<PluginInstance*> sorted;
+    for (const std::size_t index :
+         findRunOrder(*getServices().getAdaptor(), tools, nameOf, isThere))
+        if (isThere(index))
+            sorted.push_back(instances[index]);
     return sorted;
 }
 

@@ -39,9 +39,8 @@ InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreS
                                                 Plugin* plugin)
     : MessageNode("Instanciatable"), CoreSubSystem(owner, services),
       data_(plugin->getDefaultData("")), name_(plugin->getName()),
-      version_(plugin->getDescriptor()->getVersionText()),
-      about_(plugin->getDescriptor()->getAbout()), categories_(plugin->getCategories()),
-      plugin_(plugin) {}
+      version_(plugin->getVersionText()), about_(plugin->getAbout()),
+      categories_(plugin->getCategories()), plugin_(plugin) {}
 
 InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreServices* services,
                                                 Tag data, const std::string& path)
@@ -89,7 +88,7 @@ void InstanceManager::Instanciatable::collectRequired(const Names& entries) {
 
 std::string InstanceManager::Instanciatable::findPicture() const {
     if (plugin_ != nullptr) {
-        std::string picture = kSharedData + plugin_->getDescriptor()->getKey() + kPictureFile;
+        std::string picture = kSharedData + plugin_->getKey() + kPictureFile;
         return Platform::fileExists(expandPathMacros(picture)) ? picture : kToolPicture;
     }
     // The file itself may hold an element "path", and lead anywhere by it.

@@ -1,5 +1,6 @@
 #include "recording/record_manager.h"
 
+#include "core/base/border.h"
 #include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
@@ -205,6 +206,7 @@ std::int32_t RecordManager::resimulate(double start, double end) {
     Resimulation resimulation(*take, clock_, *adaptor());
     take->begin();
     take->quietLog();
+    const Border::OpenCall dialog; // the host's events go on meanwhile
     ResimulationDialog(resimulation).run(getServices().getDialogs().getWindow());
     take->restoreLog();
     return 0;

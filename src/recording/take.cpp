@@ -42,7 +42,8 @@ void Take::begin() {
         silentInputs_.start(services_.getTree().getInstances(false));
     entry.write("initalizing plugins");
     const auto isInTake = [this](const UniDevice::Device& device) {
-        return toolDevices_.count(&device) > 0;
+        return toolDevices_.count(&device) > 0 &&
+               !static_cast<const PluginInstance&>(device).isSittingOut();
     };
     tools_.forEach([this, &isInTake](PluginInstance& tool) {
         tool.prepareRecording(start_, source_, isInTake);

@@ -30,6 +30,9 @@ void Device::toTag(MVR::Tag& out) const {
 
 Control* Device::findControl(const MVR::Tag& tag) {
     const std::int32_t count = controlCount();
+    if (handler != nullptr)
+        if (Control* const known = handler->findControlOf(*this, count, tag))
+            return known;
     for (std::int32_t i = 0; i < count; ++i) {
         Control* candidate = control(i);
         if (candidate && candidate->matches(tag))
@@ -61,6 +64,7 @@ void Device::unregister() {
         return;
     std::vector<Device*>& list = handler->devices;
     list.erase(std::remove(list.begin(), list.end(), this), list.end());
+    handler->forgetControlsOf(this);
     handler = nullptr;
 }
 

@@ -1,5 +1,6 @@
 #include "unidevice/driver_libraries.h"
 
+#include "core/base/border.h"
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
 #include "core/util/sdk/singleton.h"
@@ -35,7 +36,9 @@ public:
         DeviceHandler* const handler = DeviceHandler::instance();
         const std::vector<Driver*> before = handler->drivers;
         info.faults = this;
-        loadDevices(handler, &info);
+        if (!MVR::Border::call([this] { return "The library " + path_; }, "loadDevices",
+                               [&] { loadDevices(handler, &info); }))
+            setFault(nullptr, "it threw an exception while it loaded its devices");
         for (const Driver* driver : handler->drivers) {
             if (std::find(before.begin(), before.end(), driver) == before.end()) {
                 faults_[driver]; // unless it has told one already
@@ -52,6 +55,9 @@ public:
         }
         present = std::move(fault);
     }
+
+    [[nodiscard]] bool hasDriver(const Driver& driver) const { return faults_.count(&driver) > 0; }
+    [[nodiscard]] const std::string& getPath() const { return path_; }
 
     // Fills in library and fault if `driver` is one of this library.
     void describe(const Driver* driver, MVR::CoreDriver& out) const {
@@ -79,7 +85,10 @@ private:
 // and the handler still exists when the libraries are freed.
 class DriverLibraries : public MVR::Util::Singleton<DriverLibraries> {
 public:
-    ~DriverLibraries() override { shutDown(); }
+    ~DriverLibraries() override {
+        shutDown();
+        DeviceHandler::instance()->describeDriver = nullptr;
+    }
 
     void load(MVR::Platform::LibraryHandle handle, const std::string& path, LoadDevices loadDevices,
               const DriverLoadInfo& info) {
@@ -93,6 +102,14 @@ public:
     void addBuiltIn(const Device* device) { builtIn_.push_back(device); }
     [[nodiscard]] bool isBuiltIn(const Device* device) const {
         return std::find(builtIn_.begin(), builtIn_.end(), device) != builtIn_.end();
+    }
+
+    [[nodiscard]] std::string describe(const Driver& driver) const {
+        std::string text = "The driver " + driver.name;
+        for (const auto& library : libraries_)
+            if (library->hasDriver(driver))
+                text += " of " + library->getPath();
+        return text;
     }
 
     [[nodiscard]] std::vector<MVR::CoreDriver> list() const {
@@ -120,7 +137,11 @@ public:
 
 private:
     friend class MVR::Util::Singleton<DriverLibraries>;
-    DriverLibraries() { DeviceHandler::instance(); }
+    DriverLibraries() {
+        DeviceHandler::instance()->describeDriver = [](const Driver& driver) {
+            return DriverLibraries::instance()->describe(driver);
+        };
+    }
 
     std::vector<std::unique_ptr<DriverLibrary>> libraries_;
     std::vector<MVR::CoreDriver> refused_;
@@ -128,10 +149,12 @@ private:
 };
 
 // Returns the library's `loadDevices`, or null if it isn't a driver library of our version.
-LoadDevices findEntry(MVR::Platform::LibraryHandle library) {
+LoadDevices findEntry(MVR::Platform::LibraryHandle library, const std::string& path) {
     const auto getVersion =
         reinterpret_cast<GetDriverVersion>(MVR::Platform::findFunction(library, "getVersion"));
-    if (!getVersion || getVersion() != kDriverInterfaceVersion)
+    const auto who = [&path] { return "The library " + path; };
+    if (!getVersion ||
+        MVR::Border::ask(who, "getVersion", std::int32_t{0}, getVersion) != kDriverInterfaceVersion)
         return nullptr;
     return reinterpret_cast<LoadDevices>(MVR::Platform::findFunction(library, "loadDevices"));
 }
@@ -173,7 +196,7 @@ std::int32_t loadDriverLibraries(const std::string& folder, const DriverLoadInfo
             libraries.refuse(path, "it can't be loaded: " + Platform::lastLibraryError());
             continue;
         }
-        const LoadDevices loadDevices = findEntry(library);
+        const LoadDevices loadDevices = findEntry(library, path);
         if (!loadDevices) {
             Platform::freeLibrary(library);
             libraries.refuse(path, "it isn't a driver library of version " +

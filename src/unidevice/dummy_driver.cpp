@@ -1,5 +1,7 @@
 #include "unidevice/dummy_driver.h"
 
+#include "core/base/border.h"
+#include "unidevice/polling.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device.h"
 
@@ -18,28 +20,43 @@ DummyDriver::~DummyDriver() {
         device->driver = nullptr;
 }
 
+template <class Call>
+bool DummyDriver::callDevice(Device& device, const char* operation, const Call& call) {
+    const auto who = [&] { return describePresent(devices, device); };
+    const bool isWhole = MVR::Border::call(who, operation, call);
+    if (!isWhole && isPresent(devices, &device))
+        failed_.push_back(&device);
+    return isWhole;
+}
+
 void DummyDriver::update() {
-    for (std::size_t i = 0; i < devices.size();) {
-        Device* const device = devices[i];
-        device->update(0);
-        if (i < devices.size() && devices[i] == device) // else it was removed, as tools may be
-            ++i;
-    }
+    forEachPresent(
+        devices,
+        [this](Device& device) {
+            if (failed_.empty() || !isPresent(failed_, &device))
+                (void)callDevice(
+                    device, "update", [&device] { device.update(0); });
+        });
 }
 
 std::int32_t DummyDriver::prepareDetection() {
     std::int32_t taking = 0;
-    for (Device* device : devices)
-        taking += device->prepareDetection() ? 1 : 0;
+    failed_.clear();
+    forEachPresent(devices, [&](Device& device) {
+        (void)callDevice(device, "prepareDetection",
+                         [&] { taking += device.prepareDetection() ? 1 : 0; });
+    });
     return taking;
 }
 
 Control* DummyDriver::detectControl(const std::vector<Control*>* excluded) {
-    std::vector<Control*> moved;
-    for (Device* device : devices)
-        if (Control* control = device->detectControl(excluded, nullptr))
-            moved.push_back(control);
-    return Control::mostMoved(moved);
+    MovedControls moved;
+    forEachPresent(devices, [&](Device& device) {
+        if (!isPresent(failed_, &device))
+            (void)callDevice(device, "detectControl",
+                             [&] { moved.add(device.detectControl(excluded, nullptr)); });
+    });
+    return moved.getMost();
 }
 
 bool DummyDriver::addDevice(Device* device) {
@@ -61,6 +78,7 @@ void DummyDriver::pollLast(const std::vector<Device*>& last) {
 }
 
 bool DummyDriver::removeDevice(Device* device) {
+    failed_.erase(std::remove(failed_.begin(), failed_.end(), device), failed_.end());
     // Thousands of tools leave in the order in which they came or in the reverse: the next to leave
     // is where the last one was, or before it.
     const std::size_t count = devices.size();
@@ -85,18 +103,23 @@ std::int32_t DummyDriver::deviceCount() {
     return static_cast<std::int32_t>(devices.size());
 }
 
-bool DummyDriver::activate() {
+bool DummyDriver::callAll(const char* operation, bool (Device::*act)(std::int32_t)) {
+    failed_.clear();
     bool all = true;
-    for (Device* device : devices)
-        all = device->activate(0) && all;
+    forEachPresent(devices, [&](Device& device) {
+        bool isDone = false;
+        (void)callDevice(device, operation, [&] { isDone = (device.*act)(0); });
+        all = isDone && all;
+    });
     return all;
 }
 
+bool DummyDriver::activate() {
+    return callAll("activate", &Device::activate);
+}
+
 bool DummyDriver::deactivate() {
-    bool all = true;
-    for (Device* device : devices)
-        all = device->deactivate(0) && all;
-    return all;
+    return callAll("deactivate", &Device::deactivate);
 }
 
 } // namespace UniDevice

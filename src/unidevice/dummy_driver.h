@@ -35,8 +35,13 @@ public:
     std::deque<Device*> devices; ///< not owned
 
 private:
+    template <class Call>
+    bool callDevice(Device& device, const char* operation, const Call& call);
+    bool callAll(const char* operation, bool (Device::*act)(std::int32_t));
+
     bool isOrdered_ = false;
-    std::size_t lastPlace_ = 0; // index of the device that left last
+    std::size_t lastPlace_ = 0;         // index of the device that left last
+    std::vector<const Device*> failed_; // those that threw since the last activation
 };
 
 } // namespace UniDevice

@@ -35,6 +35,16 @@ std::string describe(const Control& source) {
     return text + source.description;
 }
 
+/// Returns true if `tag` leaves nothing open, so that it names one control.
+bool isExact(const MVR::Tag& tag) {
+    return !tag.attribute(BindingWord::kDevice).empty() &&
+           !tag.attribute(BindingWord::kIndex).empty();
+}
+
+bool isListed(const Control* control) {
+    return control != nullptr && control->device != nullptr && control->device->handler != nullptr;
+}
+
 } // namespace
 
 EmulatedTControl::EmulatedTControl(Control* up, Control* down, Device* owner, std::int32_t kinds,
@@ -112,13 +122,32 @@ bool EmulatedTrinaryDevice::update(std::int32_t) {
     return true;
 }
 
+EmulatedTControl* EmulatedTrinaryDevice::findBySources(const Control* up,
+                                                       const Control* down) const {
+    const auto found = bySources_.find({up, down});
+    if (found == bySources_.end() || found->second->positive != up ||
+        found->second->negative != down)
+        return nullptr;
+    return found->second;
+}
+
+/// Returns the control that `tag` names, if one of its sources is in no list, such as that of a
+/// tool that was removed: nobody else finds that source.
+EmulatedTControl* EmulatedTrinaryDevice::findUnlisted(const MVR::Tag& tag) const {
+    for (const auto& control : controls)
+        if ((!isListed(control->positive) || !isListed(control->negative)) && control->matches(tag))
+            return control.get();
+    return nullptr;
+}
+
 Control* EmulatedTrinaryDevice::findControl(const MVR::Tag& tag) {
-    if (Control* existing = Device::findControl(tag))
-        return existing;
     const MVR::Tag& first = tag.child(BindingWord::kControl, 0);
     const MVR::Tag& second = tag.child(BindingWord::kControl, 1);
     if (first.isEmpty() || second.isEmpty())
         return nullptr;
+    if (!isExact(first) || !isExact(second)) // an existing control wins
+        if (Control* const existing = Device::findControl(tag))
+            return existing;
     if (nesting_ == kMaxNesting) {
         MVR::Log(MVR::Log::Warning).write("Emulated controls are nested too deep");
         return nullptr;
@@ -127,6 +156,8 @@ Control* EmulatedTrinaryDevice::findControl(const MVR::Tag& tag) {
     Control* up = DeviceHandler::instance()->findControl(first);
     Control* down = DeviceHandler::instance()->findControl(second);
     --nesting_;
+    if (up == nullptr || down == nullptr)
+        return findUnlisted(tag);
     if (first.attribute(kDirection) == "negative")
         std::swap(up, down);
     return createControl(up, down);
@@ -150,14 +181,12 @@ void EmulatedTrinaryDevice::resetControls() {
 Control* EmulatedTrinaryDevice::createControl(Control* first, Control* second) {
     if (!first || !second)
         return nullptr;
-    auto made = std::make_unique<EmulatedTControl>(first, second, this, trinary, kThreshold);
-    // Set before the search, since matching compares the type.
-    made->type = "control";
-    MVR::Tag tag;
-    made->toTag(tag);
-    if (Control* existing = Device::findControl(tag))
+    if (Control* const existing = findBySources(first, second))
         return existing;
+    auto made = std::make_unique<EmulatedTControl>(first, second, this, trinary, kThreshold);
+    made->type = "control";
     made->description = "emulated control (" + describe(*first) + ", " + describe(*second) + ")";
+    bySources_[{first, second}] = made.get();
     controls.push_back(std::move(made));
     return controls.back().get();
 }

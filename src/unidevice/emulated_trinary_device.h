@@ -5,8 +5,12 @@
 #include "unidevice/sdk/control_target.h"
 #include "unidevice/sdk/device.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace UniDevice {
@@ -64,6 +68,19 @@ public:
     std::vector<std::unique_ptr<EmulatedTControl>> controls; ///< in order of creation
 
 private:
+    using Sources = std::pair<const Control*, const Control*>; // positive, negative
+    struct SourcesHash {
+        std::size_t operator()(const Sources& sources) const {
+            const std::hash<const Control*> hash;
+            return hash(sources.first) * 31 + hash(sources.second);
+        }
+    };
+
+    [[nodiscard]] EmulatedTControl* findBySources(const Control* up, const Control* down) const;
+    [[nodiscard]] EmulatedTControl* findUnlisted(const MVR::Tag& tag) const;
+
+    // A source may have ended, and another be where it was: a find is checked.
+    std::unordered_map<Sources, EmulatedTControl*, SourcesHash> bySources_;
     std::int32_t nesting_ = 0; ///< bindings that are being resolved, one inside the other
 };
 

@@ -13,6 +13,8 @@ TEST(PanelLayout, WritesItsTags) {
     std::string text = "t";
     EXPECT_EQ(panel.addButton("early", "", nullptr), PanelLayout::kNoId);
     panel.begin();
+    EXPECT_EQ(panel.addSpinnerInt("Lost", "", nullptr, 0, 9, 1, 4, nullptr), PanelLayout::kNoId);
+    EXPECT_EQ(panel.addSpinner("Lost", "", nullptr, 0, 9, 1, 4, nullptr), PanelLayout::kNoId);
     EXPECT_EQ(panel.addSpinnerInt("Steps", "a", &steps, 0, 9, 1, 4, nullptr), 0);
     panel.beginGroup("G", "tip");
     EXPECT_EQ(panel.addSpinner("Size", "b", &size, -1, 1, 0.25, 5, nullptr), 1);

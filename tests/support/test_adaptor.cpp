@@ -78,7 +78,7 @@ SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName, 
 
 SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName) {
     for (SceneNode* node : getNodes(tool))
-        if (node->getName() == nodeName)
+        if (node != nullptr && node->getName() == nodeName)
             return node;
     for (const auto& node : nodes) {
         if (node->claim != tool || node->getName() != nodeName || node->getOwner() != nullptr)
@@ -91,6 +91,10 @@ SceneNode* RecordingAdaptor::createNode(CInterface* tool, std::string nodeName) 
 
 std::vector<SceneNode*> RecordingAdaptor::getNodes(CInterface* tool) {
     std::vector<SceneNode*> found;
+    if (onNodes)
+        onNodes();
+    if (listsNull)
+        found.push_back(nullptr);
     for (const auto& node : nodes)
         if (node->getOwner() == tool)
             found.push_back(node.get());

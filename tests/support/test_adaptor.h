@@ -27,7 +27,9 @@ public:
     double rangeEnd = 4;
     double frameRate = 25;
     Tag settingsLayout;
-    std::string unmakableNode; ///< the name of nodes that createNode() refuses
+    bool listsNull = false;        ///< getNodes() begins with a null
+    std::function<void()> onNodes; ///< what the host does in getNodes()
+    std::string unmakableNode;     ///< the name of nodes that createNode() refuses
     std::function<std::vector<TestNode*>(const std::string& path)> onMerge; ///< the file's nodes
     std::function<void(const std::string& call)> onCall; ///< what the host does in its own calls
 

@@ -45,6 +45,7 @@ public:
     bool isRuled = false;                          ///< has a visibility controller
     int rulings = 0;                               ///< how often that was returned
     CMesh mesh;                                    ///< none without vertices
+    LensSnapshot* lens = nullptr;                  ///< what getLensSnapshot() returns
     Matrix matrix = kIdentityMatrix;               ///< in the world; its row 3 doesn't count
     std::map<double, std::array<double, 3>> positions;
     std::map<double, std::array<double, 4>> rotations;
@@ -83,7 +84,7 @@ public:
     TransformSnapshot* getSnapshot(double time) override;
     HelperSnapshot* getHelperSnapshot() override;
     MeshSnapshot* getMeshSnapshot(double time) override;
-    std::intptr_t getLensSnapshot(double) override { return 0; }
+    std::intptr_t getLensSnapshot(double) override { return LensSnapshot::toHandle(lens); }
     void startRecording(double time) override;
     std::intptr_t firstExtension(double) override { return 0; }
     void secondExtension(std::intptr_t) override {}

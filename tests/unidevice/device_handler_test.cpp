@@ -1,8 +1,14 @@
 #include "unidevice/sdk/device_handler.h"
 
+#include "core/base/sdk/log.h"
 #include "input_test.h"
 #include "support/scripted_device.h"
+#include "unidevice/emulated_trinary_device.h"
 
+#include <functional>
+#include <map>
+#include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -99,6 +105,143 @@ TEST_F(DeviceHandlerTest, KeepsDevicesAtTheirPositions) {
     c->setDriver(nullptr);
     EXPECT_THAT(driver.devices, ElementsAre(a));
     c->destroy();
+}
+
+/// Does what the test wants in each of its calls, and may be gone after that.
+struct FickleDevice : ScriptedDevice {
+    using ScriptedDevice::ScriptedDevice;
+    bool note() {
+        const std::function<void()> act = onCall;
+        ++calls[name];
+        if (act)
+            act();
+        return true;
+    }
+    bool update(std::int32_t) override { return note(); }
+    bool activate(std::int32_t) override { return note(); }
+    bool deactivate(std::int32_t) override { return note(); }
+    bool prepareDetection() override { return note(); }
+    void resetControls() override { note(); }
+    Control* detectControl(const std::vector<Control*>*, void*) override {
+        Control* const moved = onCall ? nullptr : control(0);
+        return note() ? moved : nullptr;
+    }
+    std::function<void()> onCall;
+    static inline std::map<std::string, int> calls;
+};
+
+struct FickleDeviceTest : DeviceHandlerTest {
+    const std::map<std::string, std::function<void()>> operations{
+        {"update", [this] { handler.update(); }},
+        {"activate", [this] { handler.activate(); }},
+        {"deactivate", [this] { handler.deactivate(); }},
+        {"prepareDetection", [this] { handler.prepareDetection(); }},
+        {"detectControl", [this] { handler.detectControl(nullptr); }},
+        {"resetControls", [this] { handler.resetControls(); }},
+    };
+};
+
+TEST_F(FickleDeviceTest, DevicesMayComeAndGoDuringEachCall) {
+    using Names = std::vector<const char*>;
+    const std::vector<Names> endings{{"c"},     {"b"}, {"d"}, {"b", "c"}, {"a", "b", "d", "e"},
+                                     {"c", "d"}};
+    for (const auto& [name, run] : operations) {
+        for (const Names& ending : endings) {
+            FickleDevice::calls.clear();
+            std::map<std::string, FickleDevice*> made;
+            for (const char* each : {"a", "b", "c", "d", "e"}) {
+                made[each] = new FickleDevice(each);
+                made[each]->set("x", made[each]->add("x")->threshold + 1);
+            }
+            made["c"]->onCall = [&] {
+                for (const char* each : ending)
+                    std::exchange(made[each], nullptr)->destroy();
+                made["f"] = new FickleDevice("f");
+            };
+            run();
+            for (const char* each : {"a", "b", "c", "d", "e"}) {
+                const bool hadNoTurn = made[each] == nullptr && std::string(each) > "c";
+                EXPECT_EQ(FickleDevice::calls[each], hadNoTurn ? 0 : 1) << name << " " << each;
+            }
+            handler.destroyDevices();
+        }
+    }
+}
+
+TEST_F(FickleDeviceTest, WhatThrowsIsLeftOutAndCostsNobodyElse) {
+    for (const auto& [name, run] : operations) {
+        auto* const broken = new FickleDevice("broken");
+        auto* const next = new FickleDevice("next");
+        broken->onCall = [] { throw std::runtime_error("broken"); };
+        FickleDevice::calls.clear();
+        run();
+        EXPECT_EQ(FickleDevice::calls["next"], 1) << name;
+        handler.update();
+        handler.update();
+        EXPECT_LE(FickleDevice::calls["broken"], 2) << "it is left out";
+        EXPECT_EQ(FickleDevice::calls["next"], 3);
+        broken->onCall = nullptr;
+        handler.activate();
+        handler.update();
+        EXPECT_GE(FickleDevice::calls["broken"], 3);
+        next->destroy();
+        broken->destroy();
+    }
+    EXPECT_THAT(MVR::Log::getText(),
+                testing::HasSubstr("(ERROR): The device broken threw in detectControl: broken\n"));
+
+    struct Leaving final : DummyDriver {
+        void update() override { destroy(); }
+        bool activate() override { throw 1; }
+    };
+    (new Leaving)->name = "leaving";
+    auto* const third = new DummyDriver;
+    auto* const polled = new ScriptedDevice("polled");
+    polled->setDriver(third);
+    EXPECT_FALSE(handler.activate());
+    handler.deactivate();
+    handler.update();
+    EXPECT_EQ(polled->activations + polled->updates, 2);
+    EXPECT_EQ(handler.findDriver("leaving"), nullptr);
+}
+
+struct CountingDevice : ScriptedDevice {
+    using ScriptedDevice::ScriptedDevice;
+    Control* control(std::int32_t index) override {
+        ++looks;
+        return ScriptedDevice::control(index);
+    }
+    static inline int looks = 0;
+};
+
+TEST_F(DeviceHandlerTest, ThousandsOfBindingsAreResolvedInTimeInProportion) {
+    constexpr int kCount = 1000;
+    auto* const emulator = new EmulatedTrinaryDevice;
+    auto* const wide = new CountingDevice("Wide");
+    for (int i = 0; i < kCount; ++i)
+        wide->add("c" + std::to_string(i));
+    for (int i = 0; i < kCount; ++i)
+        (new CountingDevice("d" + std::to_string(i)))->add("x");
+    for (int i = 1; i < kCount; ++i) {
+        Control* const up = handler.findControl(parsed(written(*wide->control(i))));
+        Control* const down = handler.findControl(
+            parsed("<control device='d" + std::to_string(i) + "' type='x' index='0'/>"));
+        ASSERT_TRUE(up != nullptr && down != nullptr) << i;
+        Control* const pair = emulator->createControl(up, down);
+        ASSERT_EQ(handler.findControl(parsed(written(*pair))), pair);
+    }
+    EXPECT_LT(CountingDevice::looks, 40 * kCount);
+    EXPECT_EQ(emulator->controlCount(), kCount - 1);
+
+    Device* const renamed = handler.findDevice("d7", 0);
+    renamed->name = "d9";
+    EXPECT_EQ(handler.findDevice("d7", 0), nullptr);
+    EXPECT_EQ(handler.findDevice("d9", 0)->name, "d9");
+    wide->remove("c3");
+    wide->add("new");
+    EXPECT_EQ(handler.findControl(parsed("<control device='Wide' type='c3'/>")), nullptr);
+    EXPECT_NE(handler.findControl(parsed("<control device='Wide' type='c4'/>")), nullptr);
+    EXPECT_NE(handler.findControl(parsed("<control device='Wide' type='new'/>")), nullptr);
 }
 
 TEST_F(DeviceHandlerTest, TheControlThatMovedMostIsDetected) {

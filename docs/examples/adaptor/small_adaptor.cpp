@@ -191,10 +191,10 @@ MVR_EXPORT int recordTake(const char* coreLibraryOrNull) {
         return 2;
     bool isGood = false;
     {
-        SmallHost host; // must outlive detach
+        SmallHost host; // must outlive detach, which returns 0 here: no call of the core's is open
         if (MVR::CoreInterface* const core = library.attach(&host)) {
             isGood = run(library, host, *core);
-            library.detach(core);
+            isGood = report("detached", library.detach(core) == 0) && isGood;
         }
     }
     dlclose(library.handle);

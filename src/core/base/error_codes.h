@@ -134,6 +134,11 @@ inline constexpr CodeRow kAlreadyRecording{"ALREADYRECORDING", ErrorCode::Error,
 inline constexpr CodeRow kResimulateBadRange{"RESIMULATE_BADRANGE", ErrorCode::Error,
                                              "The range can't be simulated"};
 
+// The end of an attachment. The core is in the middle of something, such as a frame, a dialog or a
+// resimulation, whose objects would be freed: return to it, and detach after it has returned.
+inline constexpr CodeRow kDetachNotNow{"DETACH_NOTNOW", ErrorCode::Warning,
+                                       "The core can't detach from inside its own calls"};
+
 // The main dialog. Its layout is missing: the core goes on without a dialog.
 inline constexpr CodeRow kMainDialogMissing{"NOMAINDLGCOMPONENT", ErrorCode::Error,
                                             "Main dialog design structure not present"};

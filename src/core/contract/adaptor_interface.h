@@ -33,8 +33,11 @@ constexpr std::intptr_t kNodeLight = 2;
 ///    events.
 /// 4. detach(core) ends a running take and destroys the tools of the tree, then calls
 ///    detachNotify(), releaseErrorCode() and releaseLog(); it may still call getName() after these.
-///    The object must live until `detach` has returned. All CUndo objects must be destroyed by the
-///    end of detachNotify().
+///    The object must live until `detach` has returned 0. All CUndo objects must be destroyed by
+///    the end of detachNotify().
+///
+/// An exception that leaves an operation is caught and named in the log; the operation then counts
+/// as one that did nothing, or answered with nothing.
 ///
 /// Only the core calls these operations. An operation whose comment names no moment may be called
 /// at any time between setLog() and detachNotify(), also during takes. All calls are made on the
@@ -75,7 +78,7 @@ public:
     virtual void reserved4() {}
     /// Returns the node `name` of `tool`, or null if there is none.
     virtual SceneNode* createNode(CInterface* tool, std::string name) = 0;
-    /// Returns all nodes of `tool`, in a stable order.
+    /// Returns all nodes of `tool`, in a stable order. A null among them is left out and logged.
     virtual std::vector<SceneNode*> getNodes(CInterface* tool) = 0;
     /// Called for a tool from saved data, after its init() and before its load(). Returns one node
     /// or null for each "node" element of `nodeInfo`, in order. `name` is the tool's name in that

@@ -121,10 +121,13 @@ public:
 
 /// The library's exports, under these undecorated names, each called on the host's user-interface
 /// thread. `attach` returns null if the versions differ, or if an adaptor is attached already or
-/// just being attached. `detach` ends an attachment and returns 0; from inside resimulate() it only
-/// stops that, and doesn't return 0. Call it once for each attachment: with any other pointer, also
-/// null, it only takes the keys of its takes from the core. `getVersion` may be called at any time
-/// while the library is loaded.
+/// just being attached. `detach` ends an attachment, and a take that runs, and returns 0. From
+/// inside a call that the core makes (such as setTime(), recordingFinished() or detachNotify(), or
+/// an operation of a tool), from a dialog of the core and during resimulate() it changes nothing
+/// and returns the code of "DETACH_NOTNOW": call it again after that has returned, after a take or
+/// a resimulation at the earliest when recordingFinished() has. Call it once with success for each
+/// attachment: with any other pointer, also null, it only takes the keys of its takes from the
+/// core. `getVersion` may be called at any time while the library is loaded.
 using AttachFunction = CoreInterface* (*)(AdaptorInterface* adaptor);
 using DetachFunction = std::int32_t (*)(CoreInterface* coreOrNull);
 using GetVersionFunction = std::int32_t (*)();

@@ -1,11 +1,13 @@
 #include "core/extensions/input_contract.h"
 
+#include "core/base/border.h"
 #include "core/base/error_codes.h"
 #include "core/extensions/tool_lookup.h"
 #include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_manager.h"
 #include "unidevice/driver_libraries.h"
+#include "unidevice/polling.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device.h"
 #include "unidevice/sdk/device_handler.h"
@@ -18,8 +20,7 @@ namespace {
 
 using UniDevice::DeviceHandler;
 
-CoreDevice describe(UniDevice::Device& device) {
-    CoreDevice described;
+void describe(UniDevice::Device& device, CoreDevice& described) {
     described.name = device.name;
     described.index = device.deviceIndex;
     if (device.driver != nullptr)
@@ -29,7 +30,6 @@ CoreDevice describe(UniDevice::Device& device) {
         if (const UniDevice::Control* const control = device.control(i))
             described.controls.push_back({control->type, control->index, control->description,
                                           control->kindMask, control->getValue()});
-    return described;
 }
 
 } // namespace
@@ -39,11 +39,13 @@ std::vector<CoreDevice> InputContract::list() {
     for (const PluginInstance* tool : services_.getTree().getInstances(false))
         tools.insert(tool);
     std::vector<CoreDevice> list;
-    for (UniDevice::Device* device : DeviceHandler::instance()->devices) {
-        list.push_back(describe(*device));
-        list.back().isTool = tools.count(device) != 0;
-        list.back().isBuiltIn = UniDevice::isBuiltIn(*device);
-    }
+    UniDevice::forEachPresent(DeviceHandler::instance()->devices, [&](UniDevice::Device& device) {
+        CoreDevice& entry = list.emplace_back();
+        entry.isTool = tools.count(&device) != 0;
+        entry.isBuiltIn = UniDevice::isBuiltIn(device);
+        (void)Border::call([&entry] { return "The device " + entry.name; }, "controls",
+                           [&] { describe(device, entry); });
+    });
     return list;
 }
 

@@ -20,6 +20,7 @@
 #include "unidevice/sdk/profile_managers.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <unordered_map>
 #include <utility>
 
@@ -53,10 +54,13 @@ std::vector<CoreTool> ToolContract::list() {
         tool.access = &instance;
         places.emplace(reference, static_cast<std::int32_t>(list.size()) - 1);
     }
-    // Ask the adaptor only after the walk over the tree.
-    for (CoreTool& tool : list)
-        tool.nodes = services_.getAdaptor()->getNodes(tool.access);
-    return list;
+    // Ask the adaptor only after the walk over the tree, which it may change.
+    references.erase(std::remove(references.begin(), references.end(), root), references.end());
+    const std::vector<InstanceReference::Watch> tools(references.begin(), references.end());
+    const auto isGone = [](const InstanceReference::Watch& tool) { return tool.get() == nullptr; };
+    for (std::size_t i = 0; i < list.size() && !isGone(tools[i]); ++i)
+        list[i].nodes = services_.getAdaptor()->getNodes(list[i].access);
+    return std::any_of(tools.begin(), tools.end(), isGone) ? ToolContract::list() : list;
 }
 
 CInterface* ToolContract::find(std::string name) {

@@ -1,5 +1,6 @@
 #include "core/services/tool_list_changes.h"
 
+#include "core/base/border.h"
 #include "core/contract/core_interface.h"
 #include "core/contract/core_tools.h"
 #include "core/services/core_services.h"
@@ -69,7 +70,8 @@ void ToolListChanges::tell() {
     if (isSilent_)
         return;
     Util::Message changed(CoreTools::kListChanged);
-    services_.getInterface().broadcast(changed);
+    (void)Border::call([] { return "A listener"; }, "receive",
+                       [&] { services_.getInterface().broadcast(changed); });
 }
 
 } // namespace MVR

@@ -24,8 +24,12 @@ class CInterface;
 ///
 /// Only the core calls the virtual operations; those of CExtendable at any time from step 1 on.
 /// Times are seconds of scene time. Codes are 0 for success. All calls are made on the host's
-/// user-interface thread; no exception of a tool is caught. The order of the virtual operations and
-/// of the fields is frozen.
+/// user-interface thread. The order of the virtual operations and of the fields is frozen.
+///
+/// An exception that leaves an operation is caught, and the log names library, tool and operation.
+/// In init(), create(), load() and save() it counts as a non-zero code. In a take the tool sits out
+/// the rest of it: no more record(), no values for its virtual controls; finishRecording() comes
+/// all the same, and its keys up to then stay.
 class CCamera : public CExtendable {
 public:
     /// What a new tool object is built from. The core owns it for the length of the call.

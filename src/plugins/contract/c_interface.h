@@ -95,7 +95,8 @@ public:
     /// The panel: call beginPanel(), add groups and controls, then call endPanel(), once and all in
     /// init(). Outside of that pair the operations that add do nothing. A `variable` must live as
     /// long as the tool. In a spinner, `input` true adds an input property named "Spinner: " + name
-    /// that moves the value during a take; `unused` is not read.
+    /// that moves the value during a take; `unused` is not read. A spinner without a variable is
+    /// left out and named in the log.
     virtual void beginPanel() = 0;
     virtual void endPanel() = 0;
     virtual void beginGroup(std::string name, std::string tooltip) = 0;
@@ -154,7 +155,9 @@ public:
 
     /// Return a snapshot of a node, for reading and animating it; null for a null node (logged), or
     /// if the host has none. Give each back before the next of its kind on that node, as the scoped
-    /// ones of scoped_snapshot.h do. LensSnapshot::fromHandle() reads the lens.
+    /// ones of scoped_snapshot.h do. One that is still out when the tool returns from the call of
+    /// CCamera in which it took it is ended then, and named in the log. LensSnapshot::fromHandle()
+    /// reads the lens.
     virtual TransformSnapshot* getSnapshot(SceneNode* node, double time) = 0;
     virtual HelperSnapshot* getHelperSnapshot(SceneNode* node) = 0;
     virtual MeshSnapshot* getMeshSnapshot(SceneNode* node, double time) = 0;

@@ -38,8 +38,8 @@ protected:
 ///    CInterface::getSnapshot(node, time).
 /// 2. Read and write as often as needed. While a recording or a resimulation runs, a write sets one
 ///    key at that time on each curve that it names; otherwise it changes the value at rest.
-/// 3. Give it back with CInterface::nodeQuery5(node) before the next snapshot of that node;
-///    ScopedTransform does.
+/// 3. Give it back with CInterface::nodeQuery5(node) before the next snapshot of that node and
+///    before the tool returns; ScopedTransform does.
 ///
 /// The adaptor owns the object; it is valid, and its operations may be called, until it is given
 /// back.
@@ -91,10 +91,12 @@ protected:
 ///    key at that time on the curve that it names; otherwise it changes the value at rest. A value
 ///    that isn't above 0, or isn't finite, is ignored. A lens to which a take writes nothing gets
 ///    no key from it.
-/// 3. Give it back with release() before the next lens snapshot of that node; ScopedLens does.
+/// 3. Give it back with release() before the next lens snapshot of that node and before the tool
+///    returns; ScopedLens does.
 ///
-/// The adaptor owns the object; it is valid until it is given back. The host's picture size decides
-/// which field of view a focal length results in.
+/// A tool gets one of the core's, which hands each call on to the adaptor's until it is given back;
+/// after that it reads 0 and writes nothing. The adaptor owns its own, which is valid until then.
+/// The host's picture size decides which field of view a focal length results in.
 class LensSnapshot {
 public:
     /// Millimetres.

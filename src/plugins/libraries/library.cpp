@@ -1,7 +1,6 @@
 #include "plugins/libraries/library.h"
 
 #include "core/base/sdk/log.h"
-#include "plugins/contract/extension_ids.h"
 #include "plugins/libraries/library_manager.h"
 #include "plugins/libraries/plugin.h"
 
@@ -48,9 +47,7 @@ Plugin* Library::findPlugin(const std::string& type) const {
     const auto isOfType = [&type](Plugin* plugin) {
         if (plugin->getName() == type)
             return true;
-        std::vector<std::string> oldNames;
-        plugin->getDescriptor()->extend(DescriptorExtension::kOldNames,
-                                        reinterpret_cast<std::intptr_t>(&oldNames));
+        const std::vector<std::string> oldNames = plugin->getOldNames();
         return std::find(oldNames.begin(), oldNames.end(), type) != oldNames.end();
     };
     const auto found = std::find_if(plugins_.begin(), plugins_.end(), isOfType);

@@ -1,5 +1,6 @@
 #include "plugins/libraries/library_manager.h"
 
+#include "core/base/border.h"
 #include "core/base/error_codes.h"
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
@@ -109,7 +110,9 @@ Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& co
                       "it isn't a library of tools: it lacks getVersion");
         return nullptr;
     }
-    if (const std::int32_t version = getVersion(); version != kPluginInterfaceVersion) {
+    const auto who = [&path] { return "The library " + path; };
+    if (const std::int32_t version = Border::ask(who, "getVersion", std::int32_t{0}, getVersion);
+        version != kPluginInterfaceVersion) {
         code = refuse(path, Codes::kLibraryWrongVersion,
                       "it has version " + std::to_string(version) + " of the tool contract, not " +
                           std::to_string(kPluginInterfaceVersion));
@@ -122,7 +125,11 @@ Library* LibraryManager::createLibrary(const std::string& path, std::int32_t& co
         return nullptr;
     }
     auto* const library = new Library(module.keep(), path);
-    for (std::int32_t i = 0; CCameraPlugin* const descriptor = getPlugin(i); ++i) {
+    for (std::int32_t i = 0;; ++i) {
+        CCameraPlugin* descriptor = nullptr;
+        (void)Border::call(who, "getPlugin", [&] { descriptor = getPlugin(i); });
+        if (descriptor == nullptr)
+            break;
         std::int32_t ignored = 0;
         Plugin::create(library, descriptor, ignored);
         if (i + 1 == kMostPlugins) {

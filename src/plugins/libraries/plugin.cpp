@@ -1,15 +1,18 @@
 #include "plugins/libraries/plugin.h"
 
+#include "core/base/border.h"
 #include "core/base/error_codes.h"
 #include "core/base/folders.h"
 #include "core/base/sdk/log.h"
 #include "platform/sdk/files.h"
+#include "plugins/contract/extension_ids.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/libraries/instance_maker.h"
 #include "plugins/libraries/library.h"
 #include "plugins/libraries/library_manager.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace MVR {
 namespace {
@@ -29,12 +32,18 @@ Plugin* Plugin::create(Library* library, CCameraPlugin* descriptor, std::int32_t
         error = reportCode(Codes::kPluginNoHandler);
         return nullptr;
     }
-    entry.write(descriptor->getName());
-    return new Plugin(library, descriptor);
+    std::string name;
+    if (!Border::call([library] { return "A kind of tool of " + library->getPath(); }, "getName",
+                      [&] { name = descriptor->getName(); })) {
+        error = reportCode(Codes::kException);
+        return nullptr;
+    }
+    entry.write(name);
+    return new Plugin(library, descriptor, std::move(name));
 }
 
-Plugin::Plugin(Library* library, CCameraPlugin* descriptor)
-    : MessageNode("Plugin"), library_(library), descriptor_(descriptor) {
+Plugin::Plugin(Library* library, CCameraPlugin* descriptor, std::string name)
+    : MessageNode("Plugin"), library_(library), descriptor_(descriptor), name_(std::move(name)) {
     Log entry("Creating Plugin", Log::Notice);
     entry.write("name", getName(), Log::OwnLevel);
     createFolders();
@@ -49,7 +58,55 @@ Plugin::~Plugin() {
         instances_.back()->end();
     library_->unregisterPlugin(this);
     entry.write("Destroying CPlugin");
-    descriptor_.reset();
+    (void)Border::call([this] { return describe(); }, "destroy",
+                       [this] { descriptor_->destroy(); });
+}
+
+std::string Plugin::describe() const {
+    return "The kind of tool " + name_ + " of " + library_->getPath();
+}
+
+template <class Answer>
+Answer Plugin::ask(const char* operation, Answer (CCameraPlugin::*operationOf)()) const {
+    return Border::ask([this] { return describe(); }, operation, Answer(),
+                       [&] { return (descriptor_->*operationOf)(); });
+}
+
+std::string Plugin::getKey() const {
+    return ask("getKey", &CCameraPlugin::getKey);
+}
+
+std::string Plugin::getDescription() const {
+    return ask("getDescription", &CCameraPlugin::getDescription);
+}
+
+std::string Plugin::getAuthor() const {
+    return ask("getAuthor", &CCameraPlugin::getAuthor);
+}
+
+std::string Plugin::getAbout() const {
+    return ask("getAbout", &CCameraPlugin::getAbout);
+}
+
+std::string Plugin::getVersionText() const {
+    return Border::ask([this] { return describe(); }, "getVersion", std::string(),
+                       [this] { return descriptor_->getVersionText(); });
+}
+
+std::vector<std::string> Plugin::getOldNames() const {
+    std::vector<std::string> names;
+    (void)Border::call([this] { return describe(); }, "extend(16)",
+                       [&] {
+                           descriptor_->extend(DescriptorExtension::kOldNames,
+                                               reinterpret_cast<std::intptr_t>(&names));
+                       });
+    return names;
+}
+
+bool Plugin::isInternal() const {
+    return Border::ask(
+        [this] { return describe(); }, "supportsExtension", false,
+        [this] { return descriptor_->supportsExtension(DescriptorExtension::kInternal); });
 }
 
 /// Makes the folders of each level of the key, and in the last those of the profiles. One that
@@ -60,7 +117,7 @@ void Plugin::createFolders() const {
         return;
     std::vector<std::string> folders{root.substr(0, root.find_last_of("/\\")), root,
                                      root + "\\Data\\"};
-    std::string path = folders.back() + descriptor_->getKey();
+    std::string path = folders.back() + getKey();
     for (std::size_t i = folders.back().size(); i < path.size(); ++i)
         if (path[i] == '/' || path[i] == '\\') {
             folders.push_back(path.substr(0, i));
@@ -76,7 +133,7 @@ void Plugin::gatherProfiles(XMLFileManager& list, const char* sharedFile, const 
                             const char* folder) const {
     const std::string documents = resolveDocumentsPath();
     const std::string shared = readInstallValue("datapath");
-    const std::string key = descriptor_->getKey();
+    const std::string key = getKey();
     const std::string own = documents + dataFolder + key + folder;
     if (!documents.empty()) // otherwise it would be a folder in the machine's root
         list.setDestinationPath(own);
@@ -134,7 +191,7 @@ PluginInstance* Plugin::createInstance(CoreImplementation* core, const std::stri
 
 std::vector<std::string> Plugin::getCategories() const {
     std::vector<std::string> names;
-    std::string rest = descriptor_->getCategory();
+    std::string rest = ask("getCategory", &CCameraPlugin::getCategory);
     while (!rest.empty() && rest.front() != ';') {
         const std::size_t end = rest.find(';');
         names.push_back(rest.substr(0, end));
@@ -159,7 +216,7 @@ Tag Plugin::makeData(const std::string& type) {
 
 std::string Plugin::getUserDataFolder() const {
     const std::string root = resolveDocumentsPath();
-    return root.empty() ? root : root + "\\data\\" + descriptor_->getKey() + "\\";
+    return root.empty() ? root : root + "\\data\\" + getKey() + "\\";
 }
 
 } // namespace MVR

@@ -26,15 +26,28 @@ class Plugin final : public Util::DynamicObject, public Util::MessageNode {
 public:
     /// Makes a plug-in of `library`, which owns it; it owns `descriptor`. If one of them is null,
     /// returns null, with the code of "PLUGIN_NOPARENTLIBRARY" or "PLUGIN_NOHANDLER" in `error`,
-    /// and the caller keeps `descriptor`. On success `error` stays as it is.
+    /// and the caller keeps `descriptor`; so too, with "EXCEPTION", if that throws when asked for
+    /// its name. On success `error` stays as it is.
     static Plugin* create(Library* library, CCameraPlugin* descriptor, std::int32_t& error);
     /// Destroys the instances, last first, removes itself from the library and frees the
     /// descriptor.
     ~Plugin() override;
 
     /// Returns the type name, which is the descriptor's.
-    [[nodiscard]] std::string getName() const override { return descriptor_->getName(); }
-    [[nodiscard]] CCameraPlugin* getDescriptor() const { return descriptor_.get(); }
+    [[nodiscard]] std::string getName() const override { return name_; }
+    /// For making tool objects; what else the descriptor tells, the operations below ask of it.
+    [[nodiscard]] CCameraPlugin* getDescriptor() const { return descriptor_; }
+
+    // What the descriptor answers; empty if it throws.
+    [[nodiscard]] std::string getKey() const;
+    [[nodiscard]] std::string getDescription() const;
+    [[nodiscard]] std::string getAuthor() const;
+    [[nodiscard]] std::string getAbout() const;
+    [[nodiscard]] std::string getVersionText() const;
+    /// Returns the type names that saved data may still use.
+    [[nodiscard]] std::vector<std::string> getOldNames() const;
+    /// Returns true if the user isn't offered the tool.
+    [[nodiscard]] bool isInternal() const;
     [[nodiscard]] const Library& getLibrary() const { return *library_; }
 
     [[nodiscard]] std::int32_t getInstanceCount() const { return instanceCount_; }
@@ -67,7 +80,10 @@ public:
     [[nodiscard]] InputProfileManager& getInputProfiles() { return inputProfiles_; }
 
 private:
-    Plugin(Library* library, CCameraPlugin* descriptor);
+    Plugin(Library* library, CCameraPlugin* descriptor, std::string name);
+    template <class Answer>
+    [[nodiscard]] Answer ask(const char* operation, Answer (CCameraPlugin::*operationOf)()) const;
+    [[nodiscard]] std::string describe() const;
     void createFolders() const;
     void gatherProfiles(XMLFileManager& list, const char* sharedFile, const char* dataFolder,
                         const char* folder) const;
@@ -75,7 +91,8 @@ private:
     void closeGaps() const;
 
     Library* library_;
-    Util::Owned<CCameraPlugin> descriptor_;
+    CCameraPlugin* descriptor_; // owned
+    std::string name_;
     // In order of creation, owned unless a reference owns them; destroying either destroys both. A
     // removed one leaves a gap, and a removed last one also removes the gaps before it, so that the
     // time to destroy a tree grows only with its instances.

@@ -1,5 +1,6 @@
 #include "plugins/model/node_visibility.h"
 
+#include "core/base/border.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
 #include "instance/plugin_instance.h"
@@ -53,15 +54,18 @@ void setVisibleBelow(SceneNode& top, bool visible) {
 
 template <class Visit>
 void forEachNode(InstanceReference& top, Visit visit) {
-    GUI::TreeNode::walk(
-        top,
-        [&visit](GUI::TreeNode& each) {
-            auto& reference = static_cast<InstanceReference&>(each);
-            if (CoreServices* const core = reference.getServices())
-                for (SceneNode* node : core->getAdaptor()->getNodes(reference.getInstance()))
-                    visit(*node);
-            return false;
-        });
+    std::vector<InstanceReference*> references;
+    top.collectInstances(references);
+    // The host may end tools when it is asked.
+    const std::vector<InstanceReference::Watch> tools(references.begin(), references.end());
+    for (const InstanceReference::Watch& tool : tools) {
+        CoreServices* const core = tool.get() != nullptr ? tool.get()->getServices() : nullptr;
+        if (core == nullptr)
+            continue;
+        for (SceneNode* node : core->getAdaptor()->getNodes(tool.get()->getInstance()))
+            if (tool.get() != nullptr)
+                (void)Border::callNode("a change of its visibility", [&] { visit(*node); });
+    }
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "plugins/model/tool_start.h"
 
+#include "core/base/border.h"
 #include "core/base/error_codes.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
@@ -48,7 +49,7 @@ bool ToolStart::run(std::string folder) {
 
 bool ToolStart::initialise(std::string folder) {
     Log entry("initializing plugin", Log::Notice);
-    CCamera& tool = *instance().getCode();
+    ToolObject& tool = instance().getTool();
     tool.extend(ToolExtension::kDataFolder, reinterpret_cast<std::intptr_t>(&folder));
     if (!isAlive())
         return false;
@@ -66,7 +67,7 @@ bool ToolStart::initialise(std::string folder) {
 
 bool ToolStart::createNew() {
     Log entry("creating plugin", Log::Notice);
-    if (const std::int32_t code = instance().getCode()->create(); code != 0) {
+    if (const std::int32_t code = instance().getTool().create(); code != 0) {
         logRefusal("instance create returned error", code);
         giveUp();
         return false;
@@ -96,7 +97,7 @@ bool ToolStart::resume() {
     ToolLoading tool{*reference_.get(), instance(), place_, {}};
     loadElements(Moment::Resuming, tool, data_);
     Log entry("loading plugin", Log::Notice);
-    if (const std::int32_t code = instance().getCode()->load(); code != 0) {
+    if (const std::int32_t code = instance().getTool().load(); code != 0) {
         logRefusal("instance load returned error", code);
         giveUp();
         return false;
@@ -112,6 +113,8 @@ bool ToolStart::bindNodes() {
     const std::vector<std::string> names = NodeListElement::readNames(nodeInfo);
     const std::string dataName = reference_.get()->getInstanceName();
     std::vector<SceneNode*> nodes = adaptor().resolveNodes(nodeInfo, dataName, &instance());
+    if (!isAlive())
+        return false;
     nodes.resize(names.size());
     bool isComplete = true;
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -126,11 +129,17 @@ bool ToolStart::bindNodes() {
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (nodes[i] == nullptr)
             continue;
-        if (isComplete && nodes[i]->bindTest(&instance(), names[i]) != 0 &&
-            adaptor().createNode(&instance(), names[i]) == nullptr)
-            place_.log("node " + names[i], "the host can't make it");
-        nodes[i]->release(nodes[i]);
+        (void)Border::callNode(
+            "bindTest",
+            [&] {
+                if (isComplete && isAlive() && nodes[i]->bindTest(&instance(), names[i]) != 0 &&
+                    isAlive() && adaptor().createNode(&instance(), names[i]) == nullptr)
+                    place_.log("node " + names[i], "the host can't make it");
+            });
+        (void)Border::callNode("release", [&] { nodes[i]->release(nodes[i]); });
     }
+    if (!isAlive())
+        return false;
     if (!isComplete)
         giveUp();
     return isComplete;

@@ -1,5 +1,6 @@
 #include "recording/order/run_order.h"
 
+#include "core/base/border.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "plugins/contract/scene_node.h"
@@ -13,18 +14,21 @@ namespace MVR {
 namespace {
 
 using NameOf = std::function<std::string(std::size_t)>;
+using IsThere = std::function<bool(std::size_t)>;
 
 /// Depth first over the tools and the tools that own their nodes' parents. A loop with a stack of
 /// its own, since each tool of a long chain waits for the one above it.
 class RunOrder {
 public:
-    RunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools, const NameOf& nameOf)
-        : tools_(tools), nameOf_(nameOf), isVisited_(tools.size(), false) {
+    RunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools, const NameOf& nameOf,
+             const IsThere& isThere)
+        : tools_(tools), nameOf_(nameOf), isThere_(isThere), isVisited_(tools.size(), false) {
         nodes_.reserve(tools.size());
         nodesEnd_.reserve(tools.size());
         indices_.reserve(tools.size());
         for (std::size_t i = 0; i < tools.size(); ++i) {
-            const std::vector<SceneNode*> nodes = host.getNodes(tools[i]);
+            const std::vector<SceneNode*> nodes =
+                isThere(i) ? host.getNodes(tools[i]) : std::vector<SceneNode*>();
             nodes_.insert(nodes_.end(), nodes.begin(), nodes.end());
             nodesEnd_.push_back(nodes_.size());
             indices_.emplace(tools[i], i);
@@ -56,16 +60,26 @@ private:
         while (!open_.empty()) {
             Visit& current = open_.back();
             if (current.parent != nullptr)
-                nodes_[current.nextNode++]->release(std::exchange(current.parent, nullptr));
-            if (current.nextNode < nodesEnd_[current.index]) {
-                visitNode(current);
+                giveBackParent(current);
+            if (current.nextNode < nodesEnd_[current.index] && isThere_(current.index)) {
+                // Last it may open another visit, which moves `current`; then nothing throws.
+                if (!Border::callNode("getParent", [&] { visitNode(current); }) &&
+                    current.parent == nullptr)
+                    ++current.nextNode;
                 continue;
             }
-            if (isLogged_)
+            if (isLogged_ && isThere_(current.index))
                 log_.write("    add: " + nameOf_(current.index));
             order_.push_back(current.index);
             open_.pop_back();
         }
+    }
+
+    void giveBackParent(Visit& current) {
+        SceneNode* const node = nodes_[current.nextNode++];
+        SceneNode* const parent = std::exchange(current.parent, nullptr);
+        if (isThere_(current.index))
+            (void)Border::callNode("release", [&] { node->release(parent); });
     }
 
     void visitNode(Visit& current) {
@@ -78,7 +92,7 @@ private:
         }
         write("    Parent: ", current.parent->getName());
         const auto owner = indices_.find(current.parent->getOwner());
-        if (owner != indices_.end() && !isVisited_[owner->second] &&
+        if (owner != indices_.end() && !isVisited_[owner->second] && isThere_(owner->second) &&
             owns(owner->second, *current.parent))
             begin(owner->second); // `current` may have moved
     }
@@ -100,6 +114,7 @@ private:
 
     const std::vector<CInterface*>& tools_;
     const NameOf& nameOf_;
+    const IsThere& isThere_;
     std::vector<SceneNode*> nodes_;     // of all tools, in one piece of memory
     std::vector<std::size_t> nodesEnd_; // in nodes_, by index in tools_
     std::unordered_map<const CInterface*, std::size_t> indices_; // in tools_
@@ -110,25 +125,27 @@ private:
     const bool isLogged_ = Log::getThreshold() >= Log::Notice;
 };
 
-void writeNames(std::string text, const std::vector<std::size_t>& order, const NameOf& nameOf) {
+void writeNames(std::string text, const std::vector<std::size_t>& order, const NameOf& nameOf,
+                const IsThere& isThere) {
     for (const std::size_t index : order)
-        text += nameOf(index) + "\n";
+        if (isThere(index))
+            text += nameOf(index) + "\n";
     Log(Log::Notice).write(text);
 }
 
 } // namespace
 
 std::vector<std::size_t> findRunOrder(AdaptorInterface& host, const std::vector<CInterface*>& tools,
-                                      const NameOf& nameOf) {
+                                      const NameOf& nameOf, const IsThere& isThere) {
     const bool isLogged = Log::getThreshold() >= Log::Notice;
     if (isLogged) {
         std::vector<std::size_t> given(tools.size());
         std::iota(given.begin(), given.end(), std::size_t{0});
-        writeNames("Before sort: ", given, nameOf);
+        writeNames("Before sort: ", given, nameOf, isThere);
     }
-    std::vector<std::size_t> order = RunOrder(host, tools, nameOf).find();
+    std::vector<std::size_t> order = RunOrder(host, tools, nameOf, isThere).find();
     if (isLogged)
-        writeNames("After sort: ", order, nameOf);
+        writeNames("After sort: ", order, nameOf, isThere);
     return order;
 }
 

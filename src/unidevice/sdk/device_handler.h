@@ -1,9 +1,11 @@
 #pragma once
 
 #include "core/util/sdk/singleton.h"
+#include "unidevice/sdk/lookup_index.h"
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace MVR {
@@ -22,7 +24,9 @@ class Driver;
 /// code: it calls `DeviceHandler::adopt(handler)` with the handler it is given, before anything
 /// else, so that its own `instance()` yields the library's, and may look things up at any time from
 /// then on. The operations that poll, activate, detect, reset and destroy are the core's to call.
-/// Host thread only.
+/// Drivers and devices may come and go during each of their calls; one that comes is called the
+/// next time. What a driver or a device throws is named in the log, and it is left out of polling
+/// and detection until the next activation. Host thread only.
 class DeviceHandler : public MVR::Util::Singleton<DeviceHandler> {
 public:
     DeviceHandler(const DeviceHandler&) = delete;
@@ -60,6 +64,11 @@ public:
     /// `excluded` lists controls to leave out, or is null.
     Control* detectControl(const std::vector<Control*>* excluded);
 
+    /// Returns the first control of `device` that `tag` names, or null; for Device::findControl().
+    [[nodiscard]] Control* findControlOf(Device& device, std::int32_t count, const MVR::Tag& tag);
+    /// Forgets where the controls of `device` are, which leaves the list.
+    void forgetControlsOf(const Device* device) { controlPlaces_.erase(device); }
+
     /// Destroys all listed devices, last first.
     void destroyDevices();
 
@@ -71,9 +80,23 @@ public:
     std::vector<Driver*> drivers;
     std::vector<Device*> devices; ///< see `Device::registerWith`
 
+    /// Set by the core: names a driver and its library, for the log; null for the driver's name
+    /// alone.
+    std::string (*describeDriver)(const Driver& driver) = nullptr;
+
 private:
     friend class MVR::Util::Singleton<DeviceHandler>;
     DeviceHandler() = default;
+
+    /// Calls all drivers, also after a failure.
+    bool callAll(const char* operation, bool (Driver::*act)());
+    template <class Call>
+    bool callDriver(Driver& driver, const char* operation, const Call& call);
+    [[nodiscard]] bool hasFailed(const Driver& driver) const;
+
+    mutable LookupIndex devicePlaces_;
+    std::unordered_map<const Device*, LookupIndex> controlPlaces_;
+    std::vector<const Driver*> failed_; // those that threw since the last activation
 };
 
 } // namespace UniDevice

@@ -29,6 +29,10 @@ class Device;
 ///    first, then the library is freed. None of its code may run after that: no thread, no
 ///    callback.
 ///
+/// An exception that leaves one of these calls is caught and named in the log. A driver or device
+/// that threw is left out of polling and detection until the next `activate`, `deactivate` or
+/// `prepareDetection`; its controls keep their values.
+///
 /// The core calls the virtual operations, at these moments; `device` and `deviceCount` at any time
 /// from 2 to 6. The order of the virtual operations is shared with separately built libraries.
 class Driver {

@@ -1,5 +1,6 @@
 #include "plugins/model/elements/high_poly.h"
 
+#include "core/base/border.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
@@ -9,8 +10,6 @@
 #include "plugins/model/model_paths.h"
 #include "plugins/model/model_place.h"
 #include "plugins/model_parts.h"
-
-#include <algorithm>
 
 namespace MVR {
 namespace {
@@ -112,10 +111,9 @@ void HighPoly::mergeFile(CoreServices& services, const std::string& file, const 
     place.listen("");
     if (nodes_.empty() && faults.size() == faultsBefore) // the host didn't tell why
         place.log(kWord, "the host can't merge " + file);
-    nodes_.erase(std::remove(nodes_.begin(), nodes_.end(), nullptr), nodes_.end());
     for (SceneNode* node : nodes_) {
         byName_.emplace(node->getName(), node);
-        treatMergedNode(*node, postMerge_);
+        (void)Border::callNode(kWord, [&] { treatMergedNode(*node, postMerge_); });
     }
 }
 
@@ -126,13 +124,14 @@ SceneNode* HighPoly::find(const std::string& name) const {
 
 void HighPoly::nameNodes(const std::string& toolName) {
     for (SceneNode* node : nodes_)
-        node->setName(toolName + "_" + node->getHostName());
+        (void)Border::callNode("setName",
+                               [&] { node->setName(toolName + "_" + node->getHostName()); });
     releaseNodes();
 }
 
 void HighPoly::releaseNodes() {
     for (SceneNode* node : nodes_)
-        node->release(node);
+        (void)Border::callNode("release", [node] { node->release(node); });
     nodes_.clear();
     byName_.clear();
 }

@@ -40,14 +40,18 @@ Tag filter(const Tag& node, std::uint32_t mask) {
 void NodeListElement::save(const ToolSaving& tool, Tag& nodeInfo) {
     AdaptorInterface& adaptor = *tool.instance.getServices().getAdaptor();
     const UnknownElements& unknown = tool.reference.getModelParts().read<UnknownElements>();
+    const InstanceReference::Watch alive(&tool.reference); // the host may end it when it is asked
     for (SceneNode* node : adaptor.getNodes(&tool.instance)) {
+        if (alive.get() == nullptr)
+            return;
         Tag& tag = nodeInfo.addChild(Tag::element(kWord));
         const std::string name = node->getName();
         tag.attributeRef(kNameAttribute) = name;
         saveNode({tool, *node}, tag);
         unknown.writeToNode(name, tag);
     }
-    tool.reference.getModelParts().read<NodeListElement>().addMissing(tool, nodeInfo);
+    if (alive.get() != nullptr)
+        tool.reference.getModelParts().read<NodeListElement>().addMissing(tool, nodeInfo);
 }
 
 void NodeListElement::addMissing(const ToolSaving& tool, const Tag& nodeInfo) const {

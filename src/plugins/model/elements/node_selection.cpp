@@ -1,5 +1,6 @@
 #include "plugins/model/elements/node_selection.h"
 
+#include "core/base/border.h"
 #include "core/base/sdk/log.h"
 #include "instance/plugin_instance.h"
 #include "plugins/contract/extension_ids.h"
@@ -56,11 +57,13 @@ void NodeSelection::load(ToolLoading& tool, const Tag& nodeInfo) {
             selection.missing_.keep(place, tag);
             continue;
         }
-        if (place == selected.front())
-            node->extend(NodeCommand::kOpenSelection, 0);
-        node->select();
-        if (place == selected.back())
-            node->extend(NodeCommand::kCloseSelection, 0);
+        (void)Border::callNode(kWord, [&] {
+            if (place == selected.front())
+                node->extend(NodeCommand::kOpenSelection, 0);
+            node->select();
+            if (place == selected.back())
+                node->extend(NodeCommand::kCloseSelection, 0);
+        });
         selection.add(*owner, node->getName());
     }
 }

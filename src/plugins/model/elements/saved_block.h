@@ -22,7 +22,7 @@ struct SavedBlockElement {
     static bool isIn(const Tag& data) { return !data.child(kWord).isEmpty(); }
     static void save(const ToolSaving& tool, Tag& out) {
         const InstanceReference::Watch alive(&tool.reference);
-        const std::int32_t code = tool.instance.getCode()->save();
+        const std::int32_t code = tool.instance.getTool().save();
         if (alive.get() == nullptr)
             return;
         const void* bytes = nullptr;

@@ -1,5 +1,6 @@
 #include "plugins/model/elements/table.h"
 
+#include "core/base/border.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/catalogue_words.h"
 #include "plugins/model/elements/config_profile.h"
@@ -176,13 +177,15 @@ void loadNodeInfo(ToolLoading& tool, const Tag& nodeInfo) {
 void saveNode(const NodeSaving& node, Tag& out) {
     for (const NodeElement& row : kInNode)
         if (isWritten(row.bits, node.tool.mask))
-            row.save(node, out);
+            (void)Border::callNode(
+                row.word, [&] { row.save(node, out); });
 }
 
 void loadNode(NodeLoading& node, const Tag& data) {
     for (const NodeElement& row : kNodeReading)
         if ((row.bits & node.tool.stages) != 0)
-            row.load(node, data);
+            (void)Border::callNode(
+                row.word, [&] { row.load(node, data); });
 }
 
 bool isElementOfTool(std::string_view word) {

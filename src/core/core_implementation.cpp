@@ -6,6 +6,7 @@
 #include "instance/plugin_instance.h"
 #include "platform/windows.h"
 #include "plugins/contract/model_words.h"
+#include "plugins/creation.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/unknown_elements.h"
 #include "plugins/model/model_file.h"
@@ -128,7 +129,7 @@ void CoreImplementation::loadConfiguration(Tag configuration) {
         return;
     if (configuration.hasName(ModelWord::kTree))
         UnknownElements::readTree(configuration, getRoot()->getModelParts());
-    create(std::move(configuration), nullptr, false);
+    createTools(door_, std::move(configuration), nullptr, nullptr, InsertOrder::AsInData);
 }
 
 void CoreImplementation::deleteAllInstances() {

@@ -1,5 +1,6 @@
 #include "instance/instance_inputs.h"
 
+#include "data/writable_name.h"
 #include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device_handler.h"
@@ -30,8 +31,8 @@ UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t a
     UniDevice::Property* const property =
         properties_.getOrCreate(name, acceptedKinds, HeldProperty::Maker());
     kept_.try_emplace(property, *property);
-    const Tag kept = unknownProperties_.release([&name](const Tag& entry) {
-        return entry.hasName(kProperty) && entry.attribute(kName) == name;
+    const Tag kept = unknownProperties_.release([property](const Tag& entry) {
+        return entry.hasName(kProperty) && writableName(entry.attribute(kName)) == property->name;
     });
     if (!kept.isEmpty())
         (void)applyProperty(*property, kept);

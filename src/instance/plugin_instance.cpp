@@ -4,6 +4,7 @@
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
 #include "core/services/tool_list_changes.h"
+#include "data/writable_name.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instance_manager.h"
@@ -59,8 +60,8 @@ PluginInstance::PluginInstance(CoreImplementation* core, CoreServices& services,
                                const std::string& wanted)
     : MessageNode("PluginInstance"), plugin_(plugin), core_(core), services_(services) {
     CCameraPlugin* const descriptor = plugin->getDescriptor();
-    name = services.getTree().getNames().makeUnique(wanted.empty() ? descriptor->getName() + "_01"
-                                                                   : wanted);
+    name = services.getTree().getNames().makeUnique(isBlank(wanted) ? descriptor->getName() + "_01"
+                                                                    : wanted);
     setDriver(UniDevice::DeviceHandler::instance()->findDriver("dummydriver"));
     CCamera::CreateParam param;
     param.name = name;
@@ -88,6 +89,8 @@ AdaptorInterface* PluginInstance::adaptor() const {
 }
 
 void PluginInstance::setName(std::string wanted) {
+    if (isBlank(wanted))
+        return;
     InstanceNames& names = services_.getTree().getNames();
     std::string unique = names.makeUnique(wanted);
     if (nameInUse_) {

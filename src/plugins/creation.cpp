@@ -39,8 +39,9 @@ std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
 /// each may begin another creation meanwhile.
 class Creation {
 public:
-    Creation(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent)
-        : services_(services), parent_(parent != nullptr ? parent : root()) {
+    Creation(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent,
+             InsertOrder order)
+        : services_(services), order_(order), parent_(parent != nullptr ? parent : root()) {
         entry_.write("parent", parent_.get() != nullptr ? parent_.get()->getLabel() : "(NULL)",
                      Log::OwnLevel);
         wrap(std::move(data));
@@ -81,6 +82,7 @@ private:
     InstanceReference* insert();
 
     CoreServices& services_;
+    const InsertOrder order_;
     const FaultList::Operation operation_{services_.getFaults()};
     const ToolListChanges::Scope change_{services_.getToolListChanges()};
     Log entry_{"Creating instance", Log::Notice};
@@ -153,16 +155,21 @@ std::size_t Creation::tellMissing() {
     return missing;
 }
 
-/// Moves the tools from the holder into the tree, last first. Returns the one that is moved last.
+/// Moves the tools from the holder into the tree. Returns the first one of the data.
 InstanceReference* Creation::insert() {
     entry_.write("Inserting nodes to tree");
     InstanceReference* const parent = parent_.get() != nullptr ? parent_.get() : root();
+    // Inserting at a fixed place turns the order round.
+    const std::int32_t end =
+        parent != nullptr ? static_cast<std::int32_t>(parent->getChildren().size()) : 0;
     InstanceReference* first = nullptr;
     while (!holder_->getChildren().empty()) {
         InstanceReference* const last =
             holder_->getChildReference(holder_->getChildren().size() - 1);
         holder_->GUI::TreeNode::remove(last);
-        if (parent != nullptr)
+        if (parent != nullptr && order_ == InsertOrder::AsInData)
+            parent->insert(last, end);
+        else if (parent != nullptr)
             parent->add(last);
         else if (first != nullptr) // without a tree there is room for one, the root
             first->destroy();
@@ -175,9 +182,9 @@ InstanceReference* Creation::insert() {
 
 } // namespace
 
-Created createTools(CoreServices& services, Tag data, InstanceReference* parent,
-                    RecentList* recent) {
-    return Creation(services, std::move(data), parent, recent).run();
+Created createTools(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent,
+                    InsertOrder order) {
+    return Creation(services, std::move(data), parent, recent, order).run();
 }
 
 std::int32_t createFromModel(CoreServices& services, const std::string& path,

@@ -57,6 +57,7 @@ public:
     /// Returns "name - plug-in", such as "Camera_01 - Camera".
     std::string getLabel() override;
     /// Gives the tool the user's new name, with or without the plug-in; it is made unique.
+    /// A blank one changes nothing.
     void setLabel(std::string text) override;
 
     /// Null for a holder.

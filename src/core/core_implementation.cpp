@@ -3,6 +3,7 @@
 #include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/core_door.h"
+#include "data/user_file.h"
 #include "instance/plugin_instance.h"
 #include "platform/windows.h"
 #include "plugins/contract/model_words.h"
@@ -54,7 +55,7 @@ void CoreImplementation::readRecent() {
 
 void CoreImplementation::writeRecent() const {
     const std::string folder = getUserFolder();
-    if (!folder.empty() && !getRecent().save(folder + kRecentFile))
+    if (!folder.empty() && !saveUserFile(getRecent(), folder + kRecentFile))
         Log(Log::Warning).write("Unable to write recent list", folder, Log::OwnLevel);
 }
 

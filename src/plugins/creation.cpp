@@ -41,9 +41,9 @@ class Creation {
 public:
     Creation(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent,
              InsertOrder order)
-        : services_(services), order_(order), parent_(parent != nullptr ? parent : root()) {
-        entry_.write("parent", parent_.get() != nullptr ? parent_.get()->getLabel() : "(NULL)",
-                     Log::OwnLevel);
+        : services_(services), order_(order), parent_(parent) {
+        InstanceReference* const below = place();
+        entry_.write("parent", below != nullptr ? below->getLabel() : "(NULL)", Log::OwnLevel);
         wrap(std::move(data));
         if (recent != nullptr)
             recent->add(wrapper_);
@@ -74,7 +74,12 @@ public:
     }
 
 private:
-    [[nodiscard]] InstanceReference* root() const { return services_.getTree().getRoot(); }
+    /// Returns what the tools come below: a parent that left the tree can't have them. Null while
+    /// there is no root.
+    [[nodiscard]] InstanceReference* place() const {
+        InstanceReference* const parent = parent_.get();
+        return parent != nullptr && parent->isInTree() ? parent : services_.getTree().getRoot();
+    }
     void wrap(Tag data);
     void instantiateAll();
     void finish();
@@ -158,7 +163,7 @@ std::size_t Creation::tellMissing() {
 /// Moves the tools from the holder into the tree. Returns the first one of the data.
 InstanceReference* Creation::insert() {
     entry_.write("Inserting nodes to tree");
-    InstanceReference* const parent = parent_.get() != nullptr ? parent_.get() : root();
+    InstanceReference* const parent = place();
     // Inserting at a fixed place turns the order round.
     const std::int32_t end =
         parent != nullptr ? static_cast<std::int32_t>(parent->getChildren().size()) : 0;

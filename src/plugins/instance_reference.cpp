@@ -157,16 +157,22 @@ std::string InstanceReference::getLabel() {
     return label;
 }
 
-void InstanceReference::setLabel(std::string text) {
-    if (instance_ == nullptr)
-        return;
-    const std::string suffix = " - " + instance_->getPlugin()->getName();
+std::string InstanceReference::nameInLabel(std::string text) const {
+    const std::string suffix =
+        instance_ != nullptr ? " - " + instance_->getPlugin()->getName() : std::string();
     const std::size_t at = text.rfind(suffix);
     if (at != std::string::npos)
         text.erase(at, suffix.size());
-    if (isBlank(text) || text == instance_->getName())
+    return text;
+}
+
+void InstanceReference::setLabel(std::string text) {
+    if (instance_ == nullptr)
         return;
-    instance_->setName(text);
+    const std::string wanted = nameInLabel(std::move(text));
+    if (isBlank(wanted) || wanted == instance_->getName())
+        return;
+    instance_->setName(wanted);
     if (inTree_)
         getServices()->getToolListChanges().note();
 }

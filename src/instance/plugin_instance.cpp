@@ -168,7 +168,6 @@ std::int32_t PluginInstance::selectObject() {
 }
 
 Tag& PluginInstance::getCustomData(Tag& out) {
-    out = Tag();
     code_->extend(ToolExtension::kGetCustomData, reinterpret_cast<std::intptr_t>(&out));
     return out;
 }

@@ -96,6 +96,7 @@ private:
     std::string folder_;              // of the model
     Util::Owned<InstanceReference> holder_{new InstanceReference};
     std::vector<PlannedTool> planned_;
+    std::size_t textLeft_ = kMostModelTextBytes; // for packed tools within packed ones
 };
 
 void Creation::wrap(Tag data) {
@@ -116,7 +117,7 @@ void Creation::instantiateAll() {
             continue;
         std::int32_t error = 0;
         Util::Owned<InstanceReference> reference =
-            instantiate(services_, wrapper_.child(i), error, folder_, planned_);
+            instantiate(services_, wrapper_.child(i), error, folder_, planned_, textLeft_);
         if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error)
             entry_.write("Instanciator returned error", Log::Warning);
         else

@@ -129,8 +129,9 @@ TEST_F(CreationTest, AToolThatFailsIsLeftOutAndTheRestIsCreated) {
         newLog();
         std::int32_t error = -1;
         std::vector<PlannedTool> planned;
-        const Util::Owned<InstanceReference> made =
-            instantiate(core->AdaptorManager::getServices(), each.data, error, "", planned);
+        std::size_t textLeft = 0;
+        const Util::Owned<InstanceReference> made = instantiate(
+            core->AdaptorManager::getServices(), each.data, error, "", planned, textLeft);
         EXPECT_EQ(identifierOf(error), each.identifier);
         EXPECT_EQ(made != nullptr, each.isMade) << each.line;
         EXPECT_EQ(toolCount(), each.isMade ? 3 : 1) << each.line;

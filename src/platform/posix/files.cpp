@@ -293,6 +293,8 @@ bool createFolder(std::string_view path) {
 
 bool createFolders(std::string_view path) {
     const std::string folder = foldPath(path);
+    if (createFolder(folder))
+        return true;
     for (std::size_t end = folder.find('/', 1); end < folder.size();
          end = folder.find('/', end + 1))
         (void)createFolder(folder.substr(0, end)); // if it fails, so does the last one

@@ -9,6 +9,8 @@
 # functions of a tool or a driver. An adaptor is loaded by its host, and only its author knows what
 # that looks up: EXPORTS names it, as the linker sees it; mark each with MVR_EXPORT.
 #
+# Libraries of its own that it needs are found beside it, wherever it is copied to.
+#
 # An adaptor loads the core itself. MIRVANE_CORE_LIBRARY is a text in its sources, the path of the
 # library in the package that it was built with: good for a start, and for tests. One that is shipped
 # finds the library where its own installer put it.
@@ -18,7 +20,12 @@ set(MIRVANE_MODULE_EXPORTS_DIR "${CMAKE_CURRENT_LIST_DIR}")
 function(mirvane_module name)
   cmake_parse_arguments(arg "" "KIND" "EXPORTS;SOURCES" ${ARGN})
   add_library(${name} MODULE ${arg_UNPARSED_ARGUMENTS} ${arg_SOURCES})
-  set_target_properties(${name} PROPERTIES PREFIX "")
+  set(beside "$ORIGIN")
+  if(APPLE)
+    set(beside "@loader_path")
+  endif()
+  set_target_properties(${name} PROPERTIES PREFIX "" BUILD_RPATH "${beside}"
+                                           INSTALL_RPATH "${beside}")
   target_link_libraries(${name} PRIVATE Mirvane::sdk $<TARGET_NAME_IF_EXISTS:mirvane_options>)
   if(NOT arg_KIND)
     return()

@@ -98,7 +98,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     removeEach(configs, folder.path, folder.path + "/file.ocp");
     for (const auto& file : fs::directory_iterator(folder.path)) {
         const std::string name = file.path().filename().string();
-        require(name == "file.oip" || name == "file.ocp" || name == ".mvr-lock");
+        require(name == "file.oip" || name == "file.ocp" || name == ".mvr-lock" ||
+                name == "file.oip.bad" || name == "file.ocp.bad");
     }
     return 0;
 }

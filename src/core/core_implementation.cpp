@@ -3,9 +3,11 @@
 #include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/core_door.h"
+#include "data/user_file.h"
 #include "instance/plugin_instance.h"
 #include "platform/windows.h"
 #include "plugins/contract/model_words.h"
+#include "plugins/creation.h"
 #include "plugins/instance_reference.h"
 #include "plugins/model/elements/unknown_elements.h"
 #include "plugins/model/model_file.h"
@@ -53,7 +55,7 @@ void CoreImplementation::readRecent() {
 
 void CoreImplementation::writeRecent() const {
     const std::string folder = getUserFolder();
-    if (!folder.empty() && !getRecent().save(folder + kRecentFile))
+    if (!folder.empty() && !saveUserFile(getRecent(), folder + kRecentFile))
         Log(Log::Warning).write("Unable to write recent list", folder, Log::OwnLevel);
 }
 
@@ -130,7 +132,7 @@ void CoreImplementation::loadConfiguration(Tag configuration) {
         return;
     if (configuration.hasName(ModelWord::kTree))
         UnknownElements::readTree(configuration, getRoot()->getModelParts());
-    create(std::move(configuration), nullptr, false);
+    createTools(door_, std::move(configuration), nullptr, nullptr, InsertOrder::AsInData);
 }
 
 void CoreImplementation::deleteAllInstances() {

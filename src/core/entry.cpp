@@ -49,12 +49,15 @@ public:
 ToolMaker toolMaker;
 
 void openLogFile() {
-    const std::string documents = resolveDocumentsPath();
+    std::string replaced;
+    const std::string documents = resolveDocumentsPath(&replaced);
     if (documents.empty())
         return;
     const std::string folder = documents + R"(\data\Core\)";
-    if (Platform::createFolder(folder))
+    if (Platform::createFolders(folder))
         Log::setFile(folder + R"(\core.log)");
+    if (!replaced.empty())
+        Log(Log::Warning).write(replaced);
 }
 
 void loadPlugins() {

@@ -115,6 +115,14 @@ ByteBuffer ByteBuffer::decompress() const {
     return result;
 }
 
+std::size_t ByteBuffer::mostDecompressed() const {
+    if (!isBlock(data(), size()))
+        return size();
+    const std::size_t wanted = loadLittle32(data() + 12);
+    const bool isRepeated = loadLittle32(data() + 8) == 1;
+    return std::min(wanted, isRepeated ? kMaxRepeated : size() * 8);
+}
+
 bool ByteBuffer::readFile(const std::string& path) {
     std::string text;
     if (!Platform::readFile(path, text))

@@ -4,9 +4,9 @@
 #include "data/sdk/base64_buffer.h"
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace MVR {
 namespace {
@@ -19,25 +19,6 @@ constexpr std::string_view kMarked = "1";
 bool isRepetition(const ByteBuffer& block) {
     constexpr std::size_t kSymbolCountAt = 8;
     return block.size() >= kSymbolCountAt + 4 && loadLittle32(block.data() + kSymbolCountAt) == 1;
-}
-
-/// Returns true if elements `name` nested in `tree` are packed again. They are never written so,
-/// and each such level would make a small file several times larger.
-bool holdsPacked(const Tag& tree, std::string_view name) {
-    std::vector<const Tag*> waiting{&tree};
-    while (!waiting.empty()) {
-        const Tag& tag = *waiting.back();
-        waiting.pop_back();
-        for (std::int32_t i = 0; i < tag.childCount(); ++i) {
-            const Tag& child = tag.child(i);
-            if (!child.hasName(name))
-                continue;
-            if (isPacked(child))
-                return true;
-            waiting.push_back(&child);
-        }
-    }
-    return false;
 }
 
 } // namespace
@@ -56,15 +37,23 @@ bool isPacked(const Tag& element) {
 }
 
 bool unpackTag(Tag& element) {
+    std::size_t all = std::numeric_limits<std::size_t>::max();
+    return unpackTag(element, all);
+}
+
+bool unpackTag(Tag& element, std::size_t& bytesLeft) {
     if (!isPacked(element))
         return true;
     const Base64Buffer block(element.value());
-    Tag tree;
-    if (isRepetition(block.bytes()) || tree.parse(block.bytes().decompress().view()) != 0 ||
-        holdsPacked(tree, element.name()))
+    if (isRepetition(block.bytes()) || block.bytes().mostDecompressed() > bytesLeft)
         return false;
-    element = std::move(tree);
-    return true;
+    const ByteBuffer text = block.bytes().decompress();
+    bytesLeft -= text.size();
+    Tag tree;
+    const bool isWhole = tree.parse(text.view()) == 0;
+    if (isWhole || tree.kind() == Tag::Element)
+        element = std::move(tree);
+    return isWhole;
 }
 
 } // namespace MVR

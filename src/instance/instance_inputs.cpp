@@ -1,6 +1,7 @@
 #include "instance/instance_inputs.h"
 
 #include "core/base/border.h"
+#include "data/writable_name.h"
 #include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 #include "unidevice/sdk/device_handler.h"
@@ -30,8 +31,8 @@ bool isParameter(const Tag& element) {
 UniDevice::Property* InstanceInputs::add(const std::string& name, std::int32_t acceptedKinds) {
     UniDevice::Property* const property =
         properties_.getOrCreate(name, acceptedKinds, InputProperty::Maker());
-    const Tag kept = unknownProperties_.release([&name](const Tag& entry) {
-        return entry.hasName(kProperty) && entry.attribute(kName) == name;
+    const Tag kept = unknownProperties_.release([property](const Tag& entry) {
+        return entry.hasName(kProperty) && writableName(entry.attribute(kName)) == property->name;
     });
     if (!kept.isEmpty())
         (void)applyProperty(own(*property), kept);

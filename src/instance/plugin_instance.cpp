@@ -6,6 +6,7 @@
 #include "core/services/core_services.h"
 #include "core/services/take_notes.h"
 #include "core/services/tool_list_changes.h"
+#include "data/writable_name.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/instance_manager.h"
 #include "plugins/instance_reference.h"
@@ -59,8 +60,8 @@ List& listOf(ToolObject& tool, std::int32_t extension, List& shared) {
 PluginInstance::PluginInstance(CoreImplementation* core, CoreServices& services, Plugin* plugin,
                                const std::string& wanted)
     : MessageNode("PluginInstance"), plugin_(plugin), core_(core), services_(services) {
-    name = services.getTree().getNames().makeUnique(wanted.empty() ? plugin->getName() + "_01"
-                                                                   : wanted);
+    name = services.getTree().getNames().makeUnique(isBlank(wanted) ? plugin->getName() + "_01"
+                                                                    : wanted);
     setDriver(UniDevice::DeviceHandler::instance()->findDriver("dummydriver"));
     tool_.make(*this);
     plugin->addInstance(membership_);
@@ -96,6 +97,8 @@ void PluginInstance::forEachNode(const char* operation, Visit visit) {
 }
 
 void PluginInstance::setName(std::string wanted) {
+    if (isBlank(wanted))
+        return;
     InstanceNames& names = services_.getTree().getNames();
     std::string unique = names.makeUnique(wanted);
     if (nameInUse_) {
@@ -176,7 +179,6 @@ std::int32_t PluginInstance::selectObject() {
 }
 
 Tag& PluginInstance::getCustomData(Tag& out) {
-    out = Tag();
     tool_.extend(ToolExtension::kGetCustomData, reinterpret_cast<std::intptr_t>(&out));
     return out;
 }

@@ -94,7 +94,7 @@ public:
 
     /// Makes the tool select its object in the host. Returns its answer, or 0 if it can't.
     std::int32_t selectObject();
-    /// Returns what the tool wants saved with it.
+    /// Lets the tool fill `out`, an element that is there, with what it wants saved; returns `out`.
     Tag& getCustomData(Tag& out);
     void setCustomData(Tag data);
     /// Returns true if the tool described a panel with a control in it.

@@ -11,8 +11,8 @@ using LibraryHandle = void*;
 /// Loads a library, all its symbols bound at once and hidden from other libraries. Returns null on
 /// failure, also for a file whose end is missing. A name without a folder is one in the current
 /// folder: system folders are not searched. Further libraries that it needs are found by its own
-/// run path ("$ORIGIN"), not in the current folder. Match each success with one `freeLibrary`.
-/// Stands for LoadLibraryA.
+/// run path, and otherwise beside it, not in the current folder. Match each success with one
+/// `freeLibrary`. Stands for LoadLibraryA.
 LibraryHandle loadLibrary(std::string_view path);
 
 /// Returns the exported function of this name, or null. Valid until the library is freed. Stands

@@ -55,4 +55,8 @@ constexpr std::size_t kRegistryBufferBytes = 1024;
 [[nodiscard]] RegistryResult readRegistryValue(Hive hive, std::string_view key,
                                                std::string_view name, std::string& out);
 
+/// Returns the XDG user folder behind a value of `kShellFoldersKey`, whatever the hives name; "" if
+/// there is none.
+[[nodiscard]] std::string xdgFolder(std::string_view name);
+
 } // namespace MVR::Platform

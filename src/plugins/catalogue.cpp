@@ -2,6 +2,7 @@
 
 #include "core/base/sdk/log.h"
 #include "core/contract/catalogue_words.h"
+#include "core/services/fault_list.h"
 #include "platform/sdk/files.h"
 #include "plugins/libraries/library.h"
 #include "plugins/libraries/library_manager.h"
@@ -95,10 +96,12 @@ void Catalogue::addModels(const std::string& folder) {
     const ModelListing listing(folder);
     for (const std::string& path : listing.getFiles()) {
         Tag data;
-        // A damaged one is listed too: creating it shows the damage.
-        (void)readModelFile(path, data, nullptr);
-        entries_.emplace_back(
-            new Entry(owner_.getCore(), &owner_.getServices(), std::move(data), path));
+        // A damaged one is listed too: creating it tells of the damage.
+        FaultList faults;
+        const FaultList::Operation reading(faults);
+        const bool isWhole = readModelFile(path, data, &faults);
+        entries_.emplace_back(new Entry(owner_.getCore(), &owner_.getServices(), std::move(data),
+                                        path, isWhole ? "" : faults.getFaults().front().text));
     }
 }
 

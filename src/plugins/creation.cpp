@@ -39,10 +39,11 @@ std::vector<InstanceReference::Watch> watchAll(InstanceReference& top) {
 /// each may begin another creation meanwhile.
 class Creation {
 public:
-    Creation(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent)
-        : services_(services), parent_(parent != nullptr ? parent : root()) {
-        entry_.write("parent", parent_.get() != nullptr ? parent_.get()->getLabel() : "(NULL)",
-                     Log::OwnLevel);
+    Creation(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent,
+             InsertOrder order)
+        : services_(services), order_(order), parent_(parent) {
+        InstanceReference* const below = place();
+        entry_.write("parent", below != nullptr ? below->getLabel() : "(NULL)", Log::OwnLevel);
         wrap(std::move(data));
         if (recent != nullptr)
             recent->add(wrapper_);
@@ -73,7 +74,12 @@ public:
     }
 
 private:
-    [[nodiscard]] InstanceReference* root() const { return services_.getTree().getRoot(); }
+    /// Returns what the tools come below: a parent that left the tree can't have them. Null while
+    /// there is no root.
+    [[nodiscard]] InstanceReference* place() const {
+        InstanceReference* const parent = parent_.get();
+        return parent != nullptr && parent->isInTree() ? parent : services_.getTree().getRoot();
+    }
     void wrap(Tag data);
     void instantiateAll();
     void finish();
@@ -81,6 +87,7 @@ private:
     InstanceReference* insert();
 
     CoreServices& services_;
+    const InsertOrder order_;
     const FaultList::Operation operation_{services_.getFaults()};
     const ToolListChanges::Scope change_{services_.getToolListChanges()};
     Log entry_{"Creating instance", Log::Notice};
@@ -89,6 +96,7 @@ private:
     std::string folder_;              // of the model
     Util::Owned<InstanceReference> holder_{new InstanceReference};
     std::vector<PlannedTool> planned_;
+    std::size_t textLeft_ = kMostModelTextBytes; // for packed tools within packed ones
 };
 
 void Creation::wrap(Tag data) {
@@ -109,7 +117,7 @@ void Creation::instantiateAll() {
             continue;
         std::int32_t error = 0;
         Util::Owned<InstanceReference> reference =
-            instantiate(services_, wrapper_.child(i), error, folder_, planned_);
+            instantiate(services_, wrapper_.child(i), error, folder_, planned_, textLeft_);
         if (ErrorCode::instance()->find(error).getType() <= ErrorCode::Error)
             entry_.write("Instanciator returned error", Log::Warning);
         else
@@ -153,16 +161,21 @@ std::size_t Creation::tellMissing() {
     return missing;
 }
 
-/// Moves the tools from the holder into the tree, last first. Returns the one that is moved last.
+/// Moves the tools from the holder into the tree. Returns the first one of the data.
 InstanceReference* Creation::insert() {
     entry_.write("Inserting nodes to tree");
-    InstanceReference* const parent = parent_.get() != nullptr ? parent_.get() : root();
+    InstanceReference* const parent = place();
+    // Inserting at a fixed place turns the order round.
+    const std::int32_t end =
+        parent != nullptr ? static_cast<std::int32_t>(parent->getChildren().size()) : 0;
     InstanceReference* first = nullptr;
     while (!holder_->getChildren().empty()) {
         InstanceReference* const last =
             holder_->getChildReference(holder_->getChildren().size() - 1);
         holder_->GUI::TreeNode::remove(last);
-        if (parent != nullptr)
+        if (parent != nullptr && order_ == InsertOrder::AsInData)
+            parent->insert(last, end);
+        else if (parent != nullptr)
             parent->add(last);
         else if (first != nullptr) // without a tree there is room for one, the root
             first->destroy();
@@ -175,9 +188,9 @@ InstanceReference* Creation::insert() {
 
 } // namespace
 
-Created createTools(CoreServices& services, Tag data, InstanceReference* parent,
-                    RecentList* recent) {
-    return Creation(services, std::move(data), parent, recent).run();
+Created createTools(CoreServices& services, Tag data, InstanceReference* parent, RecentList* recent,
+                    InsertOrder order) {
+    return Creation(services, std::move(data), parent, recent, order).run();
 }
 
 std::int32_t createFromModel(CoreServices& services, const std::string& path,

@@ -133,6 +133,8 @@ std::int32_t InstanceManager::createFromFile(const std::string& path, InstanceRe
 }
 
 void InstanceManager::relocate(InstanceReference* dragged, InstanceReference* target) {
+    if (!dragged->isInTree() || !target->isInTree())
+        return;
     for (const InstanceReference* each = target; each != nullptr; each = each->getParentReference())
         if (each == dragged)
             return;

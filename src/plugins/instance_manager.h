@@ -52,15 +52,15 @@ public:
     [[nodiscard]] Tag describeCatalogue() const;
 
     /// Creates the tools that `data` describes, an element "MVR" with children "MVR_Plugin" or a
-    /// single "MVR_Plugin", as the last children of `parent`, or of the root if it is null. All of
-    /// it is one undo step. Returns the first of them, or null if none was made. A tool that fails
-    /// is left out. May run nested.
+    /// single "MVR_Plugin", as the last children of `parent`, or of the root if it is null or no
+    /// longer in the tree. All of it is one undo step. Returns the first of them, or null if none
+    /// was made. A tool that fails is left out. May run nested.
     InstanceReference* create(Tag data, InstanceReference* parent, bool addToRecent);
     /// Creates one tool of the kind `type` under the root.
     InstanceReference* createByType(const std::string& type, const std::string& name,
                                     bool addToRecent);
     /// Moves `dragged` to the end of the children of `target` in one undo step. Does nothing if
-    /// `target` is `dragged` or below it.
+    /// `target` is `dragged` or below it, or if one of them is no longer in the tree.
     void relocate(InstanceReference* dragged, InstanceReference* target);
     /// Reads a model's file and creates its tools below `parent`, or the root if it is null; the
     /// model becomes recent. See CoreModels::load() for the codes.

@@ -1,5 +1,7 @@
 #include "plugins/instance_names.h"
 
+#include "data/writable_name.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -34,7 +36,8 @@ void InstanceNames::remove(const std::string& name) {
     lowerHints(name);
 }
 
-std::string InstanceNames::makeUnique(const std::string& wanted) {
+std::string InstanceNames::makeUnique(const std::string& given) {
+    const std::string wanted = adoptName(given);
     if (!isUsed(wanted))
         return wanted;
     std::string base = wanted;

@@ -18,9 +18,10 @@ public:
     void remove(const std::string& name);
     [[nodiscard]] bool isUsed(const std::string& name) const { return uses_.count(name) != 0; }
 
-    /// Returns `wanted` if it is free. Otherwise returns its base, which is `wanted` without a
-    /// suffix of "_" and two digits, with the first free suffix of "_01", "_02" and so on.
-    [[nodiscard]] std::string makeUnique(const std::string& wanted);
+    /// Returns `given` if it is free. Otherwise returns its base, which is `given` without a
+    /// suffix of "_" and two digits, with the first free suffix of "_01", "_02" and so on. What a
+    /// file can't hold is "_" in the result.
+    [[nodiscard]] std::string makeUnique(const std::string& given);
 
 private:
     // All numbers from `start` to below `lowest` are in use.

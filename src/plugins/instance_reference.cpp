@@ -5,8 +5,10 @@
 #include "core/services/core_services.h"
 #include "core/services/tool_list_changes.h"
 #include "core/services/user_dialogs.h"
+#include "data/writable_name.h"
 #include "instance/plugin_instance.h"
 #include "plugins/clone.h"
+#include "plugins/instance_manager.h"
 #include "plugins/instance_reference_restore.h"
 #include "plugins/libraries/plugin.h"
 #include "plugins/model/attribute_pass.h"
@@ -155,16 +157,22 @@ std::string InstanceReference::getLabel() {
     return label;
 }
 
-void InstanceReference::setLabel(std::string text) {
-    if (instance_ == nullptr)
-        return;
-    const std::string suffix = " - " + instance_->getPlugin()->getName();
+std::string InstanceReference::nameInLabel(std::string text) const {
+    const std::string suffix =
+        instance_ != nullptr ? " - " + instance_->getPlugin()->getName() : std::string();
     const std::size_t at = text.rfind(suffix);
     if (at != std::string::npos)
         text.erase(at, suffix.size());
-    if (text == instance_->getName())
+    return text;
+}
+
+void InstanceReference::setLabel(std::string text) {
+    if (instance_ == nullptr)
         return;
-    instance_->setName(text);
+    const std::string wanted = nameInLabel(std::move(text));
+    if (isBlank(wanted) || wanted == instance_->getName())
+        return;
+    instance_->setName(wanted);
     if (inTree_)
         getServices()->getToolListChanges().note();
 }
@@ -181,6 +189,11 @@ void InstanceReference::showMenu() {
 void InstanceReference::setInTree(bool inTree) {
     if (instance_ == nullptr || inTree_ == inTree)
         return;
+    // Names change without a step of the host: another tool may have this one's by now.
+    if (inTree && getServices()->getTree().getNames().isUsed(instance_->getName())) {
+        Log(Log::Warning).write("Back under another name", getLabel(), Log::OwnLevel);
+        instance_->setName(instance_->getName());
+    }
     if (inTree && instance_->isEnabled())
         instance_->restoreDevice();
     inTree_ = inTree;

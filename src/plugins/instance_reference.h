@@ -57,7 +57,10 @@ public:
     /// Returns "name - plug-in", such as "Camera_01 - Camera".
     std::string getLabel() override;
     /// Gives the tool the user's new name, with or without the plug-in; it is made unique.
+    /// A blank one changes nothing.
     void setLabel(std::string text) override;
+    /// Returns the name in the text of a label: what is before the plug-in, if that is there.
+    [[nodiscard]] std::string nameInLabel(std::string text) const;
 
     /// Null for a holder.
     [[nodiscard]] PluginInstance* getInstance() const { return instance_; }

@@ -1,7 +1,12 @@
 #include "plugins/instanciatable.h"
 
+#include "core/base/error_codes.h"
+#include "core/base/sdk/log.h"
 #include "core/services/core_services.h"
+#include "core/services/fault_list.h"
+#include "core/services/user_dialogs.h"
 #include "data/xml_resources.h"
+#include "platform/choosers.h"
 #include "platform/sdk/files.h"
 #include "plugins/contract/model_words.h"
 #include "plugins/libraries/plugin.h"
@@ -43,9 +48,10 @@ InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreS
       categories_(plugin->getCategories()), plugin_(plugin) {}
 
 InstanceManager::Instanciatable::Instanciatable(CoreImplementation* owner, CoreServices* services,
-                                                Tag data, const std::string& path)
+                                                Tag data, const std::string& path,
+                                                std::string damage)
     : MessageNode("Instanciatable"), CoreSubSystem(owner, services), data_(std::move(data)),
-      file_(path) {
+      file_(path), damage_(std::move(damage)) {
     if (data_.hasName(ModelWord::kTool)) {
         name_ = data_.child(ModelWord::kName).value();
         version_ = data_.child(CatalogueWord::kVersion).value();
@@ -110,6 +116,17 @@ InstanceManager::Instanciatable::Page InstanceManager::Instanciatable::describeP
 }
 
 InstanceReference* InstanceManager::Instanciatable::create() const {
+    FaultList& faults = getServices().getFaults();
+    const FaultList::Operation operation(faults);
+    if (!damage_.empty()) {
+        Log(Log::Error)
+            .write("Created from a damaged model", file_ + ": " + damage_, Log::OwnLevel);
+        faults.add({file_, "", "", damage_, reportCode(Codes::kModelUnreadable)});
+        getServices().getDialogs().ask(
+            "The model is damaged, and only what comes before the damage is created.\n" + file_ +
+                ": " + damage_,
+            "Mirvane", Platform::kButtonsOk | Platform::kIconWarning);
+    }
     InstanceManager& tree = getServices().getTree();
     return tree.create(data_, tree.getSelected(), true);
 }

@@ -30,9 +30,9 @@ public:
     /// The entry of a tool.
     Instanciatable(CoreImplementation* owner, CoreServices* services, Plugin* plugin);
     /// The entry of a model, read from the file at `path`; if the file couldn't be read whole, with
-    /// what came before the fault.
+    /// what came before the damage, which `damage` then describes.
     Instanciatable(CoreImplementation* owner, CoreServices* services, Tag data,
-                   const std::string& path);
+                   const std::string& path, std::string damage);
 
     /// The name that the user sees.
     [[nodiscard]] std::string getName() const override { return name_; }
@@ -61,7 +61,8 @@ public:
         std::vector<std::string> required;
     };
     [[nodiscard]] Page describePage() const;
-    /// The page's button: creates this below the selected tool, and enters it as recent.
+    /// The page's button: creates this below the selected tool, and enters it as recent. The user
+    /// is told if the model's file is damaged.
     InstanceReference* create() const;
 
 private:
@@ -74,6 +75,7 @@ private:
     std::vector<std::string> categories_;
     Plugin* plugin_ = nullptr; // not owned
     std::string file_;
+    std::string damage_; // of the file; "" if it was whole
     std::vector<Instanciatable*> required_;
 };
 

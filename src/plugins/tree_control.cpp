@@ -3,6 +3,7 @@
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
 #include "core/services/tool_list_changes.h"
+#include "data/writable_name.h"
 #include "instance/plugin_instance.h"
 #include "plugins/instance_manager.h"
 
@@ -28,12 +29,17 @@ bool TreeControl::beginDrag(InstanceReference* reference) {
     return true;
 }
 
+bool TreeControl::isDragging() const {
+    const InstanceReference* const dragged = dragged_.get();
+    return isDragging_ && dragged != nullptr && dragged->isInTree();
+}
+
 void TreeControl::endDrag(InstanceReference* target, bool isCtrlHeld) {
     InstanceReference* const dragged = dragged_.get();
-    const bool wasDragging = isDragging_;
+    const bool wasDragging = isDragging();
     isDragging_ = false;
     dragged_.set(nullptr);
-    if (wasDragging && dragged != nullptr && target != nullptr && !isCtrlHeld)
+    if (wasDragging && target != nullptr && !isCtrlHeld)
         services_.getTree().relocate(dragged, target);
 }
 
@@ -43,7 +49,7 @@ std::string TreeControl::beginLabelEdit(InstanceReference& reference) {
 }
 
 void TreeControl::endLabelEdit(InstanceReference* reference, const std::string* text) {
-    if (reference != nullptr && text != nullptr) {
+    if (reference != nullptr && text != nullptr && !isBlank(reference->nameInLabel(*text))) {
         const ToolListChanges::Scope change(services_.getToolListChanges());
         // Otherwise its own name would make the wanted one seem in use.
         reference->setLabel("Temporary name");

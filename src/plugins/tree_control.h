@@ -24,7 +24,8 @@ public:
     /// A drag begins at an item. Returns false if it has to end at once, as the root can't be
     /// moved.
     [[nodiscard]] bool beginDrag(InstanceReference* reference);
-    [[nodiscard]] bool isDragging() const { return isDragging_; }
+    /// Returns false once the dragged tool has left the tree: it stays where it is.
+    [[nodiscard]] bool isDragging() const;
     /// The mouse button is released, over an item or none: relocates, unless Ctrl is held.
     void endDrag(InstanceReference* target, bool isCtrlHeld);
 

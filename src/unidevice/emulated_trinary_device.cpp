@@ -100,7 +100,7 @@ void EmulatedTControl::controlRemoved(Control* removed) {
 }
 
 EmulatedTrinaryDevice::EmulatedTrinaryDevice() : Device(true) {
-    name = "TrinaryEmulator";
+    name = kName;
     setDriver(DeviceHandler::instance()->findDriver("dummydriver"));
 }
 

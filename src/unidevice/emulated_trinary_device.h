@@ -46,6 +46,8 @@ public:
 class EmulatedTrinaryDevice : public Device,
                               public MVR::Util::DynamicCreator<EmulatedTrinaryDevice> {
 public:
+    static constexpr const char* kName = "TrinaryEmulator";
+
     /// Registers, and joins the driver "dummydriver" if there is one.
     EmulatedTrinaryDevice();
     ~EmulatedTrinaryDevice() override;

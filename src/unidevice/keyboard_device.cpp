@@ -1,7 +1,10 @@
 #include "unidevice/keyboard_device.h"
 
+#include "core/base/sdk/log.h"
 #include "core/contract/key_codes.h"
+#include "data/sdk/tag.h"
 #include "platform/keyboard_hook.h"
+#include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/device_handler.h"
 #include "unidevice/sdk/driver.h"
 
@@ -37,6 +40,7 @@ WINHOOK_KeyboardDevice::WINHOOK_KeyboardDevice(std::intptr_t ownModule)
     }
     for (std::int32_t code = 0; code < kKeyCount; ++code) {
         if (!listed[code]) {
+            keyControls_[code].index = code; // a stored binding has nothing else to tell it by
             keyControls_[code].description = "Key_" + std::to_string(code);
             controlList_.push_back(&keyControls_[code]);
         }
@@ -53,6 +57,15 @@ std::int32_t WINHOOK_KeyboardDevice::controlCount() const {
 
 Control* WINHOOK_KeyboardDevice::control(std::int32_t index) {
     return index >= 0 && index < controlCount() ? controlList_[index] : nullptr;
+}
+
+Control* WINHOOK_KeyboardDevice::findControl(const MVR::Tag& tag) {
+    std::int32_t index = 0;
+    MVR::Tag::textNode(tag.attribute(BindingWord::kIndex)).as(index);
+    if (!tag.attribute(BindingWord::kType).empty() || index != 0)
+        return Device::findControl(tag);
+    MVR::Log(MVR::Log::Warning).write("A stored key has neither a name nor a code: bind it again");
+    return nullptr;
 }
 
 bool WINHOOK_KeyboardDevice::update(std::int32_t) {

@@ -8,7 +8,8 @@
 
 namespace UniDevice {
 
-/// The keyboard: one `binary` control for each virtual-key code.
+/// The keyboard: one `binary` control for each virtual-key code. A key has its name as type; one
+/// without a name has its code as index.
 ///
 /// Its hook on the host's key events is in place between `activate` and `deactivate` and swallows
 /// nothing. There is one instance, made at start-up.
@@ -23,6 +24,8 @@ public:
 
     [[nodiscard]] std::int32_t controlCount() const override;
     [[nodiscard]] Control* control(std::int32_t index) override;
+    /// Older files have index 0 for each key without a name: that finds none, and is logged.
+    Control* findControl(const MVR::Tag& tag) override;
     bool update(std::int32_t reserved) override;
     bool prepareDetection() override;
     Control* detectControl(const std::vector<Control*>* excluded, void* context) override;

@@ -1,9 +1,11 @@
 #include "unidevice/sdk/profile_managers.h"
 
 #include "core/base/sdk/log.h"
+#include "data/user_file.h"
 #include "platform/folder_lock.h"
 #include "platform/sdk/files.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -81,9 +83,9 @@ std::string ProfileManager::elementName(const Tag& element) const {
     return isPreset(preset) ? preset.attribute("name") : std::string();
 }
 
-/// Returns the tree of a file of presets; else an empty one, with a line in the log unless the file
-/// is missing.
-Tag ProfileManager::readFile(const std::string& path) const {
+/// Returns the tree of a file of presets, an empty one if it is missing. Of a damaged file, of
+/// which the log then tells, that is a collection with what was whole before the damage, or empty.
+ProfileManager::PresetFile ProfileManager::readFile(const std::string& path) const {
     std::string text;
     Tag tree;
     std::string fault;
@@ -92,17 +94,22 @@ Tag ProfileManager::readFile(const std::string& path) const {
     else if (Platform::fileExists(path))
         fault = Platform::lastFileError();
     else
-        return tree;
-    if (fault.empty() && !isPreset(tree) && !isCollection(tree))
+        return {};
+    const bool isCut = !fault.empty();
+    if (!isCut && !isPreset(tree) && !isCollection(tree))
         fault = "no profiles, its root is \"" + tree.name() + "\"";
     if (fault.empty())
-        return tree;
+        return {std::move(tree), false};
     logFailure("Unable to read profiles", path, fault);
-    return {};
+    const bool isUsable = isCut && isCollection(tree) && tree.childCount() <= kMostProfiles;
+    return {isUsable ? std::move(tree) : Tag(), true};
 }
 
 std::vector<Tag> ProfileManager::loadFile(std::string path) {
-    Tag tree = readFile(path);
+    return presetsOf(readFile(path).tree);
+}
+
+std::vector<Tag> ProfileManager::presetsOf(Tag tree) {
     std::vector<Tag> presets;
     if (isPreset(tree))
         presets.push_back(std::move(tree));
@@ -141,9 +148,13 @@ std::string ProfileManager::saveToFile(Tag element, std::string folder) {
         logFailure(kNotSaved, path, lock.getReason());
         return "";
     }
+    PresetFile before = readFile(path);
+    if (before.isDamaged && !keepDamagedFile(path))
+        return "";
     // The file may be a collection, or the file of another preset whose name differs only in case.
-    for (Tag& other : loadFile(path))
-        if (elementName(other) != name)
+    const std::vector<std::string> saved = presetNames(file);
+    for (Tag& other : presetsOf(std::move(before.tree)))
+        if (std::find(saved.begin(), saved.end(), elementName(other)) == saved.end())
             file.addChild(std::move(other));
     const std::string fault = writeFile(file, path);
     if (fault.empty())
@@ -159,11 +170,13 @@ void ProfileManager::removeFromFile(Tag element, std::string path) {
         logFailure(kNotRemoved, path, lock.getReason());
         return;
     }
-    Tag tree = readFile(path);
+    auto [tree, isDamaged] = readFile(path);
     bool isChanged = isPreset(tree) && tree.attribute("name") == name;
     const std::int32_t left = isPreset(tree) ? 0 : takeOut(name, tree, isChanged);
     if (!isChanged)
         return; // somebody else removed it
+    if (isDamaged && !keepDamagedFile(path))
+        return;
     std::string fault;
     if (left > 0)
         fault = writeFile(tree, path);

@@ -3,6 +3,7 @@
 #include "platform/registry.h"
 #include "platform/sdk/files.h"
 #include "stage/base/machine.h"
+#include "stage/base/options.h"
 
 #include <filesystem>
 #include <system_error>
@@ -34,6 +35,18 @@ std::string documentsFolder() {
     return folder;
 }
 
+/// Returns the documents folder `named`, which is made if it is missing, or the user's own, of
+/// which a line then tells, if it can't be.
+std::string makeDocuments(const std::string& named) {
+    if (named.empty() || MVR::Platform::createFolders(named))
+        return named;
+    const std::string reason = MVR::Platform::lastFileError();
+    std::string folder = MVR::Platform::xdgFolder("Personal");
+    complain("the documents folder " + named + " can't be made (" + reason + "), so " + folder +
+             " serves");
+    return folder;
+}
+
 } // namespace
 
 InstallValuesFile::~InstallValuesFile() {
@@ -43,10 +56,10 @@ InstallValuesFile::~InstallValuesFile() {
 
 bool InstallValuesFile::write(const InstallValues& values, const std::string& corePath,
                               std::string& error) {
+    const std::string documents =
+        makeDocuments(values.documents.empty() ? documentsFolder() : absolute(values.documents));
     if (values.data.empty() && values.plugins.empty() && values.documents.empty())
         return true;
-    const std::string documents =
-        values.documents.empty() ? documentsFolder() : absolute(values.documents);
     const std::string text = std::string("[") + MVR::Platform::kInstallKey +
                              "]\npath=" + folderOf(corePath) +
                              "\ndatapath=" + orBeside(values.data, corePath, "data") +

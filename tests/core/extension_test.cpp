@@ -122,7 +122,7 @@ TEST_F(ExtensionTest, EachChangeOfTheTreeIsReportedOnceWhenItIsComplete) {
         {[&] { return create("Rig", "b", "b"); }, "MODEL_NOTOOL", 0, "a(a_01)"},
         {[&] { return create("Rig", "b", "", "<x/>"); }, "TOOL_BADPROFILE", 0, "a(a_01)"},
         {[&] { return create("Stubborn", "b", ""); }, "TOOL_NOTCREATED", 0, "a(a_01)"},
-        {[&] { return tools->rename("a", "", &name); }, "TOOL_BADNAME", 0, "a(a_01)"},
+        {[&] { return tools->rename("a", " ", &name); }, "TOOL_BADNAME", 0, "a(a_01)"},
         {[&] { return tools->rename("Mirvane", "b", &name); }, "MODEL_NOTOOL", 0, "a(a_01)"},
         {[&] { return tools->rename("a", "a", nullptr); }, "SUCCESS", 0, "a(a_01)"},
         {[&] { return tools->rename("a", "b", &name); }, "SUCCESS", 1, "b(a_01)"},

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -140,6 +142,26 @@ TEST_F(LifecycleTest, WithoutARegistryEverythingWorksButTheFiles) {
     adaptor.clearUndo();
     EXPECT_EQ(detachCore(core), 0);
     libraryUnloading();
+}
+
+TEST_F(LifecycleTest, TheFirstSessionOfAnAccountHasALogWhereverItsFoldersCanBe) {
+    const std::string named = home.install() + "/../documents";
+    setenv("HOME", home.install().c_str(), 1);
+    setenv("XDG_CONFIG_HOME", home.install().c_str(), 1);
+    for (const bool canBeMade : {true, false}) {
+        std::filesystem::remove_all(named);
+        if (!canBeMade)
+            home.write("documents", "a file is in the way");
+        libraryLoaded(Platform::ownModule());
+        libraryUnloading();
+        const std::string root = canBeMade ? named : home.install();
+        const std::string log = readText(root + "/Oskelworks/Mirvane/data/Core/core.log");
+        const std::string first = log.substr(0, log.find('\n'));
+        EXPECT_THAT(first, HasSubstr(canBeMade ? "Initializing CORE"
+                                               : "/documents can't be made (File exists), so " +
+                                                     home.install() + " serves"));
+    }
+    unsetenv("XDG_CONFIG_HOME");
 }
 
 TEST_F(LifecycleTest, AHostThatForgetsToDetachStillGetsAWholeLog) {

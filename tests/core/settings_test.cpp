@@ -125,11 +125,33 @@ TEST_F(SettingsTest, TheLogLevelIsAppliedAtAttachment) {
     }
 }
 
-TEST_F(SettingsTest, ADamagedFileIsLeftOut) {
-    attachWith(element("105", "5"), element("105", "8") + "<element id=\"106\">9");
-    EXPECT_EQ(core->getStartCountdown(), 5);
-    EXPECT_EQ(core->getEndCountdown(), 3);
-    EXPECT_THAT(Log::getText(), HasSubstr("Unable to read settings"));
+TEST_F(SettingsTest, WhatIsWholeInADamagedFileCountsAndTheFileIsKeptBesideTheNewOne) {
+    const std::string folder = home.documents() + "/data/Stage/";
+    const struct {
+        std::string file;
+        std::string text;
+        const char* copy;
+    } cases[] = {
+        {"settings.xml", "<MVRConfig>" + element("105", "8") + "<element id=\"106\">9",
+         "settings.xml.bad"},
+        {"settings.xml", "<MVRConfig>" + element("105", "8") + "</MVRConfi>", "settings.xml.bad2"},
+        {"settings.xml", "<Other>" + element("105", "8") + "</Other>", "settings.xml.bad3"},
+        {"recent.xml", "<Recent><MVR><a/></MVR><MVR>", "recent.xml.bad"},
+    };
+    attachWith(element("105", "5"), "");
+    for (const auto& each : cases) {
+        ASSERT_EQ(detachCore(core), 0);
+        home.write("documents/Oskelworks/Mirvane/data/Stage/" + each.file, each.text);
+        core = static_cast<CoreImplementation*>(attachAdaptor(&adaptor));
+        EXPECT_EQ(core->getStartCountdown(), 8) << each.text;
+        EXPECT_EQ(core->getEndCountdown(), 3);
+        EXPECT_EQ(readText(folder + each.file), each.text) << "loading changes nothing";
+        reattach();
+        EXPECT_EQ(core->getStartCountdown(), 8) << each.text;
+        const std::string copy = folder + each.copy; // the first stays when there is a second
+        EXPECT_EQ(readText(copy), each.text) << each.copy;
+    }
+    EXPECT_EQ(core->getRecentCount(), 1);
 }
 
 } // namespace

@@ -180,14 +180,33 @@ TEST(PackedTagTest, PacksATreeAndUnpacksIt) {
         EXPECT_TRUE(unpackTag(tag)) << same;
         EXPECT_EQ(tag, Tag(same));
     }
-    for (const std::string& damaged : {std::string("PGE"), std::string("PG E"), encoded("<a><b>"),
-                                       encoded("text"), packed.value().substr(0, 120),
-                                       encoded("<a><a><a compressed=\"1\">PGEvPg==</a></a></a>")}) {
-        Tag tag = Tag::element("a", damaged);
+    const std::string inner = "<a><a compressed=\"1\">PGEvPg==</a></a>";
+    struct {
+        std::string text;
+        const char* left; // what is whole of it; null: nothing
+    } const damagedCases[] = {
+        {"PGE", nullptr},
+        {"PG E", nullptr},
+        {encoded("text"), nullptr},
+        {encoded("<a x=\"1\"><b/><c><d/>"), "<a x=\"1\"><b/></a>"},
+        {encoded("<a><b/></c>"), "<a><b/></a>"},
+        {packed.value().substr(0, packed.value().size() / 4 * 4 - 12),
+         "<MVR_Plugin version=\"2.5\"><name>A &#38; &#228;</name></MVR_Plugin>"}};
+    for (const auto& each : damagedCases) {
+        Tag tag = Tag::element("a", each.text);
         tag.attributeRef("compressed") = "1";
-        const Tag before = tag;
-        EXPECT_FALSE(unpackTag(tag)) << damaged;
-        EXPECT_EQ(tag, before);
+        const Tag left = each.left != nullptr ? Tag(each.left) : tag;
+        EXPECT_FALSE(unpackTag(tag)) << each.text;
+        EXPECT_EQ(tag, left) << each.text;
+    }
+    // A limit counts the text of each level.
+    for (const std::size_t limit : {inner.size(), inner.size() + 1, inner.size() + 5}) {
+        Tag tag = packTag(Tag(inner), "a"); // with a zero byte at its end
+        std::size_t left = limit;
+        const bool fits = limit > inner.size();
+        EXPECT_EQ(unpackTag(tag, left), fits);
+        EXPECT_EQ(left, fits ? limit - inner.size() - 1 : limit);
+        EXPECT_EQ(fits && unpackTag(tag.child(0), left), limit == inner.size() + 5);
     }
 }
 

@@ -30,7 +30,7 @@ TEST_F(VirtualDeviceTest, ListedOnceWithTheFirstControlAndBackInItsPositionAfter
     EXPECT_EQ(handler.devices.size(), devices + 1);
     EXPECT_EQ(handler.devices.back(), last) << "the trinary emulation stays the last";
     EXPECT_EQ(handler.indexOf(&plain), -1);
-    new ScriptedDevice("Late");
+    auto* const late = new ScriptedDevice("Late");
     const std::int32_t place = handler.indexOf(&source);
 
     EXPECT_EQ(speed->type + speed->description, "SpeedSpeed");
@@ -49,6 +49,15 @@ TEST_F(VirtualDeviceTest, ListedOnceWithTheFirstControlAndBackInItsPositionAfter
     EXPECT_EQ(handler.findControl(binding), nullptr);
     ASSERT_TRUE(adaptor.undo());
     EXPECT_EQ(handler.indexOf(&source), place);
+
+    late->destroy();
+    source.unregister();
+    source.registerWith(-1, nullptr); // behind the emulation
+    source.getReference()->remove(false);
+    handler.devices.front()->destroy(); // the list is shorter than the place that is remembered
+    ASSERT_TRUE(adaptor.undo());
+    EXPECT_EQ(handler.indexOf(&source), handler.indexOf(last) - 1);
+    EXPECT_EQ(handler.devices.back(), last);
     plain.getReference()->remove(false);
     ASSERT_TRUE(adaptor.undo());
     EXPECT_EQ(handler.indexOf(&plain), -1) << "it offers nothing";

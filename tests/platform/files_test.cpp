@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -170,8 +171,23 @@ TEST(Files, AKillInMidWriteLeavesTheOldFileOrTheNew) {
         const std::string found = folder.read("take.xml");
         EXPECT_TRUE(found == old || found == next);
         killedInside += found == old;
-        for (const FoundFile& rest : listFiles(folder.path + ".mvr*"))
-            deleteFile(folder.path + rest.name);
+        if (found == next)
+            continue;
+        EXPECT_NE(listed(folder.path + ".mvr*"), "");
+        // Files of those who live, of nobody, and one that another machine locks.
+        const std::string own = ".mvr-" + std::to_string(getpid()) + "-99.tmp";
+        const std::string dead = ".mvr-" + std::to_string(child);
+        for (const std::string& name : {own, dead + "-8.txt", dead + "-9.tmp"})
+            folder.add(name, "");
+        const int locked = open((folder.path + dead + "-9.tmp").c_str(), O_RDONLY);
+        ASSERT_EQ(flock(locked, LOCK_EX), 0);
+        EXPECT_TRUE(writeFileAtomic(folder.path + "other.xml", "x"));
+        EXPECT_EQ(listFiles(folder.path + ".mvr*").size(), 3U);
+        close(locked);
+        EXPECT_TRUE(writeFileAtomic(folder.path + "other.xml", "x"));
+        EXPECT_EQ(listFiles(folder.path + ".mvr*").size(), 2U);
+        deleteFile(folder.path + own);
+        deleteFile(folder.path + dead + "-8.txt");
     }
     EXPECT_GT(killedInside, 0) << "no write was slow enough to be killed";
 }

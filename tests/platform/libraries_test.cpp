@@ -40,6 +40,21 @@ TEST(Libraries, LoadFromAFolderKnowTheirPathAndUnload) {
     freeLibrary(again);
 }
 
+TEST(Libraries, HelpersBesideALibraryAreFound) {
+    TemporaryFolder folder;
+    for (const char* name : {"needy.so", "libhelper.so", "libdeeper.so"})
+        std::filesystem::copy_file(std::string(PLATFORM_HELPERS "/") + name, folder.path + name);
+    const LibraryHandle library = loadLibrary(folder.path + "needy.so");
+    ASSERT_NE(library, nullptr) << lastLibraryError();
+    EXPECT_EQ(find<int()>(library, "askHelper")(), 42);
+    EXPECT_EQ(lastLibraryError(), "");
+    freeLibrary(library);
+    deleteFile(folder.path + "libdeeper.so");
+    EXPECT_EQ(loadLibrary(folder.path + "needy.so"), nullptr);
+    EXPECT_NE(lastLibraryError().find("libdeeper.so: "), std::string::npos);
+    EXPECT_EQ(lastLibraryError(), "") << "told once";
+}
+
 TEST(Libraries, WhatIsNoneIsRefusedWithAReason) {
     TemporaryFolder folder;
     folder.add("text.so", "no library");

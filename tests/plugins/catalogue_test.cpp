@@ -135,10 +135,26 @@ TEST_F(CatalogueTest, APageShowsItsEntryAndCreatesItBelowTheSelectedTool) {
     entry(2).create();
     EXPECT_EQ(tree(), "base(Boom)");
     find("base")->remove(true);
+    entry(0).create();
+    EXPECT_EQ(tree(), "Rig_01") << "the selected tool waits in the host's list";
+    core->deleteAllInstances();
     adaptor.clearUndo();
     entry(0).create();
     EXPECT_EQ(tree(), "Rig_01") << "nothing is selected when the tool is gone";
     EXPECT_EQ(core->getRecentLabel(0) + core->getRecentLabel(1), "BoomRig");
+}
+
+TEST_F(CatalogueTest, ADamagedModelIsToldWhenItIsCreated) {
+    const std::string text = "<MVR>" + toolData("Boom").toText("", "", "");
+    home.write(kShared + "cut.prm", text + "<MVR_Plugin><type>");
+    home.write(kShared + "whole.prm", text + "</MVR>");
+    build();
+    entry(1).create();
+    ASSERT_EQ(getFaults(*core)->list().size(), 1U);
+    EXPECT_THAT(toText(getFaults(*core)->list()[0]), HasSubstr("cut.prm: line 1, column "));
+    EXPECT_EQ(tree(), "Boom");
+    entry(2).create();
+    EXPECT_EQ(getFaults(*core)->list().size(), 0U);
 }
 
 } // namespace

@@ -178,6 +178,33 @@ TEST_F(LoadingTest, AToolResumesWithItsNodesAndBlock) {
     EXPECT_EQ(block, "block ");
 }
 
+TEST_F(LoadingTest, PackedToolsAreReadAtAnyDepthAndUpToTheirDamage) {
+    const auto pack = [](const std::string& tool) {
+        return packTag(Tag(tool), "MVR_Plugin").toText("", "", "");
+    };
+    Tag cut = Tag::element("MVR_Plugin", Base64Buffer(rigText("Cut").data(), 40).toText());
+    cut.attributeRef("compressed") = "1";
+    const std::string deepest = pack(rigText("D"));
+    struct {
+        std::string data;
+        const char* made;
+        const char* line;
+    } const cases[] = {
+        {pack(rigText("A", pack(rigText("B", rigText("C", deepest))) + rigText("E"))),
+         "A(B(C(D)) E)", ""},
+        {pack(deepest), "D", ""},
+        {rigText("A", cut.toText("", "", "")), "A(Rig_01)", "its packed text can't be read whole"},
+    };
+    for (const auto& each : cases) {
+        newLog();
+        core->create(Tag(each.data), nullptr, false);
+        EXPECT_EQ(tree(), each.made);
+        EXPECT_THAT(newLog(), HasSubstr(each.line));
+        EXPECT_EQ(getFaults(*core)->list().size(), *each.line == 0 ? 0U : 1U);
+        core->deleteAllInstances();
+    }
+}
+
 TEST_F(LoadingTest, AToolThatCannotResumeIsLeftOutAndReported) {
     place("Saved");
     adaptor.makeNode("a", nullptr).lastTool = "Saved";

@@ -175,6 +175,15 @@ TEST_F(MenuTest, TheTreesControlMovesDeletesAndRenames) {
     EXPECT_EQ(tree(), "b a(a1)");
     EXPECT_THAT(adaptor.undoNames(), ElementsAre("Relocate Oskel Node"));
 
+    EXPECT_TRUE(control.beginDrag(a1));
+    a1->remove(false);
+    EXPECT_FALSE(control.isDragging()) << "it is gone";
+    control.endDrag(b, false);
+    EXPECT_TRUE(control.beginDrag(b));
+    control.endDrag(a1, false); // as if it were still shown
+    EXPECT_EQ(tree(), "b a");
+    EXPECT_TRUE(adaptor.undo());
+
     control.deleteSelected();
     control.select(core->getRoot());
     control.deleteSelected();
@@ -192,6 +201,7 @@ TEST_F(MenuTest, TheTreesControlMovesDeletesAndRenames) {
     EXPECT_EQ(rename(a1, "a1"), "a1>a1") << "the present name stays";
     EXPECT_EQ(rename(a1, "a"), "a1>a_01");
     EXPECT_EQ(rename(a1, ""), "a_01>a_01") << "the user gave up";
+    EXPECT_EQ(rename(a1, " "), "a_01>a_01") << "no name";
 }
 
 } // namespace

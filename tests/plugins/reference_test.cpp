@@ -13,11 +13,15 @@ TEST_F(ReferenceTest, ALabelSetsTheNameWithOrWithoutThePlugin) {
     place("Rig");
     EXPECT_EQ(tool->getLabel(), "Camera_01 - Empty Plugin");
     struct {
-        const char* text;
+        std::string text;
         const char* label;
     } const cases[] = {{"Boom - Empty Plugin", "Boom - Empty Plugin"},
                        {"Boom", "Boom - Empty Plugin"},
                        {"Rig", "Rig_01 - Empty Plugin"},
+                       {"", "Rig_01 - Empty Plugin"},
+                       {" \n", "Rig_01 - Empty Plugin"},
+                       {" - Empty Plugin", "Rig_01 - Empty Plugin"},
+                       {std::string("N\0\x7F>\x1B", 5), "N____ - Empty Plugin"},
                        {"a - Empty Plugin - Empty Plugin", "a - Empty Plugin - Empty Plugin"}};
     for (const auto& each : cases) {
         tool->setLabel(each.text);
@@ -121,10 +125,12 @@ TEST_F(ReferenceTest, ASavedTreeComesBackWithStatesBindingsAndScene) {
     top->hide();
     b->getInstance()->createNode("low", kNodeHelper, 0)->setParent(top);
     b->getInstance()->createNode("loose", kNodeHelper, 0);
-    core->getInstances(false)[1]->addProperty("Move", 8, nullptr);
+    UniDevice::Property* const move = b->getInstance()->addProperty("Mo>ve\1", 8, nullptr);
+    EXPECT_EQ(b->getInstance()->findProperty("Mo>ve\1"), move);
 
     const Tag saved = core->getConfiguration();
     EXPECT_EQ(saved.name(), "MVR");
+    EXPECT_EQ(Tag(saved.toText("\n", "\t", "")), saved) << "a file can hold all names";
     Tag withParents;
     a->save(withParents, SaveMask::kParent);
     const Tag& nodes = withParents.child("MVR_Plugin").child("nodeinfo");
@@ -136,7 +142,8 @@ TEST_F(ReferenceTest, ASavedTreeComesBackWithStatesBindingsAndScene) {
     adaptor.clearUndo();
     top->show();
     core->loadConfiguration(saved);
-    EXPECT_EQ(tree(), "c a(b)");
+    EXPECT_EQ(tree(), "a(b) c");
+    EXPECT_EQ(core->getConfiguration(), saved) << "in the same order";
     EXPECT_FALSE(find("a")->isExpanded());
     EXPECT_FALSE(find("a")->isChecked());
     EXPECT_TRUE(find("b")->isChecked()) << "each has its own state";

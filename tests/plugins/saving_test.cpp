@@ -173,6 +173,42 @@ void renameLinks(Tag& tag, const std::map<std::string, std::string>& names) {
         tag.attributeRef("external") = found->second;
 }
 
+TEST_F(SavingTest, CustomDataIsSavedOrTold) {
+    const struct {
+        std::function<void(Tag&)> fill;
+        const char* saved;
+        const char* told;
+    } cases[] = {
+        {[](Tag&) {}, "", ""},
+        {[](Tag& tag) { tag = Tag(); }, "", ""},
+        {[](Tag& tag) { tag.addChild(Tag::element("a", 1)); }, "<customdata><a>1</a></customdata>",
+         ""},
+        {[](Tag& tag) { tag.attributeRef("a") = "1"; }, "<customdata a=\"1\"/>", ""},
+        {[](Tag& tag) { tag = Tag::element("mine", 1); }, "<mine>1</mine>",
+         "the custom data of Rig won't be given back to it"},
+        {[](Tag& tag) { tag = Tag::textNode("x"); }, "", "the custom data of Rig is dropped"},
+        {[](Tag& tag) { tag.setName("").append("name"); }, "", "is dropped"},
+        {[](Tag& tag) { tag = Tag("<MVR_Plugin><type>x</type></MVR_Plugin>"); }, "", "is dropped"},
+    };
+    PluginInstance& tool = placeRig("Rig", nullptr);
+    const std::string path = home.documents() + "/rig.prm";
+    for (const auto& each : cases) {
+        rig->onExtend = [&each](ScriptedTool&, std::int32_t id, std::intptr_t data) {
+            if (id == ToolExtension::kGetCustomData)
+                each.fill(*reinterpret_cast<Tag*>(data));
+            return std::intptr_t{0};
+        };
+        const std::string text =
+            saved(*tool.getReference(), SaveMask::kCustomData).toText("", "", "");
+        EXPECT_EQ(text, "<MVR_Plugin version=\"2.5\"><type>PRM</type><name>Rig</name>" +
+                            std::string(each.saved) + "</MVR_Plugin>");
+        ASSERT_EQ(getModels(*core)->save("Rig", path), 0);
+        const std::vector<CoreFault> faults = getFaults(*core)->list();
+        ASSERT_EQ(faults.size(), *each.told == 0 ? 0U : 1U) << each.saved;
+        EXPECT_TRUE(faults.empty() || faults[0].text.find(each.told) != std::string::npos);
+    }
+}
+
 TEST_F(SavingTest, ABranchOfFiftyToolsComesBackTwiceInEachForm) {
     InstanceReference& top = placeBranch();
     // Its selection is read back only from a model.

@@ -108,4 +108,14 @@ TEST_F(UndoTest, EveryChangeIsUndoneAndRedoneAndMayBeDroppedInEachState) {
         }
 }
 
+TEST_F(UndoTest, AToolThatComesBackLeavesItsNameToWhoeverHasItNow) {
+    InstanceReference& a = placeRig("a", nullptr);
+    placeRig("b", nullptr);
+    adaptor.clearUndo();
+    a.remove(false);
+    find("b")->setLabel("a"); // no step of the host
+    EXPECT_TRUE(adaptor.undo());
+    EXPECT_EQ(state(), "a_01 a");
+}
+
 } // namespace

@@ -116,6 +116,8 @@ TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
         {STAGE " tools --documents . >/dev/full", 4, "can't write the output"},
         {STAGE " tools --documents . --plugins .", 2, "no tools in"},
         {STAGE " devices --documents . --data .", 2, "no devices"},
+        {"HOME=$PWD XDG_CONFIG_HOME=$PWD " STAGE " devices --documents osc.xml/new --data .", 2,
+         "osc.xml/new can't be made (Not a directory), so "},
     };
     for (const auto& failure : cases) {
         expectFailure(failure.command, failure.code, failure.words);

@@ -112,6 +112,7 @@ TEST_F(ModelTest, TheUndoListCanBeDroppedInEachState) {
 }
 
 TEST_F(ModelTest, ASceneGoesOnAsIfItHadNeverBeenClosed) {
+    place("Free Camera", "First", {});
     ASSERT_EQ(session.getModels().load(rig, ""), 0);
     session.timeline.setRange(0, 0.4);
     ASSERT_EQ(session.getCore().resimulate(0, 0.4), 0);
@@ -125,7 +126,7 @@ TEST_F(ModelTest, ASceneGoesOnAsIfItHadNeverBeenClosed) {
     other.openScene(data);
     EXPECT_TRUE(other.getFaults().empty());
     EXPECT_EQ(other.undo.getUndoCount(), 0U);
-    EXPECT_EQ(other.getTools().size(), 2U);
+    EXPECT_EQ(other.getTools().size(), 3U);
     EXPECT_NE(other.scene.findByHostName("Rig")->getOwner(), nullptr) << "found again";
     ASSERT_TRUE(other.saveScene(folder.path + "again.scene", error)) << error;
     EXPECT_EQ(folder.read("again.scene"), saved);

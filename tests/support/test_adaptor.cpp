@@ -1,5 +1,6 @@
 #include "support/test_adaptor.h"
 
+#include <iterator>
 #include <sstream>
 
 namespace MVR::Testing {
@@ -133,38 +134,45 @@ std::vector<SceneNode*> RecordingAdaptor::mergeFile(std::string path) {
 
 void RecordingAdaptor::beginUndo(std::string stepName) {
     note("beginUndo " + stepName);
-    if (depth_++ > 0)
-        return;
-    undone_.clear();
-    steps_.push_back({std::move(stepName), {}});
+    if (open_.empty()) {
+        undone_.clear();
+        steps_.push_back({std::move(stepName), {}});
+    }
+    open_.push_back(steps_.back().objects.size());
 }
 
 void RecordingAdaptor::addUndo(CUndo* object) {
     note("addUndo");
     Util::Owned<CUndo> owned(object);
-    if (depth_ > 0)
+    if (!open_.empty())
         steps_.back().objects.push_back(std::move(owned));
 }
 
 void RecordingAdaptor::endUndo() {
     note("endUndo");
-    if (depth_ > 0)
-        --depth_;
+    if (!open_.empty())
+        open_.pop_back();
 }
 
 void RecordingAdaptor::cancelUndo() {
     note("cancelUndo");
-    if (depth_ == 0 || --depth_ > 0)
+    if (open_.empty())
         return;
-    Step dropped = std::move(steps_.back());
-    steps_.pop_back();
-    for (auto object = dropped.objects.rbegin(); object != dropped.objects.rend(); ++object)
+    auto& objects = steps_.back().objects;
+    const auto first = objects.begin() + static_cast<std::ptrdiff_t>(open_.back());
+    std::vector<Util::Owned<CUndo>> dropped(std::make_move_iterator(first),
+                                            std::make_move_iterator(objects.end()));
+    objects.erase(first, objects.end());
+    open_.pop_back();
+    if (open_.empty())
+        steps_.pop_back();
+    for (auto object = dropped.rbegin(); object != dropped.rend(); ++object)
         (*object)->restore(true);
 }
 
 bool RecordingAdaptor::undo() {
     note("undo");
-    if (steps_.empty() || depth_ > 0)
+    if (steps_.empty() || isUndoOpen())
         return false;
     undone_.push_back(std::move(steps_.back()));
     steps_.pop_back();

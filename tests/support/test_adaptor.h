@@ -5,6 +5,7 @@
 #include "plugins/contract/c_undo.h"
 #include "support/test_node.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -69,7 +70,7 @@ public:
     void addUndo(CUndo* object) override;
     void endUndo() override;
     void cancelUndo() override;
-    bool isUndoOpen() override { return depth_ > 0; }
+    bool isUndoOpen() override { return !open_.empty(); }
     bool undo() override;
     double getTime() override { return time; }
     void setTime(double newTime) override;
@@ -103,8 +104,8 @@ private:
     }
 
     std::vector<Step> undone_;
-    std::vector<Step> steps_; // the last is the open one while depth_ is above 0
-    int depth_ = 0;
+    std::vector<Step> steps_;       // the last is the open one, if one is
+    std::vector<std::size_t> open_; // for each nested step: the objects before it in the last
 };
 
 } // namespace MVR::Testing

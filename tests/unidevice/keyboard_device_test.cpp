@@ -1,5 +1,6 @@
 #include "unidevice/keyboard_device.h"
 
+#include "core/base/sdk/log.h"
 #include "input_test.h"
 #include "platform/keyboard_hook.h"
 
@@ -36,6 +37,23 @@ TEST_F(KeyboardTest, NamesEachKeyOnce) {
     EXPECT_THAT(names, testing::Contains("Key_200"));
     std::sort(names.begin(), names.end());
     EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end());
+}
+
+TEST_F(KeyboardTest, ABindingToAnyKeyComesBackToThatKey) {
+    for (int i = 0; i < keyboard.controlCount(); ++i) {
+        MVR::Tag binding;
+        keyboard.control(i)->toTag(binding);
+        const bool isNothing = keyboard.control(i)->description == "Key_0";
+        EXPECT_EQ(handler.findControl(binding), isNothing ? nullptr : keyboard.control(i))
+            << keyboard.control(i)->description;
+    }
+    for (const char* index : {" index=\"0\"", ""}) {
+        const std::size_t logged = MVR::Log::getText().size();
+        EXPECT_EQ(handler.findControl(
+                      parsed("<control device=\"Keyboard\" type=\"\"" + std::string(index) + "/>")),
+                  nullptr);
+        EXPECT_THAT(MVR::Log::getText().substr(logged), testing::HasSubstr("A stored key"));
+    }
 }
 
 TEST_F(KeyboardTest, KeysAreSeenWhileActiveAndNotSwallowed) {

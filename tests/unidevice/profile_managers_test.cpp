@@ -66,8 +66,9 @@ TEST_F(ProfileListTest, EachListReadsItsOwnRoots) {
         {"<profile/>", ",", ",", false},
         {"<unidevice/>", "", "", true},
         {"<other>" + two + "</other>", "", "", true},
-        {"<unidevice>" + two, "", "", true},
-        {"<unidevice>" + two + "</unidevic>", "", "", true},
+        {"<unidevice>" + two, "a,b,", "", true},
+        {"<profile name=\"cut\"><property/>", "", "", true},
+        {"<unidevice>" + two + "</unidevic>", "a,b,", "", true},
         {std::string("\0\xff<", 3), "", "", true},
         {"", "", "", true},
     };
@@ -145,12 +146,19 @@ TEST_F(ProfileListTest, OtherPresetsOfTheSameFileStay) {
         {"<unidevice><profile name=\"x\"/><profile name=\"a\"/><profile name=\"y\"/></unidevice>",
          "a", "a,x,y,"},
         {"<broken><profile name=\"x\"/>", "a", "a,"},
+        {"<unidevice><profile name=\"x\"/><profile name=\"a\"/><profi", "a", "a,x,"},
     };
     for (const auto& each : cases) {
         folder.add("a.oip", each.before);
         EXPECT_NE(inputs.saveToFile(preset(each.saved), folder.path), "") << each.before;
         EXPECT_EQ(names(inputs, folder.path + "a.oip"), each.after) << each.before;
     }
+    EXPECT_EQ(folder.read("a.oip.bad"), "<broken><profile name=\"x\"/>");
+    EXPECT_EQ(folder.read("a.oip.bad2"), std::end(cases)[-1].before);
+    folder.add("a.oip", cases[2].before);
+    const Tag both("<unidevice><profile name=\"a\"/><profile name=\"y\"/></unidevice>");
+    EXPECT_NE(inputs.saveToFile(both, folder.path), "");
+    EXPECT_EQ(names(inputs, folder.path + "a.oip"), "a,y,x,") << "each once";
 }
 
 TEST_F(ProfileListTest, PresetsAreRemovedOneByOne) {
@@ -184,8 +192,9 @@ TEST_F(ProfileListTest, PresetsAreRemovedOneByOne) {
     configs.removeFromFile(preset("a"), folder.path + "missing.ocp");
     folder.add("torn.ocp", "<ConfigProfile><profile name=\"a\"/><profile name=\"b\"/>");
     configs.removeFromFile(preset("a"), folder.path + "torn.ocp");
-    EXPECT_EQ(folder.read("torn.ocp"), "<ConfigProfile><profile name=\"a\"/><profile name=\"b\"/>")
-        << "an incomplete file is left to its owner";
+    EXPECT_EQ(tree("torn.ocp"), "<ConfigProfile><profile name=\"b\"/></ConfigProfile>");
+    EXPECT_EQ(folder.read("torn.ocp.bad"),
+              "<ConfigProfile><profile name=\"a\"/><profile name=\"b\"/>");
 }
 
 TEST_F(ProfileListTest, AFailedSaveLeavesTheOldFileWhole) {

@@ -111,7 +111,7 @@ inline constexpr CodeRow kDetaching{"CORE_DETACHING", ErrorCode::Error, "The att
 inline constexpr CodeRow kToolNotCreated{"TOOL_NOTCREATED", ErrorCode::Error,
                                          "The tool could not be created"};
 inline constexpr CodeRow kToolBadName{"TOOL_BADNAME", ErrorCode::Error,
-                                      "A tool's name must not be empty"};
+                                      "A tool's name must not be blank"};
 // What should be bindings, or the mapping of an input, is another element: nothing changed.
 inline constexpr CodeRow kToolBadProfile{
     "TOOL_BADPROFILE", ErrorCode::Error,

@@ -4,6 +4,8 @@
 #include "platform/registry.h"
 #include "platform/sdk/files.h"
 
+#include <utility>
+
 namespace MVR {
 
 namespace {
@@ -32,13 +34,20 @@ bool read(Platform::Hive hive, const char* key, const std::string& name, std::st
 
 } // namespace
 
-std::string resolveDocumentsPath() {
+std::string resolveDocumentsPath(std::string* replaced) {
     std::string personal;
     const bool isFound = read(Platform::Hive::CurrentUser, Platform::kShellFoldersKey, "Personal",
                               personal, "Unable to find my documents path", [](Log& log) {
                                   log.write("Unable to find my documents registry key");
                               });
-    return isFound ? personal + R"(\Oskelworks\Mirvane)" : "";
+    if (isFound && !Platform::createFolders(personal)) {
+        const std::string reason = Platform::lastFileError();
+        const std::string named = std::exchange(personal, Platform::xdgFolder("Personal"));
+        if (replaced != nullptr)
+            *replaced = "the documents folder " + named + " can't be made (" + reason + "), so " +
+                        personal + " serves";
+    }
+    return personal.empty() ? personal : personal + R"(\Oskelworks\Mirvane)";
 }
 
 std::string readInstallValue(const std::string& name) {

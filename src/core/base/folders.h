@@ -7,8 +7,10 @@
 namespace MVR {
 
 /// Returns the folder of the user's own data. If it can't be found, returns "" and logs a line.
-/// Nothing is cached: each call looks anew.
-std::string resolveDocumentsPath();
+/// Nothing is cached: each call looks anew. The documents folder above it is made if it is missing;
+/// if it can't be, that of the XDG user folders serves, and `replaced`, unless null, becomes a
+/// sentence that tells so.
+std::string resolveDocumentsPath(std::string* replaced = nullptr);
 
 /// Returns an install value: "path" (install folder), "datapath" (shared data), "pluginpath" (tool
 /// libraries) or "docpath" (documentation). If it can't be found, returns "" and logs a line.

@@ -42,11 +42,11 @@ public:
     /// Returns the tools that have no node in the scene, for the host to keep beside it; a tag
     /// "MVR".
     virtual Tag getDetachedConfiguration() = 0;
-    /// Creates the tools that `configuration` describes, each with the scene nodes that it had,
-    /// which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is left out:
-    /// the user is told, and CoreFaults tells which and why. A scene has no folder of models, so
-    /// files that its tools name are looked for only in the user's documents and the shared data.
-    /// Tools created during a take don't participate in it.
+    /// Creates the tools that `configuration` describes, in its order, each with the scene nodes
+    /// that it had, which AdaptorInterface::resolveNodes() finds. A tool whose nodes are missing is
+    /// left out: the user is told, and CoreFaults tells which and why. A scene has no folder of
+    /// models, so files that its tools name are looked for only in the user's documents and the
+    /// shared data. Tools created during a take don't participate in it.
     virtual void loadConfiguration(Tag configuration) = 0;
     /// Destroys all tools, last first; their scene objects stay. Call it when the host closes its
     /// scene: it can't be undone.

@@ -65,11 +65,11 @@ public:
 
     /// Creates one tool of the kind `type` (an entry's "type" in the catalogue) as the last one
     /// below the tool `parent`, or under the root if that is "", as one undo step. `name` is made
-    /// unique; "" stands for the kind's own. `bindings` is an element "profile" as getBindings()
-    /// returns it; if it is empty, the kind's start preset applies, if there is one. `createdName`,
-    /// unless null, receives the name of the new tool. Allowed during a take, in which the new tool
-    /// doesn't participate. CoreFaults lists a control that isn't there; it doesn't change the
-    /// code. Returns 0, or the code of
+    /// unique; a blank one stands for the kind's own. `bindings` is an element "profile" as
+    /// getBindings() returns it; if it is empty, the kind's start preset applies, if there is one.
+    /// `createdName`, unless null, receives the name of the new tool. Allowed during a take, in
+    /// which the new tool doesn't participate. CoreFaults lists a control that isn't there; it
+    /// doesn't change the code. Returns 0, or the code of
     /// - "MODEL_NOTOOL": there is no tool `parent`.
     /// - "TOOL_BADPROFILE": `bindings` is another element.
     /// - "PLUGINNOTFOUND": there is no such kind of tool.
@@ -80,7 +80,7 @@ public:
                                               std::string* createdName) = 0;
     /// Gives the tool the name `wanted`, made unique; `taken`, unless null, receives the name that
     /// it has now. Scene objects keep theirs. Not undoable. Returns 0, or the code of
-    /// "MODEL_NOTOOL", or of "TOOL_BADNAME" for an empty name.
+    /// "MODEL_NOTOOL", or of "TOOL_BADNAME" for a blank name.
     [[nodiscard]] virtual std::int32_t rename(std::string name, std::string wanted,
                                               std::string* taken) = 0;
     /// Removes the tool and all below it from the tree as one undo step, with their scene objects

@@ -6,6 +6,7 @@
 #include "core/services/core_services.h"
 #include "core/services/fault_list.h"
 #include "core/services/tool_list_changes.h"
+#include "data/writable_name.h"
 #include "instance/plugin_instance.h"
 #include "instance/stored_input.h"
 #include "plugins/contract/model_words.h"
@@ -79,7 +80,7 @@ std::int32_t ToolContract::create(std::string type, std::string name, std::strin
         return code;
     Tag data = Plugin::makeData(type);
     // The data is applied to the tool that it names.
-    data.addChild(Tag::element(ModelWord::kName, name.empty() ? type + "_01" : name));
+    data.addChild(Tag::element(ModelWord::kName, isBlank(name) ? type + "_01" : name));
     if (!bindings.isEmpty()) {
         if (!bindings.hasName(kProfileElement))
             return reportCode(Codes::kToolBadProfile);
@@ -101,7 +102,7 @@ std::int32_t ToolContract::rename(std::string name, std::string wanted, std::str
     InstanceReference* const tool = findTool(services_, name, code);
     if (tool == nullptr)
         return code;
-    if (wanted.empty())
+    if (isBlank(wanted))
         return reportCode(Codes::kToolBadName);
     const ToolListChanges::Scope change(services_.getToolListChanges());
     if (wanted != name) {

@@ -6,6 +6,7 @@
 #include "core/services/core_services.h"
 #include "core/settings/settings_property.h"
 #include "core/util/thread_check.h"
+#include "data/user_file.h"
 
 #include <algorithm>
 #include <utility>
@@ -114,9 +115,9 @@ void SettingsManager::loadFile(const std::string& path) {
     Tag root;
     const std::int32_t code = root.load(path);
     if (code > Tag::kNotOpened)
-        Log(Log::Warning).write("Unable to read settings", path, Log::OwnLevel);
-    if (code != 0)
-        return;
+        Log(Log::Warning)
+            .write("Unable to read settings", path + ", those before the damage count",
+                   Log::OwnLevel);
     for (std::int32_t index = 0; index < root.childCount(); ++index)
         for (const auto& property : properties_)
             if (property->fromTag(root.child(index)))
@@ -141,7 +142,7 @@ void SettingsManager::save() const {
         property->toTag(element);
         root.addChild(std::move(element));
     }
-    if (!root.save(userPath_))
+    if (!saveUserFile(root, userPath_))
         Log(Log::Error).write("Unable to write settings", userPath_, Log::OwnLevel);
 }
 

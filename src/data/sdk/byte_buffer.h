@@ -47,6 +47,8 @@ public:
     /// asks for more than it can hold, returns what could be decoded and logs a line. A block of
     /// one symbol has no payload to bound it and yields at most 64 MiB.
     ByteBuffer decompress() const;
+    /// Returns the most bytes that `decompress` may return: those that a whole block has.
+    std::size_t mostDecompressed() const;
 
     /// Reads a whole file of up to 2 GiB. Returns false, with the buffer unchanged, on failure.
     [[nodiscard]] bool readFile(const std::string& path);

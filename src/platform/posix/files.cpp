@@ -5,14 +5,18 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace MVR::Platform {
 
@@ -21,6 +25,10 @@ namespace {
 constexpr std::size_t kChunkBytes = 1 << 16;
 constexpr int kMostLinks = 40;  ///< symbolic links that are followed before a path counts as a loop
 constexpr int kMostNames = 100; ///< names that are tried for the file beside the target
+
+// The two ends of the name of a file that is being written.
+constexpr std::string_view kUnfinished = ".mvr-";
+constexpr std::string_view kUnfinishedEnd = ".tmp";
 
 thread_local int lastError = 0;
 
@@ -166,8 +174,42 @@ bool keepOwnerAndPermissions(const OpenFile& file, const struct stat& old) {
 /// may be as long as names can be.
 std::string nameBeside(const std::string& target) {
     static std::atomic<unsigned> counter{0};
-    return target.substr(0, target.rfind('/') + 1) + ".mvr-" + std::to_string(getpid()) + "-" +
-           std::to_string(counter++) + ".tmp";
+    return target.substr(0, target.rfind('/') + 1)
+        .append(kUnfinished)
+        .append(std::to_string(getpid()) + "-" + std::to_string(counter++))
+        .append(kUnfinishedEnd);
+}
+
+/// Returns true if nameBeside() made `name` in a process that is no more.
+bool isLeftBehind(const std::string& name) {
+    const std::size_t length = name.size();
+    if (length < kUnfinished.size() + kUnfinishedEnd.size() ||
+        name.compare(0, kUnfinished.size(), kUnfinished) != 0 ||
+        name.compare(length - kUnfinishedEnd.size(), kUnfinishedEnd.size(), kUnfinishedEnd) != 0)
+        return false;
+    pid_t process = 0;
+    const char* const end = name.data() + length;
+    const auto number = std::from_chars(name.data() + kUnfinished.size(), end, process);
+    return number.ec == std::errc() && *number.ptr == '-' && process > 0 && kill(process, 0) != 0 &&
+           errno == ESRCH;
+}
+
+/// Deletes what killed processes left in the folder of `target`. One of another machine, or of
+/// another container, has a number that means nothing here, but it locks its file.
+void clearLeftBehind(const std::string& target) {
+    const std::string folder = target.substr(0, target.rfind('/') + 1);
+    const int errorBefore = lastError;
+    std::vector<std::string> names;
+    visitFolder(folder, [&names](const std::filesystem::directory_entry& entry) {
+        if (std::string name = entry.path().filename().string(); isLeftBehind(name))
+            names.push_back(std::move(name));
+    });
+    for (const std::string& name : names) {
+        const OpenFile file(folder + name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+        if (file.isOpen() && flock(file.get(), LOCK_EX | LOCK_NB) == 0)
+            unlink((folder + name).c_str());
+    }
+    lastError = errorBefore;
 }
 
 void flushFolderOf(const std::string& path) {
@@ -184,6 +226,7 @@ bool fillAndRename(OpenFile& file, const std::string& name, const std::string& t
 
 /// `old` is the status of the file that is replaced, or null.
 bool replaceFile(const std::string& target, const struct stat* old, std::string_view bytes) {
+    clearLeftBehind(target);
     for (int attempt = 0; attempt < kMostNames; ++attempt) {
         const std::string name = nameBeside(target);
         // The bytes of a private file must not be readable by all while they are written.
@@ -193,6 +236,7 @@ bool replaceFile(const std::string& target, const struct stat* old, std::string_
                 continue;
             return fail(errno);
         }
+        (void)flock(file.get(), LOCK_EX | LOCK_NB); // a file system without locks has one machine
         if (!fillAndRename(file, name, target, old, bytes)) {
             fail(errno);
             unlink(name.c_str());
@@ -245,6 +289,16 @@ bool createFolder(std::string_view path) {
     const int error = errno;
     struct stat status;
     return (stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) || fail(error);
+}
+
+bool createFolders(std::string_view path) {
+    const std::string folder = foldPath(path);
+    if (createFolder(folder))
+        return true;
+    for (std::size_t end = folder.find('/', 1); end < folder.size();
+         end = folder.find('/', end + 1))
+        (void)createFolder(folder.substr(0, end)); // if it fails, so does the last one
+    return createFolder(folder);
 }
 
 std::vector<FoundFile> listFiles(std::string_view pattern) {

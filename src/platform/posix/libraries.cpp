@@ -7,17 +7,13 @@
 #include <cstdlib>
 #include <dlfcn.h>
 #include <link.h>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace MVR::Platform {
 
 namespace {
-
-/// Why loadLibrary() refused a file itself; "" if the loader has the last word.
-std::string& ownRefusal() {
-    static std::string text;
-    return text;
-}
 
 /// The library of this code. Looked up once, early: the loader knows a path as it was given, which
 /// may be relative to a current folder that changes later.
@@ -54,16 +50,62 @@ OwnModule& findOwnModule() {
     return module;
 }
 
+constexpr int kMostHelpers = 100; ///< that one library needs from its own folder, with theirs
+
+/// Loads libraries, and for each the helpers beside it that the loader doesn't find by itself: it
+/// takes those that are loaded already. They stay only as long as somebody needs them.
+class HelperLoading {
+public:
+    HelperLoading() = default;
+    HelperLoading(const HelperLoading&) = delete;
+    HelperLoading& operator=(const HelperLoading&) = delete;
+    ~HelperLoading() {
+        for (const LibraryHandle helper : helpers_)
+            dlclose(helper);
+    }
+
+    /// Returns null on failure, with the reason in `reason`.
+    LibraryHandle load(const std::string& file, std::string& reason) {
+        reason = faultOfLibraryFile(file);
+        if (!reason.empty())
+            return nullptr;
+        while (true) {
+            reason.clear();
+            if (const LibraryHandle library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL))
+                return library;
+            const char* const text = dlerror();
+            reason = text != nullptr ? text : "";
+            // "libhelper.so: cannot open shared object file: No such file or directory"
+            const std::string missing = reason.substr(0, reason.find(':'));
+            const std::string beside = file.substr(0, file.rfind('/') + 1) + missing;
+            if (missing.find('/') != std::string::npos || !fileExists(beside) ||
+                ++tried_ > kMostHelpers)
+                return nullptr;
+            const LibraryHandle helper = load(beside, reason);
+            if (helper == nullptr)
+                return nullptr;
+            helpers_.push_back(helper);
+        }
+    }
+
+private:
+    std::vector<LibraryHandle> helpers_;
+    int tried_ = 0;
+};
+
+/// Why the last loadLibrary() failed.
+std::string& lastReason() {
+    thread_local std::string reason;
+    return reason;
+}
+
 } // namespace
 
 LibraryHandle loadLibrary(std::string_view path) {
     std::string file = foldPath(path);
     if (file.find('/') == std::string::npos)
         file.insert(0, "./");
-    ownRefusal() = faultOfLibraryFile(file);
-    if (!ownRefusal().empty())
-        return nullptr;
-    return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return HelperLoading().load(file, lastReason());
 }
 
 void* findFunction(LibraryHandle library, const char* name) {
@@ -104,10 +146,9 @@ std::string libraryPattern() {
 }
 
 std::string lastLibraryError() {
-    if (!ownRefusal().empty())
-        return std::exchange(ownRefusal(), {});
     const char* text = dlerror();
-    return text ? text : "";
+    std::string reason = std::exchange(lastReason(), "");
+    return text != nullptr ? text : reason;
 }
 
 } // namespace MVR::Platform

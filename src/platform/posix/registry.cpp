@@ -196,4 +196,10 @@ RegistryResult readRegistryValue(Hive hive, std::string_view key, std::string_vi
     return result;
 }
 
+std::string xdgFolder(std::string_view name) {
+    std::string folder;
+    (void)findUserFolder(name, folder); // otherwise it stays empty
+    return folder;
+}
+
 } // namespace MVR::Platform

@@ -25,6 +25,9 @@ std::string canonicalPath(std::string_view path);
 /// created it. Stands for CreateDirectoryA.
 [[nodiscard]] bool createFolder(std::string_view path);
 
+/// The same, with all folders above it that are missing.
+[[nodiscard]] bool createFolders(std::string_view path);
+
 struct FoundFile {
     std::string name; ///< without its folder
     bool isFolder;
@@ -58,10 +61,11 @@ constexpr std::uint64_t kLargestFileBytes = std::uint64_t(1) << 31;
 /// Writes a whole file so that, whatever happens, either the old file or the new one is there: it
 /// is written beside the target under a name of its own, flushed to disk and renamed. On any
 /// failure returns false and removes what was written; the old file is intact. A process that is
-/// killed meanwhile leaves the unfinished file, named ".mvr-<process>-<number>.tmp". An existing
-/// target keeps its permissions and must be writable; a symbolic link is written through. A target
-/// that is no regular file (a pipe, a device) can't be replaced and is written to directly. Stands
-/// for CreateFileA, WriteFile, CloseHandle.
+/// killed meanwhile leaves the unfinished file, named ".mvr-<process>-<number>.tmp"; the next write
+/// in that folder deletes it, and no file of a process that lives. An existing target keeps its
+/// permissions and must be writable; a symbolic link is written through. A target that is no
+/// regular file (a pipe, a device) can't be replaced and is written to directly. Stands for
+/// CreateFileA, WriteFile, CloseHandle.
 [[nodiscard]] bool writeFileAtomic(std::string_view path, std::string_view bytes);
 
 /// Deletes a file. Returns true if it was there and no longer is. Stands for DeleteFileA.

@@ -25,8 +25,11 @@ constexpr std::int32_t kVirtualControl = 40;
 /// All tools of one creation exist and are linked; `data` is 0. Sent once, after create() or
 /// load().
 constexpr std::int32_t kAfterCreate = 42;
-/// `data`: Tag* to fill with what the tool wants saved, in scenes and in models. Sent whether it is
-/// supported or not, whenever one of them is written.
+/// `data`: Tag*, an element "customdata" for the tool to fill with what it wants saved, in scenes
+/// and in models. One that stays without attributes and children isn't saved. Only an element of
+/// that name comes back by kSetCustomData: the log tells if the tool puts another one in its place,
+/// which is dropped if the format can't hold it. Sent whether it is supported or not, whenever one
+/// of them is written.
 constexpr std::int32_t kGetCustomData = 44;
 /// `data`: the Tag* that was saved, empty if nothing was. Sent whether it is supported or not,
 /// once, as the first call, before kDataFolder and init().

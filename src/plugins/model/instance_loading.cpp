@@ -20,6 +20,7 @@
 #include "plugins/model/tool_start.h"
 #include "plugins/model_parts.h"
 
+#include <cstddef>
 #include <deque>
 #include <optional>
 #include <utility>
@@ -27,14 +28,17 @@
 namespace MVR {
 namespace {
 
-/// Returns false if `data` is packed and there is no tool in it. It stays the element of a tool, so
-/// that it counts as one that failed.
-bool unpackTool(Tag& data) {
+/// Unpacks `data`; `isInside` tells that it is within what was packed, of which `textLeft` bytes
+/// may be. Returns false if that holds no whole tool. It stays the element of a tool, so that one
+/// without anything of a tool in it counts as failed.
+bool unpackTool(Tag& data, bool isInside, std::size_t& textLeft) {
     if (!data.hasName(ModelWord::kTool))
         return true;
-    const bool isDecoded = unpackTag(data);
+    bool isWhole = true;
+    for (; isWhole && isPacked(data) && data.hasName(ModelWord::kTool); isInside = true)
+        isWhole = isInside ? unpackTag(data, textLeft) : unpackTag(data);
     if (data.hasName(ModelWord::kTool))
-        return isDecoded;
+        return isWhole;
     data = Tag::element(ModelWord::kTool);
     return false;
 }
@@ -44,10 +48,12 @@ bool unpackTool(Tag& data) {
 class ToolLoad {
 public:
     /// `outermost` is the one that all others of the model hang below, and `above` the one that
-    /// this tool does; both null for the outermost itself.
+    /// this tool does; both null for the outermost itself. For `textLeft` see unpackTool().
     ToolLoad(CoreServices& services, Tag& data, const std::string& path, const ToolLoad* outermost,
-             const ToolLoad* above)
-        : services_(services), data_(data), path_(path), isUnpacked_(unpackTool(data)),
+             const ToolLoad* above, std::size_t& textLeft)
+        : services_(services), data_(data), path_(path),
+          isInPacked_(isPacked(data) || (above != nullptr && above->isInPacked_)),
+          isUnpacked_(unpackTool(data, above != nullptr && above->isInPacked_, textLeft)),
           place_(outermost != nullptr ? outermost->place_
                                       : ModelPlace(services.getFaults(), data, path)) {
         isMade_ = begin(above == nullptr || above->isMade_);
@@ -96,7 +102,8 @@ private:
     CoreServices& services_;
     Tag& data_;
     const std::string& path_;
-    bool isUnpacked_;
+    bool isInPacked_; // it, or one above, was packed
+    bool isUnpacked_; // whole
     ModelPlace place_;
     std::optional<Log> entry_;
     InstanceReference::Watch reference_{nullptr}; // a tool, or the host's undo, may destroy it
@@ -132,7 +139,7 @@ bool ToolLoad::begin(bool isAboveMade) {
         return false;
     }
     if (!isUnpacked_)
-        place_.log(ModelWord::kTool, "its packed text can't be read");
+        place_.log(ModelWord::kTool, "its packed text can't be read whole");
     adaptor().beginUndo("Create Oskel " + type);
     if (!makeInstance(*plugin, type))
         return false;
@@ -171,12 +178,13 @@ bool ToolLoad::makeInstance(Plugin& plugin, const std::string& type) {
 
 Util::Owned<InstanceReference> instantiate(CoreServices& services, Tag& data, std::int32_t& error,
                                            const std::string& path,
-                                           std::vector<PlannedTool>& planned) {
+                                           std::vector<PlannedTool>& planned,
+                                           std::size_t& textLeft) {
     std::deque<ToolLoad> open; // not the machine's stack, which nested data could exhaust
-    open.emplace_back(services, data, path, nullptr, nullptr);
+    open.emplace_back(services, data, path, nullptr, nullptr, textLeft);
     while (true) {
         if (Tag* const child = open.back().nextChild()) {
-            open.emplace_back(services, *child, path, &open.front(), &open.back());
+            open.emplace_back(services, *child, path, &open.front(), &open.back(), textLeft);
             continue;
         }
         auto [reference, code] = open.back().end(planned);

@@ -5,6 +5,7 @@
 #include "plugins/instance_reference.h"
 #include "plugins/model/model_place.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -27,10 +28,11 @@ struct PlannedTool {
 ///
 /// Returns null, with a code in `error`, if `data` is something else or the tool's kind is unknown;
 /// null with 0 if the tool itself refused. A tool further down that fails is left out, with a
-/// warning in `error`. Each tool of the data enters `planned`. The data may be nested to any depth.
-[[nodiscard]] Util::Owned<InstanceReference> instantiate(CoreServices& services, Tag& data,
-                                                         std::int32_t& error,
-                                                         const std::string& path,
-                                                         std::vector<PlannedTool>& planned);
+/// warning in `error`. Each tool of the data enters `planned`. `textLeft` is the most text that
+/// packed tools within packed ones may still have in this creation, and is lowered by theirs. The
+/// data may be nested to any depth.
+[[nodiscard]] Util::Owned<InstanceReference>
+instantiate(CoreServices& services, Tag& data, std::int32_t& error, const std::string& path,
+            std::vector<PlannedTool>& planned, std::size_t& textLeft);
 
 } // namespace MVR

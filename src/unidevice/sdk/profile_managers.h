@@ -20,17 +20,20 @@ constexpr const char* kStartProfile = "Start Profile";
 /// several in a collection.
 ///
 /// Several processes may change the same folder: a file is read, changed and written back under the
-/// folder's lock, and replaced as a whole. Readers need no lock. When an operation may be called is
-/// told by XMLFileManager.
+/// folder's lock, and replaced as a whole. Readers need no lock. A damaged file is copied, as its
+/// name with ".bad", before it is changed. When an operation may be called is told by
+/// XMLFileManager.
 class ProfileManager : public XMLFileManager {
 public:
     static constexpr std::uint64_t kMostFileBytes = 16u << 20; ///< of one file
     static constexpr std::int32_t kMostProfiles = 10000;       ///< of one collection
 
     /// Names the file after the preset, so it refuses "", a name with a separator or a control
-    /// character, and a name that couldn't be read again. Other presets in the file stay in it.
+    /// character, and a name that couldn't be read again. Presets of other names than those saved
+    /// stay in the file.
     std::string saveToFile(Tag element, std::string folder) override;
-    /// Returns nothing for a file that is incomplete or exceeds the limits.
+    /// Returns what is whole before the damage in an incomplete collection, and nothing for another
+    /// incomplete file or one that exceeds the limits.
     std::vector<Tag> loadFile(std::string path) override;
     /// Deletes a file that is left without presets. A file that isn't a list of presets stays.
     void removeFromFile(Tag element, std::string path) override;
@@ -48,8 +51,14 @@ protected:
     explicit ProfileManager(const Words& words) : words_(words) {}
 
 private:
+    struct PresetFile {
+        Tag tree; ///< empty: nothing of it can be used
+        bool isDamaged = false;
+    };
+
     [[nodiscard]] bool isCollection(const Tag& tag) const;
-    [[nodiscard]] Tag readFile(const std::string& path) const;
+    [[nodiscard]] PresetFile readFile(const std::string& path) const;
+    [[nodiscard]] static std::vector<Tag> presetsOf(Tag tree);
     [[nodiscard]] static std::string writeFile(const Tag& file, const std::string& path);
 
     Words words_;

@@ -12,6 +12,9 @@ namespace UniDevice {
 
 /// The properties of one tool instance, in order of creation. Owns them. All operations may be
 /// called as long as it lives. Host thread only.
+///
+/// A name that a file can't hold as it is has "_" for each control character and each ">", in the
+/// property as in what is looked up; the log has a line when such a property is created.
 class PropertyHandler : public MVR::Util::DynamicObject {
 public:
     PropertyHandler() = default;

@@ -3,6 +3,7 @@
 #include "core/base/error_codes.h"
 #include "core/base/sdk/log.h"
 #include "core/services/core_services.h"
+#include "core/services/take_notes.h"
 #include "plugins/contract/c_camera_plugin.h"
 #include "plugins/contract/extension_ids.h"
 #include "plugins/libraries/library.h"
@@ -66,6 +67,10 @@ bool ToolObject::run(const char* operation, const Call& call, bool isPolled) {
     innermost_ = frame.outer;
     if (!snapshots_.isEmpty())
         endSnapshots(operation, frame.firstSnapshot);
+    if (!isWhole && services_.isRecording() && !isSittingOut_)
+        services_.getTakeNotes().add(
+            {CoreTakeNote::kToolFault, name_, "", 0,
+             describe() + " failed in " + operation + " and sat out the rest; the log has more"});
     if (!isWhole && (isPolled || services_.isRecording()))
         isSittingOut_ = true;
     return isWhole;

@@ -1,4 +1,5 @@
 // What tools, devices and adaptors may do wrong without harm to a take.
+#include "core/contract/core_extensions.h"
 #include "core/entry.h"
 #include "core/services/core_services.h"
 #include "plugins/contract/extension_ids.h"
@@ -85,6 +86,14 @@ TEST_F(BorderTest, AToolThatThrowsSitsOutTheRestOfTheTake) {
         EXPECT_EQ(stored().size(), 10u) << "its input is kept";
         EXPECT_THAT(log, HasSubstr("The tool Probe_01 (Probe of Core) threw in " + operation +
                                    ": broken\n"));
+        const std::vector<CoreTakeNote> notes = getTakes(*core)->list();
+        EXPECT_EQ(std::count_if(notes.begin(), notes.end(),
+                                [](const CoreTakeNote& note) {
+                                    return note.kind == CoreTakeNote::kToolFault &&
+                                           note.tool == "Probe_01";
+                                }),
+                  1)
+            << operation;
     }
     broken = nullptr;
     kind->calls.clear();

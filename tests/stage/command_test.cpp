@@ -82,6 +82,7 @@ TEST_F(CommandTest, ATakeFromTheNetworkIsRecordedAndSimulatedAgain) {
     EXPECT_NE(read("take.gltf").find("\"rotation\""), std::string::npos);
 }
 
+// over 60 lines because of its table
 TEST_F(CommandTest, FailuresHaveTheirOwnMessageAndCode) {
     const std::string record = STAGE " record --documents . --countdown 0 --seconds 0.1 ";
     const struct {

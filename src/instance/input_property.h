@@ -3,8 +3,10 @@
 
 #include "data/kept_elements.h"
 #include "instance/kept_control.h"
+#include "unidevice/sdk/control.h"
 #include "unidevice/sdk/property.h"
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -26,16 +28,18 @@ public:
 
     using Property::Property;
 
-    [[nodiscard]] double getValue() const override { return map(getRaw()); }
-    /// Returns the value before the mapping: that of the control, or 0, or what is held.
-    [[nodiscard]] double getRaw() const;
+    [[nodiscard]] double getValue() const override { return map(*isHeld_ ? good_ : read()); }
 
-    /// Holds the present value until release().
-    void hold();
-    void release() { isHeld_ = false; }
-
-    /// Returns true if the control had a value that isn't finite since the last call.
-    [[nodiscard]] bool wasBad();
+    /// As long as `isHeld` is true, the value stays that of the last hold(). Null: it isn't held.
+    void follow(const bool* isHeld) { isHeld_ = isHeld != nullptr ? isHeld : &kNever; }
+    /// Takes the value before the mapping, that of the control, or 0 without one. Returns false if
+    /// it isn't finite: then the last good one stays. Throws what the control throws; skipControl()
+    /// comes next.
+    bool hold();
+    /// Returns the value that hold() took.
+    [[nodiscard]] double getHeld() const { return good_; }
+    /// The present control threw: it isn't read any more.
+    void skipControl() { failed_ = control; }
 
     /// The binding, for the time when its control is gone.
     [[nodiscard]] KeptControl& getKeptControl() { return keptControl_; }
@@ -43,12 +47,29 @@ public:
     [[nodiscard]] KeptElements& getKeptElements() { return keptElements_; }
 
 private:
-    mutable double good_ = 0.0; // the last finite value, and the one that is held
-    mutable bool wasBad_ = false;
+    static constexpr bool kNever = false;
+
+    [[nodiscard]] double read() const;
+
+    mutable double good_ = 0.0;                          // the last finite value
     mutable const UniDevice::Control* failed_ = nullptr; // threw when it was read; compared only
-    bool isHeld_ = false;
+    const bool* isHeld_ = &kNever;                       // not owned
     KeptElements keptElements_;
     KeptControl keptControl_{*this};
 };
+
+inline bool InputProperty::hold() {
+    if (control == nullptr) {
+        good_ = 0.0;
+        return true;
+    }
+    if (control == failed_)
+        return true;
+    const double value = control->getValue();
+    if (!std::isfinite(value))
+        return false;
+    good_ = value;
+    return true;
+}
 
 } // namespace MVR

@@ -1,5 +1,6 @@
 #include "instance/stored_input.h"
 
+#include "core/base/border.h"
 #include "core/contract/adaptor_interface.h"
 #include "recording/values/variable_mod_undo.h"
 #include "unidevice/sdk/control.h"
@@ -23,11 +24,12 @@ void StoredInput::begin(double time, TakeSource source, const IsInTake& isInTake
     Values& values = getValues();
     if (values.size() < size)
         values.resize(size);
-    substitutes_.resize(size);
-    for (Substitute& each : substitutes_)
-        each.isToldBad = false;
-    for (std::int32_t i = 0; i < count(); ++i)
-        (void)inputs_.at(i).wasBad();
+    held_.resize(size);
+    for (std::size_t i = 0; i < size; ++i) {
+        held_[i].property = &inputs_.at(static_cast<std::int32_t>(i));
+        held_[i].property->follow(&isHeld_);
+        held_[i].isToldBad = false;
+    }
     isLive_ = source == TakeSource::Live;
     if (isLive_) {
         host.addUndo(new CVariableModUndo<Values>(values_));
@@ -43,24 +45,24 @@ void StoredInput::play(double time) {
     if (!isInTake_)
         return;
     const Values& values = getValues();
-    for (std::size_t i = 0; i < std::min(substitutes_.size(), values.size()); ++i) {
-        Substitute& each = substitutes_[i];
-        if (!each.isBound) {
-            const UniDevice::Control* const own = inputs_.at(static_cast<std::int32_t>(i)).control;
+    for (std::size_t i = 0; i < std::min(held_.size(), values.size()); ++i) {
+        Held& each = held_[i];
+        if (!each.isStoodFor) {
+            const UniDevice::Control* const own = each.property->control;
             if (own != nullptr && own->device != nullptr && isInTake_(*own->device))
                 continue;
-            standIn(static_cast<std::int32_t>(i));
+            standIn(i);
         }
-        each.control->setValue(values[i].getValue(time));
+        each.substitute->setValue(values[i].getValue(time));
     }
 }
 
-void StoredInput::standIn(std::int32_t index) {
-    Substitute& substitute = substitutes_[static_cast<std::size_t>(index)];
-    if (substitute.control == nullptr)
-        substitute.control = std::make_unique<TemporaryControl>(index);
-    substitute.control->standIn(inputs_.at(index));
-    substitute.isBound = true;
+void StoredInput::standIn(std::size_t index) {
+    Held& each = held_[index];
+    if (each.substitute == nullptr)
+        each.substitute = std::make_unique<TemporaryControl>(static_cast<std::int32_t>(index));
+    each.substitute->standIn(*each.property);
+    each.isStoodFor = true;
 }
 
 /// Stores the raw value, before the property's mapping: a later change of the mapping affects a
@@ -68,28 +70,32 @@ void StoredInput::standIn(std::int32_t index) {
 std::vector<const UniDevice::Property*> StoredInput::hold(double time) {
     std::vector<const UniDevice::Property*> bad;
     Values& values = getValues();
-    for (std::size_t i = 0; i < substitutes_.size(); ++i) {
-        InputProperty& property = inputs_.at(static_cast<std::int32_t>(i));
-        property.hold();
-        if (isLive_ && i < values.size()) // the host's undo may have shortened it
-            values[i].setKey(time, property.getRaw());
-        if (property.wasBad() && !std::exchange(substitutes_[i].isToldBad, true))
-            bad.push_back(&property);
-    }
+    // The host's undo may have shortened them.
+    const std::size_t stored = isLive_ ? values.size() : 0;
+    std::size_t i = 0;
+    const auto holdRest = [&] {
+        for (; i < held_.size(); ++i) {
+            if (!held_[i].property->hold() && !std::exchange(held_[i].isToldBad, true))
+                bad.push_back(held_[i].property);
+            if (i < stored)
+                values[i].setKey(time, held_[i].property->getHeld());
+        }
+    };
+    const auto who = [&] { return "The input of " + held_[i].property->name; };
+    while (!Border::call(who, "getValue", holdRest))
+        held_[i].property->skipControl(); // and go on with it
+    isHeld_ = true;
     return bad;
-}
-
-void StoredInput::release() {
-    for (std::int32_t i = 0; i < count(); ++i)
-        inputs_.at(i).release();
 }
 
 void StoredInput::end() {
     release();
     isInTake_ = nullptr;
-    for (std::size_t i = 0; i < substitutes_.size(); ++i)
-        if (std::exchange(substitutes_[i].isBound, false))
-            substitutes_[i].control->giveBack(inputs_.at(static_cast<std::int32_t>(i)));
+    for (Held& each : held_) {
+        each.property->follow(nullptr);
+        if (std::exchange(each.isStoodFor, false))
+            each.substitute->giveBack(*each.property);
+    }
 }
 
 } // namespace MVR

@@ -41,28 +41,30 @@ public:
     /// Holds the value of each property. In a live take stores them. Returns the properties with a
     /// value that isn't finite, each once a take.
     [[nodiscard]] std::vector<const UniDevice::Property*> hold(double time);
-    void release();
+    void release() { isHeld_ = false; }
     /// Gives each property its own control back.
     void end();
 
 private:
     const std::shared_ptr<Values>& sharedValues();
     [[nodiscard]] std::int32_t count() const { return inputs_.getProperties().count(); }
-    void standIn(std::int32_t index);
+    void standIn(std::size_t index);
 
     const InstanceInputs& inputs_;
     // Made when it is first used. Not shared, but watched by undo entries, which may outlive the
     // tool.
     std::shared_ptr<Values> values_;
-    /// What stands in for the control of a property.
-    struct Substitute {
-        std::unique_ptr<TemporaryControl> control; // made when it is first used
-        bool isBound = false;
+    /// A property, and what stands in for its control.
+    struct Held {
+        InputProperty* property = nullptr;            // not owned
+        std::unique_ptr<TemporaryControl> substitute; // made when it is first used
+        bool isStoodFor = false;
         bool isToldBad = false; // in this take
     };
 
-    std::vector<Substitute> substitutes_; // by property
-    IsInTake isInTake_;                   // null outside of a resimulation
+    std::vector<Held> held_; // since begin()
+    bool isHeld_ = false;
+    IsInTake isInTake_; // null outside of a resimulation
     bool isLive_ = false;
 };
 

@@ -4,7 +4,6 @@
 #include "unidevice/sdk/binding_words.h"
 #include "unidevice/sdk/control.h"
 
-#include <cmath>
 #include <utility>
 
 namespace UniDevice {
@@ -44,16 +43,6 @@ void Property::controlRemoved(Control* removed) {
 
 double Property::getValue() const {
     return map(control ? control->getValue() : 0.0);
-}
-
-double Property::map(double raw) const {
-    const double s = raw < 0.0 ? -1.0 : 1.0;
-    double y = std::abs(raw) - deadzone;
-    if (y < 0.0)
-        y = 0.0;
-    y = y / (1.0 - deadzone);
-    y = std::pow(y, exponent);
-    return y * s * multiplier + offset;
 }
 
 Property::~Property() {

@@ -2,6 +2,7 @@
 
 #include "unidevice/sdk/control_target.h"
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -69,7 +70,15 @@ public:
     virtual ~Property();
 
     /// Returns what the mapping makes of `raw`, a value of a control.
-    [[nodiscard]] double map(double raw) const;
+    [[nodiscard]] double map(double raw) const {
+        const double s = raw < 0.0 ? -1.0 : 1.0;
+        double y = std::abs(raw) - deadzone;
+        if (y < 0.0)
+            y = 0.0;
+        y = y / (1.0 - deadzone);
+        y = std::pow(y, exponent);
+        return y * s * multiplier + offset;
+    }
 
     /// Leaves the present control and joins `newControl`, which stays its device's. Null only
     /// leaves and returns `kUnbound`. Otherwise returns the kinds that both have in common; if that

@@ -95,8 +95,9 @@ public:
     /// The panel: call beginPanel(), add groups and controls, then call endPanel(), once and all in
     /// init(). Outside of that pair the operations that add do nothing. A `variable` must live as
     /// long as the tool. In a spinner, `input` true adds an input property named "Spinner: " + name
-    /// that moves the value during a take; `unused` is not read. A spinner without a variable is
-    /// left out and named in the log.
+    /// that moves the value during a take; `triggerLength` is the mouse travel for one step, in
+    /// pixels, 1 or more; `unused` is not read. A spinner without a variable is left out and named
+    /// in the log.
     virtual void beginPanel() = 0;
     virtual void endPanel() = 0;
     virtual void beginGroup(std::string name, std::string tooltip) = 0;

@@ -241,7 +241,7 @@ void PluginInstance::holdInput(double time) {
         const std::string text = "the input " + property->name + " of " + name +
                                  " got a value that isn't a number; the one before it stayed";
         Log(Log::Error).write(text);
-        services_.getTakeNotes().add({CoreTakeNote::kBadValue, name, property->name, 1, text});
+        services_.getTakeNotes().add({CoreTakeNote::kBadValue, name, property->name, 0, text});
     }
 }
 

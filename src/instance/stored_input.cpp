@@ -83,7 +83,7 @@ std::vector<const UniDevice::Property*> StoredInput::hold(double time) {
     };
     const auto who = [&] { return "The input of " + held_[i].property->name; };
     while (!Border::call(who, "getValue", holdRest))
-        held_[i].property->skipControl(); // and go on with it
+        held_[i++].property->skipControl(); // and go on with the next
     isHeld_ = true;
     return bad;
 }

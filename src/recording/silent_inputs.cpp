@@ -1,6 +1,6 @@
 #include "recording/silent_inputs.h"
 
-#include "core/util/sdk/nearest_name.h"
+#include "core/util/sdk/edit_distance.h"
 #include "instance/plugin_instance.h"
 #include "unidevice/driver_libraries.h"
 #include "unidevice/sdk/control.h"

@@ -1,5 +1,6 @@
 #include "recording/take.h"
 
+#include "core/base/border.h"
 #include "core/base/sdk/log.h"
 #include "core/contract/adaptor_interface.h"
 #include "core/services/core_services.h"
@@ -39,7 +40,9 @@ void Take::begin() {
     devices_ = UniDevice::DeviceHandler::instance();
     devices_->activate();
     if (source_ == TakeSource::Live)
-        silentInputs_.start(services_.getTree().getInstances(false));
+        (void)Border::call(
+            [] { return "A device"; }, "control",
+            [this] { silentInputs_.start(services_.getTree().getInstances(false)); });
     entry.write("initalizing plugins");
     const auto isInTake = [this](const UniDevice::Device& device) {
         return toolDevices_.count(&device) > 0 &&
@@ -86,7 +89,10 @@ void Take::noteWhatIsMissing(const FrameClock& clock) {
     if (source_ != TakeSource::Live || frames_ == 0)
         return;
     TakeNotes& notes = services_.getTakeNotes();
-    for (CoreTakeNote& note : silentInputs_.find(getTools(), start_)) {
+    std::vector<CoreTakeNote> silent;
+    (void)Border::call([] { return "A device"; }, "control",
+                       [&] { silent = silentInputs_.find(getTools(), start_); });
+    for (CoreTakeNote& note : silent) {
         Log(Log::Warning).write(note.text);
         notes.add(std::move(note));
     }

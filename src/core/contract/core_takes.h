@@ -18,7 +18,7 @@ struct CoreTakeNote {
     std::int32_t kind = 0;
     std::string tool;        ///< "" if it is no matter of one
     std::string input;       ///< of the tool, or ""
-    std::int64_t frames = 0; ///< how many it concerns; 0 for the whole take
+    std::int64_t frames = 0; ///< of kLateFrames: how many
     std::string text;        ///< for the user, in English, with all of the above
 };
 

@@ -30,7 +30,9 @@ constexpr int kMostNames = 100; ///< names that are tried for the file beside th
 constexpr std::string_view kUnfinished = ".mvr-";
 constexpr std::string_view kUnfinishedEnd = ".tmp";
 
-thread_local int lastError = 0;
+/// One for all threads. Data of each thread, in a library that is loaded at run time, may stand
+/// where LeakSanitizer misreads its bounds and ends the process.
+std::atomic<int> lastError = 0;
 
 bool fail(int error) {
     lastError = error;
@@ -395,7 +397,8 @@ bool deleteFile(std::string_view path) {
 }
 
 std::string lastFileError() {
-    return lastError == 0 ? "" : std::generic_category().message(lastError);
+    const int error = lastError;
+    return error == 0 ? "" : std::generic_category().message(error);
 }
 
 } // namespace MVR::Platform

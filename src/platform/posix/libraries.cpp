@@ -95,7 +95,7 @@ private:
 
 /// Why the last loadLibrary() failed.
 std::string& lastReason() {
-    thread_local std::string reason;
+    static std::string reason;
     return reason;
 }
 
